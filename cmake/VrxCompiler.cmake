@@ -1,0 +1,48 @@
+# How every target of the project is compiled.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release or RelWithDebInfo" FORCE)
+endif()
+
+# NDEBUG is for the libraries that we use: our own assertions are part of the contract and never look at it.
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+if(VRX_SANITIZE)
+    # Instrumented code without any optimisation is too slow for the larger cases.
+    set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+endif()
+
+# An installed program finds shared libraries beside it (BUILD_SHARED_LIBS).
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+
+# The working folder is kept out of the hash, so that build folders of one source tree share their objects.
+find_program(VRX_CCACHE ccache)
+if(VRX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_NOHASHDIR=true "${VRX_CCACHE}")
+endif()
+
+# vrx_compile_options(<target>): warnings, sanitizers and file names for a target of ours; never part of the package.
+function(vrx_compile_options target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+        "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=") # log lines and assertions name files from the repository root
+    if(VRX_WERROR)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(VRX_SANITIZE)
+        # The sanitizers' own branches make g++ see uninitialised reads where there are none.
+        target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+            -fno-omit-frame-pointer $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+        target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
+        target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+    if(VRX_BUILD_FUZZ)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
+endfunction()

@@ -1,0 +1,47 @@
+# vrx_library(<name> [STATIC] SOURCES <file>... [PUBLIC <target>...] [PRIVATE <target>...])
+#
+# A library of the project: its sources are listed by hand, its include root is the root of the repository.
+# PUBLIC and PRIVATE name the targets that it links, as in target_link_libraries. STATIC keeps it a static
+# library under BUILD_SHARED_LIBS. A library whose list of sources is empty is an interface library.
+function(vrx_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "STATIC" "" "SOURCES;PUBLIC;PRIVATE")
+    if(ARG_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "vrx_library(${name}): unknown arguments ${ARG_UNPARSED_ARGUMENTS}")
+    endif()
+
+    set(includes $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${VRX_INSTALL_INCLUDEDIR}>)
+    if(NOT ARG_SOURCES)
+        add_library(${name} INTERFACE)
+        target_include_directories(${name} INTERFACE ${includes})
+        target_link_libraries(${name} INTERFACE ${ARG_PUBLIC} ${ARG_PRIVATE})
+        return()
+    endif()
+
+    set(kind "")
+    if(ARG_STATIC)
+        set(kind STATIC)
+    endif()
+    add_library(${name} ${kind} ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${includes})
+    target_compile_features(${name} PUBLIC cxx_std_20)
+    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+    set_target_properties(${name} PROPERTIES
+        VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    vrx_compile_options(${name})
+endfunction()
+
+# vrx_program(<name> SOURCES <file>... [LIBRARIES <target>...])
+#
+# A program of the project. An empty list of sources makes none.
+function(vrx_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LIBRARIES")
+    if(ARG_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "vrx_program(${name}): unknown arguments ${ARG_UNPARSED_ARGUMENTS}")
+    endif()
+    if(NOT ARG_SOURCES)
+        return()
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
+    vrx_compile_options(${name})
+endfunction()
