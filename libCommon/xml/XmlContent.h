@@ -1,0 +1,68 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <type_traits>
+
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlArena.h"
+#include "libCommon/xml/XmlElement.h"
+#include "libCommon/xml/XmlNames.h"
+#include "libCommon/xml/XmlNode.h"
+#include "libCommon/xml/XmlPosition.h"
+
+namespace vrx {
+
+/// Why a parse failed, and where.
+struct XmlError {
+    String description;
+    XmlPlace place;
+};
+
+/// What a document consists of. It stays where it is when the document is moved, so nodes can point to it.
+class XmlContent {
+public:
+    explicit XmlContent(XmlDocument* owner) noexcept : m_owner(owner), m_names(m_arena), m_top(this) {}
+
+    XmlContainer& top() noexcept { return m_top; }
+    XmlArena& arena() noexcept { return m_arena; }
+    XmlNames& names() noexcept { return m_names; }
+
+    /// The document that holds this; null when none does.
+    XmlDocument* owner() const noexcept { return m_owner; }
+    void setOwner(XmlDocument* owner) noexcept { m_owner = owner; }
+
+    /// Why the last parse failed; nothing when it did not.
+    std::optional<XmlError> error;
+
+    /// New nodes without a parent. Their texts must lie in the arena already.
+    XmlElement* newElement(const XmlName* name) { return make<XmlElement>(name); }
+    XmlText* newText(StringView keptText) { return make<XmlText>(keptText); }
+    XmlComment* newComment(StringView keptText) { return make<XmlComment>(keptText); }
+
+    /// Copies valid UTF-8 into the arena.
+    StringView keepUtf8(std::string_view bytes);
+
+    /// Deep copies of nodes of any content. Requires: not a document.
+    XmlNode* copyOf(const XmlNode& node);
+    XmlElement* copyOf(const XmlElement& element);
+
+private:
+    class Top final : public XmlContainer {
+    public:
+        explicit Top(XmlContent* content) noexcept : XmlContainer(Kind::Document, content) {}
+    };
+
+    template <typename Node, typename Data>
+    Node* make(Data data) {
+        static_assert(std::is_trivially_destructible_v<Node>, "nodes are dropped with the arena, never destroyed");
+        return new (m_arena.allocate(sizeof(Node), alignof(Node))) Node(this, data);
+    }
+
+    XmlDocument* m_owner;
+    XmlArena m_arena;
+    XmlNames m_names;
+    Top m_top;
+};
+
+}  // namespace vrx

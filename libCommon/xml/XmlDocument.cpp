@@ -1,0 +1,112 @@
+#include "libCommon/xml/XmlDocument.h"
+
+#include <utility>
+
+#include "libCommon/io/FileLoader.h"
+#include "libCommon/xml/XmlContent.h"
+#include "libCommon/xml/XmlParser.h"
+#include "libCommon/xml/XmlSource.h"
+#include "libCommon/xml/XmlTreeBuilder.h"
+#include "libCommon/xml/XmlWriter.h"
+
+namespace vrx {
+
+namespace {
+
+/// What a document without content shows.
+XmlContent& emptyContent() {
+    static XmlContent content(nullptr);
+    return content;
+}
+
+}  // namespace
+
+XmlDocument::XmlDocument() noexcept = default;
+XmlDocument::~XmlDocument() = default;
+
+XmlDocument::XmlDocument(XmlDocument&& other) noexcept : m_content(std::move(other.m_content)) {
+    if (m_content) {
+        m_content->setOwner(this);
+    }
+}
+
+XmlDocument& XmlDocument::operator=(XmlDocument&& other) noexcept {
+    if (this != &other) {
+        m_content = std::move(other.m_content);
+        if (m_content) {
+            m_content->setOwner(this);
+        }
+    }
+    return *this;
+}
+
+bool XmlDocument::Parse(StringView text) {
+    XmlUtf16Source source(text);
+    return replaceBy(source);
+}
+
+bool XmlDocument::ParseUtf8(std::string_view bytes) {
+    XmlUtf8Source source(bytes);
+    return replaceBy(source);
+}
+
+bool XmlDocument::LoadFile(const String& path) {
+    std::string bytes;
+    String error;
+    if (loadFile(path, bytes, error)) {
+        return ParseUtf8(bytes);
+    }
+    Clear();
+    content().error = XmlError{std::move(error), XmlPlace()};
+    return false;
+}
+
+// The old content goes last: the text may have been borrowed from it.
+bool XmlDocument::replaceBy(XmlSource& source) {
+    auto parsed = std::make_unique<XmlContent>(this);
+    XmlTreeBuilder builder(*parsed);
+    std::optional<XmlError> error = XmlParser(source, builder).run();
+    if (error) {
+        parsed = std::make_unique<XmlContent>(this);
+        parsed->error = std::move(error);
+    }
+    m_content = std::move(parsed);
+    return !m_content->error;
+}
+
+void XmlDocument::Clear() { m_content.reset(); }
+
+bool XmlDocument::Error() const noexcept { return m_content && m_content->error; }
+
+const String& XmlDocument::ErrorDesc() const noexcept {
+    return Error() ? m_content->error->description : String::EMPTY;
+}
+
+std::uint32_t XmlDocument::ErrorRow() const noexcept { return Error() ? m_content->error->place.row : 0; }
+
+std::uint32_t XmlDocument::ErrorColumn() const noexcept { return Error() ? m_content->error->place.column : 0; }
+
+XmlContainer& XmlDocument::Top() noexcept { return content().top(); }
+
+const XmlContainer& XmlDocument::Top() const noexcept { return m_content ? m_content->top() : emptyContent().top(); }
+
+XmlElement* XmlDocument::NewElement(StringView name) { return content().newElement(content().names().intern(name)); }
+
+XmlText* XmlDocument::NewText(StringView text) { return content().newText(content().arena().copy(text)); }
+
+XmlComment* XmlDocument::NewComment(StringView text) { return content().newComment(content().arena().copy(text)); }
+
+XmlElement* XmlDocument::CopyOf(const XmlElement& element) { return content().copyOf(element); }
+
+String XmlDocument::toString() const { return compactText(Top()); }
+
+void XmlDocument::GetFormattedStr(String& out, int depth) const { out = formattedText(Top(), depth); }
+
+XmlContent& XmlDocument::content() {
+    if (!m_content) {
+        m_content = std::make_unique<XmlContent>(this);
+    }
+    return *m_content;
+}
+
+}  // namespace vrx

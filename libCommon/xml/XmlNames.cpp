@@ -1,0 +1,28 @@
+#include "libCommon/xml/XmlNames.h"
+
+#include <new>
+
+#include "libCommon/xml/XmlUtf8.h"
+
+namespace vrx {
+
+const XmlName* XmlNames::intern(StringView text) {
+    const auto found = m_names.find(text);
+    return found != m_names.end() ? found->second : add(m_arena.copy(text));
+}
+
+// The text is decoded into the arena's free room, and kept only when the name is new.
+const XmlName* XmlNames::internUtf8(std::string_view text) {
+    char16_t* const room = m_arena.roomForText(text.size());
+    char16_t* const end = decodeValidUtf8(text, room);
+    const auto found = m_names.find(StringView(room, static_cast<std::size_t>(end - room)));
+    return found != m_names.end() ? found->second : add(m_arena.keepText(room, end));
+}
+
+const XmlName* XmlNames::add(StringView keptText) {
+    auto* const name = new (m_arena.allocate(sizeof(XmlName), alignof(XmlName))) XmlName{keptText};
+    m_names.emplace(keptText, name);
+    return name;
+}
+
+}  // namespace vrx

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <array>
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <cstddef>
+
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlArena.h"
+#include "libCommon/xml/XmlElement.h"
+
+namespace vrx {
+
+/// The distinct names of a document, each stored once, so that names are equal exactly when their pointers are.
+class XmlNames {
+public:
+    /// The arena is borrowed and must outlive the names.
+    explicit XmlNames(XmlArena& arena) noexcept : m_arena(arena) {}
+
+    /// The stored name of that text.
+    const XmlName* intern(StringView text);
+
+    /// The same for valid UTF-8.
+    const XmlName* internUtf8(std::string_view text);
+
+private:
+    struct Hash {
+        std::size_t operator()(StringView text) const noexcept { return hashOf(text); }
+    };
+
+    const XmlName* add(StringView keptText);
+
+    XmlArena& m_arena;
+    boost::unordered_flat_map<StringView, const XmlName*, Hash> m_names;
+};
+
+/// Names as the XML parser hands them out: zero-terminated UTF-8, in memory that it reuses for the same name
+/// (attributes) or for whatever stands at the same depth (elements). So the address is a good guess at the name; the
+/// characters are still compared, because an address promises nothing.
+class XmlNameCache {
+public:
+    explicit XmlNameCache(XmlNames& names) noexcept : m_names(names) {}
+
+    const XmlName* find(const char* name) {
+        const XmlName*& guess = m_guesses[slotOf(name)];
+        if (guess == nullptr || !isSame(guess->text, name)) {
+            guess = m_names.internUtf8(name);
+        }
+        return guess;
+    }
+
+private:
+    static constexpr std::size_t SIZE = 64;
+
+    static std::size_t slotOf(const char* name) noexcept {
+        const auto address = reinterpret_cast<std::uintptr_t>(name);
+        return (address ^ (address >> 6)) % SIZE;
+    }
+
+    /// Compares ASCII; a name with anything else is never the same and takes the long way.
+    static bool isSame(StringView known, const char* name) noexcept {
+        for (const char16_t unit : known) {
+            if (unit != static_cast<unsigned char>(*name) || unit >= 0x80) {
+                return false;
+            }
+            ++name;
+        }
+        return *name == '\0';
+    }
+
+    XmlNames& m_names;
+    std::array<const XmlName*, SIZE> m_guesses{};
+};
+
+}  // namespace vrx

@@ -1,0 +1,89 @@
+#include "libCommon/xml/XmlNode.h"
+
+#include "libCommon/Assertion.h"
+#include "libCommon/xml/XmlContent.h"
+#include "libCommon/xml/XmlElement.h"
+
+namespace vrx {
+
+namespace {
+
+/// The first element from `node` on, among it and its later siblings.
+const XmlElement* elementFrom(const XmlNode* node) noexcept {
+    while (node != nullptr && node->NodeKind() != XmlNode::Kind::Element) {
+        node = node->NextSibling();
+    }
+    return static_cast<const XmlElement*>(node);
+}
+
+/// The same for elements of that name.
+const XmlElement* elementFrom(const XmlNode* node, StringView name) noexcept {
+    const XmlElement* element = elementFrom(node);
+    while (element != nullptr && element->Name() != name) {
+        element = elementFrom(element->NextSibling());
+    }
+    return element;
+}
+
+/// For operations that exist for constant and for other nodes: the node that was asked was not constant.
+XmlElement* mutableElement(const XmlElement* element) noexcept { return const_cast<XmlElement*>(element); }
+
+}  // namespace
+
+XmlElement* XmlNode::ToElement() noexcept { return m_kind == Kind::Element ? static_cast<XmlElement*>(this) : nullptr; }
+
+const XmlElement* XmlNode::ToElement() const noexcept {
+    return m_kind == Kind::Element ? static_cast<const XmlElement*>(this) : nullptr;
+}
+
+XmlElement* XmlNode::NextSiblingElement() noexcept { return mutableElement(elementFrom(m_next)); }
+
+const XmlElement* XmlNode::NextSiblingElement() const noexcept { return elementFrom(m_next); }
+
+XmlElement* XmlNode::NextSiblingElement(StringView name) noexcept { return mutableElement(elementFrom(m_next, name)); }
+
+const XmlElement* XmlNode::NextSiblingElement(StringView name) const noexcept { return elementFrom(m_next, name); }
+
+StringView XmlNode::Value() const noexcept {
+    switch (m_kind) {
+        case Kind::Element: return static_cast<const XmlElement*>(this)->Name();
+        case Kind::Text: return static_cast<const XmlText*>(this)->Text();
+        case Kind::Comment: return static_cast<const XmlComment*>(this)->Text();
+        case Kind::Document: break;
+    }
+    return {};
+}
+
+XmlDocument& XmlNode::Document() const {
+    VRX_ASSERT(m_content->owner() != nullptr);
+    return *m_content->owner();
+}
+
+XmlElement* XmlContainer::FirstChildElement() noexcept { return mutableElement(elementFrom(m_firstChild)); }
+
+const XmlElement* XmlContainer::FirstChildElement() const noexcept { return elementFrom(m_firstChild); }
+
+XmlElement* XmlContainer::FirstChildElement(StringView name) noexcept {
+    return mutableElement(elementFrom(m_firstChild, name));
+}
+
+const XmlElement* XmlContainer::FirstChildElement(StringView name) const noexcept {
+    return elementFrom(m_firstChild, name);
+}
+
+void XmlContainer::LinkEndChild(XmlNode* node) {
+    VRX_ASSERT(node != nullptr);
+    VRX_ASSERT(node->m_content == m_content);
+    VRX_ASSERT(node->m_parent == nullptr);
+    VRX_ASSERT(node != this && node->m_kind != Kind::Document);
+    append(node);
+}
+
+void XmlContainer::append(XmlNode* node) noexcept {
+    node->m_parent = this;
+    XmlNode*& link = m_lastChild == nullptr ? m_firstChild : m_lastChild->m_next;
+    link = node;
+    m_lastChild = node;
+}
+
+}  // namespace vrx

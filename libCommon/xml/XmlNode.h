@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstdint>
+
+#include "libCommon/Export.h"
+#include "libCommon/text/String.h"
+
+namespace vrx {
+
+class XmlContainer;
+class XmlElement;
+class XmlDocument;
+class XmlContent;
+
+/// One node of a document. Nodes live in the memory of their document: they are made by it (`XmlDocument::NewElement`,
+/// `NewText`, `NewComment`), linked under nodes of the same document, never deleted one by one, and all gone when the
+/// document is cleared or destroyed. That makes a document of a million elements cheap to build and to drop.
+class VRX_EXPORT XmlNode {
+public:
+    enum class Kind : std::uint8_t { Document, Element, Text, Comment };
+
+    XmlNode(const XmlNode&) = delete;
+    XmlNode& operator=(const XmlNode&) = delete;
+
+    Kind NodeKind() const noexcept { return m_kind; }
+
+    /// The node as an element; null when it is none.
+    XmlElement* ToElement() noexcept;
+    const XmlElement* ToElement() const noexcept;
+
+    XmlContainer* Parent() noexcept { return m_parent; }
+    const XmlContainer* Parent() const noexcept { return m_parent; }
+
+    XmlNode* NextSibling() noexcept { return m_next; }
+    const XmlNode* NextSibling() const noexcept { return m_next; }
+
+    /// The next sibling that is an element (of exactly that name, when one is given); null when there is none.
+    XmlElement* NextSiblingElement() noexcept;
+    const XmlElement* NextSiblingElement() const noexcept;
+    XmlElement* NextSiblingElement(StringView name) noexcept;
+    const XmlElement* NextSiblingElement(StringView name) const noexcept;
+
+    /// One pointer that belongs to whoever uses the document; the document never follows or frees it.
+    void* GetUserData() const noexcept { return m_userData; }
+    void SetUserData(void* data) noexcept { m_userData = data; }
+
+    /// Text of a text node or comment, name of an element; empty for a document.
+    StringView Value() const noexcept;
+
+    /// The document that made the node, wherever it has been moved to since. Requires: it still holds the node.
+    XmlDocument& Document() const;
+
+protected:
+    XmlNode(Kind kind, XmlContent* content) noexcept : m_content(content), m_kind(kind) {}
+    ~XmlNode() = default;
+    XmlContent& content() const noexcept { return *m_content; }
+
+private:
+    friend class XmlContainer;
+    XmlContainer* m_parent = nullptr;
+    XmlNode* m_next = nullptr;
+    void* m_userData = nullptr;
+    XmlContent* m_content;
+    Kind m_kind;
+};
+
+/// A node that has children: an element or the document itself.
+class VRX_EXPORT XmlContainer : public XmlNode {
+public:
+    XmlNode* FirstChild() noexcept { return m_firstChild; }
+    const XmlNode* FirstChild() const noexcept { return m_firstChild; }
+
+    /// The first child that is an element (of exactly that name, when one is given); null when there is none.
+    XmlElement* FirstChildElement() noexcept;
+    const XmlElement* FirstChildElement() const noexcept;
+    XmlElement* FirstChildElement(StringView name) noexcept;
+    const XmlElement* FirstChildElement(StringView name) const noexcept;
+
+    bool NoChildren() const noexcept { return m_firstChild == nullptr; }
+
+    /// Adds a node as the last child. Requires: the node was made by the same document and has no parent.
+    void LinkEndChild(XmlNode* node);
+
+protected:
+    XmlContainer(Kind kind, XmlContent* content) noexcept : XmlNode(kind, content) {}
+    ~XmlContainer() = default;
+
+private:
+    friend class XmlContent;
+    friend class XmlTreeBuilder;
+    void append(XmlNode* node) noexcept;
+
+    XmlNode* m_firstChild = nullptr;
+    XmlNode* m_lastChild = nullptr;
+};
+
+}  // namespace vrx

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <expat.h>
+
+#include <memory>
+#include <optional>
+
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlContent.h"
+#include "libCommon/xml/XmlSource.h"
+#include "libCommon/xml/XmlTreeBuilder.h"
+
+namespace vrx {
+
+/// Drives the XML parser library over one text and hands what it finds to the tree builder.
+class XmlParser {
+public:
+    /// Both are borrowed.
+    XmlParser(XmlSource& source, XmlTreeBuilder& builder);
+
+    /// Parses the whole text, once. What went wrong, or nothing.
+    std::optional<XmlError> run();
+
+private:
+    struct Release {
+        void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
+    };
+
+    static void onDeclaration(void* self, const char* version, const char* encoding, int standalone);
+    static void onPrologToken(void* self, const char* text, int size);
+    static void onStartElement(void* self, const char* name, const char** attributes);
+    static void onEndElement(void* self, const char* name);
+    static void onText(void* self, const char* text, int size);
+    static void onComment(void* self, const char* text);
+
+    std::size_t nextChunkSize(std::uint64_t bytesRead) const noexcept;
+    void stop(String description);
+    XmlPlace here();
+    XmlError libraryError();
+
+    XmlSource& m_source;
+    XmlTreeBuilder& m_builder;
+    std::unique_ptr<XML_ParserStruct, Release> m_parser;
+    std::optional<XmlError> m_error;
+};
+
+}  // namespace vrx

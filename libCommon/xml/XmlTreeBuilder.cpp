@@ -1,0 +1,51 @@
+#include "libCommon/xml/XmlTreeBuilder.h"
+
+namespace vrx {
+
+namespace {
+
+bool isWhiteSpace(std::string_view text) noexcept {
+    for (const char c : text) {
+        if (c != ' ' && c != '\n' && c != '\t' && c != '\r') {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+void XmlTreeBuilder::startElement(const char* name, const char* const* attributes, std::size_t count, XmlPlace place) {
+    finishText();
+    XmlElement* const element = m_content.newElement(m_names.find(name));
+    element->m_row = place.row;
+    element->m_column = place.column;
+    element->reserveAttributes(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const StringView value = m_content.keepUtf8(attributes[2 * i + 1]);
+        element->addAttribute(m_names.find(attributes[2 * i]), value);
+    }
+    append(element);
+    m_parent = element;
+    ++m_level;
+}
+
+void XmlTreeBuilder::endElement() {
+    finishText();
+    m_parent = m_parent->Parent();
+    --m_level;
+}
+
+void XmlTreeBuilder::comment(std::string_view text) {
+    finishText();
+    append(m_content.newComment(m_content.keepUtf8(text)));
+}
+
+void XmlTreeBuilder::finishText() {
+    if (!isWhiteSpace(m_text)) {
+        append(m_content.newText(m_content.keepUtf8(m_text)));
+    }
+    m_text.clear();
+}
+
+}  // namespace vrx

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "libCommon/xml/XmlContent.h"
+#include "libCommon/xml/XmlNames.h"
+#include "libCommon/xml/XmlPosition.h"
+
+namespace vrx {
+
+/// Makes the nodes of a document from the parser's events, which are trusted to be well-formed, valid UTF-8 and
+/// properly nested.
+///
+/// Text comes in pieces (at line ends, references, CDATA sections, ends of the parser's buffer). They are gathered
+/// until a tag or a comment follows and make one node together, or none when all of it is white space.
+class XmlTreeBuilder {
+public:
+    explicit XmlTreeBuilder(XmlContent& content)
+        : m_content(content), m_names(content.names()), m_parent(&content.top()) {}
+
+    /// `attributes` holds `count` names, each followed by its value.
+    void startElement(const char* name, const char* const* attributes, std::size_t count, XmlPlace place);
+    void endElement();
+    void text(std::string_view piece) {
+        if (piece.size() == 1) {  // a line end, mostly
+            m_text.push_back(piece.front());
+        } else {
+            m_text.append(piece);
+        }
+    }
+    void comment(std::string_view text);
+
+    /// How many elements are open.
+    unsigned level() const noexcept { return m_level; }
+
+    /// The innermost open element; null when none is.
+    const XmlElement* openElement() const noexcept { return m_parent->ToElement(); }
+
+private:
+    void finishText();
+    void append(XmlNode* node) noexcept { m_parent->append(node); }
+
+    XmlContent& m_content;
+    XmlNameCache m_names;
+    XmlContainer* m_parent;
+    unsigned m_level = 0;
+    std::string m_text;
+};
+
+}  // namespace vrx

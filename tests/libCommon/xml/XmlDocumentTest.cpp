@@ -1,0 +1,132 @@
+#include "libCommon/xml/XmlDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <utility>
+
+#include "libCommon/error/StructuredException.h"
+#include "tests/libCommon/PrintText.h"
+
+namespace vrx {
+
+TEST(XmlDocumentTest, walks) {
+    XmlDocument document;
+    ASSERT_TRUE(document.Parse(u"<!--top--><a>one<b/><c/>two<b x='1'/></a>"));
+    EXPECT_EQ(document.Top().FirstChild()->NodeKind(), XmlNode::Kind::Comment);
+    EXPECT_EQ(document.Top().FirstChild()->Value(), u"top");
+    XmlElement* const root = document.RootElement();
+    EXPECT_EQ(root->Parent(), &document.Top());
+    EXPECT_EQ(root->FirstChild()->ToElement(), nullptr);
+    XmlElement* const first = root->FirstChildElement();
+    EXPECT_EQ(first, root->FirstChildElement(u"b"));
+    EXPECT_EQ(first->NextSiblingElement()->Name(), u"c");
+    EXPECT_EQ(first->NextSiblingElement(u"b")->Attribute(u"x"), u"1");
+    EXPECT_EQ(first->NextSiblingElement(u"B"), nullptr);
+    EXPECT_EQ(first->NextSiblingElement(u"b")->NextSiblingElement(), nullptr);
+    EXPECT_EQ(root->GetText(), u"onetwo");
+    EXPECT_EQ(first->GetUserData(), nullptr);
+    first->SetUserData(root);
+    EXPECT_EQ(root->FirstChildElement(u"b")->GetUserData(), root);
+}
+
+TEST(XmlDocumentTest, buildsAndSetsAttributes) {
+    XmlDocument document;
+    XmlElement* const root = document.NewElement(u"a");
+    document.LinkEndChild(document.NewComment(u"c"));
+    document.LinkEndChild(root);
+    for (char16_t name = u'a'; name <= u'j'; ++name) {
+        root->SetAttribute(StringView(&name, 1), u"old");
+    }
+    root->SetAttribute(u"b", root->Attribute(u"a"));
+    root->SetAttribute(u"b", u"");
+    root->SetAttribute(u"c", u"new");
+    root->LinkEndChild(document.NewText(u"t"));
+    EXPECT_EQ(document.toString(),
+              u"<!--c--><a a=\"old\" b=\"\" c=\"new\" d=\"old\" e=\"old\" f=\"old\" g=\"old\" h=\"old\" i=\"old\" "
+              u"j=\"old\">t</a>");
+    EXPECT_NE(root->FindAttribute(u"b"), nullptr);
+    EXPECT_EQ(root->Row(), 0U);
+}
+
+TEST(XmlDocumentTest, guardsItsTree) {
+    XmlDocument document;
+    XmlDocument other;
+    XmlElement* const root = document.NewElement(u"a");
+    document.LinkEndChild(root);
+    EXPECT_THROW(root->LinkEndChild(nullptr), StructuredException);
+    EXPECT_THROW(root->LinkEndChild(root), StructuredException);
+    EXPECT_THROW(document.LinkEndChild(root), StructuredException);
+    EXPECT_THROW(root->LinkEndChild(other.NewElement(u"b")), StructuredException);
+    EXPECT_THROW(root->LinkEndChild(other.NewText(u"b")), StructuredException);
+    EXPECT_EQ(document.toString(), u"<a/>");
+}
+
+TEST(XmlDocumentTest, movesWithItsNodes) {
+    XmlDocument source;
+    ASSERT_TRUE(source.Parse(u"<a><b/></a>"));
+    XmlElement* const root = source.RootElement();
+    XmlDocument target(std::move(source));
+    EXPECT_EQ(target.RootElement(), root);
+    EXPECT_EQ(&root->FirstChild()->Document(), &target);
+    EXPECT_EQ(std::as_const(source).RootElement(), nullptr);
+    ASSERT_TRUE(source.Parse(u"<other/>"));
+    source = std::move(target);
+    EXPECT_EQ(&root->Document(), &source);
+    root->LinkEndChild(root->Document().NewElement(u"c"));
+    EXPECT_EQ(source.toString(), u"<a><b/><c/></a>");
+}
+
+TEST(XmlDocumentTest, copiesElements) {
+    XmlDocument source;
+    ASSERT_TRUE(source.Parse(u"<a>\n <b x='1' y='\u20AC'>t<!--c--><d/></b></a>"));
+    XmlElement* const original = source.RootElement()->FirstChildElement();
+    original->SetUserData(original);
+    XmlDocument target;
+    XmlElement* const copy = target.CopyOf(*original);
+    EXPECT_EQ(copy->Parent(), nullptr);
+    EXPECT_EQ(copy->GetUserData(), nullptr);
+    target.LinkEndChild(copy);
+    target.LinkEndChild(target.CopyOf(*copy->FirstChildElement()));
+    source.Clear();
+    EXPECT_EQ(target.toString(), u"<b x=\"1\" y=\"\u20AC\">t<!--c--><d/></b><d/>");
+    EXPECT_EQ(copy->Row(), 1U);
+    EXPECT_EQ(copy->FirstChildElement()->Column(), 25U);
+}
+
+TEST(XmlDocumentTest, replacesWhatItHeld) {
+    XmlDocument document;
+    EXPECT_FALSE(document.Error());
+    EXPECT_EQ(document.RootElement(), nullptr);
+    EXPECT_EQ(document.toString(), u"");
+    ASSERT_TRUE(document.Parse(u"<a v='&lt;b/>'/>"));
+    EXPECT_TRUE(document.Parse(document.RootElement()->Attribute(u"v")));
+    EXPECT_EQ(document.toString(), u"<b/>");
+    EXPECT_FALSE(document.Parse(u"<a>"));
+    EXPECT_EQ(document.toString(), u"");
+    document.Clear();
+    EXPECT_FALSE(document.Error());
+    EXPECT_EQ(document.ErrorDesc(), u"");
+}
+
+TEST(XmlDocumentTest, loadsFiles) {
+    const std::string path = testing::TempDir() + "vrxXmlDocumentTest.xml";
+    XmlDocument document;
+    for (const auto& [bytes, isGood] :
+         {std::pair("\xEF\xBB\xBF<a>\xC3\xBC</a>", true), std::pair("<a>\xFC</a>", false)}) {
+        std::ofstream(path, std::ios::binary) << bytes;
+        EXPECT_EQ(document.LoadFile(String::UTF8Decode(path)), isGood);
+        EXPECT_EQ(document.Error(), !isGood);
+    }
+    std::filesystem::remove(path);
+    EXPECT_FALSE(document.LoadFile(String::UTF8Decode(path)));
+    EXPECT_EQ(document.ErrorDesc(), u"No such file or directory");
+    EXPECT_EQ(document.ErrorRow(), 0U);
+    EXPECT_FALSE(document.LoadFile(u"/"));
+    EXPECT_EQ(document.ErrorDesc(), u"Is a directory");
+}
+
+}  // namespace vrx
