@@ -1,0 +1,111 @@
+#include "libRegex/CompiledPattern.h"
+
+#include "libCommon/logging/Logger.h"
+#include "libCommon/text/NumberText.h"
+#include "libRegex/ExceededTests.h"
+#include "libRegex/RangeForm.h"
+
+// Decides one test of a pattern that is more than a literal, by the first of these that applies:
+//
+//   1. The pattern ends with a range and a unit, and the value is a number with a unit of the same kind: the number is
+//      converted into the pattern's unit and that comparison decides alone. A pattern with more around the range is
+//      searched for in the converted value, "1000 MHz" for "1.0 GHz".
+//   2. The whole pattern is "^", one range, perhaps a blank and a unit, "$" - the form of generated scripts. The value
+//      must be one number in the range. With a unit there is nothing left to decide: a value that this could match is
+//      a number with that very unit, and the first step has decided it.
+//   3. Everything else is searched for.
+//
+// Tests that had to be given up are remembered, so that a hopeless test costs its limit once.
+
+namespace vrx {
+
+namespace {
+
+constexpr std::size_t SHOWN_UNITS = 80;
+
+String shortened(StringView pattern) {
+    return pattern.size() <= SHOWN_UNITS ? String(pattern) : concat(pattern.substr(0, SHOWN_UNITS), u"...");
+}
+
+void logExceeded(StringView pattern) {
+    static Logger& logger = Logger::get("libRegex.Regex");
+    VRX_LOG(logger, LogPriority::Warning,
+            u"pattern exceeded its match limit and counts as not matching: " << shortened(pattern));
+}
+
+std::size_t keyOf(StringView pattern, LetterCase letterCase) noexcept {
+    return hashOf(pattern) + (letterCase == LetterCase::Ignored ? 1U : 0U);
+}
+
+String inLetterCase(StringView text, LetterCase letterCase) {
+    return letterCase == LetterCase::Ignored ? foldBeyondAscii(text) : String(text);
+}
+
+}  // namespace
+
+CompiledPattern::CompiledPattern(StringView pattern, LetterCase letterCase)
+    : m_pattern(pattern),
+      m_letterCase(letterCase),
+      m_hash(keyOf(pattern, letterCase)),
+      m_hasExceeded(ExceededTests::instance().knowsPattern(m_hash)) {
+    RangeForm form(inLetterCase(pattern, letterCase));
+    if (!form.sites().empty()) {
+        classify(form.sites().back());
+    }
+    if (!m_isWholeRange) {
+        m_program.emplace(std::move(form), letterCase);
+    }
+}
+
+void CompiledPattern::classify(const RangeSite& lastRange) {
+    const StringView tail = m_pattern.view().substr(lastRange.end);
+    m_unit = UnitRange::parse(tail);
+    const bool isAnchored = lastRange.begin == 1 && m_pattern.view().front() == u'^';
+    if ((isAnchored || lastRange.begin == 0) && (m_unit || tail.empty() || tail == u"$")) {
+        m_lonelyRange = lastRange.range;
+        // Without letter case the unit may stand there in a spelling that is not in the unit table.
+        m_isWholeRange = isAnchored && tail.ends_with(u'$') && (!m_unit || m_letterCase == LetterCase::Matters);
+    }
+}
+
+bool CompiledPattern::matches(StringView value) {
+    if (m_unit) {
+        if (const auto number = m_unit->numberOf(value)) {
+            return m_lonelyRange ? m_lonelyRange->contains(*number)
+                                 : search(concat(toText(*number), u" ", m_unit->unitText()));
+        }
+    }
+    return m_isWholeRange ? isInWholeRange(value) : search(value);
+}
+
+bool CompiledPattern::isInWholeRange(StringView value) const noexcept {
+    return !m_unit && numberEnd(value, 0) == value.size() && m_lonelyRange->contains(numberValue(value));
+}
+
+bool CompiledPattern::search(StringView value) {
+    if (!m_program->isValid()) {
+        return false;
+    }
+    return m_letterCase == LetterCase::Ignored ? searchWithin(foldBeyondAscii(value)) : searchWithin(value);
+}
+
+bool CompiledPattern::searchWithin(StringView value) {
+    ExceededTests& exceeded = ExceededTests::instance();
+    if (m_hasExceeded && exceeded.meets(m_hash, hashOf(value))) {
+        return false;
+    }
+    const SearchOutcome outcome = m_program->search(value);
+    if (outcome == SearchOutcome::Exceeded) {
+        m_hasExceeded = true;
+        if (exceeded.add(m_hash, hashOf(value))) {
+            logExceeded(m_pattern);
+        }
+    }
+    return outcome == SearchOutcome::Match;
+}
+
+std::size_t CompiledPattern::byteSize() const noexcept {
+    return sizeof *this + m_pattern.size() * sizeof(char16_t) + (m_program ? m_program->byteSize() : 0);
+}
+
+}  // namespace vrx
