@@ -1,0 +1,77 @@
+#pragma once
+
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <boost/unordered/unordered_flat_set.hpp>
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "libCommon/containers/HashFunctions.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx {
+
+/// The indexes of a store of two devices or more. Each is made on the first question that needs it and takes in, on the
+/// next question, the devices that were added since. The arrays handed out are valid until a device is added.
+class StateIndexes {
+public:
+    using DeviceArray = StateManager::DeviceArray;
+
+    /// `devices` is the store's list, which only grows while the indexes live.
+    explicit StateIndexes(const DeviceArray& devices) : m_devices(devices) {}
+    StateIndexes(const StateIndexes&) = delete;
+    StateIndexes& operator=(const StateIndexes&) = delete;
+
+    /// What stands for "none" in every answer.
+    static const DeviceArray& noDevices();
+
+    const DeviceArray& byType(const CapabilityImp& filter);
+    const DeviceArray& byHwLocator(StringView hwLocator);
+    const DeviceArray& byOsLocator(StringView osLocator);
+    const DeviceArray& byName(StringView name);
+
+    /// The first device of that guid; an empty pointer when there is none.
+    StateManager::DevicePointer byGuid(const String& guid);
+
+    /// Whether that object is in the store.
+    bool contains(const IDeviceImp* device);
+
+private:
+    struct TextHash {
+        std::size_t operator()(StringView text) const noexcept { return hashOf(text); }
+    };
+
+    /// Groups of devices with one key. A key that is a view refers to a text of the group's first device.
+    template <typename Key>
+    struct Groups {
+        boost::unordered_flat_map<Key, DeviceArray, TextHash> byKey;
+        std::size_t covered = 0;  ///< how many of the devices are entered
+    };
+
+    void coverTypes();
+    void enterType(const StateManager::DevicePointer& device);
+    const DeviceArray& bySet(const CapabilityImp& filter);
+    template <typename Key, typename KeyOf>
+    const DeviceArray& group(Groups<Key>& groups, const Key& key, const KeyOf& keyOf);
+
+    const DeviceArray& m_devices;
+
+    std::vector<DeviceArray> m_byTypeNode;  ///< by CapabilityImp::node()
+    std::size_t m_typesCovered = 0;
+
+    /// Answers for sets of types, by the set's text; all are of the store as it was with m_setsCovered devices.
+    boost::unordered_flat_map<String, std::unique_ptr<DeviceArray>, HashFunc<String>> m_bySet;
+    std::size_t m_setsCovered = 0;
+
+    Groups<StringView> m_byHwLocator;
+    Groups<StringView> m_byOsLocator;
+    Groups<String> m_byFoldedName;
+
+    boost::unordered_flat_map<String, std::size_t, HashFunc<String>> m_byGuid;  ///< positions in m_devices
+    std::size_t m_guidsCovered = 0;
+
+    boost::unordered_flat_set<const IDeviceImp*> m_members;
+    std::size_t m_membersCovered = 0;
+};
+
+}  // namespace vrx

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <memory>
+
+#include "libCommon/Export.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libSystemState/Forward.h"
+
+namespace vrx {
+
+struct MergeChanges;
+
+/// The store: every device once, as a tree under one root, and the registered property specifications.
+///
+/// Look-ups by type, guid, locator and name are answered from indexes, which are made on the first question that needs
+/// them. Used from one thread at a time.
+class VRX_EXPORT StateManager {
+public:
+    using DevicePointer = boost::shared_ptr<IDeviceImp>;
+    using DeviceArray = Array<DevicePointer>;
+
+    /// The process-wide store.
+    static StateManager& instance();
+
+    /// An empty, independent store.
+    StateManager();
+    ~StateManager();
+    StateManager(const StateManager&) = delete;
+    StateManager& operator=(const StateManager&) = delete;
+
+    /// The first device that was added; an empty pointer in an empty store.
+    DevicePointer rootDevice() const;
+
+    /// The device whose guid that is (the one added first, when several share it); an empty pointer when there is none.
+    DevicePointer deviceByGuid(const String& guid) const;
+
+    std::uint32_t deviceCount() const noexcept;
+
+    /// Every device whose type satisfies the filter, in order of adding; with `CapabilityImp::ALL()` every device. The
+    /// second argument is reserved (callers pass false).
+    DeviceArray getDevices(const CapabilityImp& filter, bool reserved) const;
+
+    /// The same list without a copy; valid until a device is added.
+    const DeviceArray& devicesCapableOf(const CapabilityImp& filter) const;
+
+    /// Devices with exactly that locator, or whose name equals the text without letter case, in order of adding; valid
+    /// until a device is added.
+    const DeviceArray& devicesByHwLocator(StringView hwLocator) const;
+    const DeviceArray& devicesByOsLocator(StringView osLocator) const;
+    const DeviceArray& devicesByName(StringView name) const;
+
+    /// Adds a device and returns the stored one. The first becomes the root; every later one becomes a child of
+    /// `parent`, or of the root when none is given. Adding the same object again changes nothing; another object with
+    /// the same guid is a device of its own. `changes` is reserved (callers pass null). Requires: device is not empty;
+    /// parent is empty or in this store.
+    DevicePointer addDevice(const DevicePointer& device, MergeChanges* changes,
+                            const DevicePointer& parent = DevicePointer());
+
+    /// Registers a specification under its guid; one that is registered already stays.
+    void addPropertySpec(const boost::shared_ptr<PropertySpecImp>& spec);
+
+    /// The specification of that guid; an empty pointer when there is none.
+    boost::shared_ptr<PropertySpecImp> propertySpec(const String& guid) const;
+
+    /// Removes every device and specification.
+    void clear();
+
+private:
+    struct Content;
+    std::unique_ptr<Content> m_content;
+};
+
+}  // namespace vrx

@@ -1,0 +1,161 @@
+#include "libSystemState/devices/DeviceImp.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/unordered/unordered_flat_set.hpp>
+#include <cstdint>
+#include <utility>
+
+#include "libCommon/Assertion.h"
+#include "libSystemState/properties/PropertyCategoryImp.h"
+#include "libSystemState/properties/PropertyImp.h"
+
+/// The property of a key is found by comparing keys one after another while there are few. From INDEX_FROM properties
+/// on a hash index serves, made on the first look-up and extended on the next look-up after properties were added.
+/// The index holds positions, not texts: it hashes and compares through the properties themselves, so it costs a few
+/// bytes a property and never refers to a text that is gone. Of equal keys it keeps the first.
+
+namespace vrx {
+
+namespace {
+
+using PropertyArray = Array<boost::shared_ptr<IPropertyImp>>;
+using Position = std::uint32_t;
+
+constexpr std::size_t INDEX_FROM = 16;
+
+/// Hashes and compares positions by the keys that stand there; a text is looked up as it is.
+struct KeysByPosition {
+    using is_transparent = void;
+    const PropertyArray* properties;
+
+    StringView keyOf(Position position) const { return (*properties)[position]->key(); }
+    StringView keyOf(StringView key) const { return key; }
+
+    template <typename T>
+    std::size_t operator()(const T& key) const {
+        return hashOf(keyOf(key));
+    }
+    template <typename A, typename B>
+    bool operator()(const A& a, const B& b) const {
+        return keyOf(a) == keyOf(b);
+    }
+};
+
+/// A deep copy; the usual kind of property with its counter in one allocation.
+boost::shared_ptr<IPropertyImp> copyOf(const IPropertyImp& property) {
+    if (const auto* plain = dynamic_cast<const PropertyImp*>(&property)) {
+        return boost::make_shared<PropertyImp>(*plain);
+    }
+    return boost::shared_ptr<IPropertyImp>(property.clone());
+}
+
+void appendEscaped(String& out, StringView locator) {
+    for (const char16_t unit : locator) {
+        if (unit == u'\\' || unit == u'|') {
+            out.append(u'\\');
+        }
+        out.append(unit);
+    }
+}
+
+}  // namespace
+
+struct DeviceImp::KeyIndex {
+    explicit KeyIndex(const PropertyArray& properties)
+        : positions(properties.size(), KeysByPosition{&properties}, KeysByPosition{&properties}) {}
+
+    /// Enters the properties that were added since the last call.
+    void extend(const PropertyArray& properties) {
+        for (; covered < properties.size(); ++covered) {
+            positions.insert(covered);
+        }
+    }
+
+    boost::unordered_flat_set<Position, KeysByPosition, KeysByPosition> positions;
+    Position covered = 0;
+};
+
+DeviceImp::DeviceImp(const CapabilityImp& type, const CapabilityImp& capabilities, const String& name,
+                     const String& description, const String& osLocator, const String& hwLocator)
+    : m_type(type),
+      m_capabilities(capabilities),
+      m_name(name),
+      m_description(description),
+      m_osLocator(osLocator),
+      m_hwLocator(hwLocator) {}
+
+DeviceImp::~DeviceImp() = default;
+
+boost::shared_ptr<IDeviceImp> DeviceImp::createGeneric(const CapabilityImp& type, const CapabilityImp& capabilities,
+                                                       unsigned, const String& name, const String& description,
+                                                       const String& osLocator, const String& hwLocator) {
+    return boost::shared_ptr<IDeviceImp>(new DeviceImp(type, capabilities, name, description, osLocator, hwLocator));
+}
+
+String DeviceImp::guid(const String& hwLocator, const String& osLocator) {
+    String guid;
+    guid.reserve(hwLocator.size() + 1 + osLocator.size());
+    appendEscaped(guid, hwLocator);
+    guid.append(u'|');
+    appendEscaped(guid, osLocator);
+    return guid;
+}
+
+IDeviceImp* DeviceImp::clone() const {
+    std::unique_ptr<DeviceImp> copy(
+        new DeviceImp(m_type, m_capabilities, m_name, m_description, m_osLocator, m_hwLocator));
+    copy->m_properties.reserve(m_properties.size());
+    for (const boost::shared_ptr<IPropertyImp>& property : m_properties) {
+        copy->m_properties.append(copyOf(*property));
+    }
+    return copy.release();
+}
+
+void DeviceImp::addProperty(const boost::shared_ptr<IPropertyImp>& property) {
+    VRX_ASSERT(property != nullptr);
+    m_properties.append(property);
+}
+
+const boost::shared_ptr<IPropertyImp>* DeviceImp::lookUp(StringView key) const {
+    if (m_properties.size() < INDEX_FROM) {
+        for (const boost::shared_ptr<IPropertyImp>& property : m_properties) {
+            if (property->key() == key) {
+                return &property;
+            }
+        }
+        return nullptr;
+    }
+    if (!m_keyIndex) {
+        m_keyIndex = std::make_unique<KeyIndex>(m_properties);
+    }
+    m_keyIndex->extend(m_properties);
+    const auto at = m_keyIndex->positions.find(key);
+    return at == m_keyIndex->positions.end() ? nullptr : &m_properties[*at];
+}
+
+boost::shared_ptr<IPropertyImp> DeviceImp::property(const String& key) const {
+    const boost::shared_ptr<IPropertyImp>* found = lookUp(key);
+    return found ? *found : boost::shared_ptr<IPropertyImp>();
+}
+
+const IPropertyImp* DeviceImp::findProperty(StringView key) const {
+    const boost::shared_ptr<IPropertyImp>* found = lookUp(key);
+    return found ? found->get() : nullptr;
+}
+
+PropertyArray DeviceImp::properties(const PropertyCategoryImp& categories) const {
+    if (categories == PropertyCategoryImp::ALL()) {
+        return m_properties;
+    }
+    PropertyArray selected;
+    for (const boost::shared_ptr<IPropertyImp>& property : m_properties) {
+        if (property->category().intersect(categories)) {
+            selected.append(property);
+        }
+    }
+    return selected;
+}
+
+String DeviceImp::toString(unsigned, bool) const { return concat(m_type.toString(), u" \"", m_name, u"\" ", guid()); }
+
+}  // namespace vrx

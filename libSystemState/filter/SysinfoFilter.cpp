@@ -1,0 +1,186 @@
+#include "libSystemState/filter/SysinfoFilter.h"
+
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "libCommon/containers/HashTable.h"
+#include "libCommon/io/FileLoader.h"
+#include "libCommon/text/NumberText.h"
+#include "libCommon/xml/XmlDocument.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/IPropertyImp.h"
+#include "libSystemState/properties/PropertyCategoryImp.h"
+
+/// The filter file is a list of rules, one a `device` element; its `property` children name keys and tolerances:
+///
+///     <system-information-filter>
+///         <device type="Processor"><property key="Clock" tolerance="1.5"/><property key="Model"/></device>
+///         <device type="Storage"/>
+///     </system-information-filter>
+///
+/// Loading turns it into Rules, checking types and tolerances as it goes; the first mistake ends it and leaves no
+/// rules. Elements and attributes of other names are ignored. For a device the first rule whose type its own satisfies
+/// decides; which rule that is depends on the type alone, so it is remembered by type.
+
+namespace vrx {
+
+namespace {
+
+struct Rule {
+    CapabilityImp type;
+    HashTable<String, std::optional<double>> tolerances;  ///< by selected key; no keys: every property is selected
+};
+
+/// Why and where a load failed.
+struct Mistake {
+    SysinfoFilter::PARSE_RET code;
+    String text;
+};
+
+String placed(StringView text, std::uint32_t row, std::uint32_t column) {
+    return concat(text, u" (", toText(row + 1), u":", toText(column + 1), u")");
+}
+
+Mistake mistakeAt(const XmlElement& element, SysinfoFilter::PARSE_RET code, StringView text, StringView value) {
+    return {code, placed(concat(text, u" \"", value, u"\""), element.Row(), element.Column())};
+}
+
+std::optional<Mistake> readProperty(const XmlElement& element, Rule& rule) {
+    std::optional<double> tolerance;
+    if (const XmlAttribute* attribute = element.FindAttribute(u"tolerance")) {
+        tolerance = parseReal(trimmed(attribute->Value()));
+        if (!tolerance) {
+            return mistakeAt(element, SysinfoFilter::PARSE_BAD_TOLERANCE, u"tolerance is not a number:",
+                             attribute->Value());
+        }
+    }
+    rule.tolerances.insert(String(element.Attribute(u"key")), tolerance);
+    return std::nullopt;
+}
+
+std::optional<Mistake> readRule(const XmlElement& element, Rule& rule) {
+    rule.type = CapabilityImp(element.Attribute(u"type"));
+    if (rule.type.isInvalid()) {
+        return mistakeAt(element, SysinfoFilter::PARSE_UNKNOWN_TYPE, u"unknown device type:",
+                         element.Attribute(u"type"));
+    }
+    for (const XmlElement* child = element.FirstChildElement(u"property"); child != nullptr;
+         child = child->NextSiblingElement(u"property")) {
+        if (std::optional<Mistake> mistake = readProperty(*child, rule)) {
+            return mistake;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Mistake> readDocument(const String& path, XmlDocument& document) {
+    std::string bytes;
+    String error;
+    if (!vrx::loadFile(path, bytes, error)) {
+        return Mistake{SysinfoFilter::PARSE_UNREADABLE, std::move(error)};
+    }
+    if (!document.ParseUtf8(bytes)) {
+        return Mistake{SysinfoFilter::PARSE_XML_ERROR,
+                       placed(document.ErrorDesc(), document.ErrorRow(), document.ErrorColumn())};
+    }
+    const XmlElement& root = *document.RootElement();
+    if (root.Name() != u"system-information-filter") {
+        return mistakeAt(root, SysinfoFilter::PARSE_WRONG_ROOT, u"root element is not system-information-filter:",
+                         root.Name());
+    }
+    return std::nullopt;
+}
+
+std::optional<Mistake> readFile(const String& path, Array<Rule>& rules) {
+    XmlDocument document;
+    if (std::optional<Mistake> mistake = readDocument(path, document)) {
+        return mistake;
+    }
+    for (const XmlElement* child = document.RootElement()->FirstChildElement(u"device"); child != nullptr;
+         child = child->NextSiblingElement(u"device")) {
+        if (std::optional<Mistake> mistake = readRule(*child, rules.emplace())) {
+            return mistake;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+struct SysinfoFilter::Rules {
+    Array<Rule> rules;
+    String errorText;
+    boost::unordered_flat_map<std::uint16_t, const Rule*> decided;  ///< by node of the device's type; null: no rule
+
+    const Rule* firstFor(const CapabilityImp& type) const {
+        for (const Rule& rule : rules) {
+            if (rule.type.isCapable(type)) {
+                return &rule;
+            }
+        }
+        return nullptr;
+    }
+
+    /// The rule that decides for devices of that type; null when there is none.
+    const Rule* decisiveFor(const CapabilityImp& type) {
+        if (type.node() == 0) {
+            return firstFor(type);
+        }
+        const auto [at, isNew] = decided.try_emplace(type.node(), nullptr);
+        if (isNew) {
+            at->second = firstFor(type);
+        }
+        return at->second;
+    }
+};
+
+SysinfoFilter::SysinfoFilter() : m_rules(std::make_unique<Rules>()) {}
+
+SysinfoFilter::~SysinfoFilter() = default;
+
+const String& SysinfoFilter::errorText() const noexcept { return m_rules->errorText; }
+
+SysinfoFilter::PARSE_RET SysinfoFilter::loadFile(const String& path) {
+    m_rules = std::make_unique<Rules>();
+    if (std::optional<Mistake> mistake = readFile(path, m_rules->rules)) {
+        m_rules->rules.clear();
+        m_rules->errorText = std::move(mistake->text);
+        return mistake->code;
+    }
+    return PARSE_SUCCESS;
+}
+
+bool SysinfoFilter::includeDevice(const IDeviceImp& device, Array<boost::shared_ptr<IPropertyImp>>& properties) const {
+    const Rule* rule = m_rules->decisiveFor(device.type());
+    if (rule == nullptr) {
+        return false;
+    }
+    Array<boost::shared_ptr<IPropertyImp>> all = device.properties(PropertyCategoryImp::ALL());
+    if (rule->tolerances.isEmpty()) {
+        properties = std::move(all);
+        return true;
+    }
+    properties.clear();
+    for (const boost::shared_ptr<IPropertyImp>& property : all) {
+        if (rule->tolerances.contains(property->key())) {
+            properties.append(property);
+        }
+    }
+    return true;
+}
+
+bool SysinfoFilter::inventoryTolerance(const CapabilityImp& type, const String& key, double& tolerancePercent) const {
+    const Rule* rule = m_rules->decisiveFor(type);
+    const std::optional<double>* tolerance = rule ? rule->tolerances.find(key) : nullptr;
+    if (tolerance == nullptr || !tolerance->has_value()) {
+        return false;
+    }
+    tolerancePercent = **tolerance;
+    return true;
+}
+
+}  // namespace vrx

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <memory>
+
+#include "libCommon/Export.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libSystemState/Forward.h"
+
+namespace vrx {
+
+/// The system-information filter: which devices and properties belong in a generated script, and with what tolerances.
+///
+/// A device is included when a rule's type is satisfied by the device's type; the first such rule in document order
+/// decides, for the tolerances too. A rule with `property` children selects those keys, in the device's order; a rule
+/// without any selects all of the device's properties. Used from one thread at a time.
+class VRX_EXPORT SysinfoFilter {
+public:
+    enum PARSE_RET {
+        PARSE_SUCCESS = 0,
+        PARSE_UNREADABLE = 1,    ///< the file cannot be read
+        PARSE_XML_ERROR = 2,     ///< it does not parse
+        PARSE_WRONG_ROOT = 3,    ///< its root is no system-information-filter
+        PARSE_UNKNOWN_TYPE = 4,  ///< a rule's type is not known
+        PARSE_BAD_TOLERANCE = 5  ///< a tolerance is not a number
+    };
+
+    SysinfoFilter();
+    ~SysinfoFilter();
+    SysinfoFilter(const SysinfoFilter&) = delete;
+    SysinfoFilter& operator=(const SysinfoFilter&) = delete;
+
+    /// Loads the rules, replacing those it had; on failure it has none.
+    PARSE_RET loadFile(const String& path);
+
+    /// Why the last load failed, with "(row:column)" where there is a place; empty after a success.
+    const String& errorText() const noexcept;
+
+    /// Whether the device belongs in the script; `properties` is then replaced by the properties that are selected for
+    /// it.
+    bool includeDevice(const IDeviceImp& device, Array<boost::shared_ptr<IPropertyImp>>& properties) const;
+
+    /// Whether the rule for that device type defines a tolerance (percent) for that property.
+    bool inventoryTolerance(const CapabilityImp& type, const String& key, double& tolerancePercent) const;
+
+private:
+    struct Rules;
+    std::unique_ptr<Rules> m_rules;
+};
+
+}  // namespace vrx
