@@ -1,0 +1,315 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "libCommon/Export.h"
+#include "libCommon/Forward.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/containers/HashTable.h"
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlDocument.h"
+#include "libSystemState/Forward.h"
+#include "libSystemState/results/TestResultImp.h"
+
+namespace vrx {
+
+class InventoryTestObserver;
+struct ElementContext;
+
+/// Decides whether a machine holds exactly the hardware that an inventory script describes.
+///
+/// A host makes an `Inventory`, points it at a `StateManager` (else the process-wide one is used), registers observers,
+/// loads a script and calls `run`. Findings are written into the script as `error` elements; `unsatisfiedDevices` and
+/// `extraDevices` name what is missing and what is too much. The static operations need no object.
+///
+/// An object is used from one thread at a time. A failing inventory is a result, never an exception; a broken contract
+/// is an assertion (StructuredException, code 7).
+class VRX_EXPORT Inventory {
+public:
+    /// One device by its texts. Two are equal when their locators are, whatever their names and types.
+    struct VRX_EXPORT DeviceSpec {
+        String name;
+        String type;
+        String hwLocator;
+        String osLocator;
+
+        DeviceSpec() = default;
+        DeviceSpec(String deviceName, String deviceType, String deviceHwLocator, String deviceOsLocator);
+
+        /// The identifier that `StateManager::deviceByGuid` resolves.
+        String guid() const;
+        bool operator==(const DeviceSpec& other) const { return guid() == other.guid(); }
+    };
+
+    /// One part of a parts list: a name standing for a group of devices.
+    struct VRX_EXPORT PartSpec {
+        String name;  ///< the identity of the part
+        String id;
+        String description;
+        String xml;             ///< the whole `part` element as XML text
+        String text;            ///< free text of the host; the engine puts the part element's location here
+        Array<String> devices;  ///< guids of the devices that the part was associated with in a run
+
+        PartSpec() = default;
+
+        /// Contract: the fourth argument becomes `text` and the fifth `xml`, crossing the order of the members.
+        PartSpec(String partName, String partId, String partDescription, String partText, String partXml);
+
+        /// Parts are the same when their names are equal (with letter case).
+        bool operator==(const PartSpec& other) const { return name == other.name; }
+    };
+
+    /// The error measure of a subtree, by which alternatives are compared.
+    struct ErrorSpec {
+        std::uint32_t numErrors = 0;
+        std::uint32_t indexSum = 0;
+
+        /// Fewer errors are better; among equals the larger index sum, because errors further along a sequence mean
+        /// that more of it was met.
+        bool isBetterThan(const ErrorSpec& other) const noexcept {
+            return numErrors != other.numErrors ? numErrors < other.numErrors : indexSum > other.indexSum;
+        }
+    };
+
+    /// Outcome of reading a parts list.
+    enum ParsePartsResult {
+        PartsParsed = 0,      ///< every part has a device description
+        PartsBlank = 1,       ///< one or more parts have none; the others were read
+        PartsEmptyInput = 2,  ///< the text was empty after trimming
+        PartsXmlError = 3,    ///< the XML does not parse, or the file does not load
+        PartsNoRoot = 4       ///< the document has no root element
+    };
+
+    using DeviceToPartsTable = HashTable<String, Array<PartSpec>, EqualFunc<String>, HashFunc<String>>;
+
+    class InventoryDeviceAssociations;
+
+    /// A flag that hosts put in front of console error lines; the engine itself never uses it.
+    static const char* const KSC_ERROR_FLAG;
+
+    Inventory();
+    ~Inventory();
+    Inventory(const Inventory&) = delete;
+    Inventory& operator=(const Inventory&) = delete;
+
+    // ---- Loading (engine/InventoryScriptLoading.cpp) ----
+
+    /// Parses a script held in memory, forgetting the last one. False, after telling every observer's `handleFileError`
+    /// why, when the text does not parse or its root is not `inventory-check`.
+    bool loadInventoryScript(const String& text);
+
+    /// Reads a script file (UTF-8; invalid sequences become U+FFFD and are reported in one log line) and loads it.
+    /// False, after telling the observers, when it cannot be read; the script loaded before then stays.
+    bool loadInventoryScriptFile(const String& path);
+
+    /// "inventory-check".
+    static String inventoryCheckElementName();
+
+    // ---- Set-up (engine/InventoryLifecycle.cpp) ----
+
+    /// The store to check; borrowed.
+    void setStateManager(StateManager& manager);
+
+    /// Whether an unsatisfied `device` element gets the "Unsatisfied device of type: " error (initially it does).
+    void setEnableUnsatisfiedDeviceTips(bool enable);
+
+    /// Observers are borrowed, must outlive the object, and are called in the order of registration, once for each time
+    /// that they were registered.
+    void registerInventoryObserver(InventoryTestObserver& observer);
+
+    /// A table (borrowed, null for none) into which runs enter, under each device's guid, the satisfied parts that the
+    /// device belongs to.
+    void setDeviceToPartsTable(DeviceToPartsTable* table);
+
+    // ---- Running (engine/InventoryRun.cpp) ----
+
+    /// Checks the loaded script. True when some combination of its alternatives is met and no `fail-on-extra` rule is
+    /// broken. `inventorySatisfied`, when given, receives whether the script was met leaving extra devices aside; it is
+    /// not written when no script is loaded or the run ended in an unexpected exception. On failure the script carries
+    /// the findings of the best combination and observers receive "InventoryTestFailed". A script is loaded again
+    /// before it is run again.
+    bool run(bool* inventorySatisfied = nullptr);
+
+    /// Devices that the script asked for in the last combination tried and the machine lacks.
+    const Array<DeviceSpec>& unsatisfiedDevices() const;
+
+    /// Devices beyond the script, of the best combination; left as it was by a run that passed.
+    const Array<DeviceSpec>& extraDevices() const;
+
+    /// The script with the findings of the last run.
+    const XmlDocument& script() const;
+
+    // ---- One device, one text (engine/InventoryDeviceCheck.cpp, engine/InventoryStringMatching.cpp) ----
+
+    /// Whether one device satisfies `content`, the inner XML of a `device` element. The device is copied, nothing else
+    /// is touched. `observer` (may be null) hears the private run; with `report` it also receives an event named
+    /// "InventoryTestFailed" with the annotated script, whatever the result. False when the content does not load.
+    static bool checkDevice(const IDeviceImp& device, const String& content, InventoryTestObserver* observer,
+                            bool report);
+
+    /// The engine's string comparison: the pattern matches (regular expression with ranges, with letter case), or,
+    /// after one leading "^" and one trailing "$" are dropped from it, equals the value without letter case.
+    static bool matchString(StringView pattern, StringView value);
+
+    // ---- Scripts from machines (generation/) ----
+
+    /// Writes an inventory script of the machine into `script`. Without `includeAllCategories` properties of the
+    /// categories Volatile, Internal and Group are left out. `checkLocators` and `checkNames` become the root's flags.
+    /// `filter` is borrowed; null loads "SystemInformationFilter.xml" from the working directory when it is there, and
+    /// writes an explanatory header comment.
+    void generateInventoryScript(String& script, bool includeAllCategories, bool checkLocators, bool checkNames,
+                                 SysinfoFilter* filter);
+
+    // ---- Parts lists (parts/) ----
+
+    /// Reads a parts list. Appends to `parts`; writes `error` only on PartsBlank and PartsXmlError.
+    static ParsePartsResult parsePartsList(const String& xml, Array<PartSpec>& parts, String& error);
+    static ParsePartsResult parsePartsListFile(const String& path, Array<PartSpec>& parts, String& error);
+
+    /// Whether the machine holds all devices that the script describes, whatever other devices it has. `extraDevices`,
+    /// when given, receives the devices too many (untouched when the script does not load). A null `state` means the
+    /// process-wide store.
+    static bool matchParts(const String& script, DeviceToPartsTable& deviceToParts, Array<DeviceSpec>* extraDevices,
+                           StateManager* state);
+
+    /// Finds which parts, and how many of each, the machine holds; true when a list of them satisfies it.
+    static bool generatePartsList(const Array<PartSpec>& partsList, const String& baseScript,
+                                  Array<PartSpec>& generatedParts, DeviceToPartsTable& deviceToParts,
+                                  Array<Array<PartSpec>>& ambiguousGroups, Array<DeviceSpec>& extraDevices,
+                                  StateManager* state);
+
+    /// The same, and a `part-generation-report` element added under `document`.
+    static TestResultImp generatePartsListDataAndXml(const Array<PartSpec>& partsList, const String& baseScript,
+                                                     Array<PartSpec>& generatedParts,
+                                                     DeviceToPartsTable& deviceToParts,
+                                                     Array<Array<PartSpec>>& ambiguousGroups,
+                                                     Array<DeviceSpec>& extraDevices, XmlDocument& document,
+                                                     StateManager* state);
+
+    /// A new document that holds only the report.
+    static XmlDocument generatePartsListXml(const Array<PartSpec>& partsList, const String& baseScript,
+                                            StateManager* state);
+
+    // ---- Recorded machines (import/) ----
+
+    /// Adds the devices of a SysInfo XML recording to `store`. False, after a log line that says why, when it does not
+    /// parse or holds no device list; devices added before a failure stay.
+    static bool importStateFromXmlString(const String& xml, StateManager& store);
+    static bool importStateFromXmlFile(const String& path, StateManager& store);
+
+private:
+    struct State;
+    class ExtraDeviceRules;
+
+    // engine/InventoryLifecycle.cpp
+    void resetState();
+
+    // engine/InventoryRun.cpp
+    bool runCombinations(XmlElement* root, bool* inventorySatisfied, unsigned& errorsIndex);
+    bool runIteration(XmlElement* root, bool first, unsigned passNumber, unsigned errorsIndex, ErrorSpec& errors,
+                      bool& anySatisfied);
+    void keepBetterIteration(std::uint32_t iteration, const ErrorSpec& errors, ErrorSpec& previous);
+    void reportUnexpectedException(XmlElement* root, const String& text, unsigned errorsIndex);
+
+    // engine/InventoryNotices.cpp
+    void raiseTestFailed();
+    void notifyObservers(const TestRunEventImp& event);
+    void reportUnknownElement(const XmlElement& element);
+    void reportNotUnderNot(const XmlElement& element);
+
+    // engine/InventoryFirstPass.cpp
+    bool runFirstPass(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex);
+    bool firstPassOfAll(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex);
+    bool firstPassOfOr(XmlElement* element, ErrorSpec& errors, bool underNot);
+    bool firstPassOfAlternative(XmlElement* child, ErrorSpec& errors, bool underNot);
+    bool firstPassOfNot(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex);
+    bool firstPassOfFailOnExtra(XmlElement* element);
+
+    // engine/InventorySecondPass.cpp
+    bool runSecondPass(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
+                       ErrorSpec& errors);
+    bool secondPassOfAll(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
+                         ErrorSpec& errors);
+    bool secondPassOfPart(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
+                          ErrorSpec& errors);
+    bool secondPassOfOr(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
+                        ErrorSpec& errors);
+    bool secondPassOfNot(XmlElement* element, unsigned passNumber, unsigned errorsIndex, ErrorSpec& errors);
+    bool skipsPrunedOr(XmlElement* element, unsigned errorsIndex, ErrorSpec& errors);
+    bool secondPassOfDevice(XmlElement* element, bool underNot, unsigned errorsIndex);
+    void enterPart(XmlElement* part, bool underNot);
+
+    // engine/InventoryDeviceMatching.cpp
+    bool matchDevice(XmlElement* element, bool underNot, unsigned associationIndex);
+    bool matchCandidates(XmlElement* element, const Array<boost::shared_ptr<IDeviceImp>>& candidates, bool underNot,
+                         unsigned associationIndex);
+    bool matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, bool underNot, bool report);
+    bool failDevice(XmlElement* element, const String& message, unsigned slot);
+
+    // engine/InventoryPropertyMatching.cpp
+    bool matchDeviceRecursive(XmlElement* element, XmlElement* deviceElement,
+                              const boost::shared_ptr<IDeviceImp>& device, bool underNot, bool report);
+    bool matchOr(XmlElement* element, XmlElement* deviceElement, const boost::shared_ptr<IDeviceImp>& device,
+                 bool underNot, bool report);
+    bool matchAnd(XmlElement* element, XmlElement* deviceElement, const boost::shared_ptr<IDeviceImp>& device,
+                  bool underNot, bool report);
+    bool matchNot(XmlElement* element, XmlElement* deviceElement, const boost::shared_ptr<IDeviceImp>& device,
+                  bool underNot, bool report);
+    bool matchPropertyElement(XmlElement* element, XmlElement* deviceElement,
+                              const boost::shared_ptr<IDeviceImp>& device, bool report);
+    void tipMatchedProperty(XmlElement* element, XmlElement* deviceElement, const IDeviceImp& device,
+                            const IPropertyImp& property);
+    bool matchProperty(const IPropertyImp& property, StringView expected, StringView units);
+    bool matchProperty(const IPropertyImp& property, const Array<StringView>& expected, StringView units);
+    void flipErrorsVisible(XmlElement* element);
+
+    // engine/InventoryExtraDevices.cpp
+    bool checkForExtraDevices(bool failOnExtra, unsigned errorsIndex, unsigned passNumber);
+    bool checkForOneExtraDevice(const boost::shared_ptr<IDeviceImp>& device, unsigned errorsIndex, bool failOnExtra);
+    void recordExtraDevice(const IDeviceImp& device, unsigned errorsIndex, bool failOnExtra);
+
+    // engine/InventoryErrorFiling.cpp
+    void prependErrorElement(XmlElement* element, unsigned slot);
+    void appendErrorElement(XmlElement* element, unsigned slot);
+    void prependTip(XmlElement* element, const InventoryTip& tip, unsigned slot);
+    void appendTip(XmlElement* element, const InventoryTip& tip, unsigned slot);
+    void appendExtra(XmlElement* element, const DeviceSpec& spec, unsigned slot);
+    void appendPropertyTip(XmlElement* deviceElement, XmlElement* propertyElement, const String& message,
+                           const String& file, unsigned slot);
+    void appendPropertyFailure(XmlElement* propertyElement, std::uint8_t kind,
+                               const boost::shared_ptr<IDeviceImp>& device);
+    void clearErrors(XmlElement* element, unsigned slot);
+    void getErrorCount(XmlElement* element, unsigned slot, ErrorSpec& spec);
+    void addUnsatisfiedDevice(XmlElement* element);
+
+    // engine/InventoryErrorGathering.cpp
+    unsigned gatherErrorsForElement(XmlElement* element, unsigned slot);
+    unsigned gatherUnsatisfied(XmlElement* element);
+    void writeError(XmlElement* element, StringView text);
+    void settleFiledTips();
+    void gatherErrorsAndCleanUserData(XmlElement* element, unsigned slot);
+
+    // engine/InventorySubTreeMerging.cpp
+    void mergeSubTrees(XmlElement* element, InventoryDeviceAssociations& target, bool& more, bool& increment);
+    void mergeAlternative(XmlElement* element, InventoryDeviceAssociations& target, bool& more, bool& increment);
+    void assignIndices(XmlElement* element, StringView parentName, unsigned index);
+
+    // engine/InventoryPartAssociation.cpp
+    bool runPartAssociation(XmlElement* element, bool underNot, PartSpec& part, Array<String>& deviceGuids);
+    bool removeDeviceAssociations(XmlElement* element);
+
+    // generation/InventoryScriptGeneration.cpp
+    void generateInventoryScriptRecursive(const boost::shared_ptr<IDeviceImp>& device, XmlElement* parent,
+                                          SysinfoFilter* filter, bool includeAllCategories);
+
+    /// The store that generation reads.
+    StateManager& stateManager() const;
+
+    friend struct InventoryTestAccess;  ///< tests reach single steps of the engine through it
+    std::unique_ptr<State> m_state;
+};
+
+}  // namespace vrx

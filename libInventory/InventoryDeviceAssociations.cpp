@@ -1,0 +1,174 @@
+/// The association graph: making it, asking it, merging it.
+///
+/// Tables map an element or a device, by identity, to its node, in the order of first association; that order decides
+/// the order of every walk, so results never depend on addresses. How the graph is reduced to one link per node is in
+/// InventoryDeviceAssociationsReduction.cpp.
+
+#include "libInventory/InventoryDeviceAssociations.h"
+
+#include "libCommon/Assertion.h"
+#include "libCommon/xml/XmlElement.h"
+#include "libInventory/InventoryDeviceAssociationsNodes.h"
+#include "libInventory/support/ElementLocation.h"
+#include "libInventory/support/InventoryLog.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/IDeviceImp.h"
+
+namespace vrx {
+
+using Associations = Inventory::InventoryDeviceAssociations;
+
+Associations::InventoryDeviceAssociations() : m_storage(std::make_unique<Storage>()) {}
+
+Associations::InventoryDeviceAssociations(const InventoryDeviceAssociations& other) : InventoryDeviceAssociations() {
+    append(other);
+}
+
+Associations::InventoryDeviceAssociations(InventoryDeviceAssociations&& other) noexcept = default;
+
+// Contract: assignment merges; the existing content is kept.
+Associations& Associations::operator=(const InventoryDeviceAssociations& other) {
+    if (&other != this) {
+        append(other);
+    }
+    return *this;
+}
+
+Associations::~InventoryDeviceAssociations() = default;
+
+void Associations::associate(const XmlElement* element, const boost::shared_ptr<IDeviceImp>& device) {
+    VRX_ASSERT_TEXT(element, "invElement");
+    link(nodeOf(element), device);
+}
+
+void Associations::link(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device) {
+    if (!device) {
+        return;
+    }
+    // Contract: "Deivice" is how the line is spelt.
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"associate() associating InventoryElement" << locationOf(inventoryNode.m_element) << u" to Deivice: "
+                                                        << device->guid());
+    DeviceNode& deviceNode = nodeOf(device);
+    inventoryNode.m_hasEverMatched = true;
+    const auto inventoryIndex = static_cast<std::uint32_t>(inventoryNode.m_links.size());
+    const auto deviceIndex = static_cast<std::uint32_t>(deviceNode.m_links.size());
+    deviceNode.m_links.push_back({&inventoryNode, inventoryIndex});
+    ++deviceNode.m_linkCount;
+    inventoryNode.m_links.push_back({&deviceNode, deviceIndex});
+    ++inventoryNode.m_linkCount;
+}
+
+Associations::InventoryNode& Associations::nodeOf(const XmlElement* element) {
+    InventoryNode*& node = m_inventoryNodes[element];
+    if (node == nullptr) {
+        Storage& storage = *m_storage;
+        if (storage.usedInventoryNodes == storage.inventoryNodes.size()) {
+            storage.inventoryNodes.emplace_back();
+        }
+        node = &storage.inventoryNodes[storage.usedInventoryNodes++];
+        node->reset(element);
+    }
+    return *node;
+}
+
+Associations::DeviceNode& Associations::nodeOf(const boost::shared_ptr<IDeviceImp>& device) {
+    DeviceNode*& node = m_deviceNodes[device.get()];
+    if (node == nullptr) {
+        Storage& storage = *m_storage;
+        if (storage.usedDeviceNodes == storage.deviceNodes.size()) {
+            storage.deviceNodes.emplace_back();
+        }
+        node = &storage.deviceNodes[storage.usedDeviceNodes++];
+        node->reset(device);
+    }
+    return *node;
+}
+
+bool Associations::isExtra(const boost::shared_ptr<IDeviceImp>& device, bool& found) const {
+    DeviceNode* const* const entry = m_deviceNodes.find(device.get());
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"isExtra() looking up " << device->type().toString(0, false) << u" found: " << (entry != nullptr));
+    if (entry == nullptr) {
+        return false;
+    }
+    VRX_ASSERT_TEXT(*entry, "devToXml");
+    found = true;
+    const std::uint32_t links = (*entry)->linkCount();
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"isExtra() found " << device->type().toString(0, false) << u" links: " << links);
+    return links == 0;
+}
+
+bool Associations::hasEverMatched(const XmlElement* element) const {
+    InventoryNode* const* const found = m_inventoryNodes.find(element);
+    VRX_ASSERT(found);
+    return (*found)->hasEverMatched();
+}
+
+bool Associations::isSatisfied(const XmlElement* element) const {
+    InventoryNode* const* const found = m_inventoryNodes.find(element);
+    VRX_ASSERT(found);
+    return (*found)->linkCount() > 0;
+}
+
+void Associations::getUnsatisfiedInventories(Array<const InventoryNode*>& out) const {
+    for (const auto& entry : m_inventoryNodes) {
+        if (entry.value->linkCount() == 0) {
+            out.append(entry.value);
+        }
+    }
+}
+
+void Associations::getMatchedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const {
+    InventoryNode* const* const found = m_inventoryNodes.find(element);
+    if (found == nullptr) {
+        return;
+    }
+    for (const GraphNode::Link& link : (*found)->links()) {
+        out.append(static_cast<const DeviceNode*>(link.partner)->device());
+    }
+}
+
+// Contract: only the device table forgets the devices. The element keeps its links, and the nodes stay with the
+// storage for as long as those links may be followed.
+void Associations::removeDeviceAssociations(const XmlElement* element) {
+    InventoryNode* const* const found = m_inventoryNodes.find(element);
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"InventoryDeviceAssociations::removeDeviceAssociations() found = " << (found != nullptr));
+    if (found == nullptr) {
+        return;
+    }
+    for (const GraphNode::Link& link : (*found)->links()) {
+        const boost::shared_ptr<IDeviceImp>& device = static_cast<const DeviceNode*>(link.partner)->device();
+        const bool removed = m_deviceNodes.remove(device.get());
+        VRX_LOG(inventoryLog(), LogPriority::Debug,
+                u"InventoryDeviceAssociations::removeDeviceAssociations() devie: " << device->name() << u" removed: "
+                                                                                   << removed);
+    }
+}
+
+void Associations::clear() {
+    m_inventoryNodes.clear();
+    m_deviceNodes.clear();
+    for (std::size_t i = 0; i < m_storage->usedDeviceNodes; ++i) {
+        m_storage->deviceNodes[i].reset(boost::shared_ptr<IDeviceImp>());
+    }
+    m_storage->usedInventoryNodes = 0;
+    m_storage->usedDeviceNodes = 0;
+}
+
+void Associations::append(const InventoryDeviceAssociations& other) {
+    if (m_inventoryNodes.isEmpty()) {
+        m_inventoryNodes.reserve(other.m_inventoryNodes.size());
+        m_deviceNodes.reserve(other.m_deviceNodes.size());
+    }
+    for (const auto& entry : other.m_inventoryNodes) {
+        InventoryNode& node = nodeOf(entry.key);
+        for (const GraphNode::Link& otherLink : entry.value->links()) {
+            link(node, static_cast<const DeviceNode*>(otherLink.partner)->device());
+        }
+    }
+}
+
+}  // namespace vrx

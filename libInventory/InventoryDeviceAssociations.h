@@ -1,0 +1,84 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <memory>
+
+#include "libCommon/Export.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/containers/OrderedHashTable.h"
+#include "libCommon/text/String.h"
+#include "libInventory/Inventory.h"
+#include "libSystemState/Forward.h"
+
+namespace vrx {
+
+class XmlElement;
+
+/// Which script elements were matched by which devices: a bipartite graph with one node per element, one node per
+/// device, and links that both ends know.
+///
+/// Matching adds links, `removeExtraLinks` leaves at most one per node, the second pass asks for elements without one,
+/// extra-device detection for devices without one. Elements and devices are told apart by identity, not by content.
+///
+/// Contract: assignment merges, as `append` does; it does not replace.
+class VRX_EXPORT Inventory::InventoryDeviceAssociations {
+public:
+    class GraphNode;
+    class InventoryNode;
+    class DeviceNode;
+    class LinkReduction;
+
+    InventoryDeviceAssociations();
+    InventoryDeviceAssociations(const InventoryDeviceAssociations& other);
+    InventoryDeviceAssociations& operator=(const InventoryDeviceAssociations& other);
+    InventoryDeviceAssociations(InventoryDeviceAssociations&& other) noexcept;
+    InventoryDeviceAssociations& operator=(InventoryDeviceAssociations&&) = delete;
+    ~InventoryDeviceAssociations();
+
+    /// Links the two, making their nodes when needed; the same pair associated twice has two links. An empty device
+    /// only makes the element known. Requires: element is not null.
+    void associate(const XmlElement* element, const boost::shared_ptr<IDeviceImp>& device);
+
+    /// Whether the device is known and has no links left; `found` becomes true when it is known and is left as it was
+    /// otherwise.
+    bool isExtra(const boost::shared_ptr<IDeviceImp>& device, bool& found) const;
+
+    /// Whether a device was ever linked to the element, also when the link is gone. Requires: the element is known.
+    bool hasEverMatched(const XmlElement* element) const;
+
+    /// Whether the element has a link. Requires: the element is known.
+    bool isSatisfied(const XmlElement* element) const;
+
+    /// Leaves every node at most one link; see InventoryDeviceAssociationsReduction.cpp.
+    void removeExtraLinks();
+
+    /// Appends the nodes of elements without links, in order.
+    void getUnsatisfiedInventories(Array<const InventoryNode*>& out) const;
+
+    /// Appends the devices linked to the element, in link order; nothing when the element is unknown.
+    void getMatchedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const;
+
+    /// Makes the graph forget the devices linked to the element. The element keeps its links: it stays satisfied.
+    void removeDeviceAssociations(const XmlElement* element);
+
+    /// Every node with its direct partners.
+    String toString() const;
+
+    void clear();
+
+    /// Adds another graph's elements and links to this one. Devices without links are not taken over.
+    void append(const InventoryDeviceAssociations& other);
+
+private:
+    InventoryNode& nodeOf(const XmlElement* element);
+    DeviceNode& nodeOf(const boost::shared_ptr<IDeviceImp>& device);
+    void link(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device);
+
+    OrderedHashTable<const XmlElement*, InventoryNode*> m_inventoryNodes;
+    OrderedHashTable<const IDeviceImp*, DeviceNode*> m_deviceNodes;
+    struct Storage;
+    std::unique_ptr<Storage> m_storage;
+};
+
+}  // namespace vrx

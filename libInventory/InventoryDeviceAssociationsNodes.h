@@ -1,0 +1,100 @@
+#pragma once
+
+#include <boost/container/small_vector.hpp>
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <deque>
+
+#include "libCommon/text/String.h"
+#include "libInventory/InventoryDeviceAssociations.h"
+
+/// The nodes of the association graph.
+///
+/// A link stands in the lists of both ends. Each entry also knows the index of its counterpart in the partner's list,
+/// so that taking a link off both ends needs no search. During a reduction a removed entry becomes a hole (a null
+/// partner), which leaves the indices of the others as they are; holes are swept when the reduction is over.
+namespace vrx {
+
+class Inventory::InventoryDeviceAssociations::GraphNode {
+public:
+    struct Link {
+        GraphNode* partner;
+        std::uint32_t counterpart;  ///< index of the same link in the partner's list
+    };
+    using Links = boost::container::small_vector<Link, 2>;
+    static constexpr std::uint32_t NONE = 0xFFFFFFFF;
+
+    GraphNode() = default;
+    virtual ~GraphNode() = default;
+    GraphNode(const GraphNode&) = delete;
+    GraphNode& operator=(const GraphNode&) = delete;
+
+    /// The node, then its partners one level further in, until `depth` is used up; empty when `depth` is 0.
+    virtual String toString(unsigned indent, unsigned depth) const;
+
+    /// Number of links (holes do not count).
+    std::uint32_t linkCount() const noexcept { return m_linkCount; }
+
+    /// The entries of the list, holes included.
+    const Links& links() const noexcept { return m_links; }
+
+protected:
+    void forgetLinks() noexcept {
+        m_links.clear();
+        m_linkCount = 0;
+    }
+
+private:
+    friend class InventoryDeviceAssociations;
+    friend class LinkReduction;
+
+    Links m_links;
+    std::uint32_t m_linkCount = 0;
+    std::uint32_t m_mark = 0;  ///< scratch of the search for parallel links
+};
+
+class Inventory::InventoryDeviceAssociations::InventoryNode : public GraphNode {
+public:
+    String toString(unsigned indent, unsigned depth) const override;
+
+    const XmlElement* element() const noexcept { return m_element; }
+    bool hasEverMatched() const noexcept { return m_hasEverMatched; }
+
+private:
+    friend class InventoryDeviceAssociations;
+    void reset(const XmlElement* element) noexcept {
+        forgetLinks();
+        m_element = element;
+        m_hasEverMatched = false;
+    }
+
+    const XmlElement* m_element = nullptr;
+    bool m_hasEverMatched = false;
+};
+
+class Inventory::InventoryDeviceAssociations::DeviceNode : public GraphNode {
+public:
+    String toString(unsigned indent, unsigned depth) const override;
+
+    const boost::shared_ptr<IDeviceImp>& device() const noexcept { return m_device; }
+
+private:
+    friend class InventoryDeviceAssociations;
+    void reset(const boost::shared_ptr<IDeviceImp>& device) noexcept {
+        forgetLinks();
+        m_device = device;
+    }
+
+    boost::shared_ptr<IDeviceImp> m_device;
+};
+
+/// Owner of all nodes, those that left the tables included: links may still refer to them. Nodes are used again after
+/// a clear, with the memory of their lists, because a run clears and fills a graph for every combination that it tries.
+struct Inventory::InventoryDeviceAssociations::Storage {
+    std::deque<InventoryNode> inventoryNodes;
+    std::deque<DeviceNode> deviceNodes;
+    std::size_t usedInventoryNodes = 0;
+    std::size_t usedDeviceNodes = 0;
+};
+
+}  // namespace vrx

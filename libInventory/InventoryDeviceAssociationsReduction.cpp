@@ -1,0 +1,201 @@
+/// Reduces the graph to at most one link per node, by a greedy rule that favours the most constrained partner.
+///
+/// Every device node, then every element node, in table order, that has two links or more keeps the partner that has the
+/// fewest links itself (the first of equals); the kept partner drops its other links too. Devices come first: a device
+/// that several elements want goes to the element that has the fewest candidates.
+///
+/// What holds afterwards: every node has at most one link; every kept link was there before; a link is kept or gone on
+/// both ends alike; and of a node that had links, at least one end of each of them still has one.
+///
+/// Cost: a link is taken off a list in constant time, because each entry knows its counterpart's index and removal
+/// leaves a hole. That bookkeeping is only exact while no pair is linked twice. Parallel links (a script that was run
+/// twice, a graph merged with itself) are found beforehand, and then entries are really erased and searched for from the
+/// end of the list, as the rule for them says: the last of equal entries goes first, and the walk over a node's links
+/// goes by the indices of the list as it is at that moment.
+
+#include "libCommon/Assertion.h"
+#include "libInventory/InventoryDeviceAssociations.h"
+#include "libInventory/InventoryDeviceAssociationsNodes.h"
+#include "libInventory/support/InventoryLog.h"
+
+namespace vrx {
+
+using Associations = Inventory::InventoryDeviceAssociations;
+using Uint32 = std::uint32_t;
+
+class Associations::LinkReduction {
+public:
+    explicit LinkReduction(bool hasParallelLinks) noexcept : m_hasParallelLinks(hasParallelLinks) {}
+
+    /// Whether some pair of nodes is linked more than once.
+    static bool findParallelLinks(Storage& storage);
+
+    void reduce(GraphNode& node);
+
+    /// Sweeps the holes of nodes that have at most one link left.
+    static void sweep(GraphNode& node);
+
+private:
+    Uint32 leastLinkedPartner(const GraphNode& node) const;
+    bool removeLink(GraphNode& node, const GraphNode& partner, Uint32 index);
+    bool removeAllLinksExcept(GraphNode& node, const GraphNode& kept, Uint32 index);
+    Uint32 lastIndexOf(const GraphNode& node, const GraphNode& partner, Uint32 index) const;
+    static void logKeeping(const GraphNode& node, Uint32 leastIndex);
+
+    bool m_hasParallelLinks;
+};
+
+void Associations::removeExtraLinks() {
+    LinkReduction reduction(LinkReduction::findParallelLinks(*m_storage));
+    for (const auto& entry : m_deviceNodes) {
+        reduction.reduce(*entry.value);
+    }
+    for (const auto& entry : m_inventoryNodes) {
+        reduction.reduce(*entry.value);
+    }
+    // Nodes that left the tables may have links as well, so the sweep goes over all that are in use.
+    for (std::size_t i = 0; i < m_storage->usedDeviceNodes; ++i) {
+        LinkReduction::sweep(m_storage->deviceNodes[i]);
+    }
+    for (std::size_t i = 0; i < m_storage->usedInventoryNodes; ++i) {
+        LinkReduction::sweep(m_storage->inventoryNodes[i]);
+    }
+}
+
+bool Associations::LinkReduction::findParallelLinks(Storage& storage) {
+    for (std::size_t i = 0; i < storage.usedDeviceNodes; ++i) {
+        storage.deviceNodes[i].m_mark = 0;
+    }
+    for (std::size_t i = 0; i < storage.usedInventoryNodes; ++i) {
+        const auto mark = static_cast<Uint32>(i + 1);
+        for (const GraphNode::Link& link : storage.inventoryNodes[i].m_links) {
+            if (link.partner->m_mark == mark) {
+                return true;
+            }
+            link.partner->m_mark = mark;
+        }
+    }
+    return false;
+}
+
+void Associations::LinkReduction::reduce(GraphNode& node) {
+    if (node.m_linkCount < 2) {
+        return;
+    }
+    const Uint32 leastIndex = leastLinkedPartner(node);
+    GraphNode& kept = *node.m_links[leastIndex].partner;
+    if (inventoryLog().isEnabled(LogPriority::Debug)) {
+        logKeeping(node, leastIndex);
+    }
+    for (Uint32 i = 0; i < node.m_links.size(); ++i) {
+        const GraphNode::Link link = node.m_links[i];
+        if (link.partner == nullptr) {
+            continue;
+        }
+        if (i != leastIndex) {
+            removeLink(*link.partner, node, link.counterpart);
+        } else if (!removeAllLinksExcept(*link.partner, node, link.counterpart)) {
+            VRX_LOG(inventoryLog(), LogPriority::Error,
+                    u"removeExtraLinks: m_links[" << i << u"]->removeAllLinksExcept(this)" << u" returned false :\n"
+                                                  << node.toString(1, 3));
+        }
+    }
+    if (!removeAllLinksExcept(node, kept, leastIndex)) {
+        VRX_LOG(inventoryLog(), LogPriority::Error,
+                u"removeAllLinksExcept(m_links[" << leastIndex << u"]" << u" returned false :\n"
+                                                 << node.toString(1, 3));
+    }
+    VRX_ASSERT_TEXT(node.m_linkCount == 1, "m_links.size() == 1");
+}
+
+Uint32 Associations::LinkReduction::leastLinkedPartner(const GraphNode& node) const {
+    Uint32 leastIndex = 0;
+    Uint32 fewest = 0xFFFFFFFF;
+    for (Uint32 i = 0; i < node.m_links.size(); ++i) {
+        const GraphNode* const partner = node.m_links[i].partner;
+        if (partner != nullptr && partner->m_linkCount < fewest) {
+            fewest = partner->m_linkCount;
+            leastIndex = i;
+        }
+    }
+    return leastIndex;
+}
+
+/// The last index at which the node's list holds the partner, or NONE. `index` is where it stands unless it was removed
+/// already; that is all there is to know when no pair is linked twice.
+Uint32 Associations::LinkReduction::lastIndexOf(const GraphNode& node, const GraphNode& partner, Uint32 index) const {
+    if (!m_hasParallelLinks) {
+        return index < node.m_links.size() && node.m_links[index].partner == &partner ? index : GraphNode::NONE;
+    }
+    for (auto i = static_cast<Uint32>(node.m_links.size()); i-- > 0;) {
+        if (node.m_links[i].partner == &partner) {
+            return i;
+        }
+    }
+    return GraphNode::NONE;
+}
+
+bool Associations::LinkReduction::removeLink(GraphNode& node, const GraphNode& partner, Uint32 index) {
+    const Uint32 found = lastIndexOf(node, partner, index);
+    if (found == GraphNode::NONE) {
+        return false;
+    }
+    if (m_hasParallelLinks) {
+        node.m_links.erase(node.m_links.begin() + found);
+        VRX_ASSERT_TEXT(node.m_links.size() == node.m_linkCount - 1, "m_links.size() == (Uint32)(links - 1)");
+    } else {
+        node.m_links[found].partner = nullptr;
+    }
+    --node.m_linkCount;
+    return true;
+}
+
+/// The node's partners forget it, all but the kept one; the node forgets them. When the kept one is no partner, the
+/// others forget the node all the same, the node's own list stays, and the result is false.
+bool Associations::LinkReduction::removeAllLinksExcept(GraphNode& node, const GraphNode& kept, Uint32 index) {
+    const Uint32 keptIndex = lastIndexOf(node, kept, index);
+    for (Uint32 i = 0; i < node.m_links.size(); ++i) {
+        const GraphNode::Link link = node.m_links[i];
+        if (i != keptIndex && link.partner != nullptr) {
+            removeLink(*link.partner, node, link.counterpart);
+        }
+    }
+    if (keptIndex == GraphNode::NONE) {
+        return false;
+    }
+    const GraphNode::Link keptLink = node.m_links[keptIndex];
+    node.m_links.clear();
+    node.m_links.push_back(keptLink);
+    node.m_linkCount = 1;
+    if (!m_hasParallelLinks) {
+        keptLink.partner->m_links[keptLink.counterpart].counterpart = 0;
+    }
+    return true;
+}
+
+void Associations::LinkReduction::sweep(GraphNode& node) {
+    GraphNode::Link last{nullptr, 0};
+    for (const GraphNode::Link& link : node.m_links) {
+        if (link.partner != nullptr) {
+            last = {link.partner, 0};
+        }
+    }
+    node.m_links.clear();
+    node.m_linkCount = 0;
+    if (last.partner != nullptr) {
+        node.m_links.push_back(last);
+        node.m_linkCount = 1;
+    }
+}
+
+void Associations::LinkReduction::logKeeping(const GraphNode& node, Uint32 leastIndex) {
+    Uint32 position = 0;
+    for (Uint32 i = 0; i < leastIndex; ++i) {
+        position += node.m_links[i].partner != nullptr ? 1U : 0U;
+    }
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"removeExtraLinks() \n\t this = " << node.toString(1, 3) << u" \n\t keeping: leastIndex = " << position
+                                               << u" : " << node.m_links[leastIndex].partner->toString(1, 3));
+}
+
+}  // namespace vrx

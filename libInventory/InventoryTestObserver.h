@@ -1,0 +1,35 @@
+#pragma once
+
+#include "libCommon/Export.h"
+#include "libCommon/text/String.h"
+
+namespace vrx {
+
+class TestRunEventImp;
+
+/// Through this a host hears what an inventory test does. Derive from it and override what is wanted; each operation
+/// of the base class writes one log line at priority 1 to the logger "InventoryTestObserver" and does nothing else.
+///
+/// All calls come synchronously on the thread that called the engine.
+class VRX_EXPORT InventoryTestObserver {
+public:
+    InventoryTestObserver() = default;
+    InventoryTestObserver(const InventoryTestObserver&) = default;
+    InventoryTestObserver& operator=(const InventoryTestObserver&) = default;
+    virtual ~InventoryTestObserver() = default;
+
+    /// A text about progress. The engine never calls it; it exists for hosts that share one observer among modules.
+    virtual void handleProgress(const String& msg);
+
+    /// A notice about the script (event type 2) or a failed test (event type 1, with the annotated script as a tip).
+    /// The event lives only for the duration of the call.
+    virtual void handleEvent(const TestRunEventImp& event);
+
+    /// A script that could not be read or used.
+    virtual void handleFileError(const String& msg);
+
+    /// Progress in percent. The engine never calls it.
+    virtual void handlePercentDone(int iPercent);
+};
+
+}  // namespace vrx

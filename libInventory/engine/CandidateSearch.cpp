@@ -1,0 +1,140 @@
+#include "libInventory/engine/CandidateSearch.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "libInventory/Inventory.h"
+#include "libInventory/support/InventoryLog.h"
+#include "libRegex/Regex.h"
+#include "libSystemState/StateManager.h"
+#include "libSystemState/devices/IDeviceImp.h"
+
+namespace vrx {
+
+namespace {
+
+StringView withoutAnchors(StringView pattern) noexcept {
+    if (pattern.starts_with(u'^')) {
+        pattern.remove_prefix(1);
+    }
+    if (pattern.ends_with(u'$')) {
+        pattern.remove_suffix(1);
+    }
+    return pattern;
+}
+
+}  // namespace
+
+CandidateSearch::CandidateSearch(const StateManager& store, const CapabilityImp& capability)
+    : m_store(store), m_capability(capability), m_ofType(store.devicesCapableOf(capability)) {}
+
+void CandidateSearch::addFilter(FilterKind kind, String value) {
+    const DeviceArray* indexed = nullptr;
+    switch (kind) {
+        case FilterKind::Name: indexed = indexedByName(value); break;
+        case FilterKind::OsLocator: indexed = &m_store.devicesByOsLocator(value); break;
+        case FilterKind::HwLocator: indexed = &m_store.devicesByHwLocator(value); break;
+    }
+    m_filters.push_back({kind, std::move(value), indexed});
+}
+
+/// A pattern that stands for one text is met by that very text, or, through the comparison without anchors and letter
+/// case, by the pattern's own text; with escapes in it the two differ, and then the second must be a name of nobody for
+/// one list to hold all that pass.
+const CandidateSearch::DeviceArray* CandidateSearch::indexedByName(const String& pattern) const {
+    String literal;
+    if (!Regex::isAnchoredLiteral(pattern, literal)) {
+        return nullptr;
+    }
+    const StringView ownText = withoutAnchors(pattern);
+    const bool oneListHoldsAll = equalNoCase(ownText, literal) || m_store.devicesByName(ownText).isEmpty();
+    return oneListHoldsAll ? &m_store.devicesByName(literal) : nullptr;
+}
+
+const CandidateSearch::DeviceArray& CandidateSearch::find() {
+    if (m_filters.empty()) {
+        return m_ofType;
+    }
+    if (inventoryLog().isEnabled(LogPriority::Debug)) {
+        return findWithTrace();
+    }
+    const DeviceArray& list = smallestList(m_filters.size());
+    for (const auto& device : list) {
+        if (passesFirst(*device, m_filters.size())) {
+            m_found.append(device);
+        }
+    }
+    return m_found;
+}
+
+std::size_t CandidateSearch::firstExhaustedFilter() const {
+    for (std::size_t count = 1; count <= m_filters.size(); ++count) {
+        const DeviceArray& list = smallestList(count);
+        const bool somePasses = std::any_of(list.begin(), list.end(),
+                                            [&](const auto& device) { return passesFirst(*device, count); });
+        if (!somePasses) {
+            return count - 1;
+        }
+    }
+    return NO_FILTER;
+}
+
+bool CandidateSearch::passesFirst(const IDeviceImp& device, std::size_t filterCount) const {
+    return m_capability.isCapable(device.type()) &&
+           std::all_of(m_filters.begin(), m_filters.begin() + static_cast<std::ptrdiff_t>(filterCount),
+                       [&](const Filter& filter) { return passes(device, filter); });
+}
+
+bool CandidateSearch::passes(const IDeviceImp& device, const Filter& filter) const {
+    switch (filter.kind) {
+        case FilterKind::Name: return Inventory::matchString(filter.value, device.name());
+        case FilterKind::OsLocator: return device.osLocator() == filter.value;
+        case FilterKind::HwLocator: return device.hwLocator() == filter.value;
+    }
+    return false;
+}
+
+const CandidateSearch::DeviceArray& CandidateSearch::smallestList(std::size_t filterCount) const {
+    const DeviceArray* smallest = &m_ofType;
+    for (std::size_t i = 0; i < filterCount; ++i) {
+        const DeviceArray* const indexed = m_filters[i].indexed;
+        if (indexed != nullptr && indexed->size() < smallest->size()) {
+            smallest = indexed;
+        }
+    }
+    return *smallest;
+}
+
+const CandidateSearch::DeviceArray& CandidateSearch::findWithTrace() {
+    m_found = m_ofType;
+    for (const Filter& filter : m_filters) {
+        if (m_found.isEmpty()) {
+            break;
+        }
+        for (std::size_t i = m_found.size(); i-- > 0;) {
+            if (!passes(*m_found[i], filter)) {
+                logRemoval(*m_found[i], filter);
+                m_found.remove(i);
+            }
+        }
+    }
+    return m_found;
+}
+
+// Contract: the osLocator line prints the device's own locator twice, and the hwLocator line says "because of osloc".
+void CandidateSearch::logRemoval(const IDeviceImp& device, const Filter& filter) const {
+    if (filter.kind == FilterKind::Name) {
+        VRX_LOG(inventoryLog(), LogPriority::Debug,
+                u"matchDevice: removing device because of name. name = " << device.name() << u" inventory name = "
+                                                                         << filter.value);
+        return;
+    }
+    const bool byOs = filter.kind == FilterKind::OsLocator;
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"matchDevice: removing device because of osloc. osloc = "
+                << device.osLocator() << u" hwloc=" << device.hwLocator()
+                << (byOs ? u" inventory osLocator = " : u" inventory hwLocator = ")
+                << (byOs ? device.osLocator() : filter.value));
+}
+
+}  // namespace vrx

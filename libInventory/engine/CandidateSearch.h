@@ -1,0 +1,59 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstddef>
+#include <vector>
+
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libSystemState/Forward.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+
+namespace vrx {
+
+/// Finds the devices of a type that pass a list of filters (name, locators).
+///
+/// Two ways lead to the same devices in the same order. With debug logging on, the filters run one after the other over
+/// all devices of the type and each removal is logged. Otherwise the smallest list that an index of the store offers is
+/// tested against all filters at once, so that a script with a locator in every element costs no scan of the store.
+class CandidateSearch {
+public:
+    using DeviceArray = Array<boost::shared_ptr<IDeviceImp>>;
+
+    enum class FilterKind { Name, OsLocator, HwLocator };
+    static constexpr std::size_t NO_FILTER = static_cast<std::size_t>(-1);
+
+    CandidateSearch(const StateManager& store, const CapabilityImp& capability);
+
+    /// Adds a filter; filters count in the order in which they were added.
+    void addFilter(FilterKind kind, String value);
+
+    /// Finds the devices that pass all filters, in the store's order. The result is valid until the search or the store
+    /// changes.
+    const DeviceArray& find();
+
+    /// After a `find` without result: the first filter that left no device.
+    std::size_t firstExhaustedFilter() const;
+
+private:
+    struct Filter {
+        FilterKind kind;
+        String value;
+        const DeviceArray* indexed;  ///< a list of the store that holds every device that passes; null when there is none
+    };
+
+    bool passes(const IDeviceImp& device, const Filter& filter) const;
+    bool passesFirst(const IDeviceImp& device, std::size_t filterCount) const;
+    const DeviceArray& smallestList(std::size_t filterCount) const;
+    const DeviceArray* indexedByName(const String& pattern) const;
+    const DeviceArray& findWithTrace();
+    void logRemoval(const IDeviceImp& device, const Filter& filter) const;
+
+    const StateManager& m_store;
+    const CapabilityImp& m_capability;
+    const DeviceArray& m_ofType;
+    std::vector<Filter> m_filters;
+    DeviceArray m_found;
+};
+
+}  // namespace vrx

@@ -1,0 +1,83 @@
+/// Loading a script: reset, decode, parse, check the root, read its flags. A load that fails has told every observer
+/// why, and leaves the document in whatever state the parser left it.
+
+#include <string>
+
+#include "libCommon/io/FileLoader.h"
+#include "libCommon/text/NumberText.h"
+#include "libCommon/text/UuCode.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/InventoryTestObserver.h"
+#include "libInventory/engine/InventoryState.h"
+#include "libInventory/support/InventoryLog.h"
+#include "libInventory/support/ScriptVocabulary.h"
+
+namespace vrx {
+
+namespace {
+
+void readFlag(const XmlElement& root, StringView name, bool& flag) {
+    if (root.FindAttribute(name) != nullptr) {
+        flag = String(root.NormalizedAttributeValue(name)).strToBoolean();
+    }
+}
+
+void tellFileError(const Array<InventoryTestObserver*>& observers, const String& message) {
+    for (InventoryTestObserver* const observer : observers) {
+        observer->handleFileError(message);
+    }
+}
+
+}  // namespace
+
+String Inventory::inventoryCheckElementName() { return vocabulary::INVENTORY_CHECK; }
+
+bool Inventory::loadInventoryScript(const String& text) {
+    resetState();
+    State& state = *m_state;
+    const bool parsed = needsUuEncode(text) ? state.m_script.Parse(uuEncode(text, true, true))
+                                            : state.m_script.Parse(text);
+    if (!parsed) {
+        const String message = concat(u"Invalid inventory script.  Xml error on line ",
+                                      toText(std::uint64_t{state.m_script.ErrorRow()} + 1), u": ");
+        VRX_LOG(inventoryLog(), LogPriority::Error, message);
+        tellFileError(state.m_observers, message + state.m_script.ErrorDesc());
+        return false;
+    }
+    const XmlElement* const root = state.m_script.RootElement();
+    if (state.m_script.Error() || root == nullptr ||
+        vocabulary::kindOf(*root) != vocabulary::ElementKind::InventoryCheck) {
+        const String message = concat(u"Invalid inventory script.  Script must contain <", inventoryCheckElementName(),
+                                      u"> element.");
+        VRX_LOG(inventoryLog(), LogPriority::Error, message);
+        tellFileError(state.m_observers, message);
+        return false;
+    }
+    readFlag(*root, vocabulary::CHECK_NAMES, state.m_checkNames);
+    readFlag(*root, vocabulary::CHECK_HW_LOCATORS, state.m_checkHwLocators);
+    readFlag(*root, vocabulary::CHECK_OS_LOCATORS, state.m_checkOsLocators);
+    return true;
+}
+
+bool Inventory::loadInventoryScriptFile(const String& path) {
+    m_state->m_scriptFileName = path;
+    std::string bytes;
+    String reason;
+    if (!loadFile(path, bytes, reason)) {
+        tellFileError(m_state->m_observers, u"Could not open Inventory Script file: " + path);
+        return false;
+    }
+    Utf8Damage damage;
+    const String text = String::UTF8Decode(bytes, &damage);
+    std::string().swap(bytes);
+    if (damage.count > 0) {
+        VRX_LOG(inventoryLog(), LogPriority::Warning,
+                u"loadInventoryScriptFile() " << path << u"(" << damage.row + 1 << u":" << damage.column + 1 << u"): "
+                                              << damage.count
+                                              << u" invalid UTF-8 sequence(s), the first at this place, each read as "
+                                                 u"U+FFFD");
+    }
+    return loadInventoryScript(text);
+}
+
+}  // namespace vrx

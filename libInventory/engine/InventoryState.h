@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+
+#include "libCommon/containers/Array.h"
+#include "libCommon/containers/HashTable.h"
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlDocument.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/InventoryDeviceAssociations.h"
+#include "libInventory/engine/ElementContext.h"
+#include "libInventory/engine/ErrorElementList.h"
+#include "libInventory/engine/FiledTips.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx {
+
+/// The error slots and what each is for.
+namespace slot {
+inline constexpr unsigned SCRIPT = 0;     ///< always shown: script-level tips, an invalid device type
+inline constexpr unsigned MATCHING = 1;   ///< what matching records in the first pass
+inline constexpr unsigned BEST = 2;       ///< the best iteration so far
+inline constexpr unsigned CURRENT = 3;    ///< the iteration under evaluation
+inline constexpr unsigned COUNT = 4;
+}  // namespace slot
+
+/// Everything that an `Inventory` object holds.
+struct Inventory::State {
+    using TipTable = HashTable<XmlElement*, FiledTips>;
+    using ExtraTable = HashTable<XmlElement*, Array<DeviceSpec>>;
+
+    /// Borrowed; when set, satisfied parts are entered under the guids of their devices.
+    DeviceToPartsTable* m_deviceToPartsTable = nullptr;
+
+    /// [0] is the base set, of elements that lie in no alternative; the first pass appends one for each alternative.
+    Array<InventoryDeviceAssociations> m_associationSets;
+
+    /// The graph of the combination under evaluation.
+    InventoryDeviceAssociations m_associations;
+
+    /// The path last given to `loadInventoryScriptFile`.
+    String m_scriptFileName;
+
+    /// Borrowed, in the order of registration.
+    Array<InventoryTestObserver*> m_observers{std::size_t{8}};
+
+    /// Borrowed: the store that is checked.
+    StateManager* m_stateManager = nullptr;
+
+    /// A store that goes with the object; empty unless somebody gives it one.
+    std::unique_ptr<StateManager> m_ownedStateManager;
+
+    /// The loaded script; findings are written into it.
+    XmlDocument m_script;
+
+    /// The valid `fail-on-extra` elements, in document order.
+    Array<XmlElement*> m_failOnExtraElements{std::size_t{8}};
+
+    Array<DeviceSpec> m_unsatisfiedDevices;
+    Array<DeviceSpec> m_extraDevices;
+
+    /// Per error slot: element -> its tips.
+    Array<TipTable> m_tipTables;
+
+    /// Per error slot: element -> extra devices found against it.
+    Array<ExtraTable> m_extraTables;
+
+    /// Per error slot: the elements that are to receive an error of their own.
+    Array<ErrorElementList> m_errorElementLists;
+
+    bool m_checkNames = true;
+    bool m_checkHwLocators = true;
+    bool m_checkOsLocators = true;
+    bool m_enableUnsatisfiedDeviceTips = true;
+
+    /// Only the single-device check turns it on: matched properties get tips too.
+    bool m_tipMatchedProperties = false;
+
+    /// Product of the satisfiable alternatives of all `or` elements.
+    std::uint32_t m_totalCombinations = 1;
+
+    /// Memory of the contexts that hang on the script's elements.
+    std::deque<ElementContext> m_contexts;
+
+    /// What the `fail-on-extra` rules say of devices, for a run: it does not depend on the combination.
+    std::unique_ptr<ExtraDeviceRules> m_extraDeviceRules;
+
+    State();
+    ~State();
+
+    /// A new context for the element, replacing the pointer to the one that it has.
+    ElementContext& makeContext(XmlElement* element);
+
+    /// The element's context, made when it has none. Requires: element is not null.
+    ElementContext& contextOf(XmlElement* element);
+
+    /// The element's context; null when it has none.
+    static ElementContext* existingContext(const XmlElement* element) {
+        return static_cast<ElementContext*>(element->GetUserData());
+    }
+
+    /// Takes the context off the element. Its memory goes when the script does.
+    static void dropContext(XmlElement* element) { element->SetUserData(nullptr); }
+};
+
+}  // namespace vrx

@@ -1,0 +1,42 @@
+#include "libInventory/engine/PropertyExpectation.h"
+
+#include "libCommon/text/UuCode.h"
+#include "libInventory/support/ScriptVocabulary.h"
+#include "libInventory/support/XmlChildren.h"
+
+namespace vrx {
+
+PropertyExpectation::PropertyExpectation(XmlElement& element)
+    : m_key(element.Attribute(vocabulary::KEY)), m_units(element.Attribute(vocabulary::UNITS)) {
+    std::size_t encodedTexts = 0;
+    const XmlAttribute* const value = element.FindAttribute(vocabulary::VALUE);
+    m_hasValue = value != nullptr;
+    m_value = m_hasValue ? value->Value() : StringView();
+    encodedTexts += needsUuDecode(m_value) ? 1U : 0U;
+    for (const XmlElement* const child : childElements(element)) {
+        m_entries.append(child->Attribute(vocabulary::VALUE));
+        encodedTexts += needsUuDecode(m_entries.back()) ? 1U : 0U;
+    }
+    if (encodedTexts == 0) {
+        return;
+    }
+    m_decodedTexts.reserve(encodedTexts);
+    m_value = decoded(m_value);
+    for (StringView& entry : m_entries) {
+        entry = decoded(entry);
+    }
+}
+
+StringView PropertyExpectation::decoded(StringView text) {
+    return needsUuDecode(text) ? m_decodedTexts.append(uuDecode(text, true, true)).view() : text;
+}
+
+String PropertyExpectation::quoted() const {
+    String text(m_value);
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        text.append(i == 0 ? StringView() : StringView(u", ")).append(m_entries[i]);
+    }
+    return text;
+}
+
+}  // namespace vrx

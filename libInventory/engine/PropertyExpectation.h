@@ -1,0 +1,43 @@
+#pragma once
+
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlElement.h"
+
+namespace vrx {
+
+/// What one `property` element of a script asks for, decoded. Borrows from the element wherever decoding changes nothing.
+class PropertyExpectation {
+public:
+    explicit PropertyExpectation(XmlElement& element);
+    PropertyExpectation(const PropertyExpectation&) = delete;
+    PropertyExpectation& operator=(const PropertyExpectation&) = delete;
+
+    StringView key() const noexcept { return m_key; }
+    StringView units() const noexcept { return m_units; }
+    bool hasValue() const noexcept { return m_hasValue; }
+
+    /// The `value` attribute; empty when absent.
+    StringView value() const noexcept { return m_value; }
+
+    /// One entry for each child element, whatever its name.
+    const Array<StringView>& entries() const noexcept { return m_entries; }
+
+    /// Nothing but the presence of the key is asked for.
+    bool asksForPresenceOnly() const noexcept { return !m_hasValue && m_entries.isEmpty(); }
+
+    /// The text that a failure quotes: the value, directly followed by the entries joined with ", ".
+    String quoted() const;
+
+private:
+    StringView decoded(StringView text);
+
+    Array<String> m_decodedTexts;  ///< what had to be copied; reserved beforehand, so that views into it stay valid
+    StringView m_key;
+    StringView m_units;
+    StringView m_value;
+    bool m_hasValue = false;
+    Array<StringView> m_entries;
+};
+
+}  // namespace vrx

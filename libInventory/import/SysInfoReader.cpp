@@ -1,0 +1,265 @@
+/// How a SysInfo document becomes devices and properties.
+///
+/// A device list starts at the first `Device` under a `SysInfo` child, else at the first `Device` child, else at the
+/// first `device` child, and goes on through the siblings of either spelling. Each device is added to the store before
+/// the `Device` children that are nested in it; the store hangs all of them below its root. What a recording leaves out
+/// is generated from the device's position in its own list, so that the same recording always gives the same machine.
+///
+/// A property is a key with a text, a list of texts or, when it has units, a measurement. Properties nested in a
+/// property belong to the same device and follow it.
+///
+/// A recording may hold a million properties: texts stay borrowed from the document until the one copy that the store
+/// keeps, each element is walked a fixed number of times, and all properties of one key share one specification.
+/// Documents nest no deeper than XmlDocument::MAXIMUM_DEPTH, so the walk may recurse.
+
+#include "libInventory/import/SysInfoReader.h"
+
+#include <boost/make_shared.hpp>
+#include <optional>
+#include <utility>
+
+#include "libCommon/text/NumberText.h"
+#include "libCommon/values/Measurement.h"
+#include "libCommon/values/Unit.h"
+#include "libCommon/xml/XmlElement.h"
+#include "libInventory/support/InventoryLog.h"
+#include "libInventory/support/XmlChildren.h"
+#include "libSystemState/StateManager.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/DeviceImp.h"
+#include "libSystemState/properties/PropertyImp.h"
+#include "libSystemState/properties/PropertySpecImp.h"
+#include "libSystemState/values/ValueImp.h"
+
+namespace vrx {
+
+namespace {
+
+constexpr StringView SYS_INFO = u"SysInfo";
+constexpr StringView DEVICE = u"Device";
+constexpr StringView DEVICE_LOWER = u"device";
+constexpr StringView PROPERTY = u"Property";
+constexpr StringView PROPERTY_LOWER = u"property";
+
+bool isDevice(StringView name) noexcept { return name == DEVICE || name == DEVICE_LOWER; }
+bool isProperty(StringView name) noexcept { return name == PROPERTY_LOWER || name == PROPERTY; }
+
+XmlElement* firstDevice(XmlElement& parent) {
+    for (XmlElement* list = parent.FirstChildElement(SYS_INFO); list; list = list->NextSiblingElement(SYS_INFO)) {
+        if (XmlElement* const device = list->FirstChildElement(DEVICE)) {
+            return device;
+        }
+    }
+    XmlElement* const device = parent.FirstChildElement(DEVICE);
+    return device ? device : parent.FirstChildElement(DEVICE_LOWER);
+}
+
+// Contract: the first `property` wins over any `Property`, also over one that stands before it and is then skipped.
+XmlElement* firstProperty(XmlElement& parent) {
+    XmlElement* const property = parent.FirstChildElement(PROPERTY_LOWER);
+    return property ? property : parent.FirstChildElement(PROPERTY);
+}
+
+/// The children that describe a device itself, the first of each name.
+struct DeviceItems {
+    const XmlElement* type = nullptr;
+    const XmlElement* osLocator = nullptr;
+    const XmlElement* hwLocator = nullptr;
+    const XmlElement* name = nullptr;
+    bool hasDevices = false;
+    CapabilityImp capabilities;
+};
+
+void keepFirst(const XmlElement*& item, const XmlElement* child) noexcept {
+    if (!item) {
+        item = child;
+    }
+}
+
+DeviceItems itemsOf(XmlElement& device) {
+    DeviceItems items;
+    for (const XmlElement* child : childElements(device)) {
+        const StringView name = child->Name();
+        if (isProperty(name)) {
+            continue;  // nearly all children are properties
+        }
+        if (name == u"DeviceType") {
+            keepFirst(items.type, child);
+        } else if (name == u"OS_Locator") {
+            keepFirst(items.osLocator, child);
+        } else if (name == u"HW_Locator") {
+            keepFirst(items.hwLocator, child);
+        } else if (name == u"Name") {
+            keepFirst(items.name, child);
+        } else if (name == u"Capability") {
+            items.capabilities = items.capabilities | CapabilityImp(child->NormalizedText());
+        } else if (name == DEVICE) {
+            items.hasDevices = true;
+        }
+    }
+    return items;
+}
+
+CapabilityImp typeOf(const XmlElement& device, const DeviceItems& items) {
+    const StringView type = device.Attribute(u"type");
+    return type.empty() && items.type ? CapabilityImp(items.type->GetText()) : CapabilityImp(type);
+}
+
+/// The text of the child, also an empty one; else the attribute's; nothing when the device has neither.
+std::optional<String> itemText(const XmlElement& device, const XmlElement* child, StringView attributeName) {
+    if (child) {
+        return child->GetText();
+    }
+    const XmlAttribute* const attribute = device.FindAttribute(attributeName);
+    return attribute ? std::optional<String>(attribute->Value()) : std::nullopt;
+}
+
+String generatedText(StringView prefix, std::uint32_t counter) { return concat(prefix, toText(counter)); }
+
+struct PropertyAttributes {
+    StringView key;
+    StringView value;
+    StringView units;
+};
+
+PropertyAttributes attributesOf(const XmlElement& property) {
+    PropertyAttributes attributes;
+    for (const XmlAttribute& attribute : property.Attributes()) {
+        const StringView name = attribute.Name();
+        if (name == u"key") {
+            attributes.key = attribute.Value();
+        } else if (name == u"value") {
+            attributes.value = attribute.Value();
+        } else if (name == u"units") {
+            attributes.units = attribute.Value();
+        }
+    }
+    return attributes;
+}
+
+/// The texts of the `Value` children that have one, then the attributes of the `value` children.
+Array<String> childValues(XmlElement& property) {
+    Array<String> values;
+    for (const XmlElement* child : childElements(property)) {
+        if (child->Name() == u"Value") {
+            String text = child->GetText();
+            if (!text.isEmpty()) {
+                values.append(std::move(text));
+            }
+        }
+    }
+    for (const XmlElement* child : childElements(property)) {
+        if (child->Name() == u"value") {
+            values.emplace(child->Attribute(u"value"));
+        }
+    }
+    return values;
+}
+
+ValueImp plainValue(XmlElement& property, StringView attribute) {
+    if (!attribute.empty()) {
+        return ValueImp(String(attribute));
+    }
+    if (property.NoChildren()) {
+        return ValueImp();
+    }
+    Array<String> values = childValues(property);
+    if (values.size() > 1) {
+        return ValueImp(std::move(values));
+    }
+    return values.isEmpty() ? ValueImp() : ValueImp(std::move(values.front()));
+}
+
+/// Empty when the units are unknown. Contract: the number is that of the attribute, 0 when it is none or missing.
+std::optional<ValueImp> measuredValue(StringView attribute, StringView units) {
+    const std::optional<Unit> unit = Unit::lookupByString(units);
+    if (!unit) {
+        VRX_LOG(inventoryLog(), LogPriority::Error, u"Could not find UnitType for string: " << units);
+        return std::nullopt;
+    }
+    return ValueImp(DiscreteMeasurement(unit->type(), String(attribute).strToReal64(), unit->magnitude()));
+}
+
+}  // namespace
+
+bool SysInfoReader::readDevices(XmlElement& parent) {
+    XmlElement* const first = firstDevice(parent);
+    if (!first) {
+        VRX_LOG(inventoryLog(), LogPriority::Error, u"Failed to parse sysinfo file");
+        return false;
+    }
+    std::uint32_t counter = 0;
+    for (XmlElement* element = first; element; element = element->NextSiblingElement()) {
+        if (isDevice(element->Name())) {
+            readDevice(*element, counter++);
+        }
+    }
+    return true;
+}
+
+void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
+    const DeviceItems items = itemsOf(element);
+    std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
+    if (!osLocator) {
+        osLocator = generatedText(u"gen-os-loc", counter);
+    }
+    std::optional<String> hwLocator = itemText(element, items.hwLocator, u"hwLocator");
+    if (!hwLocator) {
+        hwLocator = generatedText(u"gen-hw-loc", counter);
+    }
+    std::optional<String> name = itemText(element, items.name, u"name");
+    if (!name) {
+        // Contract: a missing name replaces the hardware locator and leaves the name empty.
+        name.emplace();
+        hwLocator = generatedText(u"gen-name", counter);
+    }
+    const boost::shared_ptr<IDeviceImp> device =
+        DeviceImp::createGeneric(typeOf(element, items), items.capabilities, 0, *name, u"desc", *osLocator, *hwLocator);
+    readProperties(*device, element);
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"populateStateManagerRecursive() adding device: " << device->guid());
+    m_store.addDevice(device, nullptr);
+    if (items.hasDevices) {
+        readDevices(element);
+    }
+}
+
+bool SysInfoReader::readProperties(IDeviceImp& device, XmlElement& parent) {
+    for (XmlElement* element = firstProperty(parent); element; element = element->NextSiblingElement()) {
+        if (isProperty(element->Name()) && !readProperty(device, *element)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SysInfoReader::readProperty(IDeviceImp& device, XmlElement& element) {
+    const PropertyAttributes attributes = attributesOf(element);
+    const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(u"Key") : nullptr;
+    boost::shared_ptr<PropertySpecImp> spec = keyChild ? specOf(keyChild->GetText()) : specOf(attributes.key);
+
+    std::optional<ValueImp> value = attributes.units.empty() ? plainValue(element, attributes.value)
+                                                             : measuredValue(attributes.value, attributes.units);
+    if (!value) {
+        return false;
+    }
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"populatePropertiesRecursive() adding property: " << spec->key());
+    device.addProperty(boost::make_shared<PropertyImp>(std::move(spec), std::move(*value)));
+    if (!element.NoChildren()) {
+        readProperties(device, element);
+    }
+    return true;
+}
+
+boost::shared_ptr<PropertySpecImp> SysInfoReader::specOf(StringView key) {
+    if (const boost::shared_ptr<PropertySpecImp>* const known = m_specs.find(key)) {
+        return *known;
+    }
+    const auto spec = boost::make_shared<PropertySpecImp>(key, PropertyCategoryImp::SysInfo(), DataTypeImp::STRING,
+                                                          CapabilityImp::ALL());
+    // Contract: specifications go to the process-wide store, whichever store receives the devices.
+    StateManager::instance().addPropertySpec(spec);
+    m_specs.insert(spec->key(), spec);
+    return spec;
+}
+
+}  // namespace vrx

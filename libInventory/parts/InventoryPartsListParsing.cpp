@@ -1,0 +1,99 @@
+/// Reading a parts list.
+///
+/// The parts are the first `part` child of the root, whatever its own name, and every sibling element after it,
+/// whatever that one's name. A part needs a device description: a direct child `device`, `and`, `or` or `not`. Parts
+/// without one are blank; they are named in the error text and left out, the others are read all the same.
+
+#include "libCommon/text/NumberText.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/support/ScriptVocabulary.h"
+#include "libInventory/support/XmlChildren.h"
+
+namespace vrx {
+
+namespace {
+
+using vocabulary::ElementKind;
+
+bool isPart(const XmlElement& element) noexcept { return vocabulary::kindOf(element) == ElementKind::Part; }
+
+// Contract: elements before the first part are ignored, those after it are parts under any name.
+XmlElement* firstPart(XmlElement& root) {
+    for (XmlElement* child : childElements(root)) {
+        if (isPart(*child)) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
+bool describesDevices(XmlElement& part) {
+    for (const XmlElement* child : childElements(part)) {
+        switch (vocabulary::kindOf(*child)) {
+            case ElementKind::And:
+            case ElementKind::Or:
+            case ElementKind::Not:
+            case ElementKind::Device: return true;
+            default: break;
+        }
+    }
+    return false;
+}
+
+/// Where the parser stopped, "row,column" counted from 1, and why.
+String parseError(const XmlDocument& document) {
+    return concat(toText(std::uint64_t{document.ErrorRow()} + 1), u",",
+                  toText(std::uint64_t{document.ErrorColumn()} + 1), u"): ", document.ErrorDesc());
+}
+
+Inventory::ParsePartsResult readParts(XmlDocument& document, Array<Inventory::PartSpec>& parts, String& error) {
+    XmlElement* const root = document.Error() ? nullptr : document.RootElement();
+    if (!root) {
+        return Inventory::PartsNoRoot;
+    }
+    String blankNames;
+    bool anyBlank = false;
+    for (XmlElement* part = firstPart(*root); part; part = part->NextSiblingElement()) {
+        const StringView name = part->Attribute(vocabulary::NAME);
+        if (describesDevices(*part)) {
+            parts.emplace(name, part->Attribute(vocabulary::ID), part->Attribute(vocabulary::DESCRIPTION),
+                          String::EMPTY, part->toString());
+        } else {
+            blankNames.append(anyBlank ? u", " : u"").append(name);
+            anyBlank = true;
+        }
+    }
+    if (!anyBlank) {
+        return Inventory::PartsParsed;
+    }
+    error = concat(u"Blank parts: ", blankNames,
+                   u" found.  Blank parts are not allowed for part generation.  Please correct these parts at the "
+                   u"Kestrel server Monitoring Console.");
+    return Inventory::PartsBlank;
+}
+
+}  // namespace
+
+Inventory::ParsePartsResult Inventory::parsePartsList(const String& xml, Array<PartSpec>& parts, String& error) {
+    const StringView text = trimmed(xml);
+    if (text.empty()) {
+        return PartsEmptyInput;
+    }
+    XmlDocument document;
+    if (!document.Parse(text)) {
+        error = concat(u"Failed to Parse xml (", parseError(document));
+        return PartsXmlError;
+    }
+    return readParts(document, parts, error);
+}
+
+Inventory::ParsePartsResult Inventory::parsePartsListFile(const String& path, Array<PartSpec>& parts, String& error) {
+    XmlDocument document;
+    if (!document.LoadFile(path)) {
+        error = concat(u"Failed to Parse xml file ", path, u" (", parseError(document));
+        return PartsXmlError;
+    }
+    return readParts(document, parts, error);
+}
+
+}  // namespace vrx

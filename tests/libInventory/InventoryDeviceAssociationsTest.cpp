@@ -1,0 +1,260 @@
+#include "libInventory/InventoryDeviceAssociations.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "libCommon/error/StructuredException.h"
+#include "libCommon/xml/XmlDocument.h"
+#include "tests/libInventory/support/World.h"
+
+namespace vrx::test {
+namespace {
+
+using Associations = Inventory::InventoryDeviceAssociations;
+using DevicePointer = boost::shared_ptr<IDeviceImp>;
+
+struct Graph {
+    explicit Graph(int elementCount = 4, int deviceCount = 4) {
+        for (int i = 0; i < elementCount; ++i) {
+            elements.push_back(document.NewElement(u"device"));
+        }
+        for (int i = 0; i < deviceCount; ++i) {
+            devices.push_back(addDevice(store, "Storage", "d" + std::to_string(i), "hw" + std::to_string(i)));
+        }
+    }
+
+    void link(int element, int device) { graph.associate(elements[element], devices[device]); }
+
+    std::vector<int> partners(const Associations& of, int element) const {
+        Array<DevicePointer> found;
+        of.getMatchedDevices(elements[element], found);
+        std::vector<int> indices;
+        for (const auto& device : found) {
+            indices.push_back(static_cast<int>(std::find(devices.begin(), devices.end(), device) - devices.begin()));
+        }
+        return indices;
+    }
+    std::vector<int> partners(int element) const { return partners(graph, element); }
+
+    XmlDocument document;
+    StateManager store;
+    std::vector<XmlElement*> elements;
+    std::vector<DevicePointer> devices;
+    Associations graph;
+};
+
+TEST(InventoryDeviceAssociations, KnowsElementsWithoutDevices) {
+    Graph g;
+    g.graph.associate(g.elements[0], DevicePointer());
+    EXPECT_FALSE(g.graph.isSatisfied(g.elements[0]));
+    EXPECT_FALSE(g.graph.hasEverMatched(g.elements[0]));
+    EXPECT_THROW(g.graph.isSatisfied(g.elements[1]), StructuredException);
+    EXPECT_THROW(g.graph.hasEverMatched(g.elements[1]), StructuredException);
+    EXPECT_THROW(g.graph.associate(nullptr, g.devices[0]), StructuredException);
+}
+
+TEST(InventoryDeviceAssociations, TellsUnknownFromUnlinkedDevices) {
+    Graph g;
+    g.link(0, 0);
+    g.link(0, 1);
+    g.graph.removeExtraLinks();
+    bool found = false;
+    EXPECT_FALSE(g.graph.isExtra(g.devices[2], found));
+    EXPECT_FALSE(found);
+    EXPECT_TRUE(g.graph.isExtra(g.devices[1], found));
+    EXPECT_TRUE(found);
+    EXPECT_FALSE(g.graph.isExtra(g.devices[0], found));
+}
+
+TEST(InventoryDeviceAssociations, KeepsTheMostConstrainedPartner) {
+    Graph g;
+    g.link(1, 0);  // element 1 has two candidates,
+    g.link(1, 1);
+    g.link(0, 0);  // element 0 only one: device 0 must go to it
+    g.graph.removeExtraLinks();
+    EXPECT_EQ(g.partners(0), std::vector<int>{0});
+    EXPECT_EQ(g.partners(1), std::vector<int>{1});
+}
+
+TEST(InventoryDeviceAssociations, AmongEqualsTheFirstLinkStays) {
+    Graph g;
+    g.link(2, 0);
+    g.link(0, 0);
+    g.link(1, 0);
+    g.graph.removeExtraLinks();
+    EXPECT_EQ(g.partners(2), std::vector<int>{0});
+    EXPECT_TRUE(g.graph.hasEverMatched(g.elements[0]));
+    EXPECT_FALSE(g.graph.isSatisfied(g.elements[0]));
+}
+
+TEST(InventoryDeviceAssociations, APairLinkedTwiceKeepsOneLink) {
+    Graph g;
+    g.link(0, 0);
+    g.link(0, 0);
+    g.graph.removeExtraLinks();
+    EXPECT_EQ(g.partners(0), std::vector<int>{0});
+    bool found = false;
+    EXPECT_FALSE(g.graph.isExtra(g.devices[0], found));
+}
+
+TEST(InventoryDeviceAssociations, AssignmentMergesAndForgetsWhatHadMatched) {
+    Graph g;
+    g.link(0, 0);
+    g.link(1, 0);
+    g.graph.removeExtraLinks();  // element 1 has lost its device
+    Associations other;
+    other.associate(g.elements[2], g.devices[2]);
+    other = g.graph;
+    EXPECT_EQ(g.partners(other, 2), std::vector<int>{2});
+    EXPECT_EQ(g.partners(other, 0), std::vector<int>{0});
+    EXPECT_FALSE(other.hasEverMatched(g.elements[1]));
+    other = g.graph;
+    EXPECT_EQ(g.partners(other, 0), (std::vector<int>{0, 0}));
+}
+
+TEST(InventoryDeviceAssociations, RemovedAssociationsLeaveTheElementSatisfied) {
+    Graph g;
+    g.link(0, 0);
+    g.link(1, 0);
+    g.graph.removeDeviceAssociations(g.elements[0]);
+    EXPECT_TRUE(g.graph.isSatisfied(g.elements[0]));
+    EXPECT_EQ(g.partners(0), std::vector<int>{0});
+    bool found = false;
+    EXPECT_FALSE(g.graph.isExtra(g.devices[0], found));
+    EXPECT_FALSE(found);
+    g.link(2, 0);  // a fresh node; the old one still serves the old links
+    g.graph.removeExtraLinks();
+    EXPECT_EQ(g.partners(2), std::vector<int>{0});
+    g.graph.clear();
+    EXPECT_TRUE(g.partners(0).empty());
+}
+
+TEST(InventoryDeviceAssociations, TextShowsEveryNodeWithItsPartners) {
+    Graph g(1, 1);
+    g.link(0, 0);
+    EXPECT_EQ(utf8(g.graph.toString()),
+              "Inventory Elements to Devices: \n"
+              "InventoryNode xml element (1:1) :\n    <device/>\n\n    DeviceNode device:hw0|\n\n"
+              "Devices to Inventory Elements: \n"
+              "DeviceNode device:hw0|\n    InventoryNode xml element (1:1) :\n        <device/>\n\n\n");
+}
+
+/// The reduction as its rules read, on plain lists: the slow reference for the fast one.
+class PlainReduction {
+public:
+    using List = std::vector<int>;
+    PlainReduction(std::size_t elements, std::size_t devices) : m_sides{std::vector<List>(elements), std::vector<List>(devices)} {}
+
+    void link(int element, int device) {
+        m_sides[1][device].push_back(element);
+        m_sides[0][element].push_back(device);
+        note(m_deviceOrder, device);
+        note(m_elementOrder, element);
+    }
+    void run() {
+        for (const int device : m_deviceOrder) {
+            reduce(1, device);
+        }
+        for (const int element : m_elementOrder) {
+            reduce(0, element);
+        }
+    }
+    const List& partners(int element) const { return m_sides[0][element]; }
+
+private:
+    static void note(List& order, int index) {
+        if (std::find(order.begin(), order.end(), index) == order.end()) {
+            order.push_back(index);
+        }
+    }
+    static int lastIndex(const List& list, int partner) {
+        const auto at = std::find(list.rbegin(), list.rend(), partner);
+        return static_cast<int>(list.rend() - at) - 1;
+    }
+    void removeLink(int side, int node, int partner) {
+        List& list = m_sides[side][node];
+        if (const int index = lastIndex(list, partner); index >= 0) {
+            list.erase(list.begin() + index);
+        }
+    }
+    void removeAllLinksExcept(int side, int node, int kept) {
+        List& list = m_sides[side][node];
+        const int keptIndex = lastIndex(list, kept);
+        for (int i = 0; i < static_cast<int>(list.size()); ++i) {
+            if (i != keptIndex) {
+                removeLink(1 - side, list[i], node);
+            }
+        }
+        if (keptIndex >= 0) {
+            list = {kept};
+        }
+    }
+    void reduce(int side, int node) {
+        List& list = m_sides[side][node];
+        if (list.size() < 2) {
+            return;
+        }
+        std::size_t least = 0;
+        for (std::size_t i = 1; i < list.size(); ++i) {
+            if (m_sides[1 - side][list[i]].size() < m_sides[1 - side][list[least]].size()) {
+                least = i;
+            }
+        }
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            if (i == least) {
+                removeAllLinksExcept(1 - side, list[i], node);
+            } else {
+                removeLink(1 - side, list[i], node);
+            }
+        }
+        removeAllLinksExcept(side, node, list[least]);
+    }
+
+    std::vector<List> m_sides[2];
+    List m_elementOrder;
+    List m_deviceOrder;
+};
+
+TEST(InventoryDeviceAssociations, ReductionEqualsThePlainRulesOnRandomGraphs) {
+    std::mt19937 random(20261121);
+    for (int round = 0; round < 600; ++round) {
+        const int size = 1 + static_cast<int>(random() % 7);
+        Graph g(size, size);
+        PlainReduction plain(g.elements.size(), g.devices.size());
+        const int links = static_cast<int>(random() % 30);
+        for (int i = 0; i < links; ++i) {
+            const int element = static_cast<int>(random() % g.elements.size());
+            const int device = static_cast<int>(random() % g.devices.size());
+            const bool parallel = round % 3 == 0;
+            const auto known = g.partners(element);
+            if (parallel || std::find(known.begin(), known.end(), device) == known.end()) {
+                g.link(element, device);
+                plain.link(element, device);
+            }
+        }
+        std::vector<bool> linked(g.elements.size());
+        for (int i = 0; i < size; ++i) {
+            linked[i] = !g.partners(i).empty();
+        }
+        g.graph.removeExtraLinks();
+        plain.run();
+        std::vector<bool> taken(g.devices.size());
+        for (int i = 0; i < size; ++i) {
+            const auto partners = g.partners(i);
+            ASSERT_EQ(partners, plain.partners(i)) << "round " << round << " element " << i;
+            ASSERT_LE(partners.size(), 1U);
+            for (const int device : partners) {
+                ASSERT_FALSE(taken[device]) << "a device was given to two elements";
+                taken[device] = true;
+            }
+            if (linked[i]) {
+                ASSERT_TRUE(g.graph.hasEverMatched(g.elements[i]));
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vrx::test

@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include "libCommon/logging/Logger.h"
+#include "libInventory/Inventory.h"
+#include "libSystemState/StateManager.h"
+#include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/IPropertyImp.h"
+#include "libSystemState/properties/PropertyCategoryImp.h"
+#include "libSystemState/properties/PropertySpecImp.h"
+#include "libSystemState/values/ValueImp.h"
+
+namespace vrx {
+namespace {
+
+/// Collects lines without the source line that each begins with.
+struct CollectedLines : LogSink {
+    CollectedLines() { Logger::addSink(*this); }
+    ~CollectedLines() override { Logger::removeSink(*this); }
+    void writeLine(const std::string&, LogPriority, StringView message) override {
+        text += toUtf8(message.substr(message.find(u' ') + 1)) + "\n";
+    }
+    std::string text;
+};
+
+/// One line a device: type [capabilities] name @hwLocator @osLocator key=value ...
+std::string machineText(const StateManager& store) {
+    String text;
+    for (const auto& device : store.getDevices(CapabilityImp::ALL(), false)) {
+        text += concat(device->type().toString(), u" [", device->capabilities().toString(), u"] ", device->name(),
+                       u" @", device->hwLocator(), u" @", device->osLocator());
+        for (const auto& property : device->properties(PropertyCategoryImp::ALL())) {
+            const ValueImp& value = property->value();
+            text += concat(u" ", property->key(), u"=", value.isArray() ? u"array:" : u"", value.toString(false));
+        }
+        text += u"\n";
+    }
+    return text.toUtf8();
+}
+
+struct ImportCase {
+    const char16_t* xml;
+    const char* machine;
+    const char* lines = "";
+};
+
+const ImportCase CASES[] = {
+    // Attributes or children; a child wins, also an empty one.
+    {u"<s><Device type='Fan' name='F' hwLocator='h' osLocator='o'/><Device><DeviceType>Fan</DeviceType><Name>F</Name>"
+     u"<HW_Locator>h</HW_Locator><OS_Locator>o</OS_Locator><Capability> Sensor </Capability></Device>"
+     u"<Device type='Fan' name='F' hwLocator='h'><DeviceType>LED</DeviceType><Name/><OS_Locator> </OS_Locator></Device>"
+     u"<Device type='' name='' hwLocator='' osLocator=''><DeviceType>LED</DeviceType></Device><Device/></s>",
+     "Fan [Fan] F @h @o\nFan [Fan, Sensor] F @h @o\nFan [Fan]  @h @\nIndicator [Indicator]  @ @\n"
+     " []  @gen-name4 @gen-os-loc4\n"},
+    // Counters restart in nested lists; nested lower-case devices are not read; a missing name replaces the locator.
+    {u"<s><device name='A'/><other/><device name='B'><device/><Device name='C'/></device><device hwLocator='h'/></s>",
+     " [] A @gen-hw-loc0 @gen-os-loc0\n [] B @gen-hw-loc1 @gen-os-loc1\n [] C @gen-hw-loc0 @gen-os-loc0\n"
+     " []  @gen-name2 @gen-os-loc2\n"},
+    {u"<s><Device/><SysInfo/><SysInfo><Device name='A' hwLocator='h' osLocator='o'/></SysInfo></s>", " [] A @h @o\n"},
+    {u"<s><device/><Device name='A' hwLocator='h' osLocator='o'/></s>", " [] A @h @o\n"},
+    // Values; properties before the first lower-case one are skipped; nested ones follow their parent.
+    {u"<s><Device name='A' hwLocator='h' osLocator='o'><Property/><property key='A' "
+     u"value='x'><Value>y</Value></property>"
+     u"<Property/><property><Key>B</Key><value value='c'/><Value>a</Value><Value/><value/></property>"
+     u"<property key='C' value=''><Value>a</Value><property key='D' value='d'/></property></Device></s>",
+     " [] A @h @o A=x = B=array:a, c,  C=a D=d\n"},
+    {u"<s><Device name='A' hwLocator='h' osLocator='o'><property key='A' value='3.5' units='GHz'><property key='B' "
+     u"units='GHz'><Value>7</Value></property><property key='C' units='ells'/><property/></property>"
+     u"<property key='D' value='fast' units='MHz'/><property key='E' units='cubits'/><property key='F'/></Device></s>",
+     " [] A @h @o A=3.5 GHz B=0 GHz D=0 MHz\n",
+     "Could not find UnitType for string: ells\nCould not find UnitType for string: cubits\n"},
+};
+
+TEST(InventoryStateImport, lenientForms) {
+    for (const ImportCase& test : CASES) {
+        StateManager store;
+        CollectedLines lines;
+        EXPECT_TRUE(Inventory::importStateFromXmlString(test.xml, store)) << toUtf8(test.xml);
+        EXPECT_EQ(machineText(store), test.machine);
+        EXPECT_EQ(lines.text, test.lines);
+    }
+}
+
+TEST(InventoryStateImport, failuresSayWhy) {
+    StateManager store;
+    CollectedLines lines;
+    EXPECT_FALSE(Inventory::importStateFromXmlString(u"<s>\n <a", store));
+    EXPECT_FALSE(Inventory::importStateFromXmlString(u"<s><SysInfo><device/></SysInfo></s>", store));
+    EXPECT_FALSE(Inventory::importStateFromXmlFile(u"/none.xml", store));
+    EXPECT_EQ(lines.text, R"(importStateFromXmlString() Parse failed: unclosed token (2:2)
+Failed to parse sysinfo file
+importStateFromXmlString() populateStateManagerRecursive failed.
+importStateFromXmlFile(/none.xml) LoadFile failed: No such file or directory
+)");
+}
+
+TEST(InventoryStateImport, specificationsAreSharedAndGoToTheProcessWideStore) {
+    StateManager store;
+    ASSERT_TRUE(Inventory::importStateFromXmlString(
+        u"<s><Device><property key='K-shared'/></Device><Device><property key='K-shared'/></Device></s>", store));
+    const auto devices = store.getDevices(CapabilityImp::ALL(), false);
+    const auto spec = devices[0]->property(u"K-shared")->spec();
+    EXPECT_EQ(spec, devices[1]->property(u"K-shared")->spec());
+    EXPECT_FALSE(store.propertySpec(spec->guid()));
+    EXPECT_TRUE(StateManager::instance().propertySpec(spec->guid()));
+}
+
+}  // namespace
+}  // namespace vrx
