@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/collect/CpuInfo.h"
+#include "host/collect/Recording.h"
+#include "host/collect/RootFolder.h"
+#include "host/collect/SmbiosTable.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+
+namespace vrx::host {
+
+/// What the sources of one recording share: where they read, what several of them need, and where they put what they
+/// found.
+struct CollectContext {
+    CollectContext(const RootFolder& machine, Array<String>& noteLines) : root(machine), notes(noteLines) {}
+
+    const RootFolder& root;
+    SmbiosTable smbios;
+    CpuInfo cpuInfo;
+    Recording recording;
+    Array<String>& notes;
+
+    /// Notes that something could not be read: "PATH: REASON; left out: LOST".
+    void note(std::string_view path, std::string_view reason, std::string_view lost);
+
+    /// The same with the reason that `access` stands for; nothing when access was granted.
+    void noteAccess(std::string_view path, RootFolder::Access access, std::string_view lost);
+};
+
+/// The sources, in the order in which they run. Each adds its devices to the recording, or properties to devices that
+/// are there, and notes what it could not read.
+void collectSystem(CollectContext& context);
+void collectBoard(CollectContext& context);
+void collectProcessors(CollectContext& context);
+void collectMemory(CollectContext& context);
+void collectPci(CollectContext& context);
+void collectUsb(CollectContext& context);
+void collectStorage(CollectContext& context);
+void collectNetwork(CollectContext& context);
+
+}  // namespace vrx::host

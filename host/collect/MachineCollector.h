@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libSystemState/Forward.h"
+
+namespace vrx::host {
+
+struct CollectOptions {
+    /// The folder that stands for `/`: another one holds a saved copy of a machine's /sys and /proc. Nothing outside it
+    /// is read but the tables of vendor and device names.
+    std::string root = "/";
+};
+
+/// Records a machine: its devices as a tree below one System device, with locators, names and properties
+/// (docs/recorder.md lists them). `notes` receives one line for each thing that could not be read: where, why, and what
+/// is left out for it. Works for any user; what only root may read is noted.
+///
+/// False, adding nothing, only when nothing at all could be had. Requires: the store is empty.
+bool collectMachine(StateManager& store, const CollectOptions& options, Array<String>& notes);
+
+}  // namespace vrx::host

@@ -1,0 +1,163 @@
+/// PCI functions, as a tree below their bridges. Identifiers come from sysfs, their names from pci.ids, the name of the
+/// slot from the kernel's list of slots.
+///
+/// A function's type follows from its class. A network function becomes the network adapter itself when an interface
+/// is found on it (NetworkSource.cpp), a storage controller the parent of its disks (StorageSource.cpp).
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+
+#include "host/collect/CollectContext.h"
+#include "host/collect/HardwareIds.h"
+#include "host/collect/PciClasses.h"
+#include "host/collect/PropertyNames.h"
+
+namespace vrx::host {
+
+namespace {
+
+using Category = PropertyCategoryImp;
+const std::string DEVICES = "/sys/bus/pci/devices/";
+const std::string SLOTS = "/sys/bus/pci/slots/";
+
+/// One function as sysfs shows it.
+struct PciFunction {
+    std::string address;  ///< "0000:00:1f.2"
+    std::uint32_t classCode = 0;
+    std::uint32_t vendor = 0;
+    std::uint32_t device = 0;
+    std::uint32_t subVendor = 0;  ///< 0 when it has no subsystem
+    std::uint32_t subDevice = 0;
+
+    std::string path(std::string_view file) const { return DEVICES + address + "/" + std::string(file); }
+};
+
+std::uint32_t numberIn(const RootFolder& root, const std::string& path) {
+    return static_cast<std::uint32_t>(root.number(path).value_or(0));
+}
+
+std::vector<PciFunction> readFunctions(const RootFolder& root) {
+    std::vector<std::string> addresses = root.list(DEVICES);
+    // Digits of an address are hexadecimal and of fixed width, but for domains of more than four.
+    std::sort(addresses.begin(), addresses.end(), [](const std::string& a, const std::string& b) {
+        return std::pair(a.size(), std::string_view(a)) < std::pair(b.size(), std::string_view(b));
+    });
+    std::vector<PciFunction> functions;
+    for (std::string& address : addresses) {
+        PciFunction function;
+        function.address = std::move(address);
+        function.vendor = numberIn(root, function.path("vendor"));
+        if (function.vendor == 0) {
+            continue;  // nothing there to be read
+        }
+        function.classCode = numberIn(root, function.path("class"));
+        function.device = numberIn(root, function.path("device"));
+        function.subVendor = numberIn(root, function.path("subsystem_vendor"));
+        function.subDevice = numberIn(root, function.path("subsystem_device"));
+        functions.push_back(std::move(function));
+    }
+    return functions;
+}
+
+HardwareIds readNames(CollectContext& context, const std::vector<PciFunction>& functions) {
+    HardwareIds names;
+    for (const PciFunction& function : functions) {
+        names.wantDevice(function.vendor, function.device);
+        names.wantClass(function.classCode);
+        if (function.subVendor != 0) {
+            names.wantSubsystem(function.vendor, function.device, function.subVendor, function.subDevice);
+        }
+    }
+    if (!functions.empty() && !names.load(context.root, "pci.ids")) {
+        context.noteAccess("/usr/share/misc/pci.ids", RootFolder::Access::Absent,
+                           "names of PCI vendors, devices and classes");
+    }
+    return names;
+}
+
+/// Slot names by the address of bus and device that they stand for ("0000:03:00").
+std::map<std::string, std::string> readSlots(const RootFolder& root) {
+    std::map<std::string, std::string> slots;
+    for (const std::string& name : root.list(SLOTS)) {
+        slots.emplace(root.text(SLOTS + name + "/address"), name);
+    }
+    return slots;
+}
+
+void addIdentifiers(DeviceRecord& device, const PciFunction& function, const HardwareIds& names) {
+    device.text(property::VENDOR, names.vendor(function.vendor));
+    device.text(property::MODEL, names.device(function.vendor, function.device));
+    device.text(property::CLASS, names.className(function.classCode));
+    device.add(property::VENDOR_ID, String::UTF8Decode(fmt::format("{:04x}", function.vendor)));
+    device.add(property::DEVICE_ID, String::UTF8Decode(fmt::format("{:04x}", function.device)));
+    device.add(property::CLASS_CODE, String::UTF8Decode(fmt::format("{:06x}", function.classCode)));
+    if (function.subVendor != 0) {
+        device.text(property::SUBSYSTEM_VENDOR, names.vendor(function.subVendor));
+        device.text(property::SUBSYSTEM,
+                    names.subsystem(function.vendor, function.device, function.subVendor, function.subDevice));
+        device.add(property::SUBSYSTEM_VENDOR_ID, String::UTF8Decode(fmt::format("{:04x}", function.subVendor)));
+        device.add(property::SUBSYSTEM_ID, String::UTF8Decode(fmt::format("{:04x}", function.subDevice)));
+    }
+}
+
+/// "8.0 GT/s PCIe" says 8.
+double gigatransfers(std::string_view text) {
+    return text.find(" GT/s") == std::string_view::npos ? 0 : leadingNumber(text);
+}
+
+/// The link as it can be, and as it is at the moment: saving power slows it down and narrows it.
+void addLink(DeviceRecord& device, const PciFunction& function, const RootFolder& root) {
+    static constexpr std::uint64_t UNKNOWN_WIDTH = 255;
+    const auto addWidth = [&](StringView key, std::string_view file, Category category) {
+        const std::optional<std::uint64_t> width = root.number(function.path(file));
+        if (width && *width != 0 && *width < UNKNOWN_WIDTH) {
+            device.number(key, width, category);
+        }
+    };
+    device.measure(property::MAX_LINK_SPEED, gigatransfers(root.text(function.path("max_link_speed"))), u"GT/s");
+    addWidth(property::MAX_LINK_WIDTH, "max_link_width", Category::SysInfo());
+    device.measure(property::LINK_SPEED, gigatransfers(root.text(function.path("current_link_speed"))), u"GT/s",
+                   Category::Volatile());
+    addWidth(property::LINK_WIDTH, "current_link_width", Category::Volatile());
+}
+
+std::string nameOf(const PciFunction& function, const HardwareIds& names) {
+    const std::string model = cleanName(names.device(function.vendor, function.device));
+    return model.empty() ? fmt::format("PCI device {:04x}:{:04x}", function.vendor, function.device) : model;
+}
+
+}  // namespace
+
+void collectPci(CollectContext& context) {
+    const RootFolder& root = context.root;
+    const std::vector<PciFunction> functions = readFunctions(root);
+    const HardwareIds names = readNames(context, functions);
+    const std::map<std::string, std::string> slots = readSlots(root);
+    for (const PciFunction& function : functions) {
+        DeviceRecord device;
+        device.type = pciDeviceType(function.classCode);
+        if (device.type != u"PciDevice") {
+            device.capabilities.push_back(u"PciDevice");
+        }
+        device.name = nameOf(function, names);
+        device.hwLocator = "pci:" + function.address;
+        device.osLocator = DEVICES + function.address;
+        device.sysPath = root.resolved(device.osLocator);
+        addIdentifiers(device, function, names);
+        if (const auto revision = root.number(function.path("revision"))) {
+            device.add(property::REVISION, String::UTF8Decode(fmt::format("{:02x}", *revision)));
+        }
+        const auto slot = slots.find(function.address.substr(0, function.address.rfind('.')));
+        if (slot != slots.end()) {
+            device.text(property::SLOT, slot->second);
+        }
+        addLink(device, function, root);
+        device.text(property::DRIVER, root.linkTarget(function.path("driver")), Category::Internal());
+        device.number(property::NUMA_NODE, root.number(function.path("numa_node")), Category::Internal());
+        context.recording.add(std::move(device));
+    }
+}
+
+}  // namespace vrx::host

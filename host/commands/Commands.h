@@ -1,0 +1,20 @@
+#pragma once
+
+#include "host/commands/Session.h"
+
+namespace CLI {
+class App;
+}
+
+/// The subcommands. Each adds itself to the command line and, when it is named there, sets the session's action.
+namespace vrx::host {
+
+void addCheckCommand(CLI::App& parent, Session& session);
+void addCheckDeviceCommand(CLI::App& parent, Session& session);
+void addCollectCommand(CLI::App& parent, Session& session);
+void addMatchCommand(CLI::App& parent, Session& session);
+void addPartsCommand(CLI::App& parent, Session& session);
+void addPartsParseCommand(CLI::App& parent, Session& session);
+void addShowCommand(CLI::App& parent, Session& session);
+
+}  // namespace vrx::host

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "host/commands/Session.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx::host {
+
+/// A machine that could not be had.
+class MachineFailure : public CommandFailure {
+public:
+    MachineFailure(ExitStatus status, const std::string& line, Array<String> texts)
+        : CommandFailure(status, line), m_texts(std::move(texts)) {}
+
+    /// What the engine had to say about it, for reports that programs read.
+    const Array<String>& texts() const noexcept { return m_texts; }
+
+private:
+    Array<String> m_texts;
+};
+
+/// Fills the store with the recorded machine of that path ("-" for standard input), or with the machine that the
+/// program runs on when the path is empty; what could not be read of that one is said on standard error.
+/// Throws a MachineFailure when there is no machine.
+void loadMachine(const std::string& statePath, StateManager& store, const Session& session);
+
+/// How reports name it: the path, "standard input" or "this machine".
+std::string machineName(const std::string& statePath);
+
+}  // namespace vrx::host

@@ -1,0 +1,63 @@
+/// Which guids somebody may have meant: those with the smallest edit distance without letter case. A guid that contains
+/// the asked text, or is contained in it, counts as near whatever is missing, because half of a guid (one locator) is
+/// what people know.
+
+#include "host/commands/NearGuids.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/IDeviceImp.h"
+
+namespace vrx::host {
+
+namespace {
+
+constexpr std::size_t SHOWN = 3;
+constexpr std::size_t LONGEST_COMPARED = 200;
+
+std::size_t editDistance(StringView a, StringView b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t above = row[j + 1];
+            row[j + 1] = std::min({above + 1, row[j] + 1, diagonal + (a[i] == b[j] ? 0u : 1u)});
+            diagonal = above;
+        }
+    }
+    return row.back();
+}
+
+/// How far the two are apart; more than `asked.size()` when they have nothing in common.
+std::size_t distanceOf(StringView asked, StringView guid) {
+    if (asked.empty() || guid.find(asked) != StringView::npos || asked.find(guid) != StringView::npos) {
+        return 0;
+    }
+    const std::size_t distance = editDistance(asked.substr(0, LONGEST_COMPARED), guid.substr(0, LONGEST_COMPARED));
+    return distance <= std::max(asked.size(), guid.size()) / 2 ? distance : asked.size() + LONGEST_COMPARED;
+}
+
+}  // namespace
+
+std::vector<std::string> nearGuids(const String& guid, const StateManager& store) {
+    const String asked = foldCase(guid);
+    std::vector<std::pair<std::size_t, const IDeviceImp*>> near;
+    for (const auto& device : store.devicesCapableOf(CapabilityImp::ALL())) {
+        const std::size_t distance = distanceOf(asked, foldCase(device->guid()));
+        if (distance <= asked.size()) {
+            near.emplace_back(distance, device.get());
+        }
+    }
+    const std::size_t count = std::min(near.size(), SHOWN);
+    std::stable_sort(near.begin(), near.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<std::string> guids;
+    for (std::size_t i = 0; i < count; ++i) {
+        guids.push_back(near[i].second->guid().toUtf8());
+    }
+    return guids;
+}
+
+}  // namespace vrx::host

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "libSystemState/StateManager.h"
+
+namespace vrx::host {
+
+/// Guids of the store that look like the one that it does not have, the most similar first; a few at most.
+std::vector<std::string> nearGuids(const String& guid, const StateManager& store);
+
+}  // namespace vrx::host

@@ -1,0 +1,13 @@
+#include <CLI/CLI.hpp>
+
+#include "host/commands/Commands.h"
+
+namespace vrx::host {
+
+void addPartsCommand(CLI::App& parent, Session& session) {
+    CLI::App& group = *parent.add_subcommand("parts", "Work with parts lists");
+    group.require_subcommand(1);
+    addPartsParseCommand(group, session);
+}
+
+}  // namespace vrx::host

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "libCommon/xml/XmlElement.h"
+
+namespace vrx::host {
+
+/// The first `or` with alternatives that stands inside a `part` where a check visits it; null when there is none.
+///
+/// Such a script cannot be decided: the alternatives of a part are never merged into the combination that is tried, so
+/// the engine would ask for devices that it does not know and fail hard.
+const XmlElement* findOrInsidePart(const XmlElement& root);
+
+/// What to say about it, without its place.
+inline constexpr const char* OR_INSIDE_PART_REASON =
+    "an <or> inside a <part> cannot be decided; expected the <or> around the parts, one part for each alternative";
+
+}  // namespace vrx::host

@@ -1,0 +1,111 @@
+#include "host/report/CheckTextReport.h"
+
+#include <fmt/format.h>
+
+#include <vector>
+
+#include "host/report/FindingText.h"
+#include "host/report/MissingDevices.h"
+#include "host/report/NoticeText.h"
+#include "host/report/ReadablePattern.h"
+#include "host/report/TextPieces.h"
+#include "host/terminal/PrintableText.h"
+#include "host/terminal/Style.h"
+#include "host/terminal/TextTable.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx::host {
+
+namespace {
+
+std::string machineText(const CheckOutcome& outcome) {
+    const std::string name = !outcome.state         ? "this machine"
+                             : *outcome.state == "-" ? "standard input"
+                                                     : printable(std::string_view(*outcome.state));
+    return name + " (" + counted(outcome.machine->deviceCount(), "device") + ")";
+}
+
+std::string orDash(const std::string& text) { return text.empty() ? "-" : text; }
+
+void writeDevices(std::string& out, const char* title, const Array<Inventory::DeviceSpec>& devices, bool areAskedFor,
+                  const TextFormat& format) {
+    if (devices.isEmpty()) {
+        return;
+    }
+    out += "\n" + styled(fmt::format("{}: {}", title, devices.size()), Style::Bold, format.colour) + "\n";
+    TextTable table(2, {Style::Plain, Style::Plain, Style::Plain, Style::Plain});
+    table.setHeader({"type", "name", "hardware locator", "OS locator"});
+    for (const Inventory::DeviceSpec& device : devices) {
+        // A script's texts are encoded and its name is a pattern; a machine's stand for themselves.
+        const auto text = [areAskedFor](const String& raw) {
+            return orDash(printable(areAskedFor ? raw.uuDecode(true, true) : raw));
+        };
+        const bool hasPattern = areAskedFor && !device.name.isEmpty();
+        table.addRow({text(device.type),
+                      hasPattern ? readablePattern(device.name.uuDecode(true, true)) : text(device.name),
+                      text(device.hwLocator), text(device.osLocator)});
+    }
+    table.write(out, format);
+}
+
+struct Headline {
+    const char* verdict;
+    Style style;
+    std::string sentence;
+};
+
+Headline headlineOf(const CheckOutcome& outcome) {
+    switch (outcome.verdict) {
+        case Verdict::Passed: return {"PASSED", Style::Good, "the machine holds what the script asks for"};
+        case Verdict::NothingToCheck:
+            return {"NOTHING CHECKED", Style::Caution, "the script asks for no device and has no fail-on-extra rule"};
+        case Verdict::Undecided:
+            return {"UNDECIDED", Style::Caution,
+                    counted(outcome.givenUpPatterns, "pattern test") + " took too much work and had to be given up"};
+        default: break;
+    }
+    const bool onlyExtra = outcome.inventorySatisfied.value_or(false);
+    return {"FAILED", Style::Bad,
+            onlyExtra ? "everything asked for is there, and devices that must not be"
+                      : "the machine does not hold what the script asks for"};
+}
+
+void writeHead(std::string& out, const CheckOutcome& outcome, const TextFormat& format) {
+    const Headline headline = headlineOf(outcome);
+    const std::string indent(std::string(headline.verdict).size() + 2, ' ');
+    out += styled(headline.verdict, headline.style, format.colour) + "  " + headline.sentence + "\n";
+    TextTable table(2, {Style::Dim, Style::Plain});
+    table.addRow({"script", printable(std::string_view(outcome.script)) + " (" +
+                                counted(outcome.content.devices, "device element") + ")"});
+    table.addRow({"machine", machineText(outcome)});
+    table.write(out, format);
+}
+
+}  // namespace
+
+std::string checkTextReport(const CheckOutcome& outcome, const TextFormat& format) {
+    std::string out;
+    writeHead(out, outcome, format);
+    const std::string notices = noticeText(outcome.events, outcome.script, format);
+    if (!notices.empty()) {
+        out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
+    }
+    const bool showsFindings = outcome.verdict == Verdict::Failed || outcome.verdict == Verdict::Undecided;
+    if (!showsFindings) {
+        out += fmt::format("  checked in {}\n", durationText(outcome.duration));
+        return out;
+    }
+    const Array<Inventory::DeviceSpec> missing = missingDevices(outcome.missing, *outcome.annotatedScript);
+    writeDevices(out, "Missing devices", missing, true, format);
+    writeDevices(out, "Extra devices", outcome.extra, false, format);
+    const FindingText findings = findingText(findingsOf(*outcome.annotatedScript), outcome.script, outcome.machine, format);
+    if (findings.count > 0) {
+        out += "\n" + styled(fmt::format("Findings: {}", findings.count), Style::Bold, format.colour) + "\n" +
+               findings.text;
+    }
+    out += fmt::format("\n{} missing, {} extra, {}; checked in {}\n", missing.size(), outcome.extra.size(),
+                       counted(findings.count, "finding"), durationText(outcome.duration));
+    return out;
+}
+
+}  // namespace vrx::host

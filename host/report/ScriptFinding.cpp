@@ -1,0 +1,38 @@
+#include "host/report/ScriptFinding.h"
+
+#include "host/script/ScriptElement.h"
+
+namespace vrx::host {
+
+namespace {
+
+/// The engine appends its errors after the other children, so an element's finding is complete before its children's
+/// are looked for.
+void collect(const XmlElement& element, std::vector<ScriptFinding>& findings) {
+    Array<String> messages;
+    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
+        if (isNamed(*child, u"error")) {
+            messages.append(child->GetText());
+        }
+    }
+    if (!messages.isEmpty()) {
+        findings.push_back({&element, std::move(messages)});
+    }
+    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
+        if (!isNamed(*child, u"error")) {
+            collect(*child, findings);
+        }
+    }
+}
+
+}  // namespace
+
+std::vector<ScriptFinding> findingsOf(const XmlDocument& annotatedScript) {
+    std::vector<ScriptFinding> findings;
+    if (const XmlElement* const root = annotatedScript.RootElement()) {
+        collect(*root, findings);
+    }
+    return findings;
+}
+
+}  // namespace vrx::host

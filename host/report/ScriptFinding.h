@@ -1,0 +1,20 @@
+#pragma once
+
+#include <vector>
+
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlDocument.h"
+
+namespace vrx::host {
+
+/// An element of a script that got `error` children, with their whole texts in order.
+struct ScriptFinding {
+    const XmlElement* element;
+    Array<String> messages;
+};
+
+/// Every such element, in document order.
+std::vector<ScriptFinding> findingsOf(const XmlDocument& annotatedScript);
+
+}  // namespace vrx::host

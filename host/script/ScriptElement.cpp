@@ -1,0 +1,60 @@
+#include "host/script/ScriptElement.h"
+
+#include <fmt/format.h>
+
+#include <initializer_list>
+
+#include "host/terminal/PrintableText.h"
+
+namespace vrx::host {
+
+namespace {
+
+void addContent(const XmlElement& element, ScriptContent& content) {
+    if (isNamed(element, u"device")) {
+        ++content.devices;
+        return;
+    }
+    if (isNamed(element, u"fail-on-extra")) {
+        ++content.extraDeviceRules;
+        return;
+    }
+    for (const StringView name : {u"inventory-check", u"and", u"or", u"not", u"part"}) {
+        if (isNamed(element, name)) {
+            for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
+                addContent(*child, content);
+            }
+            return;
+        }
+    }
+}
+
+}  // namespace
+
+StringView attributeOf(const XmlElement& element, StringView name) noexcept {
+    if (const XmlAttribute* const exact = element.FindAttribute(name)) {
+        return exact->Value();
+    }
+    for (const XmlAttribute& attribute : element.Attributes()) {
+        if (equalNoCase(attribute.Name(), name)) {
+            return attribute.Value();
+        }
+    }
+    return {};
+}
+
+std::string placeOf(const XmlElement& element) {
+    return fmt::format("({}:{})", element.Row() + 1, element.Column() + 1);
+}
+
+std::string placeOf(const XmlElement& element, std::string_view file) {
+    return fmt::format("{}:{}:{}", printable(file), element.Row() + 1, element.Column() + 1);
+}
+
+ScriptContent contentOf(const XmlElement& root) {
+    ScriptContent content;
+    addContent(root, content);
+    return content;
+}
+
+}  // namespace vrx::host
