@@ -1,5 +1,8 @@
 #include "libCommon/xml/XmlDocument.h"
 
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "libCommon/io/FileLoader.h"

@@ -1,12 +1,16 @@
 #include "libCommon/xml/XmlErrorText.h"
 
+#include <algorithm>
+
 #include "libCommon/text/NumberText.h"
-#include "libCommon/xml/XmlSource.h"
 #include "libCommon/xml/XmlTreeBuilder.h"
 
 namespace vrx {
 
 namespace {
+
+constexpr std::string_view NAME_ENDS = " \t\n\r<>&;=/\"'";
+constexpr std::size_t LONGEST_NAME_SHOWN = 64;
 
 String libraryText(XML_Error code) {
     const char* const text = XML_ErrorString(code);
@@ -17,15 +21,23 @@ String startOf(const XmlElement& element) {
     return concat(u"<", element.Name(), u"> of line ", toText(element.Row() + 1));
 }
 
+/// The name that a text begins with, if it does, after an `&`.
+String leadingName(std::string_view text) {
+    if (text.starts_with('&')) {
+        text.remove_prefix(1);
+    }
+    return String::UTF8Decode(text.substr(0, std::min(text.find_first_of(NAME_ENDS), LONGEST_NAME_SHOWN)));
+}
+
 /// The library's text, a colon, and the name that stands at the error.
-String withName(XML_Error code, StringView before, const XmlSource& source, StringView after) {
-    const String name = source.nameHere();
+String withName(XML_Error code, StringView before, std::string_view rest, StringView after) {
+    const String name = leadingName(rest);
     return name.isEmpty() ? libraryText(code) : concat(libraryText(code), u": ", before, name, after);
 }
 
 }  // namespace
 
-String describeError(XML_Error code, const XmlSource& source, const XmlTreeBuilder& builder) {
+String describeError(XML_Error code, std::string_view rest, const XmlTreeBuilder& builder) {
     const XmlElement* const open = builder.openElement();
     switch (code) {
         case XML_ERROR_NO_ELEMENTS:
@@ -35,8 +47,8 @@ String describeError(XML_Error code, const XmlSource& source, const XmlTreeBuild
                 return concat(libraryText(code), u": expected </", open->Name(), u"> for the ", startOf(*open));
             }
             return libraryText(code);
-        case XML_ERROR_DUPLICATE_ATTRIBUTE: return withName(code, {}, source, {});
-        case XML_ERROR_UNDEFINED_ENTITY: return withName(code, u"&", source, u";");
+        case XML_ERROR_DUPLICATE_ATTRIBUTE: return withName(code, {}, rest, {});
+        case XML_ERROR_UNDEFINED_ENTITY: return withName(code, u"&", rest, u";");
         default: return libraryText(code);
     }
 }

@@ -2,16 +2,17 @@
 
 #include <expat.h>
 
+#include <string_view>
+
 #include "libCommon/text/String.h"
 
 namespace vrx {
 
-class XmlSource;
 class XmlTreeBuilder;
 
 /// What the parser library failed on, in its own words ("mismatched tag"), with what helps to mend it where that is
 /// known ("expected </device> for line 3"; lines in descriptions are 1-based).
-/// Requires: the place that the source was asked for last is that of the error.
-String describeError(XML_Error code, const XmlSource& source, const XmlTreeBuilder& builder);
+/// `rest` is the text from the error on, as far as it is at hand.
+String describeError(XML_Error code, std::string_view rest, const XmlTreeBuilder& builder);
 
 }  // namespace vrx

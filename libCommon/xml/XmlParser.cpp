@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "libCommon/Assertion.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libCommon/xml/XmlErrorText.h"
 
@@ -16,11 +17,14 @@
 // at, so there are no entities to expand and nothing external to load) and when elements are nested too deep (so that
 // walks over a document may be recursive). Processing instructions are dropped.
 //
-// The text is encoded or copied straight into the library's buffer. A text of ordinary size goes there in one piece:
-// then the library need not track line ends, which it does over every piece but the last. A huge one goes there in
-// chunks, so that it is never held twice. A token that is cut off at the end of a chunk is scanned again from its start
-// when more has come; a token that is longer than a chunk makes the chunks grow with it, so that the whole stays
-// linear.
+// The text is encoded or copied straight into the library's buffer: in chunks, so that a large text is not held twice,
+// or in one piece where that is quicker, because the library tracks line ends over every piece but the last. A token
+// that is cut off at the end of a chunk is scanned again from its start when more has come; a token that is longer than
+// a chunk makes the chunks grow with it, so that the whole stays linear.
+//
+// Places are followed through that buffer too. Invariant: the text from the place that was asked for last up to the
+// event under way lies in it. To that end each chunk ends with asking for the place of what is unfinished, which is
+// where the library begins to move its buffer on.
 
 namespace vrx {
 
@@ -82,20 +86,22 @@ std::optional<XmlError> XmlParser::run() {
             return XmlError{u"the text is not UTF-8", XmlPlace()};
         }
         bytesRead += size;
-        atEnd = m_source.unitsLeft() == 0;
+        atEnd = m_source.isAtEnd();
         if (XML_ParseBuffer(parser, static_cast<int>(size), atEnd) != XML_STATUS_OK) {
             return m_error ? std::move(m_error) : libraryError();
+        }
+        if (!atEnd) {
+            placeOfEvent();
         }
     }
     return std::nullopt;
 }
 
 std::size_t XmlParser::nextChunkSize(std::uint64_t bytesRead) const noexcept {
-    if (m_source.unitsLeft() <= LARGEST_WHOLE) {
-        return m_source.mostBytesLeft() + MARGIN;  // mostly more than will be touched
+    if (m_source.mostBytesLeft() <= LARGEST_WHOLE) {
+        return m_source.mostBytesLeft() + MARGIN;
     }
-    const XML_Index finished = std::max<XML_Index>(0, XML_GetCurrentByteIndex(m_parser.get()));
-    const std::uint64_t unfinished = bytesRead - static_cast<std::uint64_t>(finished);
+    const std::uint64_t unfinished = bytesRead - static_cast<std::uint64_t>(m_positionIndex);
     return std::clamp<std::size_t>(unfinished, CHUNK, LARGEST_CHUNK);
 }
 
@@ -124,7 +130,7 @@ void XmlParser::onStartElement(void* self, const char* name, const char** attrib
         XML_SetDefaultHandler(parser.m_parser.get(), nullptr);  // the prolog is over
     }
     const auto count = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser.m_parser.get())) / 2;
-    parser.m_builder.startElement(name, attributes, count, parser.here());
+    parser.m_builder.startElement(name, attributes, count, parser.placeOfEvent());
 }
 
 void XmlParser::onEndElement(void* self, const char*) { parserOf(self).m_builder.endElement(); }
@@ -137,21 +143,40 @@ void XmlParser::onComment(void* self, const char* text) { parserOf(self).m_build
 
 // The library may still report what it has recognised already, so nobody listens any more.
 void XmlParser::stop(String description) {
-    m_error = XmlError{std::move(description), here()};
+    m_error = XmlError{std::move(description), placeOfEvent()};
     XML_Parser const parser = m_parser.get();
     XML_SetElementHandler(parser, nullptr, nullptr);
     XML_SetDefaultHandler(parser, nullptr);
     XML_StopParser(parser, XML_FALSE);
 }
 
-XmlPlace XmlParser::here() {
-    return m_source.placeOf(
-        static_cast<std::uint64_t>(std::max<XML_Index>(0, XML_GetCurrentByteIndex(m_parser.get()))));
+// Nothing may have happened yet, and an error may lie before the last tag: then the place stays what it was.
+XmlPlace XmlParser::placeOfEvent() {
+    const XML_Index index = XML_GetCurrentByteIndex(m_parser.get());
+    if (index > m_positionIndex) {
+        int offset = 0;
+        int size = 0;
+        const char* const buffer = XML_GetInputContext(m_parser.get(), &offset, &size);
+        VRX_ASSERT(buffer != nullptr && index - m_positionIndex <= offset);
+        const auto passed = static_cast<std::size_t>(index - m_positionIndex);
+        m_position.advance({buffer + offset - passed, passed});
+        m_positionIndex = index;
+    }
+    return m_position.place();
+}
+
+std::string_view XmlParser::restAtEvent() const {
+    int offset = 0;
+    int size = 0;
+    const char* const buffer = XML_GetInputContext(m_parser.get(), &offset, &size);
+    return buffer == nullptr
+               ? std::string_view()
+               : std::string_view(buffer, static_cast<std::size_t>(size)).substr(static_cast<std::size_t>(offset));
 }
 
 XmlError XmlParser::libraryError() {
-    const XmlPlace place = here();
-    return {describeError(XML_GetErrorCode(m_parser.get()), m_source, m_builder), place};
+    const String description = describeError(XML_GetErrorCode(m_parser.get()), restAtEvent(), m_builder);
+    return {description, placeOfEvent()};
 }
 
 }  // namespace vrx

@@ -4,9 +4,11 @@
 
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlContent.h"
+#include "libCommon/xml/XmlPosition.h"
 #include "libCommon/xml/XmlSource.h"
 #include "libCommon/xml/XmlTreeBuilder.h"
 
@@ -35,12 +37,15 @@ private:
 
     std::size_t nextChunkSize(std::uint64_t bytesRead) const noexcept;
     void stop(String description);
-    XmlPlace here();
+    XmlPlace placeOfEvent();
+    std::string_view restAtEvent() const;
     XmlError libraryError();
 
     XmlSource& m_source;
     XmlTreeBuilder& m_builder;
     std::unique_ptr<XML_ParserStruct, Release> m_parser;
+    XmlPosition m_position;
+    XML_Index m_positionIndex = 0;  // of the byte that m_position is at
     std::optional<XmlError> m_error;
 };
 

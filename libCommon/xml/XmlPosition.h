@@ -11,34 +11,21 @@ struct XmlPlace {
     std::uint32_t column = 0;
 };
 
-/// Tells the row and column of places in a text that are asked for in ascending order, one pass over the text for all
-/// of them. Lines end at LF, CR LF or CR; a tab is one column; a leading byte-order mark takes none.
-///
-/// `Unit` is char for UTF-8 and char16_t for UTF-16. Either way a place is named by its offset in the text's UTF-8
-/// form, because that is what the XML parser counts in.
-template <typename Unit>
+/// Follows the row and column through a UTF-8 text that passes by in pieces. Lines end at LF, CR LF or CR; a tab is one
+/// column; a byte-order mark at the very start takes none.
 class XmlPosition {
 public:
-    explicit XmlPosition(std::basic_string_view<Unit> text) noexcept;
+    XmlPlace place() const noexcept { return m_place; }
 
-    /// The place of a byte. Asking for an earlier one than last time is allowed and starts over.
-    XmlPlace advanceTo(std::uint64_t byteIndex) noexcept;
-
-    /// The text from the place asked for last to its end.
-    std::basic_string_view<Unit> rest() const noexcept { return m_text.substr(m_next); }
+    /// Moves past the next piece. Requires: a byte-order mark is not cut in two.
+    void advance(std::string_view bytes) noexcept;
 
 private:
-    void restart() noexcept;
-    void skipPlainUnits(std::uint64_t byteIndex) noexcept;
-    void step() noexcept;
+    void pass(unsigned char byte) noexcept;
 
-    std::basic_string_view<Unit> m_text;
-    std::size_t m_next = 0;
-    std::uint64_t m_bytes = 0;
     XmlPlace m_place;
+    bool m_isAtStart = true;
+    bool m_isAfterCr = false;
 };
-
-extern template class XmlPosition<char>;
-extern template class XmlPosition<char16_t>;
 
 }  // namespace vrx
