@@ -26,7 +26,7 @@ struct CollectContext {
     /// Notes that something could not be read: "PATH: REASON; left out: LOST".
     void note(std::string_view path, std::string_view reason, std::string_view lost);
 
-    /// The same with the reason that `access` stands for; nothing when access was granted.
+    /// The same with the reason that `access` stands for; does nothing when access was granted.
     void noteAccess(std::string_view path, RootFolder::Access access, std::string_view lost);
 };
 

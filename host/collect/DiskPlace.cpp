@@ -43,9 +43,9 @@ std::string throughController(const RootFolder& root, const std::string& path) {
     const std::string subsystem = path.substr(0, path.rfind('/'));
     for (const std::string& name : root.list(subsystem)) {
         const bool isWay = !upToNumbered("/" + name, "nvme").empty();
-        const std::string controller = isWay ? root.resolved(subsystem + "/" + name) : std::string();
+        std::string controller = isWay ? root.resolved(subsystem + "/" + name) : std::string();
         if (!controller.empty() && !controller.starts_with(VIRTUAL)) {
-            return controller + path.substr(path.rfind('/'));
+            return controller.append(path, path.rfind('/'));
         }
     }
     return {};
@@ -145,9 +145,10 @@ std::string locatorAbove(const Recording& recording, std::string_view sysPath) {
     }
     static constexpr std::string_view DEVICES = "/sys/devices/";
     static constexpr std::string_view PLATFORM = "platform/";
-    if (sysPath.starts_with(DEVICES)) {
-        sysPath.remove_prefix(DEVICES.size());
+    if (!sysPath.starts_with(DEVICES)) {
+        return "unplaced";  // a saved copy that lost its links
     }
+    sysPath.remove_prefix(DEVICES.size());
     if (sysPath.starts_with(PLATFORM)) {
         sysPath.remove_prefix(PLATFORM.size());
     }

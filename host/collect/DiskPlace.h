@@ -19,7 +19,7 @@ struct DiskPlace {
 DiskPlace placeOfDisk(const RootFolder& root, const Recording& recording, const std::string& name);
 
 /// The locator of the device that a sysfs folder lies in: of the recorded device above it, else what the kernel calls
-/// the platform device ("platform:fe330000.mmc").
+/// the platform device ("platform:fe330000.mmc"), or "unplaced" for a path that is not the device's own.
 std::string locatorAbove(const Recording& recording, std::string_view sysPath);
 
 }  // namespace vrx::host

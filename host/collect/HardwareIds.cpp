@@ -13,7 +13,7 @@ namespace vrx::host {
 
 namespace {
 
-constexpr std::size_t LARGEST_TABLE = 16 * 1024 * 1024;
+constexpr std::size_t LARGEST_TABLE = std::size_t{16} * 1024 * 1024;
 constexpr std::string_view FOLDERS[] = {"/usr/share/misc/", "/usr/share/hwdata/"};
 enum Kind : std::uint64_t { VENDOR, DEVICE, SUBSYSTEM, CLASS, SUBCLASS };
 

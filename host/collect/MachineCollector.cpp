@@ -13,7 +13,7 @@ namespace vrx::host {
 
 namespace {
 
-constexpr std::size_t LARGEST_CPUINFO = 16 * 1024 * 1024;
+constexpr std::size_t LARGEST_CPUINFO = std::size_t{16} * 1024 * 1024;
 constexpr void (*SOURCES[])(CollectContext&) = {collectSystem, collectBoard, collectProcessors, collectMemory,
                                                 collectPci,    collectUsb,   collectStorage,    collectNetwork};
 

@@ -220,7 +220,7 @@ void collectMemory(CollectContext& context) {
     memory.type = u"Memory";
     memory.name = "Memory";
     memory.hwLocator = "memory";
-    memory.osLocator = "/sys/devices/system/memory";
+    memory.osLocator = "/proc/meminfo";
     memory.parent = 0;
     memory.size(property::SIZE, memoryInBlocks(context.root));
     memory.size(property::USABLE_SIZE, usableMemory(context.root), Category::Internal());

@@ -132,6 +132,7 @@ std::string nameOf(const PciFunction& function, const HardwareIds& names) {
 
 void collectPci(CollectContext& context) {
     const RootFolder& root = context.root;
+    context.noteAccess(DEVICES, context.root.access(DEVICES), "PCI devices");
     const std::vector<PciFunction> functions = readFunctions(root);
     const HardwareIds names = readNames(context, functions);
     const std::map<std::string, std::string> slots = readSlots(root);

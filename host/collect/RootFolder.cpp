@@ -12,6 +12,7 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -151,10 +152,14 @@ std::string RootFolder::linkTarget(const std::string& path) const {
 }
 
 std::string RootFolder::resolved(const std::string& path) const {
+    if (isLive()) {
+        char target[PATH_MAX];
+        return realpath(path.c_str(), target) == nullptr ? std::string() : std::string(target);
+    }
     const auto pathOf = [](int descriptor) {
         return linkIn(AT_FDCWD, ("/proc/self/fd/" + std::to_string(descriptor)).c_str());
     };
-    const std::string base = isLive() ? std::string() : pathOf(*m_handle);
+    const std::string base = pathOf(*m_handle);
     const std::string target = pathOf(open(path, O_PATH | O_CLOEXEC));
     const bool isInside = target.size() > base.size() && target.starts_with(base) && target[base.size()] == '/';
     return isInside ? target.substr(base.size()) : std::string();

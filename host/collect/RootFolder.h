@@ -21,7 +21,7 @@ public:
     enum class Access : std::uint8_t { Granted, Absent, Denied };
 
     /// Longest small file, in bytes; the rest of a longer one is not read.
-    static constexpr std::size_t SMALL_FILE = 64 * 1024;
+    static constexpr std::size_t SMALL_FILE = std::size_t{64} * 1024;
 
     explicit RootFolder(std::string folder);
 

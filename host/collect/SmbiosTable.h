@@ -58,7 +58,7 @@ public:
     };
 
     /// Largest table that is read; real ones have a few kilobytes.
-    static constexpr std::size_t LARGEST = 1024 * 1024;
+    static constexpr std::size_t LARGEST = std::size_t{1024} * 1024;
 
     SmbiosTable() = default;
     explicit SmbiosTable(std::vector<char> bytes);

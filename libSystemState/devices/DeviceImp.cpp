@@ -22,6 +22,7 @@ using PropertyArray = Array<boost::shared_ptr<IPropertyImp>>;
 using Position = std::uint32_t;
 
 constexpr std::size_t INDEX_FROM = 16;
+constexpr std::size_t USUAL_PROPERTIES = 8;  // room that is made at once for the first
 
 /// Hashes and compares positions by the keys that stand there; a text is looked up as it is.
 struct KeysByPosition {
@@ -113,6 +114,9 @@ IDeviceImp* DeviceImp::clone() const {
 
 void DeviceImp::addProperty(const boost::shared_ptr<IPropertyImp>& property) {
     VRX_ASSERT(property != nullptr);
+    if (m_properties.isEmpty()) {
+        m_properties.reserve(USUAL_PROPERTIES);
+    }
     m_properties.append(property);
 }
 

@@ -53,6 +53,7 @@ TEST(DiskPlaceTest, locatorsDoNotDependOnTheOrderOfDiscovery) {
         EXPECT_EQ(place.sysPath, CONTROLLER + disk.way);
     }
     EXPECT_EQ(locatorAbove(recording, "/sys/devices/platform/fe33.mmc/mmc_host/mmc0"), "platform:fe33.mmc");
+    EXPECT_EQ(locatorAbove(recording, "/sys/block/sda"), "unplaced");
 }
 
 std::string page(unsigned number, const std::string& content) {
