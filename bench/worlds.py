@@ -63,3 +63,47 @@ def alternatives_script(path, ors, alternatives, plain, failing):
         body.append('  <device type="Fan" hwlocator="nowhere"/>\n')
     write_script(path, body)
     return at
+
+
+def part_devices(part, size):
+    """The devices of one copy of a part: (type, model) of each."""
+    return [(TYPES[(part + i) % len(TYPES)], f"Model {part}.{i}") for i in range(size)]
+
+
+def write_parts_machine(path, copies, sizes, devices, properties=8):
+    """A machine that holds `copies[p]` copies of part p of `sizes[p]` devices, filled up with others to `devices`."""
+    serial = 0
+    with open(path, "w") as out:
+        out.write("<SysInfo>\n")
+
+        def device(kind, model):
+            nonlocal serial
+            out.write(f'  <Device type="{kind}" name="{model}" hwLocator="bus:{serial:06d}" osLocator="">\n'
+                      f'    <property key="Model" value="{model}"/>\n'
+                      f'    <property key="Serial" value="{serial}"/>\n')
+            for p in range(properties):
+                out.write(f'    <property key="Property{p:02d}" value="{property_value(serial, p)}"/>\n')
+            out.write("  </Device>\n")
+            serial += 1
+
+        # Copies lie far apart, as parts that were fitted one after the other do.
+        for copy in range(max(copies)):
+            for part, (count, size) in enumerate(zip(copies, sizes)):
+                if copy < count:
+                    for kind, model in part_devices(part, size):
+                        device(kind, model)
+        while serial < devices:
+            device("SerialPort", "filler")
+        out.write("</SysInfo>\n")
+    return serial
+
+
+def write_parts_list(path, sizes):
+    with open(path, "w") as out:
+        out.write("<parts>\n")
+        for part, size in enumerate(sizes):
+            out.write(f'  <part name="part {part}" id="id-{part}" description="{size} devices">\n')
+            for kind, model in part_devices(part, size):
+                out.write(f'    <device type="{kind}"><property key="Model" value="^{model}$"/></device>\n')
+            out.write("  </part>\n")
+        out.write("</parts>\n")

@@ -17,6 +17,8 @@
 namespace vrx {
 
 class InventoryTestObserver;
+class MatchCache;
+class UniqueTexts;
 struct ElementContext;
 
 /// Decides whether a machine holds exactly the hardware that an inventory script describes.
@@ -183,8 +185,7 @@ public:
 
     /// The same, and a `part-generation-report` element added under `document`.
     static TestResultImp generatePartsListDataAndXml(const Array<PartSpec>& partsList, const String& baseScript,
-                                                     Array<PartSpec>& generatedParts,
-                                                     DeviceToPartsTable& deviceToParts,
+                                                     Array<PartSpec>& generatedParts, DeviceToPartsTable& deviceToParts,
                                                      Array<Array<PartSpec>>& ambiguousGroups,
                                                      Array<DeviceSpec>& extraDevices, XmlDocument& document,
                                                      StateManager* state);
@@ -203,6 +204,7 @@ public:
 private:
     struct State;
     class ExtraDeviceRules;
+    class PartsChecks;
 
     // engine/InventoryLifecycle.cpp
     void resetState();
@@ -244,6 +246,8 @@ private:
 
     // engine/InventoryDeviceMatching.cpp
     bool matchDevice(XmlElement* element, bool underNot, unsigned associationIndex);
+    bool matchThroughCache(XmlElement* element, bool underNot);
+    bool matchInStore(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchCandidates(XmlElement* element, const Array<boost::shared_ptr<IDeviceImp>>& candidates, bool underNot,
                          unsigned associationIndex);
     bool matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, bool underNot, bool report);
@@ -298,8 +302,15 @@ private:
     void assignIndices(XmlElement* element, StringView parentName, unsigned index);
 
     // engine/InventoryPartAssociation.cpp
-    bool runPartAssociation(XmlElement* element, bool underNot, PartSpec& part, Array<String>& deviceGuids);
+    bool runPartAssociation(XmlElement* element, bool underNot, PartSpec& part, UniqueTexts& deviceGuids);
     bool removeDeviceAssociations(XmlElement* element);
+
+    // parts/InventoryPartsMatching.cpp
+    static bool matchParts(const String& script, DeviceToPartsTable& deviceToParts, Array<DeviceSpec>* extraDevices,
+                           StateManager* state, MatchCache* matchCache);
+
+    /// What runs of this object share with others about candidates; borrowed, null for none.
+    void setMatchCache(MatchCache* cache);
 
     // generation/InventoryScriptGeneration.cpp
     void generateInventoryScriptRecursive(const boost::shared_ptr<IDeviceImp>& device, XmlElement* parent,

@@ -1,17 +1,17 @@
 /// Reduces the graph to at most one link per node, by a greedy rule that favours the most constrained partner.
 ///
-/// Every device node, then every element node, in table order, that has two links or more keeps the partner that has the
-/// fewest links itself (the first of equals); the kept partner drops its other links too. Devices come first: a device
-/// that several elements want goes to the element that has the fewest candidates.
+/// Every device node, then every element node, in table order, that has two links or more keeps the partner that has
+/// the fewest links itself (the first of equals); the kept partner drops its other links too. Devices come first: a
+/// device that several elements want goes to the element that has the fewest candidates.
 ///
 /// What holds afterwards: every node has at most one link; every kept link was there before; a link is kept or gone on
 /// both ends alike; and of a node that had links, at least one end of each of them still has one.
 ///
 /// Cost: a link is taken off a list in constant time, because each entry knows its counterpart's index and removal
 /// leaves a hole. That bookkeeping is only exact while no pair is linked twice. Parallel links (a script that was run
-/// twice, a graph merged with itself) are found beforehand, and then entries are really erased and searched for from the
-/// end of the list, as the rule for them says: the last of equal entries goes first, and the walk over a node's links
-/// goes by the indices of the list as it is at that moment.
+/// twice, a graph merged with itself) are found beforehand, and then entries are really erased and searched for from
+/// the end of the list, as the rule for them says: the last of equal entries goes first, and the walk over a node's
+/// links goes by the indices of the list as it is at that moment.
 
 #include "libCommon/Assertion.h"
 #include "libInventory/InventoryDeviceAssociations.h"

@@ -70,8 +70,8 @@ const CandidateSearch::DeviceArray& CandidateSearch::find() {
 std::size_t CandidateSearch::firstExhaustedFilter() const {
     for (std::size_t count = 1; count <= m_filters.size(); ++count) {
         const DeviceArray& list = smallestList(count);
-        const bool somePasses = std::any_of(list.begin(), list.end(),
-                                            [&](const auto& device) { return passesFirst(*device, count); });
+        const bool somePasses =
+            std::any_of(list.begin(), list.end(), [&](const auto& device) { return passesFirst(*device, count); });
         if (!somePasses) {
             return count - 1;
         }

@@ -39,7 +39,8 @@ private:
     struct Filter {
         FilterKind kind;
         String value;
-        const DeviceArray* indexed;  ///< a list of the store that holds every device that passes; null when there is none
+        const DeviceArray*
+            indexed;  ///< a list of the store that holds every device that passes; null when there is none
     };
 
     bool passes(const IDeviceImp& device, const Filter& filter) const;

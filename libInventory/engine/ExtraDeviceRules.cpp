@@ -8,8 +8,12 @@ namespace vrx {
 
 Inventory::ExtraDeviceRules::ExtraDeviceRules(const Array<XmlElement*>& elements, const StateManager& store) {
     for (const XmlElement* const element : elements) {
-        Rule rule{element, CapabilityImp(element->Attribute(vocabulary::TYPE)),
-                  CapabilityImp(element->Attribute(vocabulary::CAPABILITY)), false, String(), {}};
+        Rule rule{element,
+                  CapabilityImp(element->Attribute(vocabulary::TYPE)),
+                  CapabilityImp(element->Attribute(vocabulary::CAPABILITY)),
+                  false,
+                  String(),
+                  {}};
         rule.hasConstraints = element->FirstChildElement() != nullptr;
         for (const XmlNode* child = element->FirstChild(); child != nullptr; child = child->NextSibling()) {
             rule.constraints.append(compactText(*child));

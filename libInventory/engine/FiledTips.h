@@ -19,9 +19,9 @@ namespace vrx {
 class FiledTips {
 public:
     enum class Kind : std::uint8_t {
-        Text,         ///< one finished tip
-        MissingKey,   ///< the device lacks the element's property: one tip
-        Mismatch      ///< the device's value does not match: three tips
+        Text,        ///< one finished tip
+        MissingKey,  ///< the device lacks the element's property: one tip
+        Mismatch     ///< the device's value does not match: three tips
     };
 
     struct Entry {

@@ -25,8 +25,8 @@ bool Inventory::checkDevice(const IDeviceImp& device, const String& content, Inv
     state.m_stateManager = &store;
     state.m_tipMatchedProperties = report;
 
-    const String script = concat(u"<inventory-check><device type=\"", device.type().toString(0, false), u"\">",
-                                 content, u"</device></inventory-check>");
+    const String script = concat(u"<inventory-check><device type=\"", device.type().toString(0, false), u"\">", content,
+                                 u"</device></inventory-check>");
     if (!engine.loadInventoryScript(script)) {
         VRX_LOG(inventoryLog(), LogPriority::Warning, u"checkDevice() failed to parse script: " << script);
         return false;

@@ -1,9 +1,10 @@
-/// Which devices satisfy one `device` element: those of its type that pass its name and locator attributes, in the order
-/// in which the attributes stand, and then the tests inside it. Every device that passes is linked to the element;
-/// choosing one is left to the graph. When none passes, a tip says at which step the last candidates were lost.
+/// Which devices satisfy one `device` element: those of its type that pass its name and locator attributes, in the
+/// order in which the attributes stand, and then the tests inside it. Every device that passes is linked to the
+/// element; choosing one is left to the graph. When none passes, a tip says at which step the last candidates were
+/// lost.
 ///
-/// Contract: `name` is a pattern and the locators are compared exactly, although the header of generated scripts says it
-/// the other way round.
+/// Contract: `name` is a pattern and the locators are compared exactly, although the header of generated scripts says
+/// it the other way round.
 
 #include <utility>
 
@@ -13,6 +14,7 @@
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
+#include "libInventory/support/MatchCache.h"
 #include "libInventory/support/ScriptVocabulary.h"
 #include "libInventory/support/XmlChildren.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
@@ -69,18 +71,42 @@ bool Inventory::matchDevice(XmlElement* element, bool underNot, unsigned associa
         return false;
     }
     State& state = *m_state;
-    const StateManager& store = *state.m_stateManager;
     state.m_associationSets[associationIndex].associate(element, boost::shared_ptr<IDeviceImp>());
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"matchDevice() invElement" << locationOf(element) << u" devCount: " << store.deviceCount());
+    VRX_LOG(
+        inventoryLog(), LogPriority::Debug,
+        u"matchDevice() invElement" << locationOf(element) << u" devCount: " << state.m_stateManager->deviceCount());
+    // Findings in an alternative are counted, so they must be made each time.
+    const bool mayUseCache =
+        state.m_matchCache != nullptr && associationIndex == 0 && !inventoryLog().isEnabled(LogPriority::Debug);
+    return mayUseCache ? matchThroughCache(element, underNot) : matchInStore(element, underNot, associationIndex);
+}
 
+bool Inventory::matchThroughCache(XmlElement* element, bool underNot) {
+    State& state = *m_state;
+    InventoryDeviceAssociations& associations = state.m_associationSets[0];
+    const String text = element->toString();
+    if (const MatchCache::DeviceArray* const known = state.m_matchCache->find(text)) {
+        for (const auto& device : *known) {
+            associations.associate(element, device);
+        }
+        return !known->isEmpty();
+    }
+    const bool matched = matchInStore(element, underNot, 0);
+    MatchCache::DeviceArray devices;
+    associations.getMatchedDevices(element, devices);
+    state.m_matchCache->keep(text, std::move(devices));
+    return matched;
+}
+
+bool Inventory::matchInStore(XmlElement* element, bool underNot, unsigned associationIndex) {
+    const State& state = *m_state;
+    const StateManager& store = *state.m_stateManager;
     const StringView type = typeTextOf(*element);
     const CapabilityImp capability(type);
     if (capability == CapabilityImp::INVALID()) {
-        return failDevice(element,
-                          concat(u"Invalid device type: ", type,
-                                 u" Please refer to Valid Device Types in Documentation"),
-                          slot::SCRIPT);
+        return failDevice(
+            element, concat(u"Invalid device type: ", type, u" Please refer to Valid Device Types in Documentation"),
+            slot::SCRIPT);
     }
     if (store.devicesCapableOf(capability).isEmpty()) {
         return failDevice(element, concat(u"No device of type: ", type), slot::MATCHING);
@@ -122,8 +148,7 @@ bool Inventory::matchDevice(XmlElement* element, bool underNot, unsigned associa
         const QuotedFilter& filter = quoted[search.firstExhaustedFilter()];
         VRX_LOG(inventoryLog(), LogPriority::Debug,
                 u"matchDevice: No device of type: " << type << u" with " << filter.logWord << u": " << filter.text);
-        return failDevice(element,
-                          concat(u"No device of type: ", type, u" with ", filter.tipWord, u": ", filter.text),
+        return failDevice(element, concat(u"No device of type: ", type, u" with ", filter.tipWord, u": ", filter.text),
                           slot::MATCHING);
     }
     if (invalidAttribute != nullptr) {
@@ -159,9 +184,9 @@ bool Inventory::matchCandidate(XmlElement* element, const boost::shared_ptr<IDev
     for (XmlElement* const child : childElements(element)) {
         if (!matchDeviceRecursive(child, element, device, underNot, report)) {
             ok = false;
-            VRX_LOG(inventoryLog(), LogPriority::Debug,
-                    u"matchDevice: device guid: " << device->toString() << u" element " << locationOf(child)
-                                                  << u" failed");
+            VRX_LOG(
+                inventoryLog(), LogPriority::Debug,
+                u"matchDevice: device guid: " << device->toString() << u" element " << locationOf(child) << u" failed");
         }
     }
     return ok;

@@ -86,8 +86,8 @@ unsigned Inventory::gatherErrorsForElement(XmlElement* element, unsigned slot) {
 /// The error of an element that is itself unsatisfied. It counts as one also where nothing is written.
 unsigned Inventory::gatherUnsatisfied(XmlElement* element) {
     const auto write = [&](const String& message, const String& detail) {
-        writeError(element, InventoryTip(message, m_state->m_scriptFileName, element, detail, String::EMPTY)
-                                .toString(0, false));
+        writeError(element,
+                   InventoryTip(message, m_state->m_scriptFileName, element, detail, String::EMPTY).toString(0, false));
     };
     const String nodeMessage = concat(u"unsatisfied ", element->Name(), u" node");
     switch (vocabulary::kindOf(*element)) {
@@ -100,8 +100,7 @@ unsigned Inventory::gatherUnsatisfied(XmlElement* element) {
                 write(concat(u"Unsatisfied device of type: ", element->Attribute(vocabulary::TYPE)), String::EMPTY);
             }
             break;
-        default:
-            VRX_LOG(inventoryLog(), LogPriority::Error, u"unknown error errorElement: " << element->Name());
+        default: VRX_LOG(inventoryLog(), LogPriority::Error, u"unknown error errorElement: " << element->Name());
     }
     return 1;
 }
@@ -136,9 +135,9 @@ void Inventory::settleFiledTips() {
         XmlElement* const element = entry.key;
         std::vector<FiledTips::Entry> settled;
         for (const String& text : renderTips(entry.value, *element)) {
-            settled.push_back({std::make_unique<InventoryTip>(text, m_state->m_scriptFileName, element, String::EMPTY,
-                                                              String::EMPTY),
-                               boost::shared_ptr<IDeviceImp>(), FiledTips::Kind::Text});
+            settled.push_back(
+                {std::make_unique<InventoryTip>(text, m_state->m_scriptFileName, element, String::EMPTY, String::EMPTY),
+                 boost::shared_ptr<IDeviceImp>(), FiledTips::Kind::Text});
         }
         entry.value.replaceEntries(std::move(settled));
     }

@@ -1,6 +1,6 @@
-/// Devices beyond the script. A device is extra when one `fail-on-extra` rule covers it by type or capability, the device
-/// satisfies the rule's constraints, and the reduced graph holds no link for it (or never saw it). Devices that no rule
-/// covers are never extra. A device is recorded once a call, under the first rule that makes it extra.
+/// Devices beyond the script. A device is extra when one `fail-on-extra` rule covers it by type or capability, the
+/// device satisfies the rule's constraints, and the reduced graph holds no link for it (or never saw it). Devices that
+/// no rule covers are never extra. A device is recorded once a call, under the first rule that makes it extra.
 ///
 /// With debug logging off only devices that some rule covers are looked at; the others could not be recorded.
 
@@ -43,9 +43,9 @@ bool Inventory::checkForOneExtraDevice(const boost::shared_ptr<IDeviceImp>& devi
         bool found = false;
         bool isExtra = m_state->m_associations.isExtra(device, found);
         if (!found) {
-            VRX_LOG(inventoryLog(), LogPriority::Debug,
-                    u"checkForExtraDevices() dev: " << device->toString()
-                                                    << u" no associations found, marking as extra.");
+            VRX_LOG(
+                inventoryLog(), LogPriority::Debug,
+                u"checkForExtraDevices() dev: " << device->toString() << u" no associations found, marking as extra.");
             isExtra = true;
         }
         if (isExtra && rules.satisfiesConstraints(rule, *device)) {
@@ -62,8 +62,8 @@ void Inventory::recordExtraDevice(const IDeviceImp& device, unsigned errorsIndex
     appendExtra(root, DeviceSpec(device.name(), type, device.hwLocator(), device.osLocator()), errorsIndex);
     if (failOnExtra) {
         appendTip(root,
-                  InventoryTip(concat(u"Found Extra Device: ", type, u" - ", device.name()),
-                               m_state->m_scriptFileName, root, String::EMPTY, String::EMPTY),
+                  InventoryTip(concat(u"Found Extra Device: ", type, u" - ", device.name()), m_state->m_scriptFileName,
+                               root, String::EMPTY, String::EMPTY),
                   errorsIndex);
     }
 }

@@ -1,7 +1,7 @@
-/// The first pass walks the script once, before any combination is tried. It matches every `device` element, records the
-/// links in the association set of the nearest alternative, and settles the shape of the search: which alternatives of
-/// each `or` can be met at all, how many combinations there are, which alternative of a hopeless `or` came nearest, and
-/// which `fail-on-extra` rules are in force. Mistakes in the script are told to the observers.
+/// The first pass walks the script once, before any combination is tried. It matches every `device` element, records
+/// the links in the association set of the nearest alternative, and settles the shape of the search: which alternatives
+/// of each `or` can be met at all, how many combinations there are, which alternative of a hopeless `or` came nearest,
+/// and which `fail-on-extra` rules are in force. Mistakes in the script are told to the observers.
 ///
 /// Every child is evaluated even after one failed: the findings of all are wanted.
 
@@ -21,8 +21,7 @@ bool Inventory::runFirstPass(XmlElement* element, ErrorSpec& errors, bool underN
     if (element == nullptr) {
         return true;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runFirstPass() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runFirstPass() - " << locationOf(element) << element->Name());
     bool status = true;
     switch (vocabulary::kindOf(*element)) {
         case ElementKind::Part:
@@ -82,8 +81,7 @@ bool Inventory::firstPassOfOr(XmlElement* element, ErrorSpec& errors, bool under
     if (possibleChildren > 0) {
         state.m_totalCombinations *= possibleChildren;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runFirstPass() or branch, possibleChildren: " << possibleChildren);
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runFirstPass() or branch, possibleChildren: " << possibleChildren);
     if (possibleChildren > 0) {
         return true;
     }

@@ -47,6 +47,8 @@ void Inventory::registerInventoryObserver(InventoryTestObserver& observer) { m_s
 
 void Inventory::setDeviceToPartsTable(DeviceToPartsTable* table) { m_state->m_deviceToPartsTable = table; }
 
+void Inventory::setMatchCache(MatchCache* cache) { m_state->m_matchCache = cache; }
+
 const Array<Inventory::DeviceSpec>& Inventory::unsatisfiedDevices() const { return m_state->m_unsatisfiedDevices; }
 
 const Array<Inventory::DeviceSpec>& Inventory::extraDevices() const { return m_state->m_extraDevices; }

@@ -5,6 +5,7 @@
 #include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/ScriptVocabulary.h"
+#include "libInventory/support/UniqueTexts.h"
 #include "libInventory/support/XmlChildren.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
@@ -12,30 +13,14 @@ namespace vrx {
 
 using vocabulary::ElementKind;
 
-namespace {
-
-void appendUnlessListed(Array<String>& guids, const String& guid) {
-    for (const String& listed : guids) {
-        if (listed == guid) {
-            return;
-        }
-    }
-    guids.append(guid);
-}
-
-}  // namespace
-
-bool Inventory::runPartAssociation(XmlElement* element, bool underNot, PartSpec& part, Array<String>& deviceGuids) {
+bool Inventory::runPartAssociation(XmlElement* element, bool underNot, PartSpec& part, UniqueTexts& deviceGuids) {
     if (element == nullptr) {
         return false;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runPartAssociation() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << locationOf(element) << element->Name());
     const ElementKind kind = vocabulary::kindOf(*element);
     switch (kind) {
-        case ElementKind::Part:
-            failDevice(element, u"Nested <part> nodes are not supported", slot::SCRIPT);
-            break;
+        case ElementKind::Part: failDevice(element, u"Nested <part> nodes are not supported", slot::SCRIPT); break;
         case ElementKind::And:
         case ElementKind::InventoryCheck:
         case ElementKind::Or:
@@ -53,14 +38,13 @@ bool Inventory::runPartAssociation(XmlElement* element, bool underNot, PartSpec&
             VRX_LOG(inventoryLog(), LogPriority::Debug,
                     u"runPartAssociation() - " << locationOf(element) << u" device_count: " << devices.size());
             for (const auto& device : devices) {
-                appendUnlessListed(deviceGuids, device->guid());
+                deviceGuids.append(device->guid());
             }
             break;
         }
         default: break;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runPartAssociation() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << locationOf(element) << element->Name());
     return true;
 }
 

@@ -129,8 +129,7 @@ void Inventory::tipMatchedProperty(XmlElement* element, XmlElement* deviceElemen
     appendPropertyTip(deviceElement, element,
                       concat(device.hwLocator(), u" - ", element->Attribute(vocabulary::KEY), u"\n"), file,
                       slot::MATCHING);
-    appendPropertyTip(deviceElement, element, u"Found value: " + property.value().toString(true), file,
-                      slot::MATCHING);
+    appendPropertyTip(deviceElement, element, u"Found value: " + property.value().toString(true), file, slot::MATCHING);
     gatherErrorsAndCleanUserData(element, slot::MATCHING);
 }
 
@@ -144,8 +143,8 @@ bool Inventory::matchProperty(const IPropertyImp& property, StringView expected,
     const bool matched = matchString(expected, *actual);
     if (!matched) {
         VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u"matchProperty() key = " << property.key() << u" not matched value = " << *actual
-                                          << u" inventory = " << expected);
+                u"matchProperty() key = " << property.key() << u" not matched value = " << *actual << u" inventory = "
+                                          << expected);
     }
     return matched;
 }
@@ -195,6 +194,10 @@ private:
 }  // namespace
 
 bool Inventory::matchProperty(const IPropertyImp& property, const Array<StringView>& expected, StringView) {
+    const String* const onlyText = property.value().text();
+    if (onlyText != nullptr && expected.size() == 1 && !inventoryLog().isEnabled(LogPriority::Debug)) {
+        return matchString(expected[0], *onlyText);
+    }
     RemainingValues remaining(property.value());
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"matchProperty(arr) key = " << property.key() << u" syssize = " << remaining.size() << u" invsize = "

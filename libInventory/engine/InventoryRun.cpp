@@ -85,8 +85,8 @@ bool Inventory::runCombinations(XmlElement* root, bool* inventorySatisfied, unsi
     return status;
 }
 
-bool Inventory::runIteration(XmlElement* root, bool first, unsigned passNumber, unsigned errorsIndex,
-                             ErrorSpec& errors, bool& anySatisfied) {
+bool Inventory::runIteration(XmlElement* root, bool first, unsigned passNumber, unsigned errorsIndex, ErrorSpec& errors,
+                             bool& anySatisfied) {
     State& state = *m_state;
     state.m_unsatisfiedDevices.clear();
     state.m_associations.clear();
@@ -114,9 +114,9 @@ void Inventory::keepBetterIteration(std::uint32_t iteration, const ErrorSpec& er
             u"run() iteration: " << iteration << u" numErrors: " << errors.numErrors << u" prevErrors: "
                                  << previous.numErrors);
     const bool better = errors.isBetterThan(previous);
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"run() iteration: " << iteration
-                                 << (better ? u" this iteration is better" : u" previous iteration better"));
+    VRX_LOG(
+        inventoryLog(), LogPriority::Debug,
+        u"run() iteration: " << iteration << (better ? u" this iteration is better" : u" previous iteration better"));
     if (better) {
         state.m_errorElementLists[slot::BEST] = state.m_errorElementLists[slot::CURRENT];
         state.m_tipTables[slot::BEST] = std::move(state.m_tipTables[slot::CURRENT]);

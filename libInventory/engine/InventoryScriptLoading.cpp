@@ -16,10 +16,23 @@ namespace vrx {
 
 namespace {
 
+/// The root, when it is the one that a script must have.
+const XmlElement* scriptRoot(const XmlDocument& script) {
+    const XmlElement* const root = script.Error() ? nullptr : script.RootElement();
+    const bool isScript = root != nullptr && vocabulary::kindOf(*root) == vocabulary::ElementKind::InventoryCheck;
+    return isScript ? root : nullptr;
+}
+
 void readFlag(const XmlElement& root, StringView name, bool& flag) {
     if (root.FindAttribute(name) != nullptr) {
         flag = String(root.NormalizedAttributeValue(name)).strToBoolean();
     }
+}
+
+void readFlags(const XmlElement& root, bool& checkNames, bool& checkHwLocators, bool& checkOsLocators) {
+    readFlag(root, vocabulary::CHECK_NAMES, checkNames);
+    readFlag(root, vocabulary::CHECK_HW_LOCATORS, checkHwLocators);
+    readFlag(root, vocabulary::CHECK_OS_LOCATORS, checkOsLocators);
 }
 
 void tellFileError(const Array<InventoryTestObserver*>& observers, const String& message) {
@@ -35,8 +48,8 @@ String Inventory::inventoryCheckElementName() { return vocabulary::INVENTORY_CHE
 bool Inventory::loadInventoryScript(const String& text) {
     resetState();
     State& state = *m_state;
-    const bool parsed = needsUuEncode(text) ? state.m_script.Parse(uuEncode(text, true, true))
-                                            : state.m_script.Parse(text);
+    const bool parsed =
+        needsUuEncode(text) ? state.m_script.Parse(uuEncode(text, true, true)) : state.m_script.Parse(text);
     if (!parsed) {
         const String message = concat(u"Invalid inventory script.  Xml error on line ",
                                       toText(std::uint64_t{state.m_script.ErrorRow()} + 1), u": ");
@@ -44,18 +57,15 @@ bool Inventory::loadInventoryScript(const String& text) {
         tellFileError(state.m_observers, message + state.m_script.ErrorDesc());
         return false;
     }
-    const XmlElement* const root = state.m_script.RootElement();
-    if (state.m_script.Error() || root == nullptr ||
-        vocabulary::kindOf(*root) != vocabulary::ElementKind::InventoryCheck) {
-        const String message = concat(u"Invalid inventory script.  Script must contain <", inventoryCheckElementName(),
-                                      u"> element.");
+    const XmlElement* const root = scriptRoot(state.m_script);
+    if (root == nullptr) {
+        const String message =
+            concat(u"Invalid inventory script.  Script must contain <", inventoryCheckElementName(), u"> element.");
         VRX_LOG(inventoryLog(), LogPriority::Error, message);
         tellFileError(state.m_observers, message);
         return false;
     }
-    readFlag(*root, vocabulary::CHECK_NAMES, state.m_checkNames);
-    readFlag(*root, vocabulary::CHECK_HW_LOCATORS, state.m_checkHwLocators);
-    readFlag(*root, vocabulary::CHECK_OS_LOCATORS, state.m_checkOsLocators);
+    readFlags(*root, state.m_checkNames, state.m_checkHwLocators, state.m_checkOsLocators);
     return true;
 }
 
@@ -66,6 +76,17 @@ bool Inventory::loadInventoryScriptFile(const String& path) {
     if (!loadFile(path, bytes, reason)) {
         tellFileError(m_state->m_observers, u"Could not open Inventory Script file: " + path);
         return false;
+    }
+    // Nearly all scripts need no encoding and parse as they stand. What does not goes the long way, which also says
+    // why.
+    State& state = *m_state;
+    if (bytes.find("%u") == std::string::npos) {
+        resetState();
+        const XmlElement* const root = state.m_script.ParseUtf8(bytes) ? scriptRoot(state.m_script) : nullptr;
+        if (root != nullptr) {
+            readFlags(*root, state.m_checkNames, state.m_checkHwLocators, state.m_checkOsLocators);
+            return true;
+        }
     }
     Utf8Damage damage;
     const String text = String::UTF8Decode(bytes, &damage);

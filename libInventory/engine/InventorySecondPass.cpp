@@ -13,6 +13,7 @@
 #include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/ScriptVocabulary.h"
+#include "libInventory/support/UniqueTexts.h"
 #include "libInventory/support/XmlChildren.h"
 
 namespace vrx {
@@ -24,13 +25,10 @@ bool Inventory::runSecondPass(XmlElement* element, bool underNot, unsigned passN
     if (element == nullptr) {
         return true;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runSecondPass() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << locationOf(element) << element->Name());
     bool satisfied = true;
     switch (vocabulary::kindOf(*element)) {
-        case ElementKind::Part:
-            satisfied = secondPassOfPart(element, underNot, passNumber, errorsIndex, errors);
-            break;
+        case ElementKind::Part: satisfied = secondPassOfPart(element, underNot, passNumber, errorsIndex, errors); break;
         case ElementKind::And:
             satisfied = secondPassOfAll(element, underNot, passNumber, errorsIndex, errors);
             if (!satisfied) {
@@ -96,12 +94,12 @@ bool Inventory::secondPassOfPart(XmlElement* element, bool underNot, unsigned pa
 void Inventory::enterPart(XmlElement* part, bool underNot) {
     PartSpec spec(part->Attribute(vocabulary::NAME), part->Attribute(vocabulary::ID),
                   part->Attribute(vocabulary::DESCRIPTION), locationOf(part), String::EMPTY);
-    Array<String> deviceGuids;
+    UniqueTexts deviceGuids;
     for (XmlElement* const child : childElements(part)) {
         runPartAssociation(child, underNot, spec, deviceGuids);
     }
-    spec.devices = deviceGuids;
-    for (const String& guid : deviceGuids) {
+    spec.devices = deviceGuids.texts();
+    for (const String& guid : spec.devices) {
         Array<PartSpec>& parts = (*m_state->m_deviceToPartsTable)[guid];
         bool isListed = false;
         for (const PartSpec& listed : parts) {
@@ -127,8 +125,7 @@ bool Inventory::skipsPrunedOr(XmlElement* element, unsigned errorsIndex, ErrorSp
         context->m_visited = true;
         return false;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runSecondPass() - " << locationOf(element) << u" pruned, skipping");
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << locationOf(element) << u" pruned, skipping");
     prependErrorElement(element, errorsIndex);
     getErrorCount(element, errorsIndex, errors);
     return true;

@@ -19,10 +19,10 @@ namespace vrx {
 
 /// The error slots and what each is for.
 namespace slot {
-inline constexpr unsigned SCRIPT = 0;     ///< always shown: script-level tips, an invalid device type
-inline constexpr unsigned MATCHING = 1;   ///< what matching records in the first pass
-inline constexpr unsigned BEST = 2;       ///< the best iteration so far
-inline constexpr unsigned CURRENT = 3;    ///< the iteration under evaluation
+inline constexpr unsigned SCRIPT = 0;    ///< always shown: script-level tips, an invalid device type
+inline constexpr unsigned MATCHING = 1;  ///< what matching records in the first pass
+inline constexpr unsigned BEST = 2;      ///< the best iteration so far
+inline constexpr unsigned CURRENT = 3;   ///< the iteration under evaluation
 inline constexpr unsigned COUNT = 4;
 }  // namespace slot
 
@@ -80,6 +80,9 @@ struct Inventory::State {
 
     /// Product of the satisfiable alternatives of all `or` elements.
     std::uint32_t m_totalCombinations = 1;
+
+    /// Borrowed: answers that runs on scripts of the same elements share; null for none.
+    MatchCache* m_matchCache = nullptr;
 
     /// Memory of the contexts that hang on the script's elements.
     std::deque<ElementContext> m_contexts;

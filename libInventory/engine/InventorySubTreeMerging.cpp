@@ -1,9 +1,9 @@
 /// The odometer of alternatives, and the numbering that the error measure uses.
 ///
-/// Each `or` is a digit, its alternatives the digit's values; digits stand in document order and the first turns fastest.
-/// One walk sets the digits for the next combination and appends the association sets of the chosen alternatives to the
-/// working graph. An `or` inside an alternative takes part only while that alternative is chosen. Alternatives that the
-/// first pass pruned are stepped over when there is a later one to go to.
+/// Each `or` is a digit, its alternatives the digit's values; digits stand in document order and the first turns
+/// fastest. One walk sets the digits for the next combination and appends the association sets of the chosen
+/// alternatives to the working graph. An `or` inside an alternative takes part only while that alternative is chosen.
+/// Alternatives that the first pass pruned are stepped over when there is a later one to go to.
 
 #include "libCommon/Assertion.h"
 #include "libInventory/Inventory.h"
@@ -119,10 +119,12 @@ void Inventory::assignIndices(XmlElement* element, StringView parentName, unsign
     if (element == nullptr) {
         return;
     }
-    const ElementKind kind = vocabulary::kindOf(*element);
-    const bool isLogical = kind == ElementKind::And || kind == ElementKind::Or || kind == ElementKind::Not;
-    if (!isLogical && vocabulary::kindOf(parentName) == ElementKind::And) {
-        m_state->contextOf(element).m_andIndex = index;
+    // Most elements are properties of devices, so the parent is looked at first.
+    if (parentName.size() == vocabulary::AND.size() && vocabulary::kindOf(parentName) == ElementKind::And) {
+        const ElementKind kind = vocabulary::kindOf(*element);
+        if (kind != ElementKind::And && kind != ElementKind::Or && kind != ElementKind::Not) {
+            m_state->contextOf(element).m_andIndex = index;
+        }
     }
     unsigned position = 0;
     for (XmlElement* const child : childElements(element)) {

@@ -6,7 +6,8 @@
 
 namespace vrx {
 
-/// What one `property` element of a script asks for, decoded. Borrows from the element wherever decoding changes nothing.
+/// What one `property` element of a script asks for, decoded. Borrows from the element wherever decoding changes
+/// nothing.
 class PropertyExpectation {
 public:
     explicit PropertyExpectation(XmlElement& element);

@@ -215,6 +215,7 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
     }
     const boost::shared_ptr<IDeviceImp> device =
         DeviceImp::createGeneric(typeOf(element, items), items.capabilities, 0, *name, u"desc", *osLocator, *hwLocator);
+    m_expected = 0;
     readProperties(*device, element);
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"populateStateManagerRecursive() adding device: " << device->guid());
     m_store.addDevice(device, nullptr);
@@ -237,28 +238,40 @@ bool SysInfoReader::readProperty(IDeviceImp& device, XmlElement& element) {
     const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(u"Key") : nullptr;
     boost::shared_ptr<PropertySpecImp> spec = keyChild ? specOf(keyChild->GetText()) : specOf(attributes.key);
 
-    std::optional<ValueImp> value = attributes.units.empty() ? plainValue(element, attributes.value)
-                                                             : measuredValue(attributes.value, attributes.units);
-    if (!value) {
+    boost::shared_ptr<PropertyImp> property;
+    if (attributes.units.empty()) {
+        property = boost::make_shared<PropertyImp>(std::move(spec), plainValue(element, attributes.value));
+    } else if (std::optional<ValueImp> value = measuredValue(attributes.value, attributes.units)) {
+        property = boost::make_shared<PropertyImp>(std::move(spec), std::move(*value));
+    } else {
         return false;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"populatePropertiesRecursive() adding property: " << spec->key());
-    device.addProperty(boost::make_shared<PropertyImp>(std::move(spec), std::move(*value)));
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"populatePropertiesRecursive() adding property: " << property->key());
+    device.addProperty(std::move(property));
     if (!element.NoChildren()) {
         readProperties(device, element);
     }
     return true;
 }
 
+// Devices of one kind list the same keys in the same order, so the key that followed last time is tried first.
 boost::shared_ptr<PropertySpecImp> SysInfoReader::specOf(StringView key) {
-    if (const boost::shared_ptr<PropertySpecImp>* const known = m_specs.find(key)) {
-        return *known;
+    if (m_expected < m_specs.size() && m_specs[m_expected]->key() == key) {
+        return m_specs[m_expected++];
+    }
+    const auto [known, isNew] = m_positions.try_emplace(key, m_specs.size());
+    if (!isNew) {
+        m_expected = known->second + 1;
+        return m_specs[known->second];
     }
     const auto spec = boost::make_shared<PropertySpecImp>(key, PropertyCategoryImp::SysInfo(), DataTypeImp::STRING,
                                                           CapabilityImp::ALL());
     // Contract: specifications go to the process-wide store, whichever store receives the devices.
     StateManager::instance().addPropertySpec(spec);
-    m_specs.insert(spec->key(), spec);
+    m_specs.append(spec);
+    m_positions.erase(known);
+    m_positions.emplace(spec->key(), m_specs.size() - 1);
+    m_expected = m_specs.size();
     return spec;
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <cstddef>
 #include <cstdint>
 
-#include "libCommon/containers/HashTable.h"
+#include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libSystemState/Forward.h"
 
@@ -32,7 +34,12 @@ private:
     boost::shared_ptr<PropertySpecImp> specOf(StringView key);
 
     StateManager& m_store;
-    HashTable<StringView, boost::shared_ptr<PropertySpecImp>> m_specs;  // the keys are borrowed from the values
+    struct KeyHash {
+        std::size_t operator()(StringView key) const noexcept { return hashOf(key); }
+    };
+    Array<boost::shared_ptr<PropertySpecImp>> m_specs;  // in the order in which their keys were first met
+    boost::unordered_flat_map<StringView, std::size_t, KeyHash> m_positions;  // the keys are borrowed from m_specs
+    std::size_t m_expected = 0;  // position of the specification that the next property probably has
 };
 
 }  // namespace vrx

@@ -145,7 +145,8 @@ TEST(InventoryDeviceAssociations, TextShowsEveryNodeWithItsPartners) {
 class PlainReduction {
 public:
     using List = std::vector<int>;
-    PlainReduction(std::size_t elements, std::size_t devices) : m_sides{std::vector<List>(elements), std::vector<List>(devices)} {}
+    PlainReduction(std::size_t elements, std::size_t devices)
+        : m_sides{std::vector<List>(elements), std::vector<List>(devices)} {}
 
     void link(int element, int device) {
         m_sides[1][device].push_back(element);

@@ -126,12 +126,12 @@ TEST_F(Matching, GroupsInsideADevice) {
 }
 
 TEST_F(Matching, FailedTestsSayWhatWasExpectedAndFound) {
-    EXPECT_THAT(errorsOf(R"(<device type="SolidStateDrive"><property key="Model" value="a"><v value="b"/><v value="c"/>)"
-                         R"(</property><property key="Colour"/></device>)"),
-                ElementsAre("bay1 - Model", " Expected (regular expression): ab, c",
-                            " did not match sysinfo value  : X1",
-                            "property key: Colour not found in Sysinfo SolidStateDrive device: Fast Disk (C:)",
-                            "Unsatisfied device of type: SolidStateDrive"));
+    EXPECT_THAT(
+        errorsOf(R"(<device type="SolidStateDrive"><property key="Model" value="a"><v value="b"/><v value="c"/>)"
+                 R"(</property><property key="Colour"/></device>)"),
+        ElementsAre("bay1 - Model", " Expected (regular expression): ab, c", " did not match sysinfo value  : X1",
+                    "property key: Colour not found in Sysinfo SolidStateDrive device: Fast Disk (C:)",
+                    "Unsatisfied device of type: SolidStateDrive"));
 }
 
 TEST_F(Matching, ExpectedFailuresStayUnseen) {
@@ -157,8 +157,9 @@ TEST_F(Matching, NoticesComeOnceHoweverManyCandidates) {
 
 TEST_F(Matching, EncodedTextIsDecodedForMatchingAndQuotedAsWritten) {
     addDevice(store, "Fan", "a\x01z %u0041", "f\x01", "", {{"K", {"\x02"}}});
-    EXPECT_TRUE(passes("<device type=\"Fan\" name=\"^a\x01z %u0041$\" hwlocator=\"f\x01\">"
-                       "<property key=\"K\" value=\"^\x02$\"/></device>"));
+    EXPECT_TRUE(
+        passes("<device type=\"Fan\" name=\"^a\x01z %u0041$\" hwlocator=\"f\x01\">"
+               "<property key=\"K\" value=\"^\x02$\"/></device>"));
     EXPECT_THAT(errorsOf("<device type=\"Fan\" hwlocator=\"\x03\"/>"),
                 ElementsAre("Unsatisfied device of type: Fan", "No device of type: Fan with hwlocator: %u0003"));
 }

@@ -72,13 +72,13 @@ TEST_F(Run, APassingRunLeavesTheScriptAsItWas) {
 }
 
 TEST_F(Run, ErrorsOfAllGroupsStandInTheScript) {
-    const Outcome outcome = check(store, "<and>" + device("x") + "</and><not>" + device("a") +
-                                             "</not><part name='P'>" + device("y") + "</part>");
-    EXPECT_THAT(outcome.errors,
-                ElementsAre("Unsatisfied device of type: Storage", "No device of type: Storage with hwlocator: x",
-                            "unsatisfied and node", "matched device under not node",
-                            "Unsatisfied device of type: Storage", "No device of type: Storage with hwlocator: y",
-                            "unsatisfied part node: P"));
+    const Outcome outcome = check(
+        store, "<and>" + device("x") + "</and><not>" + device("a") + "</not><part name='P'>" + device("y") + "</part>");
+    EXPECT_THAT(
+        outcome.errors,
+        ElementsAre("Unsatisfied device of type: Storage", "No device of type: Storage with hwlocator: x",
+                    "unsatisfied and node", "matched device under not node", "Unsatisfied device of type: Storage",
+                    "No device of type: Storage with hwlocator: y", "unsatisfied part node: P"));
     EXPECT_THAT(outcome.unsatisfied, ElementsAre("x", "y"));
 }
 
@@ -113,8 +113,8 @@ TEST_F(Run, AHopelessOrShowsItsNearestAlternativeInTheFirstIteration) {
 
 TEST_F(Run, TheBetterCombinationsFindingsAreKept) {
     // Every combination fails on x; the second alternative fails on nothing else.
-    const std::string body = device("a") + "<or><and>" + device("a") + device("b") + "</and>" + device("c") + "</or>" +
-                             device("x");
+    const std::string body =
+        device("a") + "<or><and>" + device("a") + device("b") + "</and>" + device("c") + "</or>" + device("x");
     const Outcome outcome = check(store, body);
     EXPECT_THAT(outcome.errors,
                 ElementsAre("Unsatisfied device of type: Storage", "No device of type: Storage with hwlocator: x"));
@@ -181,8 +181,8 @@ TEST_F(Run, PartsAreEnteredUnderTheirDevicesOnce) {
     Inventory::DeviceToPartsTable table;
     inventory.setStateManager(store);
     inventory.setDeviceToPartsTable(&table);
-    const std::string part = "<part name='P' id='1'>" + device("a") + device("b") + "<not>" + device("f") +
-                             "</not></part>";
+    const std::string part =
+        "<part name='P' id='1'>" + device("a") + device("b") + "<not>" + device("f") + "</not></part>";
     const std::string failing = "<part name='Q'>" + device("c") + device("x") + "</part>";
     inventory.loadInventoryScript(text("<inventory-check>" + part + part + failing + "</inventory-check>"));
     inventory.run();
@@ -219,8 +219,7 @@ TEST(Loading, RejectsWithTheReasonAndKeepsNothing) {
     ASSERT_EQ(observer.fileErrors.size(), 8U);
     EXPECT_THAT(observer.fileErrors[0], testing::StartsWith("Invalid inventory script.  Xml error on line 3: "));
     EXPECT_THAT(observer.fileErrors[2], HasSubstr("has not loaded successfully"));
-    EXPECT_EQ(observer.fileErrors[4],
-              "Invalid inventory script.  Script must contain <inventory-check> element.");
+    EXPECT_EQ(observer.fileErrors[4], "Invalid inventory script.  Script must contain <inventory-check> element.");
     EXPECT_EQ(observer.fileErrors[6], "Could not open Inventory Script file: /nowhere/script.xml");
     EXPECT_TRUE(inventory.loadInventoryScript(u"<Inventory-CHECK/>"));
 }

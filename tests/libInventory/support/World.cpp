@@ -18,14 +18,14 @@ boost::shared_ptr<IDeviceImp> addDevice(StateManager& store, const std::string& 
     auto device = DeviceImp::createGeneric(CapabilityImp(text(type)), CapabilityImp(), 0, text(name), u"desc",
                                            text(osLocator), text(hwLocator));
     for (const auto& [key, values] : properties) {
-        auto spec = boost::make_shared<PropertySpecImp>(text(key), PropertyCategoryImp::SysInfo(),
-                                                        DataTypeImp::STRING, CapabilityImp::ALL());
+        auto spec = boost::make_shared<PropertySpecImp>(text(key), PropertyCategoryImp::SysInfo(), DataTypeImp::STRING,
+                                                        CapabilityImp::ALL());
         Array<String> texts;
         for (const std::string& value : values) {
             texts.append(text(value));
         }
-        device->addProperty(boost::make_shared<PropertyImp>(
-            spec, texts.size() == 1 ? ValueImp(texts[0]) : ValueImp(texts)));
+        device->addProperty(
+            boost::make_shared<PropertyImp>(spec, texts.size() == 1 ? ValueImp(texts[0]) : ValueImp(texts)));
     }
     store.addDevice(device, nullptr);
     return device;
@@ -34,8 +34,7 @@ boost::shared_ptr<IDeviceImp> addDevice(StateManager& store, const std::string& 
 namespace {
 
 void collectErrors(const XmlElement& element, std::vector<std::string>& errors) {
-    for (const XmlElement* child = element.FirstChildElement(); child != nullptr;
-         child = child->NextSiblingElement()) {
+    for (const XmlElement* child = element.FirstChildElement(); child != nullptr; child = child->NextSiblingElement()) {
         if (child->Name() == u"error") {
             errors.push_back(utf8(child->GetText()));
         } else {

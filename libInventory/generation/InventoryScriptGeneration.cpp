@@ -1,0 +1,140 @@
+/// Writing a script that describes the machine: one `device` element for each device of the tree, flattened, a device
+/// before its children, with its properties as exact patterns or ranges.
+///
+/// Names, locators and exact values are encoded while they pass through the XML layer, and the finished text is decoded
+/// as a whole; loading a script encodes its text again. So any 16-bit text survives, in a text held in memory.
+
+#include "libCommon/Assertion.h"
+#include "libCommon/text/UuCode.h"
+#include "libCommon/time/DateTime.h"
+#include "libCommon/xml/XmlDocument.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/generation/PropertyValueLinking.h"
+#include "libInventory/generation/ValuePattern.h"
+#include "libInventory/support/InventoryLog.h"
+#include "libInventory/support/ScriptVocabulary.h"
+#include "libSystemState/StateManager.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/filter/SysinfoFilter.h"
+#include "libSystemState/properties/IPropertyImp.h"
+#include "libSystemState/properties/PropertyCategoryImp.h"
+#include "libSystemState/values/DataTypeImp.h"
+
+namespace vrx {
+
+namespace {
+
+constexpr const char16_t* DEFAULT_FILTER_FILE = u"SystemInformationFilter.xml";
+
+// Contract: the text says that names are compared exactly and locators as patterns; matching does it the other way
+// round.
+String headerText() {
+    return concat(
+        u"\nThis inventory script was generated on ", DateTime::getCurrentDateTime().dateTimeStampString(),
+        u"\n by Vireo 5 Inventory Testing Module.\n\n"
+        u"This inventory script represents all of the system information on this system\n"
+        u"at the time of generation if SystemInformationFilter.xml is not present.\n"
+        u"If SystemInformationFilter.xml is present, this script only includes the system information specified in the "
+        u"filter.\n"
+        u"Some values may change with time.\n\n"
+        u"device Elements:\n"
+        u"type attributes are required, and will be matched as exact case-insensitive strings.\n"
+        u"name attributes are optional, and will be matched as exact case-sensitive strings.\n"
+        u"hwlocator attributes are optional, and will be matched as Regular Expressions.\n"
+        u"oslocator attributes are optional, and will be matched as Regular Expressions.\n\n"
+        u"type, hwlocator, and oslocator are matched on a device, then we match by properties\n\nproperty Elements:\n"
+        u"key attributes are required, and will be matched as exact case-sensitive strings.\n"
+        u"value can be an attribute or nested elements, these will be matched as Regular Expressions.\n\n"
+        u"For production use, please delete all unimportant devices and properties.\n"
+        u"Doing so will optimize the Inventory Test, and reduce the probability of incorrect Mis-Matches.\n");
+}
+
+/// Each unit reduced to its low byte, as the comment holds it.
+String narrowed(const String& text) {
+    String narrow;
+    narrow.reserve(text.size());
+    for (const char16_t unit : text.view()) {
+        narrow.append(static_cast<char16_t>(unit & 0xFF));
+    }
+    return narrow;
+}
+
+StringView booleanText(bool value) { return value ? u"true" : u"false"; }
+
+PropertyCategoryImp excludedCategories(bool includeAllCategories) {
+    return includeAllCategories
+               ? PropertyCategoryImp()
+               : PropertyCategoryImp::Volatile() | PropertyCategoryImp::Internal() | PropertyCategoryImp::Group();
+}
+
+void addPropertyElement(const IPropertyImp& property, const boost::shared_ptr<IDeviceImp>& device,
+                        XmlElement* deviceElement, const PropertyCategoryImp& excluded, SysinfoFilter* filter) {
+    if (property.category().intersect(excluded)) {
+        return;
+    }
+    XmlElement* const element = deviceElement->Document().NewElement(vocabulary::PROPERTY);
+    element->SetAttribute(vocabulary::KEY, property.key());
+    element->SetAttribute(vocabulary::TYPE, property.type().toString());
+    linkPropertyValue(element, device, property, filter);
+    deviceElement->LinkEndChild(element);
+}
+
+}  // namespace
+
+void Inventory::generateInventoryScript(String& script, bool includeAllCategories, bool checkLocators, bool checkNames,
+                                        SysinfoFilter* filter) {
+    XmlDocument document;
+    XmlElement* const root = document.NewElement(vocabulary::INVENTORY_CHECK);
+    root->SetAttribute(vocabulary::CHECK_NAMES, booleanText(checkNames));
+    root->SetAttribute(vocabulary::CHECK_HW_LOCATORS, booleanText(checkLocators));
+    root->SetAttribute(vocabulary::CHECK_OS_LOCATORS, booleanText(checkLocators));
+    root->LinkEndChild(document.NewComment(filter == nullptr ? narrowed(headerText()) : String::EMPTY));
+
+    if (const boost::shared_ptr<IDeviceImp> rootDevice = stateManager().rootDevice()) {
+        SysinfoFilter defaultFilter;
+        SysinfoFilter* chosen = filter;
+        if (filter == nullptr) {
+            const SysinfoFilter::PARSE_RET result = defaultFilter.loadFile(DEFAULT_FILTER_FILE);
+            if (result == SysinfoFilter::PARSE_SUCCESS) {
+                chosen = &defaultFilter;
+            } else {
+                VRX_LOG(inventoryLog(), LogPriority::Warning,
+                        u"generateInventoryScript(): SysinfoFilter failed loading defaultFilter file: "
+                            << DEFAULT_FILTER_FILE << u" result = " << static_cast<int>(result));
+            }
+        }
+        generateInventoryScriptRecursive(rootDevice, root, chosen, includeAllCategories);
+    }
+    document.LinkEndChild(root);
+    document.GetFormattedStr(script, 0);
+    if (needsUuDecode(script)) {
+        script = uuDecode(script, true, true);
+    }
+}
+
+void Inventory::generateInventoryScriptRecursive(const boost::shared_ptr<IDeviceImp>& device, XmlElement* parent,
+                                                 SysinfoFilter* filter, bool includeAllCategories) {
+    VRX_ASSERT_TEXT(device, "d");
+    Array<boost::shared_ptr<IPropertyImp>> properties;
+    if (filter == nullptr || filter->includeDevice(*device, properties)) {
+        const PropertyCategoryImp excluded = excludedCategories(includeAllCategories);
+        XmlElement* const element = parent->Document().NewElement(vocabulary::DEVICE);
+        element->SetAttribute(vocabulary::TYPE, device->type().toString(0, false));
+        element->SetAttribute(vocabulary::NAME, exactValuePattern(device->name()));
+        element->SetAttribute(vocabulary::HW_LOCATOR, uuEncode(device->hwLocator(), true, true));
+        element->SetAttribute(vocabulary::OS_LOCATOR, uuEncode(device->osLocator(), true, true));
+        if (filter == nullptr) {
+            properties = device->properties(PropertyCategoryImp::ALL());
+        }
+        for (const auto& property : properties) {
+            addPropertyElement(*property, device, element, excluded, filter);
+        }
+        parent->LinkEndChild(element);
+    }
+    for (const auto& child : device->children()) {
+        generateInventoryScriptRecursive(child, parent, filter, includeAllCategories);
+    }
+}
+
+}  // namespace vrx
