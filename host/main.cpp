@@ -20,9 +20,10 @@ int internalError(vrx::host::Console& console, const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    vrx::host::ProcessConsole console;
+    static vrx::host::ProcessConsole& console = *new vrx::host::ProcessConsole;
+    static vrx::host::Session& session = *new vrx::host::Session(console);
     try {
-        return static_cast<int>(vrx::host::runProgram(argc, argv, console));
+        return static_cast<int>(vrx::host::runProgram(argc, argv, session));
     } catch (const vrx::StructuredException& broken) {
         return internalError(console, vrx::host::printable(broken.text().view()));
     } catch (const vrx::Exception& unexpected) {

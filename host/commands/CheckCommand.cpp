@@ -6,15 +6,17 @@
 #include "host/commands/CommonOptions.h"
 #include "host/report/CheckJsonReport.h"
 #include "host/report/CheckTextReport.h"
+#include "host/report/TextPieces.h"
 
 namespace vrx::host {
 
 namespace {
 
 constexpr const char* FOOTER =
-    "Exit status: 0 the machine holds what the script asks for; 1 it does not; 2 a file\n"
-    "cannot be read, parsed or written; 3 undetermined: the script asks for nothing, a\n"
-    "pattern took too much work, or this machine cannot be read; 4 internal error.\n"
+    "Exit status: 0 the machine holds what the script asks for; 1 it does not;\n"
+    "2 a file cannot be read, parsed or written; 3 undetermined: the script asks for\n"
+    "nothing, a pattern took too much work, or this machine cannot be read;\n"
+    "4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory check golden.xml\n"
@@ -34,9 +36,11 @@ void writeReport(const CheckOptions& options, const Session& session, const Chec
 
 void sayWhyUndetermined(const Session& session, const CheckOutcome& outcome) {
     if (outcome.verdict == Verdict::NothingToCheck) {
-        session.say(outcome.script + ": nothing to check: the script holds no device and no fail-on-extra element");
+        session.say(inputName(outcome.script) +
+                    ": nothing to check: the script holds no device and no fail-on-extra element");
     } else if (outcome.verdict == Verdict::Undecided) {
-        session.say(outcome.script + ": undecided: a pattern took too much work on a value and was given up");
+        session.say(inputName(outcome.script) +
+                    ": undecided: a pattern took too much work on a value and was given up");
     }
 }
 
@@ -47,8 +51,8 @@ void writeAnnotated(const std::string& path, const CheckOutcome& outcome) {
     writeFile(path, text.toUtf8());
 }
 
-ExitStatus check(const CheckOptions& options, const Session& session) {
-    CheckRun run(options.request, session);
+ExitStatus check(const CheckOptions& options, Session& session) {
+    CheckRun& run = session.make<CheckRun>(options.request, session);
     try {
         run.run();
     } catch (const CommandFailure&) {
@@ -70,7 +74,7 @@ ExitStatus check(const CheckOptions& options, const Session& session) {
 void addCheckCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App& command = *parent.add_subcommand("check", "Check a machine against an inventory script");
-    command.add_option("SCRIPT", options->request.scriptPath, "The inventory script")->required();
+    command.add_option("SCRIPT", options->request.scriptPath, "The inventory script, - for standard input")->required();
     options->addState(command);
     options->addFormat(command, {"text", "json"});
     options->addOutput(command);
@@ -84,7 +88,9 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         options->request.statePath = options->statePath;
         options->request.hasUnsatisfiedTips = !options->hasNoUnsatisfiedTips;
         options->applyLogging(session);
-        session.action = [options, &session] { return check(*options, session); };
+        session.action = [options, &session] {
+            return check(*options, session);
+        };
     });
 }
 

@@ -33,8 +33,8 @@ constexpr const char* FOOTER =
     "A guid is HARDWARE-LOCATOR|OS-LOCATOR; show --properties prints them.\n"
     "Exit status: 0 the device meets the content; 1 it does not; 2 the content or the\n"
     "state cannot be read or parsed, or there is no such device; 3 undetermined: the\n"
-    "content asks for no property, a pattern took too much work, or this machine cannot\n"
-    "be read; 4 internal error.\n"
+    "content asks for no property, a pattern took too much work, or this machine\n"
+    "cannot be read; 4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory check-device '<property key=\"Size\" value=\"^500 GB$\"/>' \\\n"
@@ -97,9 +97,8 @@ bool asksForProperty(const XmlElement& element) {
 bool examine(const Content& content) {
     XmlDocument document;
     if (!document.Parse(concat(ENVELOPE, content.text, ENVELOPE_END).uuEncode(true, true))) {
-        throw CommandFailure(ExitStatus::BadInput,
-                             problemIn(content, document.ErrorRow(), document.ErrorColumn(),
-                                       document.ErrorDesc().toUtf8() + "; " + EXPECTED));
+        throw CommandFailure(ExitStatus::BadInput, problemIn(content, document.ErrorRow(), document.ErrorColumn(),
+                                                             document.ErrorDesc().toUtf8() + "; " + EXPECTED));
     }
     if (const XmlElement* const found = findOrInsidePart(*document.RootElement())) {
         throw CommandFailure(ExitStatus::BadInput,
@@ -133,10 +132,10 @@ DeviceCheckOutcome run(const IDeviceImp& device, const String& content, bool has
     return outcome;
 }
 
-ExitStatus checkDevice(const CheckDeviceOptions& options, const Session& session) {
+ExitStatus checkDevice(const CheckDeviceOptions& options, Session& session) {
     const Content content = readContent(options.content);
     const bool asksForSomething = examine(content);
-    StateManager store;
+    StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
     const auto device = findDevice(options.guid, store, machineName(options.statePath));
     const std::size_t givenUpBefore = Regex::exceededCount();
@@ -172,7 +171,9 @@ void addCheckDeviceCommand(CLI::App& parent, Session& session) {
     command.footer(FOOTER);
     command.callback([options, &session] {
         options->applyLogging(session);
-        session.action = [options, &session] { return checkDevice(*options, session); };
+        session.action = [options, &session] {
+            return checkDevice(*options, session);
+        };
     });
 }
 

@@ -62,6 +62,9 @@ CheckRun::CheckRun(const Request& request, const Session& session) : m_request(r
 
 void CheckRun::run() {
     const auto start = m_session.console.now();
+    if (m_request.scriptPath == "-" && m_request.statePath == "-") {
+        refuse("the script and the machine cannot both come from standard input");
+    }
     loadScript();
     loadState();
     check();
@@ -117,8 +120,8 @@ void CheckRun::check() {
     m_outcome.verdict = verdictOf(passed);
 }
 
-/// A pattern that is given up counts as "no match". A check that failed might have passed with the true answer. One that
-/// passed is right all the same, unless the script forbids what that pattern describes.
+/// A pattern that is given up counts as "no match". A check that failed might have passed with the true answer. One
+/// that passed is right all the same, unless the script forbids what that pattern describes.
 Verdict CheckRun::verdictOf(bool passed) const {
     if (m_outcome.givenUpPatterns > 0 && (!passed || hasElement(*m_inventory.script().RootElement(), u"not") ||
                                           hasElement(*m_inventory.script().RootElement(), u"fail-on-extra"))) {

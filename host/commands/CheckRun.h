@@ -10,8 +10,8 @@
 
 namespace vrx::host {
 
-/// Keeps what a run tells its observers, but for the closing event of a failed check: whoever wants the annotated script
-/// asks the inventory for it.
+/// Keeps what a run tells its observers, but for the closing event of a failed check: whoever wants the annotated
+/// script asks the inventory for it.
 class RunObserver final : public InventoryTestObserver {
 public:
     void handleEvent(const TestRunEventImp& event) override;
@@ -32,8 +32,8 @@ public:
 
     CheckRun(const Request& request, const Session& session);
 
-    /// Loads the script, refuses one that cannot be decided, loads the machine, runs. Throws a CommandFailure when one of
-    /// them is of no use; `outcome` then holds the reasons in `fileErrors`.
+    /// Loads the script, refuses one that cannot be decided, loads the machine, runs. Throws a CommandFailure when one
+    /// of them is of no use; `outcome` then holds the reasons in `fileErrors`.
     void run();
 
     const CheckOutcome& outcome() const noexcept { return m_outcome; }

@@ -18,8 +18,8 @@ constexpr const char* FOOTER =
     "Example:\n"
     "  vrx-inventory collect -o machine.xml";
 
-ExitStatus collect(const CommonOptions& options, const Session& session) {
-    StateManager store;
+ExitStatus collect(const CommonOptions& options, Session& session) {
+    StateManager& store = session.make<StateManager>();
     loadMachine("", store, session);
     options.writeResult(session, sysInfoXml(store, true));
     return ExitStatus::Success;
@@ -35,7 +35,9 @@ void addCollectCommand(CLI::App& parent, Session& session) {
     command.footer(FOOTER);
     command.callback([options, &session] {
         options->applyLogging(session);
-        session.action = [options, &session] { return collect(*options, session); };
+        session.action = [options, &session] {
+            return collect(*options, session);
+        };
     });
 }
 

@@ -12,8 +12,11 @@ namespace vrx::host {
 void addCheckCommand(CLI::App& parent, Session& session);
 void addCheckDeviceCommand(CLI::App& parent, Session& session);
 void addCollectCommand(CLI::App& parent, Session& session);
+void addGenerateCommand(CLI::App& parent, Session& session);
+void addLintCommand(CLI::App& parent, Session& session);
 void addMatchCommand(CLI::App& parent, Session& session);
 void addPartsCommand(CLI::App& parent, Session& session);
+void addPartsGenerateCommand(CLI::App& parent, Session& session);
 void addPartsParseCommand(CLI::App& parent, Session& session);
 void addShowCommand(CLI::App& parent, Session& session);
 

@@ -74,8 +74,9 @@ void writeFile(const std::string& path, std::string_view bytes) {
 }
 
 void CommonOptions::addState(CLI::App& command) {
-    command.add_option("--state", statePath,
-                       "A recorded machine (SysInfo XML), - for standard input; without it this machine")
+    command
+        .add_option("--state", statePath,
+                    "A recorded machine (SysInfo XML), - for standard input; without it this machine")
         ->type_name("FILE");
 }
 

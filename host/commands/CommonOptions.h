@@ -36,8 +36,8 @@ struct CommonOptions {
     TextFormat textFormat(const Session& session) const;
 };
 
-/// Replaces a file in one step. An interrupt that comes meanwhile ends the program only afterwards, so that no temporary
-/// file is left behind.
+/// Replaces a file in one step. An interrupt that comes meanwhile ends the program only afterwards, so that no
+/// temporary file is left behind.
 void writeFile(const std::string& path, std::string_view bytes);
 
 }  // namespace vrx::host

@@ -2,6 +2,7 @@
 
 #include "host/collect/MachineCollector.h"
 #include "host/commands/XmlFileProblem.h"
+#include "host/report/TextPieces.h"
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libInventory/Inventory.h"
@@ -42,7 +43,7 @@ void loadFromStandardInput(StateManager& store, const Session& session) {
     ErrorStreamLog::Capture capture(*session.log);
     // The import would take replaced characters for the text's own.
     if (damage.count > 0 || !Inventory::importStateFromXmlString(text, store)) {
-        fail(problemOf(name, bytes), capture.texts());
+        fail(problemOf(name, bytes), capture.errors());
     }
     capture.show();
 }
@@ -53,7 +54,7 @@ void loadFromFile(const std::string& path, StateManager& store, const Session& s
         std::string bytes;
         String reason;
         const bool isRead = loadFile(String::UTF8Decode(path), bytes, reason);
-        fail(isRead ? problemOf(path, bytes) : fileProblem(path, reason, EXPECTED), capture.texts());
+        fail(isRead ? problemOf(path, bytes) : fileProblem(path, reason, EXPECTED), capture.errors());
     }
     capture.show();
 }
@@ -82,7 +83,7 @@ void loadMachine(const std::string& statePath, StateManager& store, const Sessio
 }
 
 std::string machineName(const std::string& statePath) {
-    return statePath.empty() ? "this machine" : statePath == "-" ? "standard input" : statePath;
+    return statePath.empty() ? "this machine" : inputName(statePath);
 }
 
 }  // namespace vrx::host

@@ -11,11 +11,11 @@ namespace vrx::host {
 namespace {
 
 constexpr const char* FOOTER =
-    "The pattern is a regular expression that is searched for in the value, with letter\n"
-    "case; VRXRRANGE[low-high] in it stands for a number between the two. A pattern that\n"
-    "does not match is compared as plain text, without letter case.\n"
-    "Exit status: 0 it matches; 1 it does not; 2 wrong usage; 3 undetermined: the pattern\n"
-    "took too much work; 4 internal error.\n"
+    "The pattern is a regular expression that is searched for in the value, with\n"
+    "letter case; VRXRRANGE[low-high] in it stands for a number between the two. A\n"
+    "pattern that does not match is compared as plain text, without letter case.\n"
+    "Exit status: 0 it matches; 1 it does not; 2 wrong usage; 3 undetermined: the\n"
+    "pattern took too much work; 4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory match '^Intel.*Xeon' 'Intel(R) Xeon(R) Gold 6130'\n"
@@ -59,7 +59,9 @@ void addMatchCommand(CLI::App& parent, Session& session) {
     command.footer(FOOTER);
     command.callback([options, &session] {
         options->applyLogging(session);
-        session.action = [options, &session] { return match(*options, session); };
+        session.action = [options, &session] {
+            return match(*options, session);
+        };
     });
 }
 

@@ -5,6 +5,7 @@
 #include "host/commands/CommonOptions.h"
 #include "host/commands/XmlFileProblem.h"
 #include "host/report/PartsReport.h"
+#include "host/report/TextPieces.h"
 #include "libCommon/io/FileLoader.h"
 
 namespace vrx::host {
@@ -35,7 +36,7 @@ std::string problemOf(const std::string& path, const PartsOutcome& outcome) {
     std::string bytes;
     String reason;
     if (path == "-") {
-        return path + ": " + outcome.error.toUtf8() + "; " + EXPECTED;
+        return inputName(path) + ": " + outcome.error.toUtf8() + "; " + EXPECTED;
     }
     if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
         return fileProblem(path, reason, EXPECTED);
@@ -65,14 +66,16 @@ ExitStatus parse(const PartsParseOptions& options, const Session& session) {
 void addPartsParseCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<PartsParseOptions>();
     CLI::App& command = *parent.add_subcommand("parse", "Read a parts list and print its parts");
-    command.add_option("LIST", options->path, "The parts list")->required();
+    command.add_option("LIST", options->path, "The parts list, - for standard input")->required();
     options->addFormat(command, {"text", "json"});
     options->addOutput(command);
     options->addLogging(command);
     command.footer(FOOTER);
     command.callback([options, &session] {
         options->applyLogging(session);
-        session.action = [options, &session] { return parse(*options, session); };
+        session.action = [options, &session] {
+            return parse(*options, session);
+        };
     });
 }
 

@@ -34,7 +34,10 @@ ExitStatus say(Session& session, const CLI::App& app, const CLI::ParseError& pro
 }
 
 /// Help and version texts, which are results.
-ExitStatus print(const Session& session, const std::string& text) {
+ExitStatus print(const Session& session, std::string text) {
+    if (!text.ends_with('\n')) {
+        text += '\n';
+    }
     std::string error;
     if (!session.console.writeOut(text, error)) {
         throw CommandFailure(ExitStatus::BadInput, "cannot write to standard output: " + error);
@@ -49,7 +52,7 @@ std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv
     } catch (const CLI::CallForHelp&) {
         return print(session, app.help());
     } catch (const CLI::CallForVersion& version) {
-        return print(session, version.what() + std::string("\n"));
+        return print(session, version.what());
     } catch (const CLI::ParseError& problem) {
         return say(session, app, problem);
     }
@@ -57,7 +60,7 @@ std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv
 
 }  // namespace
 
-ExitStatus runProgram(int argc, const char* const* argv, Console& console) {
+ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     CLI::App app("Decides whether a machine holds exactly the hardware that an inventory script describes.",
                  "vrx-inventory");
     app.set_version_flag("--version", "vrx-inventory " VRX_VERSION, "Print the version and end");
@@ -65,18 +68,19 @@ ExitStatus runProgram(int argc, const char* const* argv, Console& console) {
     app.get_formatter()->column_width(26);
     app.footer(STATUSES);
 
-    Session session(console);
     addCheckCommand(app, session);
     addCheckDeviceCommand(app, session);
+    addGenerateCommand(app, session);
     addShowCommand(app, session);
     addPartsCommand(app, session);
+    addLintCommand(app, session);
     addMatchCommand(app, session);
     addCollectCommand(app, session);
     try {
         if (const std::optional<ExitStatus> ended = parse(app, argc, argv, session)) {
             return *ended;
         }
-        ErrorStreamLog log(console, session.logLevel);
+        ErrorStreamLog log(session.console, session.logLevel);
         session.log = &log;
         return session.action();
     } catch (const CommandFailure& failure) {

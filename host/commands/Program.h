@@ -1,12 +1,12 @@
 #pragma once
 
 #include "host/commands/ExitStatus.h"
-#include "host/terminal/Console.h"
+#include "host/commands/Session.h"
 
 namespace vrx::host {
 
 /// The whole program but for what `main` guards: reads the command line, runs the command, says on the console what
 /// went wrong. Broken contracts and unexpected exceptions pass through.
-ExitStatus runProgram(int argc, const char* const* argv, Console& console);
+ExitStatus runProgram(int argc, const char* const* argv, Session& session);
 
 }  // namespace vrx::host

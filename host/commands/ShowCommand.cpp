@@ -35,8 +35,8 @@ std::string textOf(const ShowOptions& options, const StateManager& store, const 
     return showText(store, machineName(options.statePath), options.hasProperties, options.textFormat(session));
 }
 
-ExitStatus show(const ShowOptions& options, const Session& session) {
-    StateManager store;
+ExitStatus show(const ShowOptions& options, Session& session) {
+    StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
     options.writeResult(session, textOf(options, store, session));
     return ExitStatus::Success;
@@ -55,7 +55,9 @@ void addShowCommand(CLI::App& parent, Session& session) {
     command.footer(FOOTER);
     command.callback([options, &session] {
         options->applyLogging(session);
-        session.action = [options, &session] { return show(*options, session); };
+        session.action = [options, &session] {
+            return show(*options, session);
+        };
     });
 }
 

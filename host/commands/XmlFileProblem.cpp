@@ -2,10 +2,12 @@
 
 #include <fmt/format.h>
 
+#include "host/report/TextPieces.h"
+
 namespace vrx::host {
 
 std::string fileProblem(const std::string& name, const String& reason, const char* expected) {
-    return fmt::format("{}: {}; {}", name, reason.toUtf8(), expected);
+    return fmt::format("{}: {}; {}", inputName(name), reason.toUtf8(), expected);
 }
 
 std::string xmlProblem(const std::string& name, const XmlDocument& failed, const char* expected) {
@@ -14,7 +16,7 @@ std::string xmlProblem(const std::string& name, const XmlDocument& failed, const
 }
 
 std::string problemAt(const std::string& name, std::uint32_t row, std::uint32_t column, const std::string& text) {
-    return fmt::format("{}:{}:{}: {}", name, std::uint64_t{row} + 1, std::uint64_t{column} + 1, text);
+    return fmt::format("{}:{}:{}: {}", inputName(name), std::uint64_t{row} + 1, std::uint64_t{column} + 1, text);
 }
 
 }  // namespace vrx::host

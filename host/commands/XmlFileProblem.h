@@ -5,7 +5,8 @@
 
 #include "libCommon/xml/XmlDocument.h"
 
-/// One line about a file that is of no use: which file, where, what is wrong, what was expected.
+/// One line about a file that is of no use: which file, where, what is wrong, what was expected. The name is the path
+/// as given.
 namespace vrx::host {
 
 /// The file cannot be read: "name: reason; expected ...".

@@ -8,11 +8,10 @@ namespace {
 
 const XmlElement* search(const XmlElement& element, bool isInsidePart) {
     const bool isPart = isNamed(element, u"part");
-    const bool isOr = isNamed(element, u"or");
-    if (isOr && isInsidePart && element.FirstChildElement() != nullptr) {
+    if (isUndecidableOr(element, isInsidePart)) {
         return &element;
     }
-    const bool isVisited = isPart || isOr || isNamed(element, u"and") || isNamed(element, u"not") ||
+    const bool isVisited = isPart || isNamed(element, u"or") || isNamed(element, u"and") || isNamed(element, u"not") ||
                            isNamed(element, u"inventory-check");
     if (!isVisited) {
         return nullptr;
@@ -26,6 +25,10 @@ const XmlElement* search(const XmlElement& element, bool isInsidePart) {
 }
 
 }  // namespace
+
+bool isUndecidableOr(const XmlElement& element, bool isInsidePart) noexcept {
+    return isInsidePart && isNamed(element, u"or") && element.FirstChildElement() != nullptr;
+}
 
 const XmlElement* findOrInsidePart(const XmlElement& root) { return search(root, false); }
 

@@ -1,5 +1,6 @@
 #include "host/report/CheckJsonReport.h"
 
+#include "host/report/DeviceSpecJson.h"
 #include "host/report/EventJson.h"
 #include "host/report/JsonWriter.h"
 #include "host/report/ScriptFinding.h"
@@ -8,19 +9,6 @@
 namespace vrx::host {
 
 namespace {
-
-void writeDevices(JsonWriter& json, const Array<Inventory::DeviceSpec>& devices) {
-    json.beginArray();
-    for (const Inventory::DeviceSpec& device : devices) {
-        json.beginObject();
-        json.key("name").value(device.name);
-        json.key("type").value(device.type);
-        json.key("hwLocator").value(device.hwLocator);
-        json.key("osLocator").value(device.osLocator);
-        json.endObject();
-    }
-    json.endArray();
-}
 
 void writeFindings(JsonWriter& json, const XmlDocument* annotatedScript) {
     json.beginArray();

@@ -15,11 +15,11 @@
 namespace vrx::host {
 
 enum class Verdict {
-    NotRun,            ///< the script or the machine could not be loaded
+    NotRun,  ///< the script or the machine could not be loaded
     Passed,
     Failed,
-    NothingToCheck,    ///< the script asks for nothing
-    Undecided,         ///< patterns were given up at their work limit, and another answer to them could change the result
+    NothingToCheck,  ///< the script asks for nothing
+    Undecided,       ///< patterns were given up at their work limit, and another answer to them could change the result
 };
 
 /// Everything that a report of a check is made from. Documents and devices are borrowed.

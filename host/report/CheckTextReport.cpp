@@ -19,10 +19,8 @@ namespace vrx::host {
 namespace {
 
 std::string machineText(const CheckOutcome& outcome) {
-    const std::string name = !outcome.state         ? "this machine"
-                             : *outcome.state == "-" ? "standard input"
-                                                     : printable(std::string_view(*outcome.state));
-    return name + " (" + counted(outcome.machine->deviceCount(), "device") + ")";
+    const std::string name = outcome.state ? inputName(*outcome.state) : "this machine";
+    return printable(std::string_view(name)) + " (" + counted(outcome.machine->deviceCount(), "device") + ")";
 }
 
 std::string orDash(const std::string& text) { return text.empty() ? "-" : text; }
@@ -66,16 +64,15 @@ Headline headlineOf(const CheckOutcome& outcome) {
     }
     const bool onlyExtra = outcome.inventorySatisfied.value_or(false);
     return {"FAILED", Style::Bad,
-            onlyExtra ? "everything asked for is there, and devices that must not be"
+            onlyExtra ? "everything asked for is there, but there are devices too many"
                       : "the machine does not hold what the script asks for"};
 }
 
 void writeHead(std::string& out, const CheckOutcome& outcome, const TextFormat& format) {
     const Headline headline = headlineOf(outcome);
-    const std::string indent(std::string(headline.verdict).size() + 2, ' ');
     out += styled(headline.verdict, headline.style, format.colour) + "  " + headline.sentence + "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
-    table.addRow({"script", printable(std::string_view(outcome.script)) + " (" +
+    table.addRow({"script", printable(std::string_view(inputName(outcome.script))) + " (" +
                                 counted(outcome.content.devices, "device element") + ")"});
     table.addRow({"machine", machineText(outcome)});
     table.write(out, format);
@@ -84,9 +81,10 @@ void writeHead(std::string& out, const CheckOutcome& outcome, const TextFormat& 
 }  // namespace
 
 std::string checkTextReport(const CheckOutcome& outcome, const TextFormat& format) {
+    const std::string script = inputName(outcome.script);
     std::string out;
     writeHead(out, outcome, format);
-    const std::string notices = noticeText(outcome.events, outcome.script, format);
+    const std::string notices = noticeText(outcome.events, script, format);
     if (!notices.empty()) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
@@ -98,7 +96,7 @@ std::string checkTextReport(const CheckOutcome& outcome, const TextFormat& forma
     const Array<Inventory::DeviceSpec> missing = missingDevices(outcome.missing, *outcome.annotatedScript);
     writeDevices(out, "Missing devices", missing, true, format);
     writeDevices(out, "Extra devices", outcome.extra, false, format);
-    const FindingText findings = findingText(findingsOf(*outcome.annotatedScript), outcome.script, outcome.machine, format);
+    const FindingText findings = findingText(findingsOf(*outcome.annotatedScript), script, outcome.machine, format);
     if (findings.count > 0) {
         out += "\n" + styled(fmt::format("Findings: {}", findings.count), Style::Bold, format.colour) + "\n" +
                findings.text;

@@ -3,9 +3,9 @@
 #include "host/terminal/PrintableText.h"
 #include "host/terminal/Style.h"
 #include "host/terminal/TextTable.h"
+#include "libCommon/xml/XmlDocument.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/results/TipImp.h"
-#include "libCommon/xml/XmlDocument.h"
 
 namespace vrx::host {
 
@@ -41,11 +41,11 @@ std::string indentedScript(const String& xml) {
 }  // namespace
 
 std::string deviceCheckText(const DeviceCheckOutcome& outcome, const IDeviceImp& device, const TextFormat& format) {
-    std::string out = outcome.askedForNothing ? styled("NOTHING CHECKED", Style::Caution, format.colour) +
-                                                    "  the content asks for no property\n"
-                      : outcome.passed ? styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n"
-                                       : styled("FAILED", Style::Bad, format.colour) +
-                                             "  the device does not meet the content\n";
+    std::string out =
+        outcome.askedForNothing
+            ? styled("NOTHING CHECKED", Style::Caution, format.colour) + "  the content asks for no property\n"
+        : outcome.passed ? styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n"
+                         : styled("FAILED", Style::Bad, format.colour) + "  the device does not meet the content\n";
     TextTable table(2, {Style::Dim, Style::Plain});
     table.addRow({"device", printable(device.type().toString().view()) + "  " + printable(device.name().view())});
     table.addRow({"guid", printable(device.guid().view())});

@@ -1,9 +1,9 @@
 /// The text of findings.
 ///
-/// The engine's messages stand on `device` elements and on the `property` elements inside them, those of every candidate
-/// one after the other. Here a device and everything inside it is one block: a heading with the device's place, what the
-/// device itself lacks, then the properties that the nearest candidate fails, each with its own place. Other elements
-/// (groups, rules, the root) are a line each. Blocks come in the order of the script.
+/// The engine's messages stand on `device` elements and on the `property` elements inside them, those of every
+/// candidate one after the other. Here a device and everything inside it is one block: a heading with the device's
+/// place, what the device itself lacks, then the properties that the nearest candidate fails, each with its own place.
+/// Other elements (groups, rules, the root) are a line each. Blocks come in the order of the script.
 
 #include "host/report/FindingText.h"
 
@@ -103,7 +103,9 @@ private:
                 addMismatches(*finding, mismatches);
             }
         }
-        if (!mismatches.empty()) {
+        if (m_file.empty()) {
+            writeAll(mismatches);
+        } else if (!mismatches.empty()) {
             writeNearest(device, mismatches);
         } else if (m_text.size() == before) {
             writeLines(2, hasLogic(device) ? "no device left for it: none meets all that it asks for, or those that do "
@@ -147,7 +149,11 @@ private:
         line += name.empty() ? "" : ": " + printable(name);
         line += locator.empty() ? "" : (name.empty() ? ": at " : ", at ") + printable(locator);
         writeLines(2, line, Style::Dim);
-        for (const PropertyMismatch& mismatch : nearest.mismatches) {
+        writeAll(nearest.mismatches);
+    }
+
+    void writeAll(const std::vector<PropertyMismatch>& mismatches) {
+        for (const PropertyMismatch& mismatch : mismatches) {
             writeMismatch(mismatch);
         }
     }
@@ -213,7 +219,8 @@ private:
             line += (i == 0 ? "expected  " : std::string(LABEL, ' ')) + styled(leftText, Style::Good, m_format.colour);
             if (i < right.size()) {
                 line.append(half - LABEL - displayWidth(leftText), ' ');
-                line += (i == 0 ? "found     " : std::string(LABEL, ' ')) + styled(right[i], Style::Bad, m_format.colour);
+                line +=
+                    (i == 0 ? "found     " : std::string(LABEL, ' ')) + styled(right[i], Style::Bad, m_format.colour);
             }
             m_text += line + "\n";
         }

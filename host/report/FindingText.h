@@ -15,7 +15,8 @@ struct FindingText {
     std::size_t count = 0;
 };
 
-/// `file` is the script's path, for the places; empty leaves the places out. Extra devices are left out: reports list them by themselves. With
+/// `file` is the script's path, for the places; empty in a check of one device, which has no script and no other
+/// candidates. Extra devices are left out: reports list them by themselves. With
 /// `machine` (may be null) the text names candidates and what the machine has instead.
 FindingText findingText(const std::vector<ScriptFinding>& findings, const std::string& file,
                         const StateManager* machine, const TextFormat& format);

@@ -103,8 +103,8 @@ private:
         if (m_machine == nullptr) {
             return nullptr;
         }
-        const auto& devices = identity.isName ? m_machine->devicesByName(identity.text)
-                                              : m_machine->devicesByHwLocator(identity.text);
+        const auto& devices =
+            identity.isName ? m_machine->devicesByName(identity.text) : m_machine->devicesByHwLocator(identity.text);
         const IDeviceImp* found = nullptr;
         std::size_t occurrence = 0;
         for (const auto& device : devices) {

@@ -25,8 +25,8 @@ std::string orDash(const String& text) { return text.isEmpty() ? "-" : printable
 }  // namespace
 
 std::string partsText(const PartsOutcome& outcome, const std::string& path, const TextFormat& format) {
-    std::string out =
-        printable(std::string_view(path)) + ": " + counted(outcome.parts.size(), "part") + " with a description\n";
+    std::string out = printable(std::string_view(inputName(path))) + ": " + counted(outcome.parts.size(), "part") +
+                      " with a description\n";
     if (outcome.result == Inventory::PartsBlank) {
         for (const std::string& line : wrapped("blank: " + blankNames(outcome.error), format.width)) {
             out += styled(line, Style::Bad, format.colour) + "\n";

@@ -17,8 +17,8 @@ struct PropertyMismatch {
     String deviceName;      ///< of the candidate; only when absent
 };
 
-/// Splits the messages of a `property` element into mismatches, in the order of the candidates; what is none is added to
-/// `rest`.
+/// Splits the messages of a `property` element into mismatches, in the order of the candidates; what is none is added
+/// to `rest`.
 std::vector<PropertyMismatch> mismatchesOf(const ScriptFinding& finding, Array<String>& rest);
 
 /// The value or values that a `property` element asks for, readable.

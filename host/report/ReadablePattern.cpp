@@ -35,8 +35,8 @@ StringView withoutAnchors(StringView pattern) noexcept {
     return pattern;
 }
 
-/// Reads "VRXRRANGE[low-high]" at the start of `rest` and takes it away. A tolerance around a negative number is written
-/// with the high bound first; people read the low one first.
+/// Reads "VRXRRANGE[low-high]" at the start of `rest` and takes it away. A tolerance around a negative number is
+/// written with the high bound first; people read the low one first.
 std::optional<String> takeRange(StringView& rest) {
     const StringView marker = Regex::VRXRRANGE();
     if (!rest.starts_with(marker) || rest.size() <= marker.size() || rest[marker.size()] != u'[') {
@@ -84,8 +84,17 @@ std::optional<String> plainText(StringView rest) {
 }  // namespace
 
 std::string readablePattern(StringView pattern) {
-    const std::optional<String> text = plainText(withoutAnchors(pattern));
-    return text ? printableValue(*text) : "pattern " + printable(pattern);
+    const StringView inside = withoutAnchors(pattern);
+    const bool hasStart = !pattern.empty() && pattern.front() == u'^';
+    const bool hasEnd = inside.size() + (hasStart ? 1 : 0) < pattern.size();
+    if (const std::optional<String> text = plainText(inside)) {
+        // Without any anchor it is most likely meant as the whole text, and compared so as well.
+        const char* const before = hasStart == hasEnd ? "" : hasStart ? "begins with " : "ends with ";
+        return before + printableValue(*text);
+    }
+    // One anchor alone, or anchors around alternatives, mean more than "the whole value".
+    const bool isWhole = hasStart && hasEnd && inside.find(u'|') == StringView::npos;
+    return "pattern " + printable(isWhole ? inside : pattern);
 }
 
 }  // namespace vrx::host

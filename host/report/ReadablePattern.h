@@ -7,7 +7,7 @@
 namespace vrx::host {
 
 /// A pattern of a script as a person reads it, fit for a terminal: without anchors and escapes, numeric ranges as
-/// "low..high". A true regular expression stands as it is, after the word "pattern".
+/// "low..high". A true regular expression keeps its escapes and stands after the word "pattern".
 std::string readablePattern(StringView pattern);
 
 }  // namespace vrx::host

@@ -21,7 +21,8 @@ std::string titleOf(const IDeviceImp& device) {
 }
 
 void addToTree(TextTable& table, const IDeviceImp& device, std::size_t depth) {
-    table.addRow({std::string(2 * depth, ' ') + titleOf(device), orDash(device.hwLocator()), orDash(device.osLocator())});
+    table.addRow(
+        {std::string(2 * depth, ' ') + titleOf(device), orDash(device.hwLocator()), orDash(device.osLocator())});
     for (const auto& child : device.children()) {
         addToTree(table, *child, depth + 1);
     }

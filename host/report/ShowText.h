@@ -7,7 +7,8 @@
 
 namespace vrx::host {
 
-/// The machine for people: its devices as a tree, with their locators, or with `withProperties` a block for each device.
+/// The machine for people: its devices as a tree, with their locators, or with `withProperties` a block for each
+/// device.
 std::string showText(const StateManager& store, const std::string& machine, bool withProperties,
                      const TextFormat& format);
 

@@ -8,6 +8,8 @@ std::string counted(std::size_t count, const std::string& noun) {
     return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
+std::string inputName(const std::string& path) { return path == "-" ? "standard input" : path; }
+
 std::string durationText(std::chrono::steady_clock::duration duration) {
     const double milliseconds = std::chrono::duration<double, std::milli>(duration).count();
     if (milliseconds < 9.95) {

@@ -9,9 +9,9 @@ namespace vrx::host {
 
 /// A line on a terminal that tells how many combinations of alternatives a check has tried, for checks that take long.
 ///
-/// The engine reports no progress to observers; its run-level log lines count the combinations, so this listens to them.
-/// The line appears after a second, is rewritten a few times a second, and is wiped away at the end. On anything but a
-/// terminal nothing is listened to and nothing is shown.
+/// The engine reports no progress to observers; its run-level log lines count the combinations, so this listens to
+/// them. The line appears after a second, is rewritten a few times a second, and is wiped away at the end. On anything
+/// but a terminal nothing is listened to and nothing is shown.
 class CombinationProgress final : public LogSink {
 public:
     /// `level` is the level that lines are shown at; progress needs run-level lines as well.

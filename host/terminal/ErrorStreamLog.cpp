@@ -36,9 +36,9 @@ ErrorStreamLog::~ErrorStreamLog() { Logger::removeSink(*this); }
 
 void ErrorStreamLog::writeLine(const std::string& loggerName, LogPriority priority, StringView message) {
     const StringView text = withoutSourceLine(message);
-    if (m_capture != nullptr && priority == LogPriority::Error && loggerName == ENGINE) {
-        m_capture->m_texts.append(String(text));
-    } else {
+    if (m_capture != nullptr && priority >= LogPriority::Warning && loggerName == ENGINE) {
+        m_capture->m_lines.emplace_back(priority, text);
+    } else if (m_hushed.empty() || loggerName != ENGINE || !text.starts_with(m_hushed)) {
         show(priority, text);
     }
 }
@@ -53,11 +53,25 @@ ErrorStreamLog::Capture::Capture(ErrorStreamLog& log) : m_log(log) { m_log.m_cap
 
 ErrorStreamLog::Capture::~Capture() { m_log.m_capture = nullptr; }
 
+Array<String> ErrorStreamLog::Capture::errors() const {
+    Array<String> texts;
+    for (const auto& [priority, text] : m_lines) {
+        if (priority == LogPriority::Error) {
+            texts.append(text);
+        }
+    }
+    return texts;
+}
+
 void ErrorStreamLog::Capture::show() {
     m_log.m_capture = nullptr;
-    for (const String& text : m_texts) {
-        m_log.show(LogPriority::Error, text);
+    for (const auto& [priority, text] : m_lines) {
+        m_log.show(priority, text);
     }
 }
+
+ErrorStreamLog::Hush::Hush(ErrorStreamLog& log, StringView beginning) : m_log(log) { m_log.m_hushed = beginning; }
+
+ErrorStreamLog::Hush::~Hush() { m_log.m_hushed = StringView(); }
 
 }  // namespace vrx::host

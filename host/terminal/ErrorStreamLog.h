@@ -1,5 +1,8 @@
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "host/terminal/Console.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/logging/Logger.h"
@@ -8,8 +11,8 @@ namespace vrx::host {
 
 /// Shows log lines of the chosen level and above on standard error, one line each, while it lives.
 ///
-/// Errors of the engine pass the loggers' gates at every level: a command listens to them (see Capture) to say in its own
-/// words why a file does not load.
+/// Errors of the engine pass the loggers' gates at every level: a command listens to them (see Capture) to say in its
+/// own words why a file does not load.
 class ErrorStreamLog final : public LogSink {
 public:
     ErrorStreamLog(Console& console, LogPriority level);
@@ -19,8 +22,8 @@ public:
 
     void writeLine(const std::string& loggerName, LogPriority priority, StringView message) override;
 
-    /// While one lives, the engine's error lines are kept back: a command that reports a failure itself drops them, any
-    /// other shows them.
+    /// While one lives, the engine's warnings and errors are kept back: a command that reports a failure itself drops
+    /// them, any other shows them.
     class Capture {
     public:
         explicit Capture(ErrorStreamLog& log);
@@ -28,8 +31,8 @@ public:
         Capture(const Capture&) = delete;
         Capture& operator=(const Capture&) = delete;
 
-        /// The texts of the lines so far, without the source line numbers that they begin with.
-        const Array<String>& texts() const noexcept { return m_texts; }
+        /// The texts of the errors so far, without the source line numbers that they begin with.
+        Array<String> errors() const;
 
         /// Ends the capture and shows what was kept back.
         void show();
@@ -37,7 +40,20 @@ public:
     private:
         friend class ErrorStreamLog;
         ErrorStreamLog& m_log;
-        Array<String> m_texts;
+        std::vector<std::pair<LogPriority, String>> m_lines;
+    };
+
+    /// While one lives, lines of the engine that begin with a text are not shown: a command expects them, or says the
+    /// same in its own words. `beginning` must live as long.
+    class Hush {
+    public:
+        Hush(ErrorStreamLog& log, StringView beginning);
+        ~Hush();
+        Hush(const Hush&) = delete;
+        Hush& operator=(const Hush&) = delete;
+
+    private:
+        ErrorStreamLog& m_log;
     };
 
 private:
@@ -46,6 +62,7 @@ private:
     Console& m_console;
     LogPriority m_level;
     Capture* m_capture = nullptr;
+    StringView m_hushed;  ///< beginning of lines that are not shown; empty for none
 };
 
 }  // namespace vrx::host

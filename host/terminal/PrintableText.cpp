@@ -15,9 +15,9 @@ struct CodePointRange {
     std::uint32_t last;
 };
 
-constexpr CodePointRange WIDE[] = {{0x1100, 0x115F}, {0x2E80, 0xA4CF},   {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},
-                                   {0xFE30, 0xFE6F}, {0xFF00, 0xFF60},   {0xFFE0, 0xFFE6},   {0x1F300, 0x1FAFF},
-                                   {0x20000, 0x3FFFD}};
+constexpr CodePointRange WIDE[] = {{0x1100, 0x115F}, {0x2E80, 0xA4CF},   {0xAC00, 0xD7A3},
+                                   {0xF900, 0xFAFF}, {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
+                                   {0xFFE0, 0xFFE6}, {0x1F300, 0x1FAFF}, {0x20000, 0x3FFFD}};
 constexpr CodePointRange WITHOUT_WIDTH[] = {{0x0300, 0x036F}, {0x200B, 0x200D}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}};
 
 template <std::size_t N>
@@ -59,8 +59,7 @@ unsigned widthOf(std::string_view character) noexcept {
     if (character.size() < 2) {
         return 1;
     }
-    auto codePoint = static_cast<std::uint32_t>(static_cast<unsigned char>(character[0])) &
-                     (0x7Fu >> character.size());
+    auto codePoint = static_cast<std::uint32_t>(static_cast<unsigned char>(character[0])) & (0x7Fu >> character.size());
     for (const char next : character.substr(1)) {
         codePoint = codePoint << 6 | (static_cast<unsigned char>(next) & 0x3Fu);
     }
@@ -123,14 +122,19 @@ unsigned displayWidth(std::string_view utf8) {
 }
 
 std::vector<std::string> wrapped(std::string_view utf8, unsigned width) {
+    const std::size_t blanks = std::min(utf8.find_first_not_of(' '), utf8.size());
+    const std::size_t hanging = blanks > 0 && blanks + 2 <= width / 2 ? blanks + 2 : 0;
     std::vector<std::string> lines;
+    std::string indent(hanging > 0 ? blanks : 0, ' ');
+    utf8.remove_prefix(indent.size());
     do {
-        const std::size_t length = fittingLength(utf8, width);
-        lines.emplace_back(utf8.substr(0, length));
+        const std::size_t length = fittingLength(utf8, width - static_cast<unsigned>(indent.size()));
+        lines.push_back(indent + std::string(utf8.substr(0, length)));
         utf8.remove_prefix(length);
         if (!utf8.empty() && utf8.front() == ' ') {
             utf8.remove_prefix(1);  // the blank that the line was broken at
         }
+        indent.assign(hanging, ' ');
     } while (!utf8.empty());
     return lines;
 }

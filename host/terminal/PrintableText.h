@@ -21,7 +21,8 @@ std::string printableValue(StringView text);
 /// Columns that printable UTF-8 text takes on a terminal.
 unsigned displayWidth(std::string_view utf8);
 
-/// Breaks printable UTF-8 text into lines of at most `width` columns, at blanks where there are any. At least one line.
+/// Breaks printable UTF-8 text into lines of at most `width` columns, at blanks where there are any. Lines after the
+/// first of an indented text are indented two blanks further. At least one line. Requires: width is not 0.
 std::vector<std::string> wrapped(std::string_view utf8, unsigned width);
 
 }  // namespace vrx::host

@@ -34,6 +34,9 @@ void Inventory::reportNotUnderNot(const XmlElement& element) {
 }
 
 void Inventory::raiseTestFailed() {
+    if (m_state->m_observers.isEmpty()) {
+        return;
+    }
     TestRunEventImp event(eventSource::NAME, eventSource::TEST_FAILED);
     event.setEventOccurence(eventSource::TEST_ENDED, String::EMPTY, eventSource::SOURCE_FILE, __LINE__);
     event.addTip(std::make_unique<InventoryXmlTip>(m_state->m_script.toString()).release());

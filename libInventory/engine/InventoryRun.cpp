@@ -77,7 +77,12 @@ bool Inventory::runCombinations(XmlElement* root, bool* inventorySatisfied, unsi
         if (!anySatisfied) {
             checkForExtraDevices(!state.m_failOnExtraElements.isEmpty(), slot::BEST, passNumber);
         }
-        gatherErrorsAndCleanUserData(root, slot::BEST);
+        // Of a run that shares a match cache only the extra devices are read, and those are filed at the root.
+        if (state.m_matchCache != nullptr && !inventoryLog().isEnabled(LogPriority::Debug)) {
+            gatherErrorsForElement(root, slot::BEST);
+        } else {
+            gatherErrorsAndCleanUserData(root, slot::BEST);
+        }
     }
     if (inventorySatisfied != nullptr) {
         *inventorySatisfied = status || anySatisfied;

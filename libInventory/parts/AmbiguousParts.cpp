@@ -5,9 +5,9 @@
 /// only one with that many; then every other part whose devices the best match has all is to be discarded. In a tie
 /// nothing is. A group is recorded once, whichever of its parts it was found from.
 ///
-/// A part that stands several times in the list gives the same group every time, so it is looked at once. The entries
-/// of the table that hold a name are found through an index, so that the cost grows with what is shared and not with
-/// the number of devices times the number of parts.
+/// A part that stands several times in the list gives the same group every time, and so do parts that stand in the same
+/// entries of the table, so each set of entries is looked at once. The entries that hold a name are found through an
+/// index, so that the cost grows with what is shared and not with the number of devices times the number of parts.
 
 #include "libInventory/parts/AmbiguousParts.h"
 
@@ -55,9 +55,13 @@ public:
     }
 
     void examine(const PartSpec& part) {
+        const auto entries = m_entriesByName.find(part.name);
+        if (entries == m_entriesByName.end() || !m_examined.insert(entries->second).second) {
+            return;
+        }
         PartArray group;
         String names;
-        collectGroup(part, group, names);
+        collectGroup(entries->second, group, names);
         if (group.size() < 2) {
             return;
         }
@@ -73,6 +77,9 @@ public:
     }
 
 private:
+    /// The lists of the table that hold a part: all that its group depends on.
+    using Entries = std::vector<const PartArray*>;
+
     /// The same for all orders of the same names.
     static std::size_t hashOfSet(const PartArray& group) noexcept {
         std::size_t sum = 0;
@@ -82,13 +89,9 @@ private:
         return sum;
     }
 
-    void collectGroup(const PartSpec& part, PartArray& group, String& names) const {
-        const auto entries = m_entriesByName.find(part.name);
-        if (entries == m_entriesByName.end()) {
-            return;
-        }
+    void collectGroup(const Entries& entries, PartArray& group, String& names) const {
         NameSet joined;
-        for (const PartArray* const entry : entries->second) {
+        for (const PartArray* const entry : entries) {
             for (const PartSpec& candidate : *entry) {
                 if (m_wanted.contains(candidate.name) && joined.insert(candidate.name).second) {
                     VRX_LOG(inventoryLog(), LogPriority::Debug, u" matching ambiguous name: " << candidate.name);
@@ -129,7 +132,8 @@ private:
     PartArray& m_discard;
     Array<PartArray>& m_groups;
     NameSet m_wanted;
-    boost::unordered_flat_map<StringView, std::vector<const PartArray*>, TextHash> m_entriesByName;
+    boost::unordered_flat_map<StringView, Entries, TextHash> m_entriesByName;
+    boost::unordered_flat_set<Entries> m_examined;
     boost::unordered_flat_map<std::size_t, std::vector<std::size_t>> m_groupsByHash;
 };
 

@@ -1,7 +1,6 @@
 /// Which parts, and how many of each, the machine holds.
 ///
-/// 1. Each part is counted on its own: scripts of 1, 2, 3 ... copies are checked until one is not met. These checks
-/// share
+/// 1. Each part is counted on its own: scripts of 1, 2, 3 ... copies are checked until one is not met. The checks share
 ///    one table, which so learns which devices each part could claim.
 /// 2. All instances together are checked at once, behind the base script.
 /// 3. When that fails, parts that claim the same devices are searched for. Those that another part clearly explains are
@@ -11,13 +10,15 @@
 /// share a cache of candidates.
 ///
 /// A part that needs no device would match for ever; it is given up once more copies have matched than there are
-/// devices.
+/// devices. Where every device of a part lies under a `not` one copy tells: a forbidden device counts as found when
+/// anything ever matched it, so copies do not take devices from each other.
 
 #include "libInventory/Inventory.h"
 #include "libInventory/parts/AmbiguousParts.h"
 #include "libInventory/parts/PartComparison.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/MatchCache.h"
+#include "libInventory/support/ScriptVocabulary.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
@@ -47,6 +48,29 @@ void distinctParts(PartArray& out, const Inventory::DeviceToPartsTable& table) {
     }
 }
 
+/// Whether each copy of the part takes a device of its own: some `device` element lies under no `not`.
+bool takesDevices(const XmlElement& element) {
+    switch (vocabulary::kindOf(element)) {
+        case vocabulary::ElementKind::Device: return true;
+        case vocabulary::ElementKind::Part:
+        case vocabulary::ElementKind::And:
+        case vocabulary::ElementKind::Or:
+        case vocabulary::ElementKind::InventoryCheck: break;
+        default: return false;
+    }
+    for (const XmlElement* child = element.FirstChildElement(); child != nullptr; child = child->NextSiblingElement()) {
+        if (takesDevices(*child)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool takesDevices(const PartSpec& part) {
+    XmlDocument document;
+    return !document.Parse(part.xml) || takesDevices(*document.RootElement());
+}
+
 void logMatchedParts(const Inventory::DeviceToPartsTable& table, const StateManager& state) {
     PartArray matched;
     distinctParts(matched, table);
@@ -73,7 +97,7 @@ public:
         String copies = part.xml;
         std::uint32_t count = 1;
         while (matchParts(wrapped(copies), singlePartTable, nullptr, m_state, &m_matchCache)) {
-            if (count > m_store.deviceCount()) {
+            if (count > m_store.deviceCount() || (count == 1 && !takesDevices(part))) {
                 VRX_LOG(inventoryLog(), LogPriority::Warning,
                         u"checkPart : " << part.name << u" needs no device of the machine, so it has no instance");
                 return 0;
@@ -113,7 +137,7 @@ void discardCopies(PartArray& fullParts, const PartArray& discard) {
         for (std::size_t i = 0; i < fullParts.size(); ++i) {
             if (fullParts[i] == part) {
                 VRX_LOG(inventoryLog(), LogPriority::Debug,
-                        u"2nd Try Discarding part name: " << part.name << u" xml: " << part.xml);
+                        u"2nd Try Discarding part name: " << part.name << u" xml: " << fullParts[i].xml);
                 fullParts.remove(i);
                 break;
             }

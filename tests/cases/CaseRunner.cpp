@@ -1,5 +1,5 @@
-/// Runs every case of tests/cases and compares what the program did with tests/golden. With --update the golden files are
-/// written instead; look at their difference before you keep it.
+/// Runs every case of tests/cases and compares what the program did with tests/golden. With --update the golden files
+/// are written instead; look at their difference before you keep it.
 ///
 /// A case is a text file:
 ///
@@ -142,8 +142,8 @@ std::vector<std::string> caseNames() {
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, CaseTest, testing::ValuesIn(caseNames()), [](const auto& info) {
-    std::string name = info.param;
+INSTANTIATE_TEST_SUITE_P(Cases, CaseTest, testing::ValuesIn(caseNames()), [](const auto& theCase) {
+    std::string name = theCase.param;
     std::replace(name.begin(), name.end(), '-', '_');
     return name;
 });

@@ -43,7 +43,8 @@ inline int runWith(TestConsole& console, const std::vector<std::string>& argumen
     for (const std::string& argument : arguments) {
         argv.push_back(argument.c_str());
     }
-    return static_cast<int>(runProgram(static_cast<int>(argv.size()), argv.data(), console));
+    Session session(console);
+    return static_cast<int>(runProgram(static_cast<int>(argv.size()), argv.data(), session));
 }
 
 }  // namespace vrx::host

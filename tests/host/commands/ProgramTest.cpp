@@ -45,8 +45,8 @@ protected:
     TestConsole console;
 
 private:
-    std::filesystem::path m_folder = std::filesystem::path(testing::TempDir()) /
-                                     ("vrx-program-" + std::to_string(getpid()));
+    std::filesystem::path m_folder =
+        std::filesystem::path(testing::TempDir()) / ("vrx-program-" + std::to_string(getpid()));
 };
 
 TEST_F(ProgramTest, AnswersWrongUsageInOneLine) {
@@ -99,7 +99,8 @@ TEST_F(ProgramTest, WritesResultsToAFileInOneStep) {
 
 TEST_F(ProgramTest, FailsWhenStandardOutputCannotBeWritten) {
     console.outError = "No space left on device";
-    for (const std::vector<std::string>& usage : {std::vector<std::string>{"show", "--state", MACHINE}, {"--version"}}) {
+    for (const std::vector<std::string>& usage :
+         {std::vector<std::string>{"show", "--state", MACHINE}, {"--version"}}) {
         EXPECT_EQ(run(usage), 2);
         EXPECT_EQ(console.err, "vrx-inventory: cannot write to standard output: No space left on device\n");
     }
@@ -109,16 +110,17 @@ TEST_F(ProgramTest, EscapesWhatFilesHold) {
     const std::string script =
         write("s.xml", "<inventory-check><device type='Fan' name='\033[31m'/><x y='\u202E'/></inventory-check>");
     EXPECT_EQ(run({"check", script, "--state", MACHINE}), 1);
-    EXPECT_THAT(console.out, HasSubstr("Fan   \\u001B[31m"));
+    EXPECT_THAT(console.out, HasSubstr("Fan   pattern \\u001B[31m"));
     EXPECT_THAT(console.out, HasSubstr("unknown element <x y=\"\\u202E\"/>"));
     EXPECT_EQ(console.out.find_first_of("\033\u202E"), std::string::npos);
 }
 
 TEST_F(ProgramTest, KeepsTheEnginesLinesForThoseWhoAsk) {
     const std::string script = write("s.xml", "<inventory-check><device type='Fan'/></inventory-check>");
-    const std::string machine = write("m.xml",
-                                      "<SysInfo><Device type='Fan' name='F'><property key='S' value='1' units='fathoms'/>"
-                                      "</Device></SysInfo>");
+    const std::string machine =
+        write("m.xml",
+              "<SysInfo><Device type='Fan' name='F'><property key='S' value='1' units='fathoms'/>"
+              "</Device></SysInfo>");
     EXPECT_EQ(run({"check", script, "--state", machine}), 0);
     EXPECT_EQ(console.err, "vrx-inventory: error: Could not find UnitType for string: fathoms\n");
     EXPECT_EQ(run({"check", script, "--state", machine, "--log-level", "off"}), 0);

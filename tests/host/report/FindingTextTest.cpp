@@ -20,7 +20,8 @@ void addDevice(StateManager& machine, StringView type, StringView name, StringVi
                       nullptr);
 }
 
-constexpr StringView TWO_CANDIDATES = uR"(<inventory-check>
+constexpr StringView TWO_CANDIDATES =
+    uR"(<inventory-check>
 <device type="Fan">
  <property key="Speed" value="^VRXRRANGE[900-1100] RPM$"><error>bay 1 - Speed</error><error
   > Expected (regular expression): x</error><error> did not match sysinfo value  : 800 RPM</error><error
@@ -54,16 +55,18 @@ TEST(FindingText, TellsCandidatesApartByTheMessagesAlone) {
 
 TEST(FindingText, PutsLongValuesBelowEachOtherAndEscapesThem) {
     const String value = String(100, u'v') + u"&#9;";
-    const String xml = concat(u"<d><device type='Fan'><property key='K' value='a'><error>h - K</error><error> Expected "
-                              u"(regular expression): a</error><error> did not match sysinfo value  : ",
-                              value, u"</error></property></device></d>");
+    const String xml = concat(
+        u"<d><device type='Fan'><property key='K' value='a'><error>h - K</error><error> Expected "
+        u"(regular expression): a</error><error> did not match sysinfo value  : ",
+        value, u"</error></property></device></d>");
     const std::string text = findingsIn(xml).text;
     EXPECT_EQ(text,
               "s.xml:1:4  Fan\n"
               "  the only candidate: at h\n"
               "  s.xml:1:23  K\n"
               "    expected  a\n"
-              "    found     " + std::string(66, 'v') + "\n              " + std::string(34, 'v') + "\\t\n");
+              "    found     " +
+                  std::string(66, 'v') + "\n              " + std::string(34, 'v') + "\\t\n");
 }
 
 TEST(FindingText, SpeaksOfGroupsAndLeavesExtraDevicesOut) {
@@ -73,9 +76,9 @@ TEST(FindingText, SpeaksOfGroupsAndLeavesExtraDevicesOut) {
 <fail-on-extra><error>Invalid device type:  and something</error></fail-on-extra></part></inventory-check>)");
     EXPECT_EQ(findings.count, 4u);
     EXPECT_EQ(findings.text,
-              "s.xml:1:66  part lid is not complete\n"
+              "s.xml:1:60  part lid is not complete\n"
               "s.xml:2:1  none of the alternatives of this <or> is met\n"
-              "s.xml:2:45  everything in this <not> is there, and must not be\n"
+              "s.xml:2:44  everything in this <not> is there, and must not be\n"
               "s.xml:3:1  Invalid device type:  and something\n");
 }
 
@@ -84,23 +87,26 @@ TEST(FindingText, ReadsWhatADeviceItselfLacks) {
     for (const StringView name : {u"A", u"B", u"A", u"C", u"D"}) {
         addDevice(machine, u"Fan", name, u"");
     }
-    EXPECT_EQ(findingsIn(uR"(<d><device type="Fan" name="^X\.Y$"><error>No device of type: Fan with name: ^X\.Y$</error></device>
+    EXPECT_EQ(
+        findingsIn(
+            uR"(<d><device type="Fan" name="^X\.Y$"><error>No device of type: Fan with name: ^X\.Y$</error></device>
 <device type="Lamp"><error>No device of type: Lamp</error></device>
 <device type="Fan"><error>Unsatisfied device of type: Fan</error></device></d>)",
-                         &machine)
-                  .text,
-              "s.xml:1:4  Fan, X.Y\n"
-              "  expected  name X.Y                     found     A, B, C, ...\n"
-              "s.xml:2:1  Lamp\n"
-              "  expected  a device of type Lamp        found     none\n"
-              "s.xml:3:1  Fan\n"
-              "  no device left for it: those that fit serve other elements\n");
+            &machine)
+            .text,
+        "s.xml:1:4  Fan, X.Y\n"
+        "  expected  name X.Y                     found     A, B, C, ...\n"
+        "s.xml:2:1  Lamp\n"
+        "  expected  a device of type Lamp        found     none\n"
+        "s.xml:3:1  Fan\n"
+        "  no device left for it: those that fit serve other elements\n");
 }
 
 TEST(MissingDevices, LeavesOutWhatTheMachineMustNotHave) {
     XmlDocument script;
-    ASSERT_TRUE(script.Parse(u"<inventory-check><not><and><device type='Fan'/><device type='Battery'/></and></not>"
-                             u"<device type='Battery'/></inventory-check>"));
+    ASSERT_TRUE(
+        script.Parse(u"<inventory-check><not><and><device type='Fan'/><device type='Battery'/></and></not>"
+                     u"<device type='Battery'/></inventory-check>"));
     const Array<Inventory::DeviceSpec> missing = missingDevices(
         {Inventory::DeviceSpec(u"", u"Fan", u"", u""), Inventory::DeviceSpec(u"", u"Battery", u"", u"")}, script);
     ASSERT_EQ(missing.size(), 1u);

@@ -9,6 +9,8 @@ TEST(ReadablePattern, IsWhatAPersonWouldWrite) {
     EXPECT_EQ(readablePattern(u"^2\\.1\\.0 \\(rev\\. B\\)$"), "2.1.0 (rev. B)");
     EXPECT_EQ(readablePattern(u"plain"), "plain");
     EXPECT_EQ(readablePattern(u"^5\\$$"), "5$");
+    EXPECT_EQ(readablePattern(u"^2\\.16\\."), "begins with 2.16.");
+    EXPECT_EQ(readablePattern(u"16$"), "ends with 16");
     EXPECT_EQ(readablePattern(u"^C:\\\\$"), "C:\\");
     EXPECT_EQ(readablePattern(u"^$"), "\"\"");
     EXPECT_EQ(readablePattern(u"^a\tb$"), "a\\tb");
@@ -22,9 +24,11 @@ TEST(ReadablePattern, ShowsRangesLowBoundFirst) {
 }
 
 TEST(ReadablePattern, LeavesRegularExpressionsAsTheyAre) {
-    EXPECT_EQ(readablePattern(u"^Intel.*$"), "pattern ^Intel.*$");
+    EXPECT_EQ(readablePattern(u"^Intel.*$"), "pattern Intel.*");
+    EXPECT_EQ(readablePattern(u"^Intel.*"), "pattern ^Intel.*");
+    EXPECT_EQ(readablePattern(u"^a|b$"), "pattern ^a|b$");
     EXPECT_EQ(readablePattern(u"\\d+"), "pattern \\d+");
-    EXPECT_EQ(readablePattern(u"^VRXRRANGE[low-high]$"), "pattern ^VRXRRANGE[low-high]$");
+    EXPECT_EQ(readablePattern(u"^VRXRRANGE[low-high]$"), "pattern VRXRRANGE[low-high]");
     EXPECT_EQ(readablePattern(u"^VRXRRANGE[1-2"), "pattern ^VRXRRANGE[1-2");
 }
 

@@ -35,6 +35,8 @@ TEST(PrintableText, BreaksLinesAtBlanksAndLongWordsAnywhere) {
     EXPECT_THAT(wrapped("\u4E2D\u6587", 3), ElementsAre("\u4E2D", "\u6587"));
     EXPECT_THAT(wrapped("\u4E2D", 1), ElementsAre("\u4E2D"));
     EXPECT_THAT(wrapped("", 5), ElementsAre(""));
+    EXPECT_THAT(wrapped("  one two three", 10), ElementsAre("  one two", "    three"));
+    EXPECT_THAT(wrapped("     deep", 6), ElementsAre("    ", "deep"));
 }
 
 }  // namespace

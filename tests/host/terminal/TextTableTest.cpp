@@ -17,8 +17,8 @@ TEST(TextTable, WrapsTheWidestColumnsAndLeavesNoBlanksAtLineEnds) {
     table.addRow({"Fan", "a name that does not fit", "x"});
     table.addRow({"Battery", "short", ""});
     EXPECT_EQ(textOf(table, {false, 32}),
-              "  type     name           place\n"
-              "  Fan      a name that    x\n"
+              "  type     name            place\n"
+              "  Fan      a name that     x\n"
               "           does not fit\n"
               "  Battery  short\n");
 }

@@ -85,7 +85,7 @@ T pick(const T (&table)[N], unsigned random) {
 
 }  // namespace
 
-RandomMachine::RandomMachine(unsigned seed, Devices devices) : m_random(seed) {
+RandomMachine::RandomMachine(unsigned seed, Devices devices) : m_random(seed), m_devices(devices) {
     const bool areAllPlain = devices == Devices::LookAlikes;
     for (unsigned i = 4 + below(8); i-- > 0;) {
         const auto locators = static_cast<Locators>(below(3));
@@ -96,13 +96,14 @@ RandomMachine::RandomMachine(unsigned seed, Devices devices) : m_random(seed) {
 void RandomMachine::addDevice(Locators locators, bool isPlain, unsigned copies) {
     const String number = toText(std::uint32_t{++m_count});
     const bool isUnique = locators == Locators::Unique;
+    const bool isAlone = locators == Locators::None && m_devices == Devices::ToldApartByLocators;
+    const String type = isAlone ? u"Fan" : pick(TYPES, below(100));
     const String hwLocator = isUnique                       ? anyText() + number
-                             : locators == Locators::Shared ? String(u"bus:1|\\")
+                             : locators == Locators::Shared ? concat(u"bus:1|\\", type)
                                                             : String();
     const String osLocator = isUnique ? anyText() : locators == Locators::Shared ? String(u"/dev/<&>%u0041") : String();
-    const boost::shared_ptr<IDeviceImp> device =
-        DeviceImp::createGeneric(CapabilityImp(StringView(pick(TYPES, below(100)))), CapabilityImp(), 0,
-                                 isPlain ? plainText() : anyText(), u"", osLocator, hwLocator);
+    const boost::shared_ptr<IDeviceImp> device = DeviceImp::createGeneric(
+        CapabilityImp(type), CapabilityImp(), 0, isPlain ? plainText() : anyText(), u"", osLocator, hwLocator);
     addProperties(*device, isPlain);
     const auto devices = store.getDevices(CapabilityImp::ALL(), false);
     const boost::shared_ptr<IDeviceImp> parent =
@@ -119,8 +120,9 @@ void RandomMachine::addProperties(IDeviceImp& device, bool isPlain) {
                                                   PropertyCategoryImp::Group()};
     for (const String& key : distinctKeys(isPlain)) {
         const ValueImp value = isPlain ? plainValue(key) : anyValue();
+        const unsigned category = isPlain ? key[1] : below(100);
         const auto spec =
-            boost::make_shared<PropertySpecImp>(key, pick(CATEGORIES, below(100)), value.type(), CapabilityImp::ALL());
+            boost::make_shared<PropertySpecImp>(key, pick(CATEGORIES, category), value.type(), CapabilityImp::ALL());
         // Now and then a second time, with the same value.
         for (unsigned times = 1 + (below(8) == 0 ? 1 : 0); times-- > 0;) {
             device.addProperty(boost::make_shared<PropertyImp>(spec, value));
@@ -258,21 +260,28 @@ ValueImp RandomMachine::anyValue() {
 
 String RandomMachine::filterXml() {
     String xml = u"<system-information-filter>";
+    String selection = selectionXml();
     for (const char16_t* const type : TYPES) {
-        if (below(4) == 0) {
-            continue;
+        if (m_devices == Devices::ToldApartByLocators) {
+            selection = selectionXml();
         }
-        xml += concat(u"<device type=\"", type, u"\">");
-        for (unsigned i = below(10); i-- > 0;) {
-            xml += concat(u"<property key=\"K", toText(std::uint32_t{i}), u"\"");
-            if (below(4) > 0) {
-                xml += concat(u" tolerance=\"", pick(TOLERANCES, below(100)), u"\"");
-            }
-            xml += u"/>";
+        if (below(4) > 0) {
+            xml += concat(u"<device type=\"", type, u"\">", selection, u"</device>");
         }
-        xml += u"</device>";
     }
     return xml + u"</system-information-filter>";
+}
+
+String RandomMachine::selectionXml() {
+    String xml;
+    for (unsigned i = below(10); i-- > 0;) {
+        xml += concat(u"<property key=\"K", toText(std::uint32_t{i}), u"\"");
+        if (below(4) > 0) {
+            xml += concat(u" tolerance=\"", pick(TOLERANCES, below(100)), u"\"");
+        }
+        xml += u"/>";
+    }
+    return xml;
 }
 
 }  // namespace vrx::test

@@ -11,8 +11,9 @@ namespace vrx::test {
 ///
 /// Left out is what the engine cannot pass by its nature (see docs/generate.md): keys that the XML layer would encode,
 /// types that are not known, a second value of one key, infinite numbers and NaN where a tolerance is given, and, among
-/// devices that a script cannot tell apart, values whose patterns match one device but not the next (a pipe, a
-/// backslash, overlapping ranges).
+/// devices that a script cannot tell apart, what lets an element match a device whose own element asks for less:
+/// patterns that match other texts (a pipe, a backslash, overlapping ranges), and properties that the script names for
+/// one of the devices and leaves out for another.
 class RandomMachine {
 public:
     enum class Devices {
@@ -34,6 +35,7 @@ private:
     void addDevice(Locators locators, bool isPlain, unsigned copies);
     void addProperties(IDeviceImp& device, bool isPlain);
     Array<String> distinctKeys(bool isPlain);
+    String selectionXml();
     String anyText();
     String keyText();
     String plainText();
@@ -44,6 +46,7 @@ private:
     ValueImp anyMeasurement();
 
     std::mt19937 m_random;
+    Devices m_devices;
     unsigned m_count = 0;
 };
 

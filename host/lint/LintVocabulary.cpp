@@ -1,0 +1,85 @@
+/// Names are told apart by plain comparison: there are a dozen, and a hash of the folded name would cost as much.
+/// Suggestions use the edit distance; only a mistake pays for it.
+
+#include "host/lint/LintVocabulary.h"
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <vector>
+
+#include "host/script/ScriptElement.h"
+#include "host/terminal/PrintableText.h"
+
+namespace vrx::host {
+
+namespace {
+
+/// In the order of `LintKind`.
+constexpr StringView NAMES[] = {u"inventory-check", u"and",           u"or",      u"not",   u"part", u"device",
+                                u"property",        u"fail-on-extra", u"testset", u"error", u"value"};
+static_assert(std::size(NAMES) == static_cast<std::size_t>(LintKind::Unknown));
+
+constexpr StringView ROOT_ATTRIBUTES[] = {u"check-names", u"check-hwLocators", u"check-osLocators"};
+constexpr StringView PART_ATTRIBUTES[] = {u"name", u"id", u"description"};
+constexpr StringView DEVICE_ATTRIBUTES[] = {u"type", u"name", u"oslocator", u"hwlocator"};
+constexpr StringView PROPERTY_ATTRIBUTES[] = {u"key", u"value", u"type", u"units"};
+constexpr StringView VALUE_ATTRIBUTES[] = {u"value"};
+constexpr StringView RULE_ATTRIBUTES[] = {u"type", u"capability"};
+
+constexpr std::size_t FARTHEST = 2;
+constexpr std::size_t LONGEST_COMPARED = 40;
+
+std::size_t distanceOf(StringView a, StringView b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t above = row[j + 1];
+            row[j + 1] = std::min({above + 1, row[j] + 1, diagonal + (a[i] == b[j] ? 0U : 1U)});
+            diagonal = above;
+        }
+    }
+    return row.back();
+}
+
+}  // namespace
+
+LintKind lintKindOf(const XmlElement& element) noexcept {
+    const auto found = std::ranges::find_if(NAMES, [&](StringView name) { return isNamed(element, name); });
+    return static_cast<LintKind>(found - std::begin(NAMES));
+}
+
+std::span<const StringView> attributesOf(LintKind kind) noexcept {
+    switch (kind) {
+        case LintKind::InventoryCheck: return ROOT_ATTRIBUTES;
+        case LintKind::Part: return PART_ATTRIBUTES;
+        case LintKind::Device: return DEVICE_ATTRIBUTES;
+        case LintKind::Property: return PROPERTY_ATTRIBUTES;
+        case LintKind::Value: return VALUE_ATTRIBUTES;
+        case LintKind::FailOnExtra: return RULE_ATTRIBUTES;
+        default: return {};
+    }
+}
+
+std::span<const StringView> elementNames() noexcept { return NAMES; }
+
+std::string suggestion(StringView written, std::span<const StringView> names) {
+    if (written.size() > LONGEST_COMPARED) {
+        return {};
+    }
+    const String folded = foldCase(written);
+    std::size_t least = FARTHEST + 1;
+    StringView nearest;
+    for (const StringView name : names) {
+        const std::size_t distance = distanceOf(folded, foldCase(name));
+        if (distance < least && distance < name.size()) {
+            least = distance;
+            nearest = name;
+        }
+    }
+    return nearest.empty() ? std::string() : "; did you mean \"" + printable(nearest) + "\"?";
+}
+
+}  // namespace vrx::host
