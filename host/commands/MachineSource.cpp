@@ -1,6 +1,7 @@
 #include "host/commands/MachineSource.h"
 
 #include "host/collect/MachineCollector.h"
+#include "host/commands/HeapPages.h"
 #include "host/commands/XmlFileProblem.h"
 #include "host/report/TextPieces.h"
 #include "libCommon/io/FileLoader.h"
@@ -49,6 +50,7 @@ void loadFromStandardInput(StateManager& store, const Session& session) {
 }
 
 void loadFromFile(const std::string& path, StateManager& store, const Session& session) {
+    expectRecording(path);
     ErrorStreamLog::Capture capture(*session.log);
     if (!Inventory::importStateFromXmlFile(String::UTF8Decode(path), store)) {
         std::string bytes;

@@ -28,14 +28,16 @@ StringView withoutAnchors(StringView pattern) noexcept {
 CandidateSearch::CandidateSearch(const StateManager& store, const CapabilityImp& capability)
     : m_store(store), m_capability(capability), m_ofType(store.devicesCapableOf(capability)) {}
 
-void CandidateSearch::addFilter(FilterKind kind, String value) {
-    const DeviceArray* indexed = nullptr;
-    switch (kind) {
-        case FilterKind::Name: indexed = indexedByName(value); break;
-        case FilterKind::OsLocator: indexed = &m_store.devicesByOsLocator(value); break;
-        case FilterKind::HwLocator: indexed = &m_store.devicesByHwLocator(value); break;
+void CandidateSearch::addFilter(FilterKind kind, String value) { m_filters.push_back({kind, std::move(value)}); }
+
+/// A list of the store that holds every device that the filter lets pass; null when there is none.
+const CandidateSearch::DeviceArray* CandidateSearch::indexed(const Filter& filter) const {
+    switch (filter.kind) {
+        case FilterKind::Name: return indexedByName(filter.value);
+        case FilterKind::OsLocator: return &m_store.devicesByOsLocator(filter.value);
+        case FilterKind::HwLocator: return &m_store.devicesByHwLocator(filter.value);
     }
-    m_filters.push_back({kind, std::move(value), indexed});
+    return nullptr;
 }
 
 /// A pattern that stands for one text is met by that very text, or, through the comparison without anchors and letter
@@ -58,7 +60,7 @@ const CandidateSearch::DeviceArray& CandidateSearch::find() {
     if (inventoryLog().isEnabled(LogPriority::Debug)) {
         return findWithTrace();
     }
-    const DeviceArray& list = smallestList(m_filters.size());
+    const DeviceArray& list = smallList(m_filters.size());
     for (const auto& device : list) {
         if (passesFirst(*device, m_filters.size())) {
             m_found.append(device);
@@ -69,7 +71,7 @@ const CandidateSearch::DeviceArray& CandidateSearch::find() {
 
 std::size_t CandidateSearch::firstExhaustedFilter() const {
     for (std::size_t count = 1; count <= m_filters.size(); ++count) {
-        const DeviceArray& list = smallestList(count);
+        const DeviceArray& list = smallList(count);
         const bool somePasses =
             std::any_of(list.begin(), list.end(), [&](const auto& device) { return passesFirst(*device, count); });
         if (!somePasses) {
@@ -94,12 +96,17 @@ bool CandidateSearch::passes(const IDeviceImp& device, const Filter& filter) con
     return false;
 }
 
-const CandidateSearch::DeviceArray& CandidateSearch::smallestList(std::size_t filterCount) const {
+/// The shortest list found before one is short enough. An index is only asked, and so only made, when the ones before
+/// it did not help; hardware locators come first, because they tell devices apart best.
+const CandidateSearch::DeviceArray& CandidateSearch::smallList(std::size_t filterCount) const {
+    constexpr std::size_t SHORT_ENOUGH = 4;
     const DeviceArray* smallest = &m_ofType;
-    for (std::size_t i = 0; i < filterCount; ++i) {
-        const DeviceArray* const indexed = m_filters[i].indexed;
-        if (indexed != nullptr && indexed->size() < smallest->size()) {
-            smallest = indexed;
+    for (const FilterKind kind : {FilterKind::HwLocator, FilterKind::OsLocator, FilterKind::Name}) {
+        for (std::size_t i = 0; i < filterCount && smallest->size() > SHORT_ENOUGH; ++i) {
+            const DeviceArray* const list = m_filters[i].kind == kind ? indexed(m_filters[i]) : nullptr;
+            if (list != nullptr && list->size() < smallest->size()) {
+                smallest = list;
+            }
         }
     }
     return *smallest;

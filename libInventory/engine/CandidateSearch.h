@@ -14,7 +14,7 @@ namespace vrx {
 /// Finds the devices of a type that pass a list of filters (name, locators).
 ///
 /// Two ways lead to the same devices in the same order. With debug logging on, the filters run one after the other over
-/// all devices of the type and each removal is logged. Otherwise the smallest list that an index of the store offers is
+/// all devices of the type and each removal is logged. Otherwise a short list that an index of the store offers is
 /// tested against all filters at once, so that a script with a locator in every element costs no scan of the store.
 class CandidateSearch {
 public:
@@ -39,13 +39,12 @@ private:
     struct Filter {
         FilterKind kind;
         String value;
-        const DeviceArray*
-            indexed;  ///< a list of the store that holds every device that passes; null when there is none
     };
 
     bool passes(const IDeviceImp& device, const Filter& filter) const;
     bool passesFirst(const IDeviceImp& device, std::size_t filterCount) const;
-    const DeviceArray& smallestList(std::size_t filterCount) const;
+    const DeviceArray& smallList(std::size_t filterCount) const;
+    const DeviceArray* indexed(const Filter& filter) const;
     const DeviceArray* indexedByName(const String& pattern) const;
     const DeviceArray& findWithTrace();
     void logRemoval(const IDeviceImp& device, const Filter& filter) const;
