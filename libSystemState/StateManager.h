@@ -62,7 +62,7 @@ public:
     /// Registers a specification under its guid; one that is registered already stays.
     void addPropertySpec(const boost::shared_ptr<PropertySpecImp>& spec);
 
-    /// The specification of that guid; an empty pointer when there is none.
+    /// The property specification of that guid; an empty pointer when there is none.
     boost::shared_ptr<PropertySpecImp> propertySpec(const String& guid) const;
 
     /// Removes every device and specification.

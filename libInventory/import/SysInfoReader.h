@@ -30,7 +30,7 @@ private:
     bool readProperties(IDeviceImp& device, XmlElement& parent);
     bool readProperty(IDeviceImp& device, XmlElement& element);
 
-    /// The specification of all properties of that key, registered when the key is met for the first time.
+    /// The property specification of that key, registered when the key is met for the first time.
     boost::shared_ptr<PropertySpecImp> specOf(StringView key);
 
     StateManager& m_store;
@@ -39,7 +39,7 @@ private:
     };
     Array<boost::shared_ptr<PropertySpecImp>> m_specs;  // in the order in which their keys were first met
     boost::unordered_flat_map<StringView, std::size_t, KeyHash> m_positions;  // the keys are borrowed from m_specs
-    std::size_t m_expected = 0;  // position of the specification that the next property probably has
+    std::size_t m_expected = 0;  // position of the property specification that the next property probably has
 };
 
 }  // namespace vrx

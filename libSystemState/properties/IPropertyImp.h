@@ -62,7 +62,7 @@ public:
     /// The same with the child properties below it, one a line.
     virtual String toStringTree(const IDeviceImp& device, unsigned indent, int verbosity) const = 0;
 
-    /// The specification registered in that store under this property's guid; empty when there is none.
+    /// The property specification registered in that store under this property's guid; empty when there is none.
     virtual boost::shared_ptr<PropertySpecImp> spec(const StateManager& store) const = 0;
     virtual boost::shared_ptr<PropertySpecImp> spec() const = 0;
     virtual const String& specGuid() const = 0;

@@ -14,7 +14,7 @@ namespace vrx {
 /// aside.
 class VRX_EXPORT PropertyImp final : public IPropertyImp {
 public:
-    /// Takes key, category, type and capabilities from the specification. Requires: spec is not empty.
+    /// Takes key, category, type and capabilities from the property specification. Requires: spec is not empty.
     explicit PropertyImp(boost::shared_ptr<PropertySpecImp> spec);
     PropertyImp(boost::shared_ptr<PropertySpecImp> spec, ValueImp value);
     PropertyImp(const PropertyImp& other);

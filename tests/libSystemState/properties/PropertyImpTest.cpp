@@ -67,7 +67,7 @@ TEST(PropertyImp, copiesWithoutSharing) {
     EXPECT_TRUE(copy->partOfGroup());
     EXPECT_TRUE(copy->willBeDiscoveredLater());
     EXPECT_EQ(copy->childrenCount(), 1u);
-    EXPECT_EQ(original->type().code(), DataTypeImp::STRING);  // the specification's, whatever the value is
+    EXPECT_EQ(original->type().code(), DataTypeImp::STRING);  // the property specification's, whatever the value is
 }
 
 TEST(PropertySpecImp, hasAGuidThatTellsSpecificationsApart) {
