@@ -18,19 +18,26 @@ constexpr const char* FOOTER =
     "Example:\n"
     "  vrx-inventory collect -o machine.xml";
 
-ExitStatus collect(const CommonOptions& options, Session& session) {
+struct CollectCommandOptions : CommonOptions {
+    bool hasAllCategories = false;
+};
+
+// An import gives every property the same category, so what changes by itself would end up in scripts of the recording.
+ExitStatus collect(const CollectCommandOptions& options, Session& session) {
     StateManager& store = session.make<StateManager>();
     loadMachine("", store, session);
-    options.writeResult(session, sysInfoXml(store, true));
+    options.writeResult(session, sysInfoXml(store, options.hasAllCategories));
     return ExitStatus::Success;
 }
 
 }  // namespace
 
 void addCollectCommand(CLI::App& parent, Session& session) {
-    const auto options = std::make_shared<CommonOptions>();
+    const auto options = std::make_shared<CollectCommandOptions>();
     CLI::App& command = *parent.add_subcommand("collect", "Record this machine as SysInfo XML");
     options->addOutput(command);
+    command.add_flag("--all-categories", options->hasAllCategories,
+                     "Internal properties and such as change by themselves as well");
     options->addLogging(command);
     command.footer(FOOTER);
     command.callback([options, &session] {
