@@ -5,9 +5,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
-#include <vector>
 
+#include "host/script/EditDistance.h"
 #include "host/script/ScriptElement.h"
 #include "host/terminal/PrintableText.h"
 
@@ -29,20 +28,6 @@ constexpr StringView RULE_ATTRIBUTES[] = {u"type", u"capability"};
 
 constexpr std::size_t FARTHEST = 2;
 constexpr std::size_t LONGEST_COMPARED = 40;
-
-std::size_t distanceOf(StringView a, StringView b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0]++;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t above = row[j + 1];
-            row[j + 1] = std::min({above + 1, row[j] + 1, diagonal + (a[i] == b[j] ? 0U : 1U)});
-            diagonal = above;
-        }
-    }
-    return row.back();
-}
 
 }  // namespace
 
@@ -73,7 +58,7 @@ std::string suggestion(StringView written, std::span<const StringView> names) {
     std::size_t least = FARTHEST + 1;
     StringView nearest;
     for (const StringView name : names) {
-        const std::size_t distance = distanceOf(folded, foldCase(name));
+        const std::size_t distance = editDistance(folded, foldCase(name));
         if (distance < least && distance < name.size()) {
             least = distance;
             nearest = name;
