@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace vrx {
 
@@ -28,15 +29,25 @@ void* mapMemory(std::size_t size) {
 }  // namespace
 
 XmlArena::~XmlArena() {
-    while (m_last != nullptr) {
-        const Block block = *m_last;
-        if (block.size >= FIRST_MAPPED_BLOCK) {
-            ::munmap(m_last, block.size);
-        } else {
-            ::operator delete(m_last);
-        }
-        m_last = block.previous;
+    dropBlocksBehind(nullptr);
+    release(m_spare);
+}
+
+void XmlArena::release(Block* block) noexcept {
+    if (block != nullptr && block->size >= FIRST_MAPPED_BLOCK) {
+        ::munmap(block, block->size);
+    } else {
+        ::operator delete(block);
     }
+}
+
+void XmlArena::dropBlocksBehind(Block* last) noexcept {
+    while (m_last != last) {
+        Block* const dropped = m_last;
+        m_last = dropped->previous;
+        release(std::exchange(m_spare, dropped));
+    }
+    m_end = m_last == nullptr ? nullptr : reinterpret_cast<std::byte*>(m_last) + m_last->size;
 }
 
 StringView XmlArena::copy(StringView text) {
@@ -47,13 +58,17 @@ StringView XmlArena::copy(StringView text) {
 // What is left of the block before is given up: little, since texts are short.
 void XmlArena::addBlock(std::size_t size) {
     static_assert(sizeof(Block) <= HEADER);
-    m_blockSize = std::clamp(m_blockSize * 2, FIRST_BLOCK, LARGEST_BLOCK);
-    const std::size_t bytes = std::max(m_blockSize, size + HEADER);
-    auto* const memory =
-        static_cast<std::byte*>(bytes >= FIRST_MAPPED_BLOCK ? mapMemory(bytes) : ::operator new(bytes));
-    m_last = new (memory) Block{m_last, bytes};
-    m_next = memory + HEADER;
-    m_end = memory + bytes;
+    if (m_spare != nullptr && m_spare->size >= size + HEADER) {
+        Block* const spare = std::exchange(m_spare, nullptr);
+        spare->previous = m_last;
+        m_last = spare;
+    } else {
+        m_blockSize = std::clamp(m_blockSize * 2, FIRST_BLOCK, LARGEST_BLOCK);
+        const std::size_t bytes = std::max(m_blockSize, size + HEADER);
+        m_last = new (bytes >= FIRST_MAPPED_BLOCK ? mapMemory(bytes) : ::operator new(bytes)) Block{m_last, bytes};
+    }
+    m_next = reinterpret_cast<std::byte*>(m_last) + HEADER;
+    m_end = reinterpret_cast<std::byte*>(m_last) + m_last->size;
 }
 
 }  // namespace vrx

@@ -41,6 +41,26 @@ public:
     StringView copy(StringView text);
 
 private:
+    struct Block;
+
+public:
+    /// How far the arena was used at some time.
+    struct Mark {
+        Block* block;
+        std::byte* next;
+    };
+    Mark mark() const noexcept { return {m_last, m_next}; }
+
+    /// Takes back all that was handed out since. Requires: the mark is this arena's, and none before it was gone back
+    /// to meanwhile.
+    void rewind(Mark mark) noexcept {
+        if (mark.block != m_last) [[unlikely]] {
+            dropBlocksBehind(mark.block);
+        }
+        m_next = mark.next;
+    }
+
+private:
     struct Block {
         Block* previous;
         std::size_t size;
@@ -56,11 +76,14 @@ private:
     }
 
     void addBlock(std::size_t size);
+    void dropBlocksBehind(Block* last) noexcept;
+    static void release(Block* block) noexcept;
 
     std::byte* m_next = nullptr;
     std::byte* m_end = nullptr;
     std::size_t m_blockSize = 0;  // of the last block, had it not been made larger for one piece
     Block* m_last = nullptr;
+    Block* m_spare = nullptr;  // dropped last; a new block is this one again, or the two would alternate for ever
 };
 
 }  // namespace vrx

@@ -22,7 +22,7 @@ struct XmlError {
 /// What a document consists of. It stays where it is when the document is moved, so nodes can point to it.
 class XmlContent {
 public:
-    explicit XmlContent(XmlDocument* owner) noexcept : m_owner(owner), m_names(m_arena), m_top(this) {}
+    explicit XmlContent(XmlDocument* owner) noexcept : m_owner(owner), m_names(m_nameArena), m_top(this) {}
 
     XmlContainer& top() noexcept { return m_top; }
     XmlArena& arena() noexcept { return m_arena; }
@@ -61,6 +61,7 @@ private:
 
     XmlDocument* m_owner;
     XmlArena m_arena;
+    XmlArena m_nameArena;  // names stay when the contents of elements go
     XmlNames m_names;
     Top m_top;
 };

@@ -7,6 +7,7 @@
 
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/xml/XmlContent.h"
+#include "libCommon/xml/XmlFileSource.h"
 #include "libCommon/xml/XmlParser.h"
 #include "libCommon/xml/XmlSource.h"
 #include "libCommon/xml/XmlTreeBuilder.h"
@@ -43,21 +44,28 @@ XmlDocument& XmlDocument::operator=(XmlDocument&& other) noexcept {
     return *this;
 }
 
-bool XmlDocument::Parse(StringView text) {
+bool XmlDocument::Parse(StringView text, XmlElementReader* reader) {
     XmlUtf16Source source(text);
-    return replaceBy(source);
+    return replaceBy(source, reader);
 }
 
 bool XmlDocument::ParseUtf8(std::string_view bytes) {
     XmlUtf8Source source(bytes);
-    return replaceBy(source);
+    return replaceBy(source, nullptr);
 }
 
-bool XmlDocument::LoadFile(const String& path) {
+bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader) {
     std::string bytes;
     String error;
-    if (loadFile(path, bytes, error)) {
-        return ParseUtf8(bytes);
+    if (const auto file = XmlFileSource::open(path.toUtf8())) {
+        const bool isParsed = replaceBy(*file, reader);
+        if (file->error() == 0) {
+            return isParsed;
+        }
+        error = systemErrorText(file->error());
+    } else if (loadFile(path, bytes, error)) {
+        XmlUtf8Source source(bytes);
+        return replaceBy(source, reader);
     }
     Clear();
     content().error = XmlError{std::move(error), XmlPlace()};
@@ -65,9 +73,9 @@ bool XmlDocument::LoadFile(const String& path) {
 }
 
 // The old content goes last: the text may have been borrowed from it.
-bool XmlDocument::replaceBy(XmlSource& source) {
+bool XmlDocument::replaceBy(XmlSource& source, XmlElementReader* reader) {
     auto parsed = std::make_unique<XmlContent>(this);
-    XmlTreeBuilder builder(*parsed);
+    XmlTreeBuilder builder(*parsed, reader);
     std::optional<XmlError> error = XmlParser(source, builder).run();
     if (error) {
         parsed = std::make_unique<XmlContent>(this);

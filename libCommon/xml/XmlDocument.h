@@ -11,6 +11,7 @@
 
 namespace vrx {
 
+class XmlElementReader;
 class XmlSource;
 
 /// An XML document: owner of all of its nodes.
@@ -32,14 +33,14 @@ public:
     XmlDocument& operator=(XmlDocument&& other) noexcept;
 
     /// Parses text held in memory, replacing what the document held. Rows and columns count in this text (a leading
-    /// byte-order mark takes no column).
-    bool Parse(StringView text);
+    /// byte-order mark takes no column). With a reader, elements tell no place, only errors do.
+    bool Parse(StringView text, XmlElementReader* reader = nullptr);
 
     /// The same for UTF-8 bytes; invalid UTF-8 is a parse error.
     bool ParseUtf8(std::string_view bytes);
 
     /// Reads and parses a file; a file that cannot be read is an error at row 0, column 0 with the reason.
-    bool LoadFile(const String& path);
+    bool LoadFile(const String& path, XmlElementReader* reader = nullptr);
 
     /// Removes all nodes and the error.
     void Clear();
@@ -79,7 +80,7 @@ public:
     void GetFormattedStr(String& out, int depth) const;
 
 private:
-    bool replaceBy(XmlSource& source);
+    bool replaceBy(XmlSource& source, XmlElementReader* reader);
     XmlContent& content();
 
     std::unique_ptr<XmlContent> m_content;  // made when it is first needed

@@ -76,6 +76,15 @@ private:
     XmlElement(XmlContent* content, const XmlName* name) noexcept
         : XmlContainer(Kind::Element, content), m_name(name) {}
     void reserveAttributes(std::size_t count);
+
+    /// Forgets the attributes and children.
+    void clear() noexcept {
+        m_attributes = nullptr;
+        m_attributeCount = 0;
+        m_attributeCapacity = 0;
+        removeChildren();
+    }
+
     void addAttribute(const XmlName* name, StringView keptValue) {
         m_attributes[m_attributeCount++] = XmlAttribute(name, keptValue);
     }

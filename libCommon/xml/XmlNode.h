@@ -84,6 +84,7 @@ public:
 protected:
     XmlContainer(Kind kind, XmlContent* content) noexcept : XmlNode(kind, content) {}
     ~XmlContainer() = default;
+    void removeChildren() noexcept { m_firstChild = m_lastChild = nullptr; }
 
 private:
     friend class XmlContent;

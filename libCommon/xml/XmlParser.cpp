@@ -17,10 +17,10 @@
 // at, so there are no entities to expand and nothing external to load) and when elements are nested too deep (so that
 // walks over a document may be recursive). Processing instructions are dropped.
 //
-// The text is encoded or copied straight into the library's buffer: in chunks, so that a large text is not held twice,
-// or in one piece where that is quicker, because the library tracks line ends over every piece but the last. A token
-// that is cut off at the end of a chunk is scanned again from its start when more has come; a token that is longer than
-// a chunk makes the chunks grow with it, so that the whole stays linear.
+// The text is read, encoded or copied straight into the library's buffer: in one piece, because the library tracks line
+// ends over every piece but the last, or in chunks where a large text would be held twice. A token that is cut off at
+// the end of a chunk is scanned again from its start when more has come; a token that is longer than a chunk makes the
+// chunks grow with it, so that the whole stays linear.
 //
 // Places are followed through that buffer too. Invariant: the text from the place that was asked for last up to the
 // event under way lies in it. To that end each chunk ends with asking for the place of what is unfinished, which is
@@ -30,7 +30,8 @@ namespace vrx {
 
 namespace {
 
-constexpr std::size_t LARGEST_WHOLE = std::size_t{16} << 20;
+constexpr std::size_t LARGEST_WHOLE = std::size_t{512} << 20;  // half of the library's largest buffer
+constexpr std::size_t LARGEST_SECOND_COPY = std::size_t{16} << 20;
 constexpr std::size_t CHUNK = std::size_t{64} << 10;
 constexpr std::size_t LARGEST_CHUNK = std::size_t{256} << 20;
 constexpr std::size_t MARGIN = 4;  // the room that a source needs for its last character
@@ -98,7 +99,7 @@ std::optional<XmlError> XmlParser::run() {
 }
 
 std::size_t XmlParser::nextChunkSize(std::uint64_t bytesRead) const noexcept {
-    if (m_source.mostBytesLeft() <= LARGEST_WHOLE) {
+    if (m_source.mostBytesLeft() <= (m_source.isInMemory() ? LARGEST_SECOND_COPY : LARGEST_WHOLE)) {
         return m_source.mostBytesLeft() + MARGIN;
     }
     const std::uint64_t unfinished = bytesRead - static_cast<std::uint64_t>(m_positionIndex);
@@ -130,7 +131,8 @@ void XmlParser::onStartElement(void* self, const char* name, const char** attrib
         XML_SetDefaultHandler(parser.m_parser.get(), nullptr);  // the prolog is over
     }
     const auto count = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser.m_parser.get())) / 2;
-    parser.m_builder.startElement(name, attributes, count, parser.placeOfEvent());
+    const XmlPlace place = parser.m_builder.keepsPlaces() ? parser.placeOfEvent() : XmlPlace();
+    parser.m_builder.startElement(name, attributes, count, place);
 }
 
 void XmlParser::onEndElement(void* self, const char*) { parserOf(self).m_builder.endElement(); }

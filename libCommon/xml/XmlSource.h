@@ -19,6 +19,9 @@ public:
 
     /// The most bytes that what has not been read yet can make.
     virtual std::size_t mostBytesLeft() const noexcept = 0;
+
+    /// Whether the text lies in memory already, so that another copy of it had better be small.
+    virtual bool isInMemory() const noexcept { return true; }
 };
 
 /// Bytes that should be UTF-8; what they are not is for the parser to reject.

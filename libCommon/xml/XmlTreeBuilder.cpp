@@ -20,6 +20,9 @@ void XmlTreeBuilder::startElement(const char* name, const char* const* attribute
     XmlElement* const element = m_content.newElement(m_names.find(name));
     element->m_row = place.row;
     element->m_column = place.column;
+    if (m_reader != nullptr) {
+        m_starts.push_back(m_content.arena().mark());
+    }
     element->reserveAttributes(count);
     for (std::size_t i = 0; i < count; ++i) {
         const StringView value = m_content.keepUtf8(attributes[2 * i + 1]);
@@ -32,8 +35,21 @@ void XmlTreeBuilder::startElement(const char* name, const char* const* attribute
 
 void XmlTreeBuilder::endElement() {
     finishText();
-    m_parent = m_parent->Parent();
+    XmlContainer* const element = m_parent;
+    m_parent = element->Parent();
     --m_level;
+    if (m_reader != nullptr) {
+        offerToReader(*static_cast<XmlElement*>(element));
+    }
+}
+
+void XmlTreeBuilder::offerToReader(XmlElement& element) {
+    const XmlArena::Mark start = m_starts.back();
+    m_starts.pop_back();
+    if (m_reader->readElement(element)) {
+        element.clear();
+        m_content.arena().rewind(start);
+    }
 }
 
 void XmlTreeBuilder::comment(std::string_view text) {

@@ -2,8 +2,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "libCommon/xml/XmlArena.h"
 #include "libCommon/xml/XmlContent.h"
+#include "libCommon/xml/XmlElementReader.h"
 #include "libCommon/xml/XmlNames.h"
 #include "libCommon/xml/XmlPosition.h"
 
@@ -14,10 +17,16 @@ namespace vrx {
 ///
 /// Text comes in pieces (at line ends, references, CDATA sections, ends of the parser's buffer). They are gathered
 /// until a tag or a comment follows and make one node together, or none when all of it is white space.
+///
+/// While an element is open, all that is put into the arena belongs to it. So what a reader has done with is given back
+/// by winding the arena back to where the element was made.
 class XmlTreeBuilder {
 public:
-    explicit XmlTreeBuilder(XmlContent& content)
-        : m_content(content), m_names(content.names()), m_parent(&content.top()) {}
+    /// Both are borrowed; without a reader the whole document is kept.
+    explicit XmlTreeBuilder(XmlContent& content, XmlElementReader* reader = nullptr)
+        : m_content(content), m_names(content.names()), m_parent(&content.top()), m_reader(reader) {}
+
+    bool keepsPlaces() const noexcept { return m_reader == nullptr; }
 
     /// `attributes` holds `count` names, each followed by its value.
     void startElement(const char* name, const char* const* attributes, std::size_t count, XmlPlace place);
@@ -39,11 +48,14 @@ public:
 
 private:
     void finishText();
+    void offerToReader(XmlElement& element);
     void append(XmlNode* node) noexcept { m_parent->append(node); }
 
     XmlContent& m_content;
     XmlNameCache m_names;
     XmlContainer* m_parent;
+    XmlElementReader* m_reader;
+    std::vector<XmlArena::Mark> m_starts;  // of the open elements' contents, when there is a reader
     unsigned m_level = 0;
     std::string m_text;
 };

@@ -1,6 +1,9 @@
 /// Loading a recorded machine: parse the document, find its root, read the devices under it (SysInfoReader.h). The two
 /// operations differ in where the text comes from and in how their log lines begin; only a log line says why an import
 /// failed. There is no roll-back: devices that were added before a failure stay.
+///
+/// Devices are read while the document is parsed, unless each of them is logged: the lines stand in the order in which
+/// the store gets the devices.
 
 #include "libCommon/text/NumberText.h"
 #include "libInventory/Inventory.h"
@@ -20,13 +23,17 @@ String parseError(const XmlDocument& document) {
                   toText(std::uint64_t{document.ErrorColumn()} + 1), u")");
 }
 
-bool importDocument(XmlDocument& document, StateManager& store, StringView operation, StringView noRoot) {
+XmlElementReader* readAhead(SysInfoReader& reader) {
+    return inventoryLog().isEnabled(LogPriority::Debug) ? nullptr : &reader;
+}
+
+bool importDocument(XmlDocument& document, SysInfoReader& reader, StringView operation, StringView noRoot) {
     XmlElement* const root = document.RootElement();
     if (!root) {
         VRX_LOG(inventoryLog(), LogPriority::Error, operation << noRoot);
         return false;
     }
-    if (!SysInfoReader(store).readDevices(*root)) {
+    if (!reader.readDevices(*root)) {
         VRX_LOG(inventoryLog(), LogPriority::Error, operation << u" populateStateManagerRecursive failed.");
         return false;
     }
@@ -37,23 +44,25 @@ bool importDocument(XmlDocument& document, StateManager& store, StringView opera
 
 bool Inventory::importStateFromXmlString(const String& xml, StateManager& store) {
     XmlDocument document;
-    if (!document.Parse(xml)) {
+    SysInfoReader reader(store);
+    if (!document.Parse(xml, readAhead(reader))) {
         VRX_LOG(inventoryLog(), LogPriority::Error,
                 u"importStateFromXmlString() Parse failed: " << parseError(document));
         return false;
     }
     // Contract: the two operations spell the missing root differently.
-    return importDocument(document, store, u"importStateFromXmlString()", u" root element notforfound in xml.");
+    return importDocument(document, reader, u"importStateFromXmlString()", u" root element notforfound in xml.");
 }
 
 bool Inventory::importStateFromXmlFile(const String& path, StateManager& store) {
     const String operation = concat(u"importStateFromXmlFile(", path, u")");
     XmlDocument document;
-    if (!document.LoadFile(path)) {
+    SysInfoReader reader(store);
+    if (!document.LoadFile(path, readAhead(reader))) {
         VRX_LOG(inventoryLog(), LogPriority::Error, operation << u" LoadFile failed: " << parseError(document));
         return false;
     }
-    return importDocument(document, store, operation, u" root element not found in xml.");
+    return importDocument(document, reader, operation, u" root element not found in xml.");
 }
 
 }  // namespace vrx

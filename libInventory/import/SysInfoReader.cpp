@@ -9,8 +9,13 @@
 /// property belong to the same device and follow it.
 ///
 /// A recording may hold a million properties: texts stay borrowed from the document until the one copy that the store
-/// keeps, each element is walked a fixed number of times, and all properties of one key share one specification.
-/// Documents nest no deeper than XmlDocument::MAXIMUM_DEPTH, so the walk may recurse.
+/// keeps, each element is walked a fixed number of times, and all properties of one key share one property
+/// specification. Documents nest no deeper than XmlDocument::MAXIMUM_DEPTH, so the walk may recurse.
+///
+/// Nor is the document ever held as a whole. When a device's end tag is parsed, the device is made and its element
+/// emptied, as long as that cannot be told from reading it later: whether the element counts at all, and as the how
+/// manieth of its list, is known only at the end. So nothing is registered, logged or added ahead, and a device that
+/// needs its position (for a locator that is missing) or a log line (for unknown units) waits for the walk.
 
 #include "libInventory/import/SysInfoReader.h"
 
@@ -67,6 +72,7 @@ struct DeviceItems {
     const XmlElement* hwLocator = nullptr;
     const XmlElement* name = nullptr;
     bool hasDevices = false;
+    bool hasLists = false;  ///< something that may hold devices
     CapabilityImp capabilities;
 };
 
@@ -93,8 +99,9 @@ DeviceItems itemsOf(XmlElement& device) {
             keepFirst(items.name, child);
         } else if (name == u"Capability") {
             items.capabilities = items.capabilities | CapabilityImp(child->NormalizedText());
-        } else if (name == DEVICE) {
-            items.hasDevices = true;
+        } else if (isDevice(name) || name == SYS_INFO) {
+            items.hasLists = true;
+            items.hasDevices = items.hasDevices || name == DEVICE;
         }
     }
     return items;
@@ -112,6 +119,11 @@ std::optional<String> itemText(const XmlElement& device, const XmlElement* child
     }
     const XmlAttribute* const attribute = device.FindAttribute(attributeName);
     return attribute ? std::optional<String>(attribute->Value()) : std::nullopt;
+}
+
+boost::shared_ptr<IDeviceImp> newDevice(const XmlElement& element, const DeviceItems& items, const String& name,
+                                        const String& osLocator, const String& hwLocator) {
+    return DeviceImp::createGeneric(typeOf(element, items), items.capabilities, 0, name, u"desc", osLocator, hwLocator);
 }
 
 String generatedText(StringView prefix, std::uint32_t counter) { return concat(prefix, toText(counter)); }
@@ -174,13 +186,36 @@ ValueImp plainValue(XmlElement& property, StringView attribute) {
 std::optional<ValueImp> measuredValue(StringView attribute, StringView units) {
     const std::optional<Unit> unit = Unit::lookupByString(units);
     if (!unit) {
-        VRX_LOG(inventoryLog(), LogPriority::Error, u"Could not find UnitType for string: " << units);
         return std::nullopt;
     }
     return ValueImp(DiscreteMeasurement(unit->type(), String(attribute).strToReal64(), unit->magnitude()));
 }
 
 }  // namespace
+
+bool SysInfoReader::readElement(XmlElement& element) {
+    if (!isDevice(element.Name())) {
+        return false;
+    }
+    const DeviceItems items = itemsOf(element);
+    const std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
+    const std::optional<String> hwLocator = itemText(element, items.hwLocator, u"hwLocator");
+    const std::optional<String> name = itemText(element, items.name, u"name");
+    if (!osLocator || !hwLocator || !name) {
+        return false;
+    }
+    const auto device = newDevice(element, items, *name, *osLocator, *hwLocator);
+    m_isAhead = true;
+    m_hasToWait = false;
+    m_expected = 0;
+    readProperties(*device, element);
+    m_isAhead = false;
+    if (m_hasToWait) {
+        return false;
+    }
+    element.SetUserData(&m_ahead.emplace_back(DeviceAhead{device, items.hasDevices}));
+    return !items.hasLists;
+}
 
 bool SysInfoReader::readDevices(XmlElement& parent) {
     XmlElement* const first = firstDevice(parent);
@@ -198,6 +233,14 @@ bool SysInfoReader::readDevices(XmlElement& parent) {
 }
 
 void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
+    if (auto* const ahead = static_cast<DeviceAhead*>(element.GetUserData())) {
+        registerSpecs(*ahead->device);
+        addDevice(std::exchange(ahead->device, nullptr));
+        if (ahead->hasDevices) {
+            readDevices(element);
+        }
+        return;
+    }
     const DeviceItems items = itemsOf(element);
     std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
     if (!osLocator) {
@@ -213,15 +256,18 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
         name.emplace();
         hwLocator = generatedText(u"gen-name", counter);
     }
-    const boost::shared_ptr<IDeviceImp> device =
-        DeviceImp::createGeneric(typeOf(element, items), items.capabilities, 0, *name, u"desc", *osLocator, *hwLocator);
+    const boost::shared_ptr<IDeviceImp> device = newDevice(element, items, *name, *osLocator, *hwLocator);
     m_expected = 0;
     readProperties(*device, element);
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"populateStateManagerRecursive() adding device: " << device->guid());
-    m_store.addDevice(device, nullptr);
+    addDevice(device);
     if (items.hasDevices) {
         readDevices(element);
     }
+}
+
+void SysInfoReader::addDevice(const boost::shared_ptr<IDeviceImp>& device) {
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"populateStateManagerRecursive() adding device: " << device->guid());
+    m_store.addDevice(device, nullptr);
 }
 
 bool SysInfoReader::readProperties(IDeviceImp& device, XmlElement& parent) {
@@ -243,7 +289,11 @@ bool SysInfoReader::readProperty(IDeviceImp& device, XmlElement& element) {
         property = boost::make_shared<PropertyImp>(std::move(spec), plainValue(element, attributes.value));
     } else if (std::optional<ValueImp> value = measuredValue(attributes.value, attributes.units)) {
         property = boost::make_shared<PropertyImp>(std::move(spec), std::move(*value));
+    } else if (m_isAhead) {
+        m_hasToWait = true;
+        return false;
     } else {
+        VRX_LOG(inventoryLog(), LogPriority::Error, u"Could not find UnitType for string: " << attributes.units);
         return false;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"populatePropertiesRecursive() adding property: " << property->key());
@@ -256,23 +306,41 @@ bool SysInfoReader::readProperty(IDeviceImp& device, XmlElement& element) {
 
 // Devices of one kind list the same keys in the same order, so the key that followed last time is tried first.
 boost::shared_ptr<PropertySpecImp> SysInfoReader::specOf(StringView key) {
-    if (m_expected < m_specs.size() && m_specs[m_expected]->key() == key) {
-        return m_specs[m_expected++];
+    if (m_expected == m_specs.size() || m_specs[m_expected].spec->key() != key) {
+        const auto known = m_positions.find(key);
+        m_expected = known == m_positions.end() ? newSpec(key) : known->second;
     }
-    const auto [known, isNew] = m_positions.try_emplace(key, m_specs.size());
-    if (!isNew) {
-        m_expected = known->second + 1;
-        return m_specs[known->second];
+    if (!m_isAhead && m_unregistered > 0) {
+        registerSpec(m_expected);
     }
+    return m_specs[m_expected++].spec;
+}
+
+std::size_t SysInfoReader::newSpec(StringView key) {
     const auto spec = boost::make_shared<PropertySpecImp>(key, PropertyCategoryImp::SysInfo(), DataTypeImp::STRING,
                                                           CapabilityImp::ALL());
-    // Contract: specifications go to the process-wide store, whichever store receives the devices.
-    StateManager::instance().addPropertySpec(spec);
-    m_specs.append(spec);
-    m_positions.erase(known);
+    m_specs.append(Spec{spec});
     m_positions.emplace(spec->key(), m_specs.size() - 1);
-    m_expected = m_specs.size();
-    return spec;
+    ++m_unregistered;
+    return m_specs.size() - 1;
+}
+
+void SysInfoReader::registerSpecs(const IDeviceImp& device) {
+    if (m_unregistered > 0) {
+        for (const auto& property : device.properties(PropertyCategoryImp::ALL())) {
+            registerSpec(m_positions.at(property->key()));
+        }
+    }
+}
+
+// Contract: property specifications go to the process-wide store, whichever store receives the devices.
+void SysInfoReader::registerSpec(std::size_t position) {
+    Spec& spec = m_specs[position];
+    if (!spec.isRegistered) {
+        spec.isRegistered = true;
+        --m_unregistered;
+        StateManager::instance().addPropertySpec(spec.spec);
+    }
 }
 
 }  // namespace vrx

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "libCommon/error/StructuredException.h"
+#include "libCommon/xml/XmlElementReader.h"
 #include "tests/libCommon/PrintText.h"
 
 namespace vrx {
@@ -30,6 +31,49 @@ TEST(XmlDocumentTest, walks) {
     EXPECT_EQ(first->GetUserData(), nullptr);
     first->SetUserData(root);
     EXPECT_EQ(root->FirstChildElement(u"b")->GetUserData(), root);
+}
+
+/// Takes every `a`, and keeps what it read.
+struct TakeA : XmlElementReader {
+    bool readElement(XmlElement& element) override {
+        read += concat(element.toString(), u" ");
+        element.SetUserData(this);
+        return element.Name() == u"a";
+    }
+    String read;
+};
+
+TEST(XmlDocumentTest, readsElementsWhileParsing) {
+    XmlDocument document;
+    TakeA reader;
+    ASSERT_TRUE(document.Parse(u"<r><a x='1'>t<b/></a><b><a y='2'/>u</b><a/></r>", &reader));
+    EXPECT_EQ(reader.read, u"<b/> <a x=\"1\">t<b/></a> <a y=\"2\"/> <b><a/>u</b> <a/> <r><a/><b><a/>u</b><a/></r> ");
+    EXPECT_EQ(document.RootElement()->FirstChildElement()->GetUserData(), &reader);
+    EXPECT_EQ(document.toString(), u"<r><a/><b><a/>u</b><a/></r>");
+    EXPECT_FALSE(document.Parse(u"<r>\n<a x='1'/>\n <a></r>", &reader));
+    EXPECT_EQ(document.ErrorRow(), 2U);
+    EXPECT_EQ(document.RootElement(), nullptr);
+}
+
+// Contents of every size, so that they begin and end anywhere in the arena's blocks.
+TEST(XmlDocumentTest, whatWasTakenMakesRoomForWhatComes) {
+    String text = u"<r>";
+    for (std::size_t i = 0; i < 3'000; ++i) {
+        const String value(i * 37 % 5'000, u'v');
+        text += concat(u"<k v='", value, u"'/><a><c v='", value, u"'/><d/><a v='", value, u"'/></a>");
+    }
+    text += u"</r>";
+    XmlDocument document;
+    TakeA reader;
+    ASSERT_TRUE(document.Parse(text, &reader));
+    std::size_t i = 0;
+    for (const XmlElement* element = document.RootElement()->FirstChildElement(); element != nullptr; ++i) {
+        EXPECT_EQ(element->Attribute(u"v"), String(i * 37 % 5'000, u'v'));
+        element = element->NextSiblingElement();
+        EXPECT_EQ(element->toString(), u"<a/>");
+        element = element->NextSiblingElement();
+    }
+    EXPECT_EQ(i, 3'000U);
 }
 
 TEST(XmlDocumentTest, buildsAndSetsAttributes) {

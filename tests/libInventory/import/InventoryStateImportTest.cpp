@@ -16,10 +16,19 @@ namespace {
 struct CollectedLines : LogSink {
     CollectedLines() { Logger::addSink(*this); }
     ~CollectedLines() override { Logger::removeSink(*this); }
-    void writeLine(const std::string&, LogPriority, StringView message) override {
-        text += toUtf8(message.substr(message.find(u' ') + 1)) + "\n";
+    void writeLine(const std::string&, LogPriority priority, StringView message) override {
+        if (priority != LogPriority::Debug) {
+            text += toUtf8(message.substr(message.find(u' ') + 1)) + "\n";
+        }
     }
     std::string text;
+};
+
+/// Has every device logged, so that none is read before the whole document is there.
+struct DebugLogging {
+    DebugLogging() { log.setPriority(LogPriority::Debug); }
+    ~DebugLogging() { log.inheritPriority(); }
+    Logger& log = Logger::get("libInventory.Inventory");
 };
 
 /// One line a device: type [capabilities] name @hwLocator @osLocator key=value ...
@@ -57,6 +66,11 @@ const ImportCase CASES[] = {
      " []  @gen-name2 @gen-os-loc2\n"},
     {u"<s><Device/><SysInfo/><SysInfo><Device name='A' hwLocator='h' osLocator='o'/></SysInfo></s>", " [] A @h @o\n"},
     {u"<s><device/><Device name='A' hwLocator='h' osLocator='o'/></s>", " [] A @h @o\n"},
+    // Properties beside nested devices, and a list in a list; a device in a property is none.
+    {u"<s><Device name='A' hwLocator='h' osLocator='o'><property key='K' value='1'><Device name='X' hwLocator='h' "
+     u"osLocator='o'/></property><Device name='B' hwLocator='i' osLocator='o'><property key='L' value='2'/></Device>"
+     u"<property key='M' value='3'/><SysInfo><Device name='C' hwLocator='j' osLocator='o'/></SysInfo></Device></s>",
+     " [] A @h @o K=1 M=3\n [] C @j @o\n"},
     // Values; properties before the first lower-case one are skipped; nested ones follow their parent.
     {u"<s><Device name='A' hwLocator='h' osLocator='o'><Property/><property key='A' "
      u"value='x'><Value>y</Value></property>"
@@ -77,7 +91,21 @@ TEST(InventoryStateImport, lenientForms) {
         EXPECT_TRUE(Inventory::importStateFromXmlString(test.xml, store)) << toUtf8(test.xml);
         EXPECT_EQ(machineText(store), test.machine);
         EXPECT_EQ(lines.text, test.lines);
+
+        const DebugLogging debug;
+        StateManager later;
+        EXPECT_TRUE(Inventory::importStateFromXmlString(test.xml, later));
+        EXPECT_EQ(machineText(later), test.machine);
     }
+}
+
+TEST(InventoryStateImport, devicesOfADocumentThatTurnsOutBrokenAreNotEvenKnown) {
+    StateManager store;
+    EXPECT_FALSE(Inventory::importStateFromXmlString(
+        u"<s><Device name='A' hwLocator='h' osLocator='o'><property key='K-broken' value='1'/></Device>", store));
+    EXPECT_EQ(store.deviceCount(), 0U);
+    const PropertySpecImp spec(u"K-broken", PropertyCategoryImp::SysInfo(), DataTypeImp::STRING, CapabilityImp::ALL());
+    EXPECT_FALSE(StateManager::instance().propertySpec(spec.guid()));
 }
 
 TEST(InventoryStateImport, failuresSayWhy) {

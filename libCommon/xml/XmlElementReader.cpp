@@ -1,0 +1,7 @@
+#include "libCommon/xml/XmlElementReader.h"
+
+namespace vrx {
+
+XmlElementReader::~XmlElementReader() = default;
+
+}  // namespace vrx
