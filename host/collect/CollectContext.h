@@ -6,7 +6,7 @@
 #include "host/collect/CpuInfo.h"
 #include "host/collect/Recording.h"
 #include "host/collect/RootFolder.h"
-#include "host/collect/SmbiosTable.h"
+#include "host/collect/SmbiosFacts.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 
@@ -18,7 +18,7 @@ struct CollectContext {
     CollectContext(const RootFolder& machine, Array<String>& noteLines) : root(machine), notes(noteLines) {}
 
     const RootFolder& root;
-    SmbiosTable smbios;
+    SmbiosFacts smbios;
     CpuInfo cpuInfo;
     Recording recording;
     Array<String>& notes;
@@ -40,5 +40,18 @@ void collectPci(CollectContext& context);
 void collectUsb(CollectContext& context);
 void collectStorage(CollectContext& context);
 void collectNetwork(CollectContext& context);
+void collectFirmwareDevices(CollectContext& context);
+void collectPartitions(CollectContext& context);
+void collectStorageControllers(CollectContext& context);
+void collectGraphics(CollectContext& context);
+void collectSound(CollectContext& context);
+void collectCameras(CollectContext& context);
+void collectInput(CollectContext& context);
+void collectPower(CollectContext& context);
+void collectSensors(CollectContext& context);
+void collectSecurity(CollectContext& context);
+void collectPorts(CollectContext& context);
+void collectClocks(CollectContext& context);
+void collectOperatingSystem(CollectContext& context);
 
 }  // namespace vrx::host

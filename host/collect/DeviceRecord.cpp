@@ -6,13 +6,20 @@
 #include "host/collect/CleanText.h"
 #include "libCommon/values/Measurement.h"
 #include "libCommon/values/Unit.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx::host {
 
 void DeviceRecord::text(StringView key, std::string_view raw, Category category) {
     String clean = cleanText(raw);
+    if (clean.isEmpty()) {
+        return;
+    }
     if (!isPlaceholder(clean)) {
         add(key, std::move(clean), category);
+    } else if (category == Category::SysInfo() &&
+               std::find(placeholders.begin(), placeholders.end(), key) == placeholders.end()) {
+        placeholders.push_back(key);
     }
 }
 
@@ -35,6 +42,13 @@ void DeviceRecord::measure(StringView key, double number, StringView unit, Categ
     properties.push_back({key, category, ValueImp(DiscreteMeasurement(found->type(), number, found->magnitude()))});
 }
 
+void DeviceRecord::reading(StringView key, double number, StringView unit) {
+    const std::optional<Unit> found = Unit::lookupByString(unit);
+    VRX_ASSERT(found);
+    properties.push_back(
+        {key, Category::Volatile(), ValueImp(NonDiscreteMeasurement(found->type(), number, found->magnitude()))});
+}
+
 void DeviceRecord::size(StringView key, std::uint64_t bytes, Category category) {
     static constexpr StringView UNITS[] = {u"B", u"KB", u"MB", u"GB", u"TB"};
     static constexpr double STEP = 1024;
@@ -54,6 +68,22 @@ void DeviceRecord::add(StringView key, String value, Category category) {
 bool DeviceRecord::has(StringView key) const noexcept {
     return std::any_of(properties.begin(), properties.end(),
                        [key](const PropertyRecord& property) { return property.key == key; });
+}
+
+void DeviceRecord::isAlso(StringView other) {
+    const bool isBusOnly = type == u"UsbDevice" || type == u"PciDevice";
+    if (CapabilityImp(other).isCapable(CapabilityImp(type))) {
+        return;
+    }
+    if (isBusOnly) {
+        capabilities.push_back(type);
+    }
+    if (isBusOnly || CapabilityImp(type).isCapable(CapabilityImp(other))) {
+        type = other;
+        std::erase(capabilities, type);
+    } else if (std::find(capabilities.begin(), capabilities.end(), other) == capabilities.end()) {
+        capabilities.push_back(other);
+    }
 }
 
 std::string cleanName(std::string_view raw) {

@@ -22,7 +22,8 @@ struct PropertyRecord {
 
 /// A device while the machine is being recorded: sources may still add to what others found. Texts are UTF-8.
 ///
-/// The operations that set properties leave out what is empty, unknown or a vendor's placeholder.
+/// The operations that set properties leave out what is empty, unknown or a vendor's placeholder. The recording tells
+/// of placeholders in one property, `Placeholders`, but for those whose value another source knew.
 struct DeviceRecord {
     StringView type;                       ///< a name of the capability tree
     std::vector<StringView> capabilities;  ///< what it can do beside its type
@@ -32,6 +33,8 @@ struct DeviceRecord {
     std::string sysPath;                ///< its folder in sysfs with all links followed; empty when it has none
     std::optional<std::size_t> parent;  ///< place in the recording; without one `sysPath` decides (see Recording)
     std::vector<PropertyRecord> properties;
+    std::vector<StringView> placeholders;  ///< keys whose text was a vendor's placeholder, in the order met
+    std::uint64_t sources = 0;             ///< a bit for each source that said something of it (see Recording)
 
     using Category = PropertyCategoryImp;
 
@@ -42,6 +45,9 @@ struct DeviceRecord {
     /// `unit` is a symbol of the unit table. A number that is not above 0 stands for "unknown".
     void measure(StringView key, double number, StringView unit, Category category = Category::SysInfo());
 
+    /// What a sensor reads at the moment, Volatile; any number may be one.
+    void reading(StringView key, double number, StringView unit);
+
     /// A number of bytes in the largest unit that leaves at least 1, to two decimals: 16 GB, 465.76 GB.
     void size(StringView key, std::uint64_t bytes, Category category = Category::SysInfo());
 
@@ -50,6 +56,10 @@ struct DeviceRecord {
 
     /// Whether a property of that key was set.
     bool has(StringView key) const noexcept;
+
+    /// Says that the device is of that type too: it becomes the device's type when it says more than the one that it
+    /// has (a UsbDevice that is a Camera, Multimedia that is an AudioDevice), else a capability.
+    void isAlso(StringView other);
 };
 
 /// The cleaned text of a name; empty for a placeholder.

@@ -1,12 +1,13 @@
 /// A disk's folder in sysfs shows the way to it: controller, port, target, unit. The numbers that the kernel counts up
 /// as it finds things (host3, ata5, nvme0) are not stable; ports, addresses on a bus and namespaces are:
 ///
-///     NVMe      .../0000:01:00.0/nvme/nvme0/nvme0n1                       controller/ns:1
-///     ATA       .../0000:00:17.0/ata5/host4/target4:0:0/4:0:0:0/block/sda controller/ata:PORT (/C.T behind a
-///     multiplier) SAS       .../end_device-0:3/target0:0:3/0:0:3:0/block/sda          controller/bay:N, else
-///     controller/phy:N SCSI      .../host0/target0:1:2/0:1:2:0/block/sda controller/scsi:CHANNEL:TARGET:UNIT MMC
-///     .../mmc_host/mmc0/mmc0:0001/block/mmcblk0                 controller/card:0001 others    .../virtio1/block/vda
-///     controller/disk
+///     NVMe    .../0000:01:00.0/nvme/nvme0/nvme0n1                          controller/ns:1
+///     ATA     .../0000:00:17.0/ata5/host4/target4:0:0/4:0:0:0/block/sda    controller/ata:PORT
+///             behind a multiplier                                          controller/ata:PORT/CHANNEL:TARGET
+///     SAS     .../end_device-0:3/target0:0:3/0:0:3:0/block/sda             controller/bay:N, else controller/phy:N
+///     SCSI    .../host0/target0:1:2/0:1:2:0/block/sda                      controller/scsi:CHANNEL:TARGET:UNIT
+///     MMC     .../mmc_host/mmc0/mmc0:0001/block/mmcblk0                    controller/card:0001
+///     others  .../virtio1/block/vda                                        controller/disk
 
 #include "host/collect/DiskPlace.h"
 
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/collect/DevicePlace.h"
 #include "host/collect/Recording.h"
 #include "host/collect/RootFolder.h"
 
@@ -139,20 +141,7 @@ private:
 }  // namespace
 
 std::string locatorAbove(const Recording& recording, std::string_view sysPath) {
-    const std::size_t above = recording.nearest(sysPath.substr(0, sysPath.rfind('/')));
-    if (above != Recording::NONE) {
-        return recording.at(above).hwLocator;
-    }
-    static constexpr std::string_view DEVICES = "/sys/devices/";
-    static constexpr std::string_view PLATFORM = "platform/";
-    if (!sysPath.starts_with(DEVICES)) {
-        return "unplaced";  // a saved copy that lost its links
-    }
-    sysPath.remove_prefix(DEVICES.size());
-    if (sysPath.starts_with(PLATFORM)) {
-        sysPath.remove_prefix(PLATFORM.size());
-    }
-    return "platform:" + std::string(sysPath.substr(0, sysPath.find('/')));
+    return placeOfFolder(recording, sysPath.substr(0, sysPath.rfind('/')));
 }
 
 DiskPlace placeOfDisk(const RootFolder& root, const Recording& recording, const std::string& name) {

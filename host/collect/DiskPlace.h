@@ -18,8 +18,7 @@ struct DiskPlace {
 /// The place of the disk /sys/block/NAME. Requires: the controllers are recorded.
 DiskPlace placeOfDisk(const RootFolder& root, const Recording& recording, const std::string& name);
 
-/// The locator of the device that a sysfs folder lies in: of the recorded device above it, else what the kernel calls
-/// the platform device ("platform:fe330000.mmc"), or "unplaced" for a path that is not the device's own.
+/// The hardware locator for what a sysfs folder lies in (DevicePlace.h).
 std::string locatorAbove(const Recording& recording, std::string_view sysPath);
 
 }  // namespace vrx::host

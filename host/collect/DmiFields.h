@@ -5,16 +5,19 @@
 
 #include "host/collect/DeviceRecord.h"
 #include "host/collect/PropertyNames.h"
-#include "host/collect/SmbiosTable.h"
+#include "host/collect/SmbiosFacts.h"
 
 namespace vrx::host {
 
 struct CollectContext;
 
-/// Adds what the firmware says of the system, the board, the chassis or the BIOS to a device. The kernel's copies in
+/// What the firmware says of the machine as a whole, its first board and chassis, and its BIOS. The kernel's copies in
 /// /sys/class/dmi/id come first, because most of them may be read by anyone; what they lack is taken from the SMBIOS
-/// table. Notes which of them need root.
-void addDmiFields(CollectContext& context, SmbiosTable::Type type, DeviceRecord& device);
+/// table. Each notes which of them need root.
+SystemFacts dmiSystem(CollectContext& context);
+BoardFacts dmiBoard(CollectContext& context);
+ChassisFacts dmiChassis(CollectContext& context);
+BiosFacts dmiBios(CollectContext& context);
 
 /// "Vendor Model" from a device's properties, the model alone, or the given text where the model is not known.
 /// `modelKey` is the property that tells the model.

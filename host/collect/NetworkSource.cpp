@@ -14,6 +14,7 @@
 
 #include "host/collect/CollectContext.h"
 #include "host/collect/DiskPlace.h"
+#include "host/collect/DriverFirmware.h"
 #include "host/collect/PropertyNames.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
@@ -75,6 +76,20 @@ StringView typeOf(const RootFolder& root, const Interface& interface) {
     }
 }
 
+/// Drivers of Infiniband have a file for their firmware's version; others have to be asked, which a saved tree cannot
+/// be.
+void addFirmware(DeviceRecord& device, const RootFolder& root, const Interface& interface) {
+    const std::string folder = interface.path("device/infiniband/");
+    for (const std::string& name : root.list(folder)) {
+        if (!device.has(property::FIRMWARE_VERSION)) {
+            device.text(property::FIRMWARE_VERSION, root.text(folder + name + "/fw_ver"));
+        }
+    }
+    if (root.isLive() && !interface.isVirtual && !device.has(property::FIRMWARE_VERSION)) {
+        device.text(property::FIRMWARE_VERSION, driverFirmware(interface.name));
+    }
+}
+
 void addProperties(DeviceRecord& device, const RootFolder& root, const Interface& interface) {
     static constexpr std::uint64_t PERMANENT = 0;
     static constexpr std::uint64_t UNKNOWN_SPEED = 0xFFFFFFFF;
@@ -89,6 +104,7 @@ void addProperties(DeviceRecord& device, const RootFolder& root, const Interface
     if (interface.isVirtual) {
         device.flag(property::VIRTUAL, true);
     }
+    addFirmware(device, root, interface);
     if (!device.has(property::DRIVER)) {
         device.text(property::DRIVER, root.linkTarget(interface.path("device/driver")), Category::Internal());
     }
@@ -131,7 +147,7 @@ void collectNetwork(CollectContext& context) {
         if (!takesFunction) {
             place = context.recording.add(newAdapter(context, interface, sysPath));
         }
-        DeviceRecord& device = context.recording.at(place);
+        DeviceRecord& device = context.recording.amend(place);
         device.type = typeOf(context.root, interface);
         device.osLocator = interface.name;
         addProperties(device, context.root, interface);

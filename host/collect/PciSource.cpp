@@ -11,7 +11,7 @@
 
 #include "host/collect/CollectContext.h"
 #include "host/collect/HardwareIds.h"
-#include "host/collect/PciClasses.h"
+#include "host/collect/PciIdentity.h"
 #include "host/collect/PropertyNames.h"
 
 namespace vrx::host {
@@ -23,13 +23,8 @@ const std::string DEVICES = "/sys/bus/pci/devices/";
 const std::string SLOTS = "/sys/bus/pci/slots/";
 
 /// One function as sysfs shows it.
-struct PciFunction {
+struct PciFunction : PciIdentity {
     std::string address;  ///< "0000:00:1f.2"
-    std::uint32_t classCode = 0;
-    std::uint32_t vendor = 0;
-    std::uint32_t device = 0;
-    std::uint32_t subVendor = 0;  ///< 0 when it has no subsystem
-    std::uint32_t subDevice = 0;
 
     std::string path(std::string_view file) const { return DEVICES + address + "/" + std::string(file); }
 };
@@ -64,11 +59,7 @@ std::vector<PciFunction> readFunctions(const RootFolder& root) {
 HardwareIds readNames(CollectContext& context, const std::vector<PciFunction>& functions) {
     HardwareIds names;
     for (const PciFunction& function : functions) {
-        names.wantDevice(function.vendor, function.device);
-        names.wantClass(function.classCode);
-        if (function.subVendor != 0) {
-            names.wantSubsystem(function.vendor, function.device, function.subVendor, function.subDevice);
-        }
+        wantPciNames(names, function);
     }
     if (!functions.empty() && !names.load(context.root, "pci.ids")) {
         context.noteAccess("/usr/share/misc/pci.ids", RootFolder::Access::Absent,
@@ -84,22 +75,6 @@ std::map<std::string, std::string> readSlots(const RootFolder& root) {
         slots.emplace(root.text(SLOTS + name + "/address"), name);
     }
     return slots;
-}
-
-void addIdentifiers(DeviceRecord& device, const PciFunction& function, const HardwareIds& names) {
-    device.text(property::VENDOR, names.vendor(function.vendor));
-    device.text(property::MODEL, names.device(function.vendor, function.device));
-    device.text(property::CLASS, names.className(function.classCode));
-    device.add(property::VENDOR_ID, String::UTF8Decode(fmt::format("{:04x}", function.vendor)));
-    device.add(property::DEVICE_ID, String::UTF8Decode(fmt::format("{:04x}", function.device)));
-    device.add(property::CLASS_CODE, String::UTF8Decode(fmt::format("{:06x}", function.classCode)));
-    if (function.subVendor != 0) {
-        device.text(property::SUBSYSTEM_VENDOR, names.vendor(function.subVendor));
-        device.text(property::SUBSYSTEM,
-                    names.subsystem(function.vendor, function.device, function.subVendor, function.subDevice));
-        device.add(property::SUBSYSTEM_VENDOR_ID, String::UTF8Decode(fmt::format("{:04x}", function.subVendor)));
-        device.add(property::SUBSYSTEM_ID, String::UTF8Decode(fmt::format("{:04x}", function.subDevice)));
-    }
 }
 
 /// "8.0 GT/s PCIe" says 8.
@@ -123,11 +98,6 @@ void addLink(DeviceRecord& device, const PciFunction& function, const RootFolder
     addWidth(property::LINK_WIDTH, "current_link_width", Category::Volatile());
 }
 
-std::string nameOf(const PciFunction& function, const HardwareIds& names) {
-    const std::string model = cleanName(names.device(function.vendor, function.device));
-    return model.empty() ? fmt::format("PCI device {:04x}:{:04x}", function.vendor, function.device) : model;
-}
-
 }  // namespace
 
 void collectPci(CollectContext& context) {
@@ -137,16 +107,8 @@ void collectPci(CollectContext& context) {
     const HardwareIds names = readNames(context, functions);
     const std::map<std::string, std::string> slots = readSlots(root);
     for (const PciFunction& function : functions) {
-        DeviceRecord device;
-        device.type = pciDeviceType(function.classCode);
-        if (device.type != u"PciDevice") {
-            device.capabilities.push_back(u"PciDevice");
-        }
-        device.name = nameOf(function, names);
-        device.hwLocator = "pci:" + function.address;
-        device.osLocator = DEVICES + function.address;
+        DeviceRecord device = pciFunctionDevice(function.address, function, names);
         device.sysPath = root.resolved(device.osLocator);
-        addIdentifiers(device, function, names);
         if (const auto revision = root.number(function.path("revision"))) {
             device.add(property::REVISION, String::UTF8Decode(fmt::format("{:02x}", *revision)));
         }

@@ -3,7 +3,8 @@
 /// Which packages, cores and caches there are comes from the kernel's topology (CpuTopology), what the processors are
 /// from /proc/cpuinfo, rated clocks from cpufreq or the model name ("@ 2.40GHz"), and the name of the socket from
 /// SMBIOS when it lists as many populated sockets as there are packages. Where the kernel shows no topology, only the
-/// packages that /proc/cpuinfo names are recorded.
+/// packages that /proc/cpuinfo names are recorded, and where there is none either (a saved SMBIOS table alone), what
+/// firmware says of the processors.
 
 #include <fmt/format.h>
 
@@ -11,6 +12,8 @@
 
 #include "host/collect/CollectContext.h"
 #include "host/collect/CpuTopology.h"
+#include "host/collect/PackageDevices.h"
+#include "host/collect/ProcessorDevices.h"
 #include "host/collect/PropertyNames.h"
 
 namespace vrx::host {
@@ -19,40 +22,6 @@ namespace {
 
 using Category = PropertyCategoryImp;
 constexpr double KILOHERTZ_PER_MEGAHERTZ = 1000;
-
-std::string cpuFolder(unsigned cpu) { return fmt::format("/sys/devices/system/cpu/cpu{}", cpu); }
-
-/// "Intel(R) Xeon(R) CPU E5-2680 v4 @ 2.40GHz" says 2400.
-double megahertzInModel(std::string_view model) {
-    const std::size_t at = model.find("@ ");
-    if (at == std::string_view::npos) {
-        return 0;
-    }
-    const double number = leadingNumber(model.substr(at + 2));
-    return model.ends_with("GHz") ? number * 1000 : model.ends_with("MHz") ? number : 0;
-}
-
-/// The populated processor sockets in the order of the table.
-std::vector<const SmbiosStructure*> populatedSockets(const SmbiosTable& table) {
-    static constexpr unsigned CENTRAL_PROCESSOR = 3;
-    static constexpr unsigned POPULATED = 0x40;
-    std::vector<const SmbiosStructure*> sockets;
-    for (const SmbiosStructure* const structure : table.all(SmbiosTable::PROCESSOR)) {
-        if (structure->byte(0x05) == CENTRAL_PROCESSOR && (structure->byte(0x18) & POPULATED) != 0) {
-            sockets.push_back(structure);
-        }
-    }
-    return sockets;
-}
-
-void addSocket(DeviceRecord& processor, const SmbiosStructure& socket) {
-    processor.text(property::SLOT, socket.text(0x04));
-    processor.text(property::SERIAL_NUMBER, socket.text(0x20));
-    processor.text(property::PART_NUMBER, socket.text(0x22));
-    if (!processor.has(property::CLOCK)) {
-        processor.measure(property::CLOCK, socket.word(0x16), u"MHz");
-    }
-}
 
 void addModel(DeviceRecord& processor, const CpuInfoBlock& cpu) {
     processor.text(property::VENDOR, cpu.value("vendor_id"));
@@ -75,49 +44,19 @@ void addClocks(const RootFolder& root, DeviceRecord& processor, unsigned cpu, co
     processor.measure(property::MAX_CLOCK, kilohertz("cpuinfo_max_freq") / KILOHERTZ_PER_MEGAHERTZ, u"MHz");
 }
 
-std::string_view kindName(CpuCache::Kind kind) noexcept {
-    switch (kind) {
-        case CpuCache::Kind::Data: return "Data";
-        case CpuCache::Kind::Instruction: return "Instruction";
-        default: return "Unified";
-    }
-}
-
-/// "l1d", "l1i", "l2"
-std::string cacheTag(const CpuCache& cache) {
-    switch (cache.kind) {
-        case CpuCache::Kind::Data: return fmt::format("l{}d", cache.level);
-        case CpuCache::Kind::Instruction: return fmt::format("l{}i", cache.level);
-        default: return fmt::format("l{}", cache.level);
-    }
-}
-
-std::string cacheName(const CpuCache& cache) {
-    switch (cache.kind) {
-        case CpuCache::Kind::Data: return fmt::format("L{} data cache", cache.level);
-        case CpuCache::Kind::Instruction: return fmt::format("L{} instruction cache", cache.level);
-        default: return fmt::format("L{} cache", cache.level);
-    }
-}
-
 /// Adds the devices of one package.
 class PackageRecorder {
 public:
     PackageRecorder(CollectContext& context, const CpuPackage& package)
         : m_context(context), m_package(package), m_locator(fmt::format("cpu:{}", package.id)) {}
 
-    void record(const SmbiosStructure* socket) {
+    void record(const ProcessorFacts* socket) {
         addProcessor(socket);
-        for (const CpuCore& core : m_package.cores) {
-            addCore(core);
-        }
-        for (const CpuCache& cache : m_package.caches) {
-            addCache(cache);
-        }
+        addCoresAndCaches(m_context.recording, m_processor, m_package);
     }
 
 private:
-    void addProcessor(const SmbiosStructure* socket) {
+    void addProcessor(const ProcessorFacts* socket) {
         DeviceRecord processor;
         processor.type = u"Processor";
         processor.hwLocator = m_locator;
@@ -131,7 +70,7 @@ private:
         processor.number(property::THREADS, m_package.threads());
         addClocks(m_context.root, processor, m_package.firstCpu, info);
         if (socket != nullptr) {
-            addSocket(processor, *socket);
+            addSocketFacts(processor, *socket);
         }
         if (processor.name.empty()) {
             processor.name = "Processor";
@@ -139,46 +78,10 @@ private:
         m_processor = m_context.recording.add(std::move(processor));
     }
 
-    void addCore(const CpuCore& core) {
-        DeviceRecord device;
-        device.type = u"ProcessorCore";
-        device.name = fmt::format("CPU {} core {}", m_package.id, core.id);
-        device.hwLocator = fmt::format("{}/core:{}", m_locator, core.id);
-        device.osLocator = cpuFolder(core.firstCpu);
-        device.parent = m_processor;
-        device.number(property::THREADS, core.threads);
-        m_cores.push_back(m_context.recording.add(std::move(device)));
-    }
-
-    void addCache(const CpuCache& cache) {
-        DeviceRecord device;
-        device.type = u"Cache";
-        device.name = cacheName(cache);
-        device.osLocator = cpuFolder(cache.firstCpu) + "/cache";
-        if (cache.core) {
-            device.parent = m_cores.at(*cache.core);
-            device.hwLocator = m_context.recording.at(*device.parent).hwLocator + "/" + cacheTag(cache);
-        } else {
-            const std::string tag = cacheTag(cache);
-            device.parent = m_processor;
-            device.hwLocator = fmt::format("{}/{}:{}", m_locator, tag, m_shared[tag]++);
-        }
-        device.number(property::LEVEL, cache.level);
-        device.text(property::CACHE_TYPE, kindName(cache.kind));
-        device.size(property::SIZE, cache.bytes);
-        device.size(property::LINE_SIZE, cache.lineSize);
-        if (cache.ways > 0) {
-            device.number(property::ASSOCIATIVITY, static_cast<std::uint64_t>(cache.ways));
-        }
-        m_context.recording.add(std::move(device));
-    }
-
     CollectContext& m_context;
     const CpuPackage& m_package;
     std::string m_locator;
     std::size_t m_processor = 0;
-    std::vector<std::size_t> m_cores;
-    std::map<std::string, unsigned> m_shared;  // how many caches of each tag the package has had so far
 };
 
 /// Packages as far as /proc/cpuinfo tells them apart; processors that name none are one package.
@@ -210,15 +113,18 @@ void recordFromCpuInfo(CollectContext& context) {
 
 void collectProcessors(CollectContext& context) {
     const std::vector<CpuPackage> packages = readCpuTopology(context.root);
-    if (packages.empty()) {
-        context.note("/sys/devices/system/cpu", "shows no processor packages", "processor cores and caches");
-        recordFromCpuInfo(context);
-        return;
-    }
-    const std::vector<const SmbiosStructure*> sockets = populatedSockets(context.smbios);
+    const std::vector<const ProcessorFacts*> sockets = populatedSockets(context.smbios);
     for (std::size_t i = 0; i < packages.size(); ++i) {
         PackageRecorder(context, packages[i]).record(sockets.size() == packages.size() ? sockets[i] : nullptr);
     }
+    if (packages.empty()) {
+        context.note("/sys/devices/system/cpu", "shows no processor packages", "processor cores and caches");
+        recordFromCpuInfo(context);
+    }
+    if (packages.empty() && context.cpuInfo.blocks().empty()) {
+        addProcessors(context.recording, context.smbios);
+    }
+    addEmptySockets(context.recording, context.smbios);
 }
 
 }  // namespace vrx::host

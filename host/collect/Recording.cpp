@@ -5,6 +5,7 @@
 #include <tuple>
 #include <utility>
 
+#include "host/collect/PropertyNames.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/DeviceImp.h"
 #include "libSystemState/properties/PropertyImp.h"
@@ -20,6 +21,7 @@ public:
     explicit RecordWriter(StateManager& store) : m_store(store) {}
 
     StateManager::DevicePointer write(DeviceRecord& record, const StateManager::DevicePointer& parent) {
+        addPlaceholders(record);
         const auto device =
             DeviceImp::createGeneric(typeOf(record.type), capabilitiesOf(record), 0, String::UTF8Decode(record.name),
                                      String(), String::UTF8Decode(record.osLocator), uniqueLocator(record));
@@ -31,6 +33,19 @@ public:
 
 private:
     using SpecKey = std::tuple<StringView, std::size_t, std::size_t>;
+
+    static void addPlaceholders(DeviceRecord& record) {
+        Array<String> keys;
+        for (const StringView key : record.placeholders) {
+            if (!record.has(key)) {
+                keys.append(String(key));
+            }
+        }
+        if (!keys.isEmpty()) {
+            record.properties.push_back(
+                {property::PLACEHOLDERS, PropertyCategoryImp::SysInfo(), ValueImp(std::move(keys))});
+        }
+    }
 
     static CapabilityImp typeOf(StringView name) {
         CapabilityImp type(name);
@@ -79,8 +94,14 @@ std::size_t Recording::add(DeviceRecord device) {
     if (!device.sysPath.empty()) {
         m_byPath.emplace(device.sysPath, place);
     }
+    device.sources |= m_source;
     m_devices.push_back(std::move(device));
     return place;
+}
+
+void Recording::leaveOut(std::size_t place) {
+    VRX_ASSERT(place != 0 && place < m_devices.size());
+    m_leftOut.insert(place);
 }
 
 std::size_t Recording::nearest(std::string_view sysPath) const {
@@ -107,10 +128,19 @@ std::size_t Recording::parentOf(std::size_t place) const {
     return above == NONE ? 0 : above;
 }
 
+std::size_t Recording::keptParentOf(std::size_t place) const {
+    do {
+        place = parentOf(place);
+    } while (m_leftOut.contains(place));
+    return place;
+}
+
 std::vector<std::vector<std::size_t>> Recording::childrenOfAll() const {
     std::vector<std::vector<std::size_t>> children(m_devices.size());
     for (std::size_t place = 1; place < m_devices.size(); ++place) {
-        children[parentOf(place)].push_back(place);
+        if (!m_leftOut.contains(place)) {
+            children[keptParentOf(place)].push_back(place);
+        }
     }
     return children;
 }

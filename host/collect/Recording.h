@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "host/collect/DeviceRecord.h"
@@ -30,6 +32,18 @@ public:
     DeviceRecord& at(std::size_t place) { return m_devices[place]; }
     const DeviceRecord& at(std::size_t place) const { return m_devices[place]; }
 
+    /// From here on devices are added and amended by the source of that number (at most 63).
+    void setSource(unsigned number) noexcept { m_source = std::uint64_t{1} << number; }
+
+    /// The device at a place, for a source that says more of what another one found.
+    DeviceRecord& amend(std::size_t place) {
+        m_devices[place].sources |= m_source;
+        return m_devices[place];
+    }
+
+    /// Leaves a device out of what is stored; what is below it moves up. Requires: it is not the root.
+    void leaveOut(std::size_t place);
+
     /// The device of that sysfs folder or of the nearest folder above it; NONE when there is none.
     std::size_t nearest(std::string_view sysPath) const;
 
@@ -39,10 +53,13 @@ public:
 
 private:
     std::size_t parentOf(std::size_t place) const;
+    std::size_t keptParentOf(std::size_t place) const;
     std::vector<std::vector<std::size_t>> childrenOfAll() const;
 
     std::vector<DeviceRecord> m_devices;
     std::unordered_map<std::string, std::size_t> m_byPath;
+    std::unordered_set<std::size_t> m_leftOut;
+    std::uint64_t m_source = 1;
 };
 
 }  // namespace vrx::host

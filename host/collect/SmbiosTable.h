@@ -52,8 +52,16 @@ public:
         BOARD = 2,
         CHASSIS = 3,
         PROCESSOR = 4,
+        CACHE = 7,
+        SLOT = 9,
         MEMORY_ARRAY = 16,
         MEMORY_DEVICE = 17,
+        PORTABLE_BATTERY = 22,
+        COOLING_DEVICE = 27,
+        MANAGEMENT_CONTROLLER = 38,
+        POWER_SUPPLY = 39,
+        ONBOARD_DEVICE = 41,
+        TRUSTED_PLATFORM = 43,
         END = 127
     };
 

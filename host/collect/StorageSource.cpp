@@ -48,6 +48,10 @@ public:
             disk.flag(property::ROTATIONAL, isRotational());
         }
         disk.measure(property::ROTATION_RATE, vpdRotationRate(page("b1")), u"RPM");
+        disk.text(property::RAID_LEVEL, text("device/raid_level"));
+        if (m_place.transport == "MMC") {
+            addCardIdentity(disk);
+        }
         disk.name = nameFromModel(disk, "Disk");
         return disk;
     }
@@ -105,6 +109,15 @@ private:
             if (!disk.has(key)) {
                 disk.text(key, value);
             }
+        }
+    }
+
+    /// "0x00001b" is the maker of a card, "03/2021" when it was made.
+    void addCardIdentity(DeviceRecord& disk) const {
+        disk.text(property::VENDOR_ID, text("device/manfid"));
+        const std::string date = text("device/date");
+        if (const std::size_t slash = date.find('/'); slash != std::string::npos) {
+            disk.text(property::MANUFACTURE_DATE, date.substr(slash + 1) + "-" + date.substr(0, slash));
         }
     }
 

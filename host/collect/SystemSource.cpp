@@ -1,26 +1,32 @@
-/// The root device: the machine as a whole. What the vendor calls it comes from the firmware (see BoardSource.cpp) or,
-/// on machines without SMBIOS, from the device tree.
+/// The root device: the machine as a whole. What the vendor calls it comes from the firmware (see DmiFields.h) or, on
+/// machines without SMBIOS, from the device tree.
 
 #include "host/collect/CollectContext.h"
 #include "host/collect/DmiFields.h"
-#include "host/collect/PropertyNames.h"
+#include "host/collect/MachineDevices.h"
 
 namespace vrx::host {
 
-void collectSystem(CollectContext& context) {
-    DeviceRecord system;
-    system.type = u"System";
-    system.hwLocator = "system";
-    system.osLocator = "/sys/devices/system";
-    addDmiFields(context, SmbiosTable::SYSTEM, system);
-    if (!system.has(property::MODEL)) {
-        system.text(property::MODEL, context.root.text("/proc/device-tree/model"));
-        system.text(property::SERIAL_NUMBER, context.root.text("/proc/device-tree/serial-number"));
+namespace {
+
+void replaceFrom(std::string& text, const RootFolder& root, const std::string& path) {
+    if (std::string better = root.text(path); !better.empty()) {
+        text = std::move(better);
     }
-    if (context.cpuInfo.isVirtual()) {
+}
+
+}  // namespace
+
+void collectSystem(CollectContext& context) {
+    SystemFacts facts = dmiSystem(context);
+    if (cleanName(facts.model).empty()) {
+        replaceFrom(facts.model, context.root, "/proc/device-tree/model");
+        replaceFrom(facts.serialNumber, context.root, "/proc/device-tree/serial-number");
+    }
+    DeviceRecord system = systemDevice(facts);
+    if (context.cpuInfo.isVirtual() || (context.smbios.bios && context.smbios.bios->isVirtualMachine)) {
         system.flag(property::VIRTUAL, true);
     }
-    system.name = nameFromModel(system, "System");
     context.recording.add(std::move(system));
 }
 

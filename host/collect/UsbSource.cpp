@@ -137,6 +137,9 @@ void collectUsb(CollectContext& context) {
         record.add(property::DEVICE_ID, String::UTF8Decode(fmt::format("{:04x}", device.product)));
         record.text(property::USB_VERSION, root.text(device.path("version")));
         record.measure(property::SPEED, leadingNumber(root.text(device.path("speed"))), u"Mbit/s");
+        if (const auto ports = root.number(device.path("maxchild")); ports.value_or(0) > 0) {
+            record.number(property::PORTS, ports);
+        }
         context.recording.add(std::move(record));
     }
 }

@@ -12,6 +12,7 @@ namespace vrx::host {
 void addCheckCommand(CLI::App& parent, Session& session);
 void addCheckDeviceCommand(CLI::App& parent, Session& session);
 void addCollectCommand(CLI::App& parent, Session& session);
+void addConvertCommand(CLI::App& parent, Session& session);
 void addGenerateCommand(CLI::App& parent, Session& session);
 void addLintCommand(CLI::App& parent, Session& session);
 void addMatchCommand(CLI::App& parent, Session& session);

@@ -1,8 +1,17 @@
 #include "host/commands/MachineSource.h"
 
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "host/collect/Anonymize.h"
 #include "host/collect/MachineCollector.h"
+#include "host/collect/Recording.h"
 #include "host/commands/HeapPages.h"
 #include "host/commands/XmlFileProblem.h"
+#include "host/convert/MachineImport.h"
+#include "host/convert/StoredMachine.h"
 #include "host/report/TextPieces.h"
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/xml/XmlDocument.h"
@@ -32,13 +41,34 @@ std::string problemOf(const std::string& name, std::string_view bytes) {
     throw MachineFailure(ExitStatus::BadInput, line, std::move(texts));
 }
 
-void loadFromStandardInput(StateManager& store, const Session& session) {
-    const std::string name = machineName("-");
+std::string loadBytes(const std::string& path) {
     std::string bytes;
     String reason;
-    if (!loadFile(u"-", bytes, reason)) {
-        fail(fileProblem(name, reason, EXPECTED), {});
+    if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
+        fail(fileProblem(path, reason, EXPECTED), {});
     }
+    return bytes;
+}
+
+/// The start of a file that can be read again from there; empty for any other, as a pipe is.
+std::string startOfFile(const std::string& path) {
+    std::error_code failure;
+    std::string start;
+    if (std::filesystem::is_regular_file(path, failure)) {
+        start.resize(RECOGNITION_SIZE);
+        std::ifstream file(path, std::ios::binary);
+        file.read(start.data(), static_cast<std::streamsize>(start.size()));
+        start.resize(static_cast<std::size_t>(file.gcount()));
+    }
+    return start;
+}
+
+bool isPipe(const std::string& path) {
+    std::error_code failure;
+    return path == "-" || std::filesystem::is_fifo(path, failure);
+}
+
+void loadSysInfoBytes(const std::string& name, const std::string& bytes, StateManager& store, const Session& session) {
     Utf8Damage damage;
     const String text = String::UTF8Decode(bytes, &damage);
     ErrorStreamLog::Capture capture(*session.log);
@@ -49,7 +79,7 @@ void loadFromStandardInput(StateManager& store, const Session& session) {
     capture.show();
 }
 
-void loadFromFile(const std::string& path, StateManager& store, const Session& session) {
+void loadSysInfoFile(const std::string& path, StateManager& store, const Session& session) {
     expectRecording(path);
     ErrorStreamLog::Capture capture(*session.log);
     if (!Inventory::importStateFromXmlFile(String::UTF8Decode(path), store)) {
@@ -59,6 +89,33 @@ void loadFromFile(const std::string& path, StateManager& store, const Session& s
         fail(isRead ? problemOf(path, bytes) : fileProblem(path, reason, EXPECTED), capture.errors());
     }
     capture.show();
+}
+
+void loadSysInfo(const std::string& path, const std::string& piped, StateManager& store, const Session& session) {
+    if (isPipe(path)) {
+        loadSysInfoBytes(path, piped, store, session);
+    } else {
+        loadSysInfoFile(path, store, session);
+    }
+}
+
+void loadForeign(const std::string& name, RecordingFormat format, std::string_view bytes, bool isAnonymous,
+                 StateManager& store, const Session& session) {
+    DamageList damage;
+    Recording recording;
+    const bool isLoaded = convertForeign(format, bytes, recording, damage);
+    if (session.logLevel <= LogPriority::Warning) {
+        for (const String& line : damage.lines()) {
+            session.say(fmt::format("{}: warning: {}", inputName(name), line.toUtf8()));
+        }
+    }
+    if (!isLoaded) {
+        fail(fmt::format("{}: this {} holds no devices", inputName(name), formatTitle(format)), damage.lines());
+    }
+    if (isAnonymous) {
+        anonymize(recording);
+    }
+    recording.storeIn(store);
 }
 
 void loadThisMachine(StateManager& store, const Session& session) {
@@ -74,13 +131,30 @@ void loadThisMachine(StateManager& store, const Session& session) {
 
 }  // namespace
 
+RecordingFormat loadRecording(const std::string& path, const LoadOptions& options, StateManager& store,
+                              const Session& session) {
+    const std::string piped = isPipe(path) ? loadBytes(path) : std::string();
+    const RecordingFormat format =
+        options.format ? *options.format : recognisedFormat(isPipe(path) ? piped : startOfFile(path));
+    if (isForeign(format)) {
+        loadForeign(path, format, isPipe(path) ? piped : loadBytes(path), options.isAnonymous, store, session);
+    } else if (options.isAnonymous) {
+        StateManager original;
+        loadSysInfo(path, piped, original, session);
+        StoredMachine machine(original);
+        anonymize(machine.recording());
+        machine.recording().storeIn(store);
+    } else {
+        loadSysInfo(path, piped, store, session);
+    }
+    return format;
+}
+
 void loadMachine(const std::string& statePath, StateManager& store, const Session& session) {
     if (statePath.empty()) {
         loadThisMachine(store, session);
-    } else if (statePath == "-") {
-        loadFromStandardInput(store, session);
     } else {
-        loadFromFile(statePath, store, session);
+        loadRecording(statePath, {}, store, session);
     }
 }
 

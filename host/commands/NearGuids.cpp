@@ -26,24 +26,49 @@ std::size_t distanceOf(StringView asked, StringView guid) {
     return distance <= std::max(asked.size(), guid.size()) / 2 ? distance : asked.size() + LONGEST_COMPARED;
 }
 
+using NearTexts = std::vector<std::pair<std::size_t, String>>;
+
+/// Enters the text when it is near.
+void consider(const String& asked, const String& text, NearTexts& near) {
+    const std::size_t distance = distanceOf(asked, foldCase(text));
+    if (!text.isEmpty() && distance <= asked.size()) {
+        near.emplace_back(distance, text);
+    }
+}
+
+/// The nearest ones, each once.
+std::vector<std::string> nearestOf(NearTexts& near) {
+    std::stable_sort(near.begin(), near.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < near.size() && texts.size() < SHOWN; ++i) {
+        std::string text = near[i].second.toUtf8();
+        if (std::find(texts.begin(), texts.end(), text) == texts.end()) {
+            texts.push_back(std::move(text));
+        }
+    }
+    return texts;
+}
+
 }  // namespace
 
 std::vector<std::string> nearGuids(const String& guid, const StateManager& store) {
     const String asked = foldCase(guid);
-    std::vector<std::pair<std::size_t, const IDeviceImp*>> near;
+    NearTexts near;
     for (const auto& device : store.devicesCapableOf(CapabilityImp::ALL())) {
-        const std::size_t distance = distanceOf(asked, foldCase(device->guid()));
-        if (distance <= asked.size()) {
-            near.emplace_back(distance, device.get());
+        consider(asked, device->guid(), near);
+    }
+    return nearestOf(near);
+}
+
+std::vector<std::string> nearDevices(const String& text, const StateManager& store) {
+    const String asked = foldCase(text);
+    NearTexts near;
+    for (const auto& device : store.devicesCapableOf(CapabilityImp::ALL())) {
+        for (const String* const own : {&device->hwLocator(), &device->osLocator(), &device->name()}) {
+            consider(asked, *own, near);
         }
     }
-    const std::size_t count = std::min(near.size(), SHOWN);
-    std::stable_sort(near.begin(), near.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-    std::vector<std::string> guids;
-    for (std::size_t i = 0; i < count; ++i) {
-        guids.push_back(near[i].second->guid().toUtf8());
-    }
-    return guids;
+    return nearestOf(near);
 }
 
 }  // namespace vrx::host

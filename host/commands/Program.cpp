@@ -76,6 +76,7 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     addLintCommand(app, session);
     addMatchCommand(app, session);
     addCollectCommand(app, session);
+    addConvertCommand(app, session);
     try {
         if (const std::optional<ExitStatus> ended = parse(app, argc, argv, session)) {
             return *ended;

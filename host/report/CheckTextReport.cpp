@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "host/report/CheckHeadline.h"
 #include "host/report/FindingText.h"
 #include "host/report/MissingDevices.h"
 #include "host/report/NoticeText.h"
@@ -52,7 +53,7 @@ struct Headline {
     std::string sentence;
 };
 
-Headline headlineOf(const CheckOutcome& outcome) {
+Headline headlineOf(const CheckOutcome& outcome, const Array<Inventory::DeviceSpec>& missing) {
     switch (outcome.verdict) {
         case Verdict::Passed: return {"PASSED", Style::Good, "the machine holds what the script asks for"};
         case Verdict::NothingToCheck:
@@ -60,16 +61,13 @@ Headline headlineOf(const CheckOutcome& outcome) {
         case Verdict::Undecided:
             return {"UNDECIDED", Style::Caution,
                     counted(outcome.givenUpPatterns, "pattern test") + " took too much work and had to be given up"};
-        default: break;
+        default: return {"FAILED", Style::Bad, problemSentence(outcome, missing)};
     }
-    const bool onlyExtra = outcome.inventorySatisfied.value_or(false);
-    return {"FAILED", Style::Bad,
-            onlyExtra ? "everything asked for is there, but there are devices too many"
-                      : "the machine does not hold what the script asks for"};
 }
 
-void writeHead(std::string& out, const CheckOutcome& outcome, const TextFormat& format) {
-    const Headline headline = headlineOf(outcome);
+void writeHead(std::string& out, const CheckOutcome& outcome, const Array<Inventory::DeviceSpec>& missing,
+               const TextFormat& format) {
+    const Headline headline = headlineOf(outcome, missing);
     out += styled(headline.verdict, headline.style, format.colour) + "  " + headline.sentence + "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
     table.addRow({"script", printable(std::string_view(inputName(outcome.script))) + " (" +
@@ -83,7 +81,8 @@ void writeHead(std::string& out, const CheckOutcome& outcome, const TextFormat& 
 std::string checkTextReport(const CheckOutcome& outcome, const TextFormat& format) {
     const std::string script = inputName(outcome.script);
     std::string out;
-    writeHead(out, outcome, format);
+    const Array<Inventory::DeviceSpec> missing = missingDevices(outcome.missing, *outcome.annotatedScript);
+    writeHead(out, outcome, missing, format);
     const std::string notices = noticeText(outcome.events, script, format);
     if (!notices.empty()) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
@@ -93,7 +92,6 @@ std::string checkTextReport(const CheckOutcome& outcome, const TextFormat& forma
         out += fmt::format("  checked in {}\n", durationText(outcome.duration));
         return out;
     }
-    const Array<Inventory::DeviceSpec> missing = missingDevices(outcome.missing, *outcome.annotatedScript);
     writeDevices(out, "Missing devices", missing, true, format);
     writeDevices(out, "Extra devices", outcome.extra, false, format);
     const FindingText findings = findingText(findingsOf(*outcome.annotatedScript), script, outcome.machine, format);

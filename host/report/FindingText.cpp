@@ -203,11 +203,11 @@ private:
     /// Two columns of equal width, each wrapped; one below the other when a value is too long to be read so.
     void writeSideBySide(unsigned indent, const std::string& expected, const std::string& found) {
         constexpr unsigned LABEL = 10;  // "expected" and two blanks
+        constexpr unsigned GAP = 1;
         constexpr unsigned LONGEST_IN_HALF = 3;
         const unsigned half = (m_format.width - indent) / 2;
-        const unsigned column = half - LABEL;
-        const auto left = wrapped(expected, column);
-        const auto right = wrapped(found, column);
+        const auto left = wrapped(expected, half - LABEL - GAP);
+        const auto right = wrapped(found, half - LABEL);
         if (std::max(left.size(), right.size()) > LONGEST_IN_HALF) {
             writeLabelled(indent, "expected  ", expected, Style::Good);
             writeLabelled(indent, "found     ", found, Style::Bad);

@@ -28,10 +28,13 @@ void collect(const XmlElement& element, std::vector<ScriptFinding>& findings) {
 }  // namespace
 
 std::vector<ScriptFinding> findingsOf(const XmlDocument& annotatedScript) {
+    const XmlElement* const root = annotatedScript.RootElement();
+    return root ? findingsIn(*root) : std::vector<ScriptFinding>();
+}
+
+std::vector<ScriptFinding> findingsIn(const XmlElement& element) {
     std::vector<ScriptFinding> findings;
-    if (const XmlElement* const root = annotatedScript.RootElement()) {
-        collect(*root, findings);
-    }
+    collect(element, findings);
     return findings;
 }
 

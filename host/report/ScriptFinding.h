@@ -17,4 +17,7 @@ struct ScriptFinding {
 /// Every such element, in document order.
 std::vector<ScriptFinding> findingsOf(const XmlDocument& annotatedScript);
 
+/// The same of an element and everything inside it.
+std::vector<ScriptFinding> findingsIn(const XmlElement& element);
+
 }  // namespace vrx::host

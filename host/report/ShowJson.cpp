@@ -37,11 +37,11 @@ void writeDevice(JsonWriter& json, const IDeviceImp& device) {
 
 }  // namespace
 
-std::string showJson(const StateManager& store) {
+std::string showJson(const std::vector<const IDeviceImp*>& devices) {
     JsonWriter json;
     json.beginObject();
     json.key("devices").beginArray();
-    for (const auto& device : store.devicesCapableOf(CapabilityImp::ALL())) {
+    for (const IDeviceImp* const device : devices) {
         writeDevice(json, *device);
     }
     json.endArray();

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "libSystemState/StateManager.h"
+#include "libSystemState/Forward.h"
 
 namespace vrx::host {
 
-/// The machine for programs: one object with all devices, in the store's order, and their properties.
-std::string showJson(const StateManager& store);
+/// Devices for programs: one object with all of them, in their order, and their properties.
+std::string showJson(const std::vector<const IDeviceImp*>& devices);
 
 }  // namespace vrx::host

@@ -1,14 +1,15 @@
-/// The reader takes most items from an attribute or a child element. Here is which one is written when:
+/// The reader takes most items from an attribute or a child element. Which one is written when:
 ///
-/// - Type, name and locators are attributes, which keep every blank. An empty one is an empty child element: a reader
-/// may
-///   take an empty attribute for a missing one, and make something up in its place.
-/// - A value is an attribute; so an empty one is none at all. An array is one `value` child with an attribute for each
-///   entry, never a `Value` child with text: of those, empty ones are lost and all come before the others.
-/// - A measurement is its number with `units`, as long as the reader knows the unit; an unknown one would make it drop
-/// the
-///   properties behind it.
-/// - Properties stand beside one another in the device's order, children of others too: the reader lists them so.
+/// Type, name and locators are attributes, which keep every blank. An empty one is an empty child element: a reader may
+/// take an empty attribute for a missing one, and make something up in its place.
+///
+/// A value is an attribute; so an empty one is none at all. An array is one `value` child with an attribute for each
+/// entry, never a `Value` child with text: of those, empty ones are lost and all come before the others.
+///
+/// A measurement is its number with `units`, as long as the reader knows the unit; an unknown one would make it drop
+/// the properties behind it.
+///
+/// Properties stand beside one another in the device's order, children of others too: the reader lists them so.
 
 #include "host/report/SysInfoWriter.h"
 

@@ -38,6 +38,17 @@ bool wantsColour() noexcept {
     return (noColour == nullptr || *noColour == '\0') && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
 }
 
+/// Whether the terminal takes UTF-8, as the environment says: the first of these variables that is set decides.
+bool showsUtf8() noexcept {
+    for (const char* const variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const char* const locale = std::getenv(variable);
+        if (locale != nullptr && *locale != '\0') {
+            return strcasestr(locale, "utf-8") != nullptr || strcasestr(locale, "utf8") != nullptr;
+        }
+    }
+    return false;
+}
+
 unsigned terminalWidth() noexcept {
     winsize size{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
@@ -69,6 +80,7 @@ ProcessConsole::ProcessConsole() {
     std::signal(SIGPIPE, SIG_IGN);
     if (isatty(STDOUT_FILENO) == 1) {
         m_outFormat.colour = wantsColour();
+        m_outFormat.hasLines = showsUtf8();
         m_outFormat.width = terminalWidth();
     }
     m_showsProgress = isatty(STDERR_FILENO) == 1;

@@ -1,6 +1,10 @@
 #include "libSystemState/capabilities/CapabilityTree.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
+
+#include "libSystemState/capabilities/CapabilityNames.h"
 
 /// The tree of device types, written as one table in the order in which sets of capabilities list their names: a row is
 /// the canonical name of a node, its level, and its aliases. A row of level 1 stands below the nearest row of level 0
@@ -144,6 +148,15 @@ bool isReserved(StringView name) {
 }
 
 }  // namespace
+
+std::vector<StringView> capabilityNames() {
+    std::vector<StringView> names;
+    for (const Row& row : TABLE) {
+        names.push_back(row.name);
+        std::ranges::copy_if(row.aliases, std::back_inserter(names), [](StringView alias) { return !alias.empty(); });
+    }
+    return names;
+}
 
 CapabilityTree& CapabilityTree::instance() {
     static CapabilityTree tree;

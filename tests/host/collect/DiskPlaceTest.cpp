@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/collect/DevicePlace.h"
 #include "host/collect/Recording.h"
 #include "host/collect/RootFolder.h"
 #include "host/collect/VpdPages.h"
@@ -54,6 +55,26 @@ TEST(DiskPlaceTest, locatorsDoNotDependOnTheOrderOfDiscovery) {
     }
     EXPECT_EQ(locatorAbove(recording, "/sys/devices/platform/fe33.mmc/mmc_host/mmc0"), "platform:fe33.mmc");
     EXPECT_EQ(locatorAbove(recording, "/sys/block/sda"), "unplaced");
+}
+
+TEST(DevicePlaceTest, keepsAddressesAndDropsWhatTheKernelCounts) {
+    Recording recording;
+    recording.add({});
+    DeviceRecord controller;
+    controller.hwLocator = "pci:5";
+    controller.sysPath = CONTROLLER;
+    recording.add(controller);
+    const std::string below = CONTROLLER;
+    EXPECT_EQ(placeOfFolder(recording, below), "pci:5");
+    EXPECT_EQ(placeOfFolder(recording, below + "/i2c-3/3-001b"), "pci:5/i2c:1b");
+    EXPECT_EQ(placeOfFolder(recording, below + "/i2c-3/3-0070/i2c-9/9-0052"), "pci:5/i2c:70/i2c:52");
+    EXPECT_EQ(placeOfFolder(recording, below + "/spi_master/spi0/spi0.1/hwmon"), "pci:5/spi:1");
+    EXPECT_EQ(placeOfFolder(recording, below + "/nvme/nvme4/hwmon2"), "pci:5");
+    EXPECT_EQ(placeOfFolder(recording, below + "/usb1/1-0/1-12345"), "pci:5") << "no address";
+    EXPECT_EQ(placeOfFolder(recording, "/sys/devices/platform/soc/fe20.i2c/i2c-1/1-0068"), "platform:fe20.i2c/i2c:68");
+    EXPECT_EQ(placeOfFolder(recording, "/sys/devices/LNXSYSTM:00/LNXSYBUS:00/ACPI000D:00"), "platform:ACPI000D:00");
+    EXPECT_EQ(placeOfFolder(recording, "/sys/devices/platform"), "platform:platform");
+    EXPECT_EQ(placeOfFolder(recording, "/somewhere/else"), "unplaced");
 }
 
 std::string page(unsigned number, const std::string& content) {

@@ -107,10 +107,11 @@ void SavedMachine::processors(unsigned packages, unsigned cores, std::string_vie
     file("/proc/cpuinfo", info.str());
 }
 
-void SavedMachine::collect() {
+void SavedMachine::collect() { collect({}); }
+
+void SavedMachine::collect(CollectOptions options) {
     store.clear();
     notes.clear();
-    CollectOptions options;
     options.root = folder();
     isRecorded = collectMachine(store, options, notes);
 }

@@ -11,6 +11,8 @@
 
 namespace vrx::host {
 
+struct CollectOptions;
+
 /// A folder of files that stands for a machine; gone when the test ends.
 class SavedMachine {
 public:
@@ -35,6 +37,7 @@ public:
 
     /// Records the folder; what `collectMachine` returned is in `isRecorded`.
     void collect();
+    void collect(CollectOptions options);
 
     StateManager store;
     Array<String> notes;
