@@ -6,6 +6,8 @@
 
 #include "libInventory/InventoryDeviceAssociations.h"
 
+#include <utility>
+
 #include "libCommon/Assertion.h"
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/InventoryDeviceAssociationsNodes.h"
@@ -156,6 +158,12 @@ void Associations::clear() {
     }
     m_storage->usedInventoryNodes = 0;
     m_storage->usedDeviceNodes = 0;
+}
+
+void Associations::swap(InventoryDeviceAssociations& other) noexcept {
+    std::swap(m_inventoryNodes, other.m_inventoryNodes);
+    std::swap(m_deviceNodes, other.m_deviceNodes);
+    std::swap(m_storage, other.m_storage);
 }
 
 void Associations::append(const InventoryDeviceAssociations& other) {

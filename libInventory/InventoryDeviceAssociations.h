@@ -67,6 +67,9 @@ public:
 
     void clear();
 
+    /// Exchanges the content of two graphs.
+    void swap(InventoryDeviceAssociations& other) noexcept;
+
     /// Adds another graph's elements and links to this one. Devices without links are not taken over.
     void append(const InventoryDeviceAssociations& other);
 

@@ -18,7 +18,7 @@ namespace {
 constexpr std::uintptr_t HUGE_PAGE = std::uintptr_t{2} << 20;
 constexpr off_t SMALLEST_FILE = off_t{1} << 20;
 constexpr off_t LARGEST_HEAP = off_t{1} << 30;
-constexpr off_t HEAP_PER_BYTE = 4;           // the text itself, and devices and properties for each byte of it
+constexpr off_t HEAP_PER_BYTE = 5;           // the text itself, and devices and properties for each byte of it
 constexpr std::size_t BELOW_MMAP = 100'000;  // a block that malloc takes from the heap
 constexpr std::size_t MOST_BLOCKS = 100;
 

@@ -67,7 +67,8 @@ bool hasFinding(const XmlElement& element) {
 Array<Inventory::DeviceSpec> missingDevices(const Array<Inventory::DeviceSpec>& unsatisfied,
                                             const XmlDocument& script) {
     DeviceTexts texts;
-    if (const XmlElement* const root = script.RootElement()) {
+    const XmlElement* const root = script.RootElement();
+    if (root != nullptr && !unsatisfied.isEmpty()) {
         collect(*root, false, texts);
     }
     Array<Inventory::DeviceSpec> missing;

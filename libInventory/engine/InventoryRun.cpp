@@ -94,8 +94,7 @@ bool Inventory::runIteration(XmlElement* root, bool first, unsigned passNumber, 
                              bool& anySatisfied) {
     State& state = *m_state;
     state.m_unsatisfiedDevices.clear();
-    state.m_associations.clear();
-    state.m_associations.append(state.m_associationSets[0]);
+    takeCommonAssociations();
     bool more = false;
     bool increment = !first;
     mergeSubTrees(root, state.m_associations, more, increment);
@@ -111,6 +110,18 @@ bool Inventory::runIteration(XmlElement* root, bool first, unsigned passNumber, 
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"run() after checkForExtraDevices status = " << status << u" first = " << first);
     return status;
+}
+
+/// What the elements outside of all alternatives matched is the start of every combination. A lonely combination takes
+/// it as it is, unless the log wants to tell of each link.
+void Inventory::takeCommonAssociations() {
+    State& state = *m_state;
+    state.m_associations.clear();
+    if (state.m_totalCombinations == 1 && !inventoryLog().isEnabled(LogPriority::Debug)) {
+        state.m_associations.swap(state.m_associationSets[0]);
+    } else {
+        state.m_associations.append(state.m_associationSets[0]);
+    }
 }
 
 void Inventory::keepBetterIteration(std::uint32_t iteration, const ErrorSpec& errors, ErrorSpec& previous) {

@@ -207,8 +207,7 @@ bool SysInfoReader::readElement(XmlElement& element) {
     const auto device = newDevice(element, items, *name, *osLocator, *hwLocator);
     m_isAhead = true;
     m_hasToWait = false;
-    m_expected = 0;
-    readProperties(*device, element);
+    addProperties(*device, element);
     m_isAhead = false;
     if (m_hasToWait) {
         return false;
@@ -257,8 +256,7 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
         hwLocator = generatedText(u"gen-name", counter);
     }
     const boost::shared_ptr<IDeviceImp> device = newDevice(element, items, *name, *osLocator, *hwLocator);
-    m_expected = 0;
-    readProperties(*device, element);
+    addProperties(*device, element);
     addDevice(device);
     if (items.hasDevices) {
         readDevices(element);
@@ -270,25 +268,37 @@ void SysInfoReader::addDevice(const boost::shared_ptr<IDeviceImp>& device) {
     m_store.addDevice(device, nullptr);
 }
 
-bool SysInfoReader::readProperties(IDeviceImp& device, XmlElement& parent) {
+// Whoever keeps one of the properties keeps the others of its device.
+void SysInfoReader::addProperties(IDeviceImp& device, XmlElement& element) {
+    m_expected = 0;
+    m_properties.clear();
+    readProperties(element);
+    const auto block = boost::make_shared<std::vector<PropertyImp>>();
+    block->reserve(m_properties.size());
+    for (auto& [spec, value] : m_properties) {
+        PropertyImp& property = block->emplace_back(std::move(spec), std::move(value));
+        device.addProperty(boost::shared_ptr<IPropertyImp>(block, &property));
+    }
+}
+
+bool SysInfoReader::readProperties(XmlElement& parent) {
     for (XmlElement* element = firstProperty(parent); element; element = element->NextSiblingElement()) {
-        if (isProperty(element->Name()) && !readProperty(device, *element)) {
+        if (isProperty(element->Name()) && !readProperty(*element)) {
             return false;
         }
     }
     return true;
 }
 
-bool SysInfoReader::readProperty(IDeviceImp& device, XmlElement& element) {
+bool SysInfoReader::readProperty(XmlElement& element) {
     const PropertyAttributes attributes = attributesOf(element);
     const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(u"Key") : nullptr;
     boost::shared_ptr<PropertySpecImp> spec = keyChild ? specOf(keyChild->GetText()) : specOf(attributes.key);
 
-    boost::shared_ptr<PropertyImp> property;
     if (attributes.units.empty()) {
-        property = boost::make_shared<PropertyImp>(std::move(spec), plainValue(element, attributes.value));
+        m_properties.emplace_back(std::move(spec), plainValue(element, attributes.value));
     } else if (std::optional<ValueImp> value = measuredValue(attributes.value, attributes.units)) {
-        property = boost::make_shared<PropertyImp>(std::move(spec), std::move(*value));
+        m_properties.emplace_back(std::move(spec), std::move(*value));
     } else if (m_isAhead) {
         m_hasToWait = true;
         return false;
@@ -296,10 +306,10 @@ bool SysInfoReader::readProperty(IDeviceImp& device, XmlElement& element) {
         VRX_LOG(inventoryLog(), LogPriority::Error, u"Could not find UnitType for string: " << attributes.units);
         return false;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"populatePropertiesRecursive() adding property: " << property->key());
-    device.addProperty(std::move(property));
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"populatePropertiesRecursive() adding property: " << m_properties.back().first->key());
     if (!element.NoChildren()) {
-        readProperties(device, element);
+        readProperties(element);
     }
     return true;
 }

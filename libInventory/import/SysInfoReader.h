@@ -5,11 +5,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <utility>
+#include <vector>
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElementReader.h"
 #include "libSystemState/Forward.h"
+#include "libSystemState/properties/PropertySpecImp.h"
+#include "libSystemState/values/ValueImp.h"
 
 namespace vrx {
 
@@ -38,10 +42,13 @@ private:
     void readDevice(XmlElement& element, std::uint32_t counter);
     void addDevice(const boost::shared_ptr<IDeviceImp>& device);
 
-    /// Gives the device the properties that stand under an element. False, after a log line, when it had to stop at one
-    /// with unknown units.
-    bool readProperties(IDeviceImp& device, XmlElement& parent);
-    bool readProperty(IDeviceImp& device, XmlElement& element);
+    /// Gives the device the properties that stand under an element, all in one piece of memory.
+    void addProperties(IDeviceImp& device, XmlElement& element);
+
+    /// Adds the properties that stand under an element to m_properties. False, after a log line, when it had to stop at
+    /// one with unknown units.
+    bool readProperties(XmlElement& parent);
+    bool readProperty(XmlElement& element);
 
     /// The property specification of that key; all properties of a key share one.
     boost::shared_ptr<PropertySpecImp> specOf(StringView key);
@@ -61,6 +68,7 @@ private:
     };
     Array<Spec> m_specs;  // in the order in which their keys were first met
     std::size_t m_unregistered = 0;
+    std::vector<std::pair<boost::shared_ptr<PropertySpecImp>, ValueImp>> m_properties;  // of the device being read
     bool m_isAhead = false;    // whether what is read may still come to nothing, so that nobody must hear of it
     bool m_hasToWait = false;  // whether the device that is read ahead can only be read later
     std::deque<DeviceAhead> m_ahead;
