@@ -21,7 +21,8 @@ namespace vrx::host {
 
 namespace {
 
-constexpr const char* EXPECTED = "expected a SysInfo XML recording of a machine";
+constexpr const char* EXPECTED =
+    "expected a recording of a machine: SysInfo XML, or what lshw, dmidecode or hwloc wrote";
 constexpr const char* NO_DEVICES =
     "this document holds no devices; expected a <SysInfo> with <Device> elements, or <device> elements, in its root";
 

@@ -68,6 +68,9 @@ void addLshwLink(DeviceRecord& adapter, const LshwNode& node) {
     adapter.text(property::DUPLEX, node.setting("duplex"), Category::Volatile());
     adapter.measure(property::SPEED, static_cast<double>(node.size) / BITS_PER_MEGABIT, u"Mbit/s",
                     Category::Volatile());
+    if (!isSoftware(node) && node.setting("firmware") != "N/A") {
+        adapter.text(property::FIRMWARE_VERSION, node.setting("firmware"));
+    }
     if (!adapter.has(property::DRIVER)) {
         adapter.text(property::DRIVER, node.setting("driver"), Category::Internal());
     }

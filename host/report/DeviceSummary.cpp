@@ -61,7 +61,7 @@ constexpr Piece POWER_SENSOR[] = {{u"Reading", POWER}};
 constexpr Piece BATTERY[] = {{DESIGN_CAPACITY}, {TECHNOLOGY}, group(VENDOR), {MODEL}, group(SERIAL_NUMBER)};
 constexpr Piece SUPPLY[] = {{MAX_POWER, u"MaximumPower"}, group(VENDOR), {MODEL}, group(SERIAL_NUMBER)};
 constexpr Piece SOFTWARE[] = {{VERSION}, {KERNEL_RELEASE}, {ARCHITECTURE}};
-constexpr Piece SLOT_PIECES[] = {{SLOT_TYPE, MEMORY_TYPE}, group(USAGE)};
+constexpr Piece SLOT_PIECES[] = {{SLOT_TYPE, FORM_FACTOR}, group(USAGE)};
 constexpr Piece GENERAL[] = {{SIZE, u"MemorySize"}, {SPEED, MAX_LINK_SPEED}, group(VENDOR), {MODEL}, {VERSION}};
 
 struct Row {
@@ -110,9 +110,11 @@ const std::vector<CapabilityImp>& tableTypes() {
     return types;
 }
 
-bool isInName(const IDeviceImp& device, StringView text) {
-    return foldCase(device.name()).view().find(foldCase(text)) != StringView::npos;
+bool holds(const String& text, StringView part) {
+    return foldCase(text).view().find(foldCase(part)) != StringView::npos;
 }
+
+bool isInName(const IDeviceImp& device, StringView text) { return holds(device.name(), text); }
 
 /// The value as it is shown; empty when there is none, or nothing that fits in a line.
 std::string valueText(const IDeviceImp& device, StringView key) {
@@ -150,14 +152,17 @@ std::string rowText(const IDeviceImp& device, std::span<const Piece> pieces) {
     return text;
 }
 
-/// The first short properties, with their keys; a flag says little without the rest.
+/// The first short properties, with their keys, of which the line says nothing yet; a flag says little without the
+/// rest.
 std::string anyProperties(const IDeviceImp& device) {
     std::string text;
     std::size_t shown = 0;
     for (const auto& property : device.properties(PropertyCategoryImp::SysInfo())) {
         const std::string value = valueText(device, property->key());
         const bool isFlag = value == "true" || value == "false";
-        if (!value.empty() && !isFlag && shown < SHOWN_OF_UNKNOWN) {
+        const String plain = String::UTF8Decode(value);
+        const bool isSaid = isInName(device, plain) || holds(device.hwLocator(), plain);
+        if (!value.empty() && !isFlag && !isSaid && shown < SHOWN_OF_UNKNOWN) {
             text += (text.empty() ? "" : ", ") + printable(property->key()) + " " + value;
             ++shown;
         }

@@ -1,6 +1,7 @@
 /// The tree has three columns: type, locator, and the name with the main properties, which takes what is left
 /// of the line and goes on below itself. The first two are as wide as their texts, up to a share of the line; a longer
-/// text pushes what follows to the right, or on to the next line when little room is left.
+/// text pushes what follows to the right, or on to the next line when little room is left. In a file or a pipe every
+/// device is one line, so that other programs can look for it.
 
 #include "host/report/ShowText.h"
 
@@ -24,6 +25,7 @@ namespace {
 
 constexpr unsigned GAP = 2;
 constexpr unsigned LEAST_ROOM = 16;
+constexpr unsigned UNBROKEN = 1U << 20;
 
 /// The hardware locator; the operating-system locator where there is none.
 const String& locatorOf(const IDeviceImp& device) {
@@ -47,7 +49,9 @@ constexpr TreePieces PLAIN{"  ", "  ", "  ", "  ", 2};
 class TreeWriter {
 public:
     TreeWriter(const DeviceTreeNode& top, const TextFormat& format)
-        : m_format(format), m_pieces(format.hasLines ? DRAWN : PLAIN) {
+        : m_format(format),
+          m_width(format.isTerminal ? format.width : UNBROKEN),
+          m_pieces(format.hasLines ? DRAWN : PLAIN) {
         measure(top, 0);
         m_typeWidth = std::min(m_typeWidth, format.width * 2 / 5);
         m_locatorWidth = std::min(m_locatorWidth, format.width * 3 / 10);
@@ -96,7 +100,7 @@ private:
     /// Goes to the column, or as far behind it as what stands there reaches.
     void goTo(unsigned column, const std::string& rest) {
         const unsigned next = std::max(column, m_column + GAP);
-        if (next > column && next + LEAST_ROOM > m_format.width) {
+        if (next > column && next + LEAST_ROOM > m_width) {
             newLine(column, rest);
             return;
         }
@@ -119,7 +123,7 @@ private:
         }
         goTo(m_typeWidth + m_locatorWidth + 2 * GAP, rest);
         const unsigned start = m_column;
-        const unsigned room = std::max(LEAST_ROOM, m_format.width - std::min(m_format.width, start));
+        const unsigned room = std::max(LEAST_ROOM, m_width - std::min(m_width, start));
         const std::string both = name + (name.empty() || summary.empty() ? "" : "  ") + summary;
         std::vector<std::string> lines{both};
         if (displayWidth(both) > room) {
@@ -138,6 +142,7 @@ private:
     }
 
     const TextFormat& m_format;
+    unsigned m_width;
     const TreePieces& m_pieces;
     unsigned m_typeWidth = 0;
     unsigned m_locatorWidth = 0;

@@ -13,6 +13,7 @@ struct TextFormat {
     bool colour = false;
     unsigned width = DEFAULT_WIDTH;  ///< columns
     bool hasLines = false;           ///< characters for drawing lines can be shown
+    bool isTerminal = false;         ///< somebody looks at it, so lines that are too long are better broken
 };
 
 /// The program's standard streams and clock, behind an interface so that tests can look at them and make them fail.

@@ -82,6 +82,7 @@ ProcessConsole::ProcessConsole() {
         m_outFormat.colour = wantsColour();
         m_outFormat.hasLines = showsUtf8();
         m_outFormat.width = terminalWidth();
+        m_outFormat.isTerminal = true;
     }
     m_showsProgress = isatty(STDERR_FILENO) == 1;
 }

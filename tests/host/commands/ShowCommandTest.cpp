@@ -64,6 +64,7 @@ TEST_F(ShowCommandTest, RefusesComparisonsThatCannotBeMade) {
 
 TEST_F(ShowCommandTest, DrawsTheTreeWhereLinesCanBeShown) {
     console.format.hasLines = true;
+    console.format.isTerminal = true;
     console.format.width = 60;
     EXPECT_EQ(show({}), 0);
     EXPECT_THAT(console.out, HasSubstr("\nSystem              chassis       Workshop WS-4\n"
