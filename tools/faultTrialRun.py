@@ -164,11 +164,8 @@ class Preparation:
     def scriptOf(self, name, *options):
         """A generated script that allows no device beyond those that it names."""
         path = self.file(f"{name}.xml")
-        self.must("generate", "generate", "--state", self.file("machine.xml"), *options, "-o", path)
-        rules = "".join(f"    <fail-on-extra type={quoteattr(kind)}/>\n" for kind in self.types())
-        script = path.read_bytes().replace(b"</inventory-check>", rules.encode() + b"</inventory-check>")
-        path.write_bytes(script)
-        return script
+        self.must("generate", "generate", "--fail-on-extra", "--state", self.file("machine.xml"), *options, "-o", path)
+        return path.read_bytes()
 
     def selfCheck(self, script):
         path = self.runner.write(f"{self.stem}-self.xml", script)

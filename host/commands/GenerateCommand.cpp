@@ -7,6 +7,7 @@
 #include "host/commands/MachineSource.h"
 #include "host/commands/XmlFileProblem.h"
 #include "host/report/GenerationNotices.h"
+#include "host/script/ExtraDeviceRules.h"
 #include "libInventory/Inventory.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/filter/SysinfoFilter.h"
@@ -29,6 +30,7 @@ constexpr const char* FOOTER =
     "\n"
     "Examples:\n"
     "  vrx-inventory generate -o golden.xml\n"
+    "  vrx-inventory generate --fail-on-extra -o exact.xml\n"
     "  vrx-inventory generate --state machine.xml --filter filter.xml -o golden.xml\n"
     "  vrx-inventory generate --no-check-locators --no-check-names";
 
@@ -37,6 +39,7 @@ struct GenerateOptions : CommonOptions {
     bool hasAllCategories = false;
     bool ignoresLocators = false;
     bool ignoresNames = false;
+    bool failsOnExtra = false;
 };
 
 /// "text (row:column)" of a filter as "file:row:column: text".
@@ -91,6 +94,9 @@ ExitStatus generate(const GenerateOptions& options, Session& session) {
     String script;
     inventory.generateInventoryScript(script, options.hasAllCategories, !options.ignoresLocators, !options.ignoresNames,
                                       isFilterGiven ? &filter : nullptr);
+    if (options.failsOnExtra) {
+        script = withExtraDeviceRules(script, store);
+    }
     for (const std::string& notice : generationNotices(store, isFiltered ? &filter : nullptr, script)) {
         session.say(notice);
     }
@@ -109,6 +115,8 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
     command.add_flag("--all-categories", options->hasAllCategories, "Internal, volatile and group properties as well");
     command.add_flag("--no-check-locators", options->ignoresLocators, "A check of the script ignores locators");
     command.add_flag("--no-check-names", options->ignoresNames, "A check of the script ignores names");
+    command.add_flag("--fail-on-extra", options->failsOnExtra,
+                     "A check of the script fails on devices too many: a rule for each type that it names wholly");
     options->addOutput(command);
     options->addLogging(command);
     command.footer(FOOTER);

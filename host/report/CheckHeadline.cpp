@@ -29,23 +29,6 @@ namespace vrx::host {
 namespace {
 
 constexpr std::size_t LONGEST_TEXT = 60;
-constexpr std::pair<StringView, StringView> SWITCHES[] = {
-    {u"name", u"check-names"}, {u"hwlocator", u"check-hwLocators"}, {u"oslocator", u"check-osLocators"}};
-
-/// What the element asks for; empty where the root of the script switches the attribute off.
-String decoded(const XmlElement& device, StringView attribute) {
-    const XmlNode* root = &device;
-    while (root->Parent() != nullptr && root->Parent()->ToElement() != nullptr) {
-        root = root->Parent();
-    }
-    for (const auto& [checked, flag] : SWITCHES) {
-        const XmlAttribute* const found = root->ToElement()->FindAttribute(flag);
-        if (attribute == checked && found != nullptr && !String(found->Value()).strToBoolean()) {
-            return {};
-        }
-    }
-    return String(attributeOf(device, attribute)).uuDecode(true, true);
-}
 
 /// The text, or its beginning when it is too long for a head line. It is printable UTF-8.
 std::string shortened(std::string text) {
@@ -65,7 +48,7 @@ std::string expectedFound(const std::string& what, const std::string& expected, 
 
 /// The name that an element asks for, in quotes unless it is a true pattern; empty when it asks for none.
 std::string askedName(const XmlElement& element) {
-    const std::string name = readablePattern(decoded(element, u"name"));
+    const std::string name = readablePattern(askedFor(element, u"name"));
     if (name == "\"\"") {
         return {};
     }
@@ -76,18 +59,18 @@ std::string askedName(const XmlElement& element) {
 
 /// `TYPE "NAME" (LOCATOR)` of what an element asks for; `device`, if any, tells what the element leaves open.
 std::string titleOf(const XmlElement& element, const IDeviceImp* device) {
-    std::string title = printable(decoded(element, u"type"));
+    std::string title = printable(askedFor(element, u"type"));
     std::string name = askedName(element);
     if (device != nullptr && !device->name().isEmpty() && !name.starts_with('"')) {
         name = "\"" + printable(device->name()) + "\"";
     }
     title += (name.empty() ? "" : " ") + name;
-    String locator = decoded(element, u"hwlocator");
+    String locator = askedFor(element, u"hwlocator");
     if (locator.isEmpty() && device != nullptr) {
         locator = device->hwLocator();
     }
     if (locator.isEmpty()) {
-        locator = decoded(element, u"oslocator");
+        locator = askedFor(element, u"oslocator");
     }
     return (title.empty() ? "device without a type" : title) +
            (locator.isEmpty() ? "" : " (" + printable(locator) + ")");
@@ -110,8 +93,8 @@ std::vector<PropertyMismatch> mismatchesIn(const XmlElement& element) {
 /// The device of the right type at the place that the element asks for; null when it asks for none or none is there.
 const IDeviceImp* deviceAtPlace(const XmlElement& element, const StateManager& machine) {
     const CapabilityImp type(attributeOf(element, u"type"));
-    const String hwLocator = decoded(element, u"hwlocator");
-    const String osLocator = decoded(element, u"oslocator");
+    const String hwLocator = askedFor(element, u"hwlocator");
+    const String osLocator = askedFor(element, u"oslocator");
     const bool hasHwLocator = !hwLocator.isEmpty();
     if (!hasHwLocator && osLocator.isEmpty()) {
         return nullptr;
@@ -139,11 +122,11 @@ std::string differenceOf(const XmlElement& element, const IDeviceImp& device, co
         const CapabilityImp type(attributeOf(element, u"type"));
         return firstMismatch(nearestOf(mismatches, type, &machine).mismatches);
     }
-    const String name = decoded(element, u"name");
+    const String name = askedFor(element, u"name");
     if (!name.isEmpty() && !Regex::rangeMatches(name, device.name(), Regex::CASE_SENSITIVE) && name != device.name()) {
         return expectedFound("name", readablePattern(name), printableValue(device.name()));
     }
-    const String osLocator = decoded(element, u"oslocator");
+    const String osLocator = askedFor(element, u"oslocator");
     return osLocator == device.osLocator()
                ? std::string()
                : expectedFound("OS locator", printableValue(osLocator), printableValue(device.osLocator()));

@@ -3,14 +3,16 @@
 /// The engine tests every candidate against every property and leaves the messages of all of them on the `property`
 /// elements, candidate after candidate. This sorts them by candidate again. A value that differs names its device by
 /// hardware locator. A missing property names it by type and name: the candidates of that name without that property
-/// left such a message, in the store's order, so the n-th message belongs to the n-th of those devices. Devices that
-/// share a hardware locator are told apart by the order of their messages on one element.
+/// left such a message, in the store's order, so the n-th message belongs to the n-th of those devices; only devices
+/// with the locators that the element asks for were candidates. Devices that share a hardware locator are told apart by
+/// the order of their messages on one element.
 
 #include "host/report/NearestCandidate.h"
 
 #include <algorithm>
 #include <map>
 
+#include "host/script/ScriptElement.h"
 #include "libCommon/Assertion.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
@@ -26,6 +28,15 @@ struct Identity {
 
     auto operator<=>(const Identity&) const = default;
 };
+
+/// The `device` element that a property stands in.
+const XmlElement& deviceAround(const XmlElement& property) {
+    const XmlElement* element = &property;
+    while (!isNamed(*element, u"device") && element->Parent() != nullptr && element->Parent()->ToElement() != nullptr) {
+        element = element->Parent()->ToElement();
+    }
+    return *element;
+}
 
 class CandidateSorter {
 public:
@@ -89,9 +100,13 @@ private:
         Absence& absence = at->second;
         if (isNew) {
             const StringView key = mismatch.property->Attribute(u"key");
+            const XmlElement& element = deviceAround(*mismatch.property);
+            const String hwLocator = askedFor(element, u"hwlocator");
+            const String osLocator = askedFor(element, u"oslocator");
             for (const auto& device : m_machine->devicesByName(mismatch.deviceName)) {
                 if (device->name() == mismatch.deviceName && device->type().toString() == mismatch.deviceType &&
-                    device->findProperty(key) == nullptr) {
+                    (hwLocator.isEmpty() || device->hwLocator() == hwLocator) &&
+                    (osLocator.isEmpty() || device->osLocator() == osLocator) && device->findProperty(key) == nullptr) {
                     absence.devices.push_back(device.get());
                 }
             }

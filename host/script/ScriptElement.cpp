@@ -3,12 +3,31 @@
 #include <fmt/format.h>
 
 #include <initializer_list>
+#include <utility>
 
 #include "host/terminal/PrintableText.h"
 
 namespace vrx::host {
 
 namespace {
+
+/// Attributes of devices, and those of the root that switch them off.
+constexpr std::pair<StringView, StringView> SWITCHES[] = {
+    {u"name", u"check-names"}, {u"hwlocator", u"check-hwLocators"}, {u"oslocator", u"check-osLocators"}};
+
+bool isSwitchedOff(const XmlElement& device, StringView attribute) {
+    const XmlNode* root = &device;
+    while (root->Parent() != nullptr && root->Parent()->ToElement() != nullptr) {
+        root = root->Parent();
+    }
+    for (const auto& [checked, flag] : SWITCHES) {
+        const XmlAttribute* const found = root->ToElement()->FindAttribute(flag);
+        if (attribute == checked && found != nullptr && !String(found->Value()).strToBoolean()) {
+            return true;
+        }
+    }
+    return false;
+}
 
 void addContent(const XmlElement& element, ScriptContent& content) {
     if (isNamed(element, u"device")) {
@@ -41,6 +60,11 @@ StringView attributeOf(const XmlElement& element, StringView name) noexcept {
         }
     }
     return {};
+}
+
+String askedFor(const XmlElement& device, StringView attribute) {
+    const StringView text = attributeOf(device, attribute);
+    return text.empty() || isSwitchedOff(device, attribute) ? String() : String(text).uuDecode(true, true);
 }
 
 std::string placeOf(const XmlElement& element) {
