@@ -213,7 +213,7 @@ private:
     bool runCombinations(XmlElement* root, bool* inventorySatisfied, unsigned& errorsIndex);
     bool runIteration(XmlElement* root, bool first, unsigned passNumber, unsigned errorsIndex, ErrorSpec& errors,
                       bool& anySatisfied);
-    void takeCommonAssociations();
+    void takeCommonAssociations(bool first);
     void keepBetterIteration(std::uint32_t iteration, const ErrorSpec& errors, ErrorSpec& previous);
     void reportUnexpectedException(XmlElement* root, const String& text, unsigned errorsIndex);
 

@@ -6,6 +6,7 @@
 
 #include "libInventory/InventoryDeviceAssociations.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "libCommon/Assertion.h"
@@ -141,6 +142,7 @@ void Associations::removeDeviceAssociations(const XmlElement* element) {
     if (found == nullptr) {
         return;
     }
+    m_storage->mark.reset();
     for (const GraphNode::Link& link : (*found)->links()) {
         const boost::shared_ptr<IDeviceImp>& device = static_cast<const DeviceNode*>(link.partner)->device();
         const bool removed = m_deviceNodes.remove(device.get());
@@ -158,6 +160,54 @@ void Associations::clear() {
     }
     m_storage->usedInventoryNodes = 0;
     m_storage->usedDeviceNodes = 0;
+    m_storage->mark.reset();
+}
+
+void Associations::mark() {
+    Storage& storage = *m_storage;
+    Storage::Mark mark;
+    mark.inventoryNodes = storage.usedInventoryNodes;
+    mark.deviceNodes = storage.usedDeviceNodes;
+    const auto keepLinks = [&mark](const GraphNode& node) {
+        mark.links.insert(mark.links.end(), node.links().begin(), node.links().end());
+        mark.ends.push_back(mark.links.size());
+    };
+    std::for_each_n(storage.inventoryNodes.begin(), mark.inventoryNodes, [&](const InventoryNode& node) {
+        keepLinks(node);
+        mark.everMatched.push_back(node.hasEverMatched());
+    });
+    std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes, keepLinks);
+    storage.mark = std::move(mark);
+}
+
+bool Associations::rewind() {
+    Storage& storage = *m_storage;
+    if (!storage.mark) {
+        return false;
+    }
+    const Storage::Mark& mark = *storage.mark;
+    while (storage.usedInventoryNodes > mark.inventoryNodes) {
+        m_inventoryNodes.remove(storage.inventoryNodes[--storage.usedInventoryNodes].element());
+    }
+    while (storage.usedDeviceNodes > mark.deviceNodes) {
+        DeviceNode& node = storage.deviceNodes[--storage.usedDeviceNodes];
+        m_deviceNodes.remove(node.device().get());
+        node.reset(boost::shared_ptr<IDeviceImp>());
+    }
+    const GraphNode::Link* begin = mark.links.data();
+    auto end = mark.ends.begin();
+    const auto putBack = [&](GraphNode& node) {
+        const GraphNode::Link* const stop = mark.links.data() + *end++;
+        node.setLinks(begin, stop);
+        begin = stop;
+    };
+    auto everMatched = mark.everMatched.begin();
+    std::for_each_n(storage.inventoryNodes.begin(), mark.inventoryNodes, [&](InventoryNode& node) {
+        putBack(node);
+        node.m_hasEverMatched = *everMatched++;
+    });
+    std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes, putBack);
+    return true;
 }
 
 void Associations::swap(InventoryDeviceAssociations& other) noexcept {

@@ -70,6 +70,13 @@ public:
     /// Exchanges the content of two graphs.
     void swap(InventoryDeviceAssociations& other) noexcept;
 
+    /// Remembers the elements and links that the graph has now, for `rewind`.
+    void mark();
+
+    /// Makes the graph what it was at the last `mark`, which costs less than building it once more. False, changing
+    /// nothing, when there is no mark, or when devices that it had were forgotten since.
+    bool rewind();
+
     /// Adds another graph's elements and links to this one. Devices without links are not taken over.
     void append(const InventoryDeviceAssociations& other);
 

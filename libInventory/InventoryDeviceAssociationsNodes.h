@@ -4,6 +4,8 @@
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <deque>
+#include <optional>
+#include <vector>
 
 #include "libCommon/text/String.h"
 #include "libInventory/InventoryDeviceAssociations.h"
@@ -42,6 +44,10 @@ protected:
     void forgetLinks() noexcept {
         m_links.clear();
         m_linkCount = 0;
+    }
+    void setLinks(const Link* begin, const Link* end) {
+        m_links.assign(begin, end);
+        m_linkCount = static_cast<std::uint32_t>(end - begin);
     }
 
 private:
@@ -95,6 +101,16 @@ struct Inventory::InventoryDeviceAssociations::Storage {
     std::deque<DeviceNode> deviceNodes;
     std::size_t usedInventoryNodes = 0;
     std::size_t usedDeviceNodes = 0;
+
+    /// What the graph was at the last mark: so many of the nodes, and the links of each, one node after the other.
+    struct Mark {
+        std::size_t inventoryNodes = 0;
+        std::size_t deviceNodes = 0;
+        std::vector<GraphNode::Link> links;
+        std::vector<std::size_t> ends;  ///< where the links of each node end, elements first
+        std::vector<bool> everMatched;
+    };
+    std::optional<Mark> mark;
 };
 
 }  // namespace vrx

@@ -94,7 +94,7 @@ bool Inventory::runIteration(XmlElement* root, bool first, unsigned passNumber, 
                              bool& anySatisfied) {
     State& state = *m_state;
     state.m_unsatisfiedDevices.clear();
-    takeCommonAssociations();
+    takeCommonAssociations(first);
     bool more = false;
     bool increment = !first;
     mergeSubTrees(root, state.m_associations, more, increment);
@@ -113,14 +113,19 @@ bool Inventory::runIteration(XmlElement* root, bool first, unsigned passNumber, 
 }
 
 /// What the elements outside of all alternatives matched is the start of every combination. A lonely combination takes
-/// it as it is, unless the log wants to tell of each link.
-void Inventory::takeCommonAssociations() {
+/// it as it is, and one after another goes back to it, unless the log wants to tell of each link.
+void Inventory::takeCommonAssociations(bool first) {
     State& state = *m_state;
+    const bool isLogged = inventoryLog().isEnabled(LogPriority::Debug);
+    if (!first && !isLogged && state.m_associations.rewind()) {
+        return;
+    }
     state.m_associations.clear();
-    if (state.m_totalCombinations == 1 && !inventoryLog().isEnabled(LogPriority::Debug)) {
+    if (state.m_totalCombinations == 1 && !isLogged) {
         state.m_associations.swap(state.m_associationSets[0]);
     } else {
         state.m_associations.append(state.m_associationSets[0]);
+        state.m_associations.mark();
     }
 }
 

@@ -114,6 +114,41 @@ TEST(InventoryDeviceAssociations, AssignmentMergesAndForgetsWhatHadMatched) {
     EXPECT_EQ(g.partners(other, 0), (std::vector<int>{0, 0}));
 }
 
+TEST(InventoryDeviceAssociations, GoesBackToItsMarkAsIfItWereBuiltAnew) {
+    std::mt19937 random(7);
+    Graph g(12, 12);
+    const auto linkSome = [&](Associations& graph, int firstElement, int lastElement) {
+        for (int element = firstElement; element <= lastElement; ++element) {
+            graph.associate(g.elements[static_cast<std::size_t>(element)], DevicePointer());
+            for (unsigned i = random() % 4; i > 0; --i) {
+                graph.associate(g.elements[static_cast<std::size_t>(element)], g.devices[random() % 12]);
+            }
+        }
+    };
+    EXPECT_FALSE(g.graph.rewind());
+    for (int world = 0; world < 100; ++world) {
+        Associations common;
+        linkSome(common, 0, 7);
+        g.graph.clear();
+        g.graph.append(common);
+        g.graph.mark();
+        for (int combination = 0; combination < 4; ++combination) {
+            Associations chosen;
+            linkSome(chosen, 8, 8 + combination);
+            Associations anew(common);
+            for (Associations* const graph : {&g.graph, &anew}) {
+                graph->append(chosen);
+                graph->removeExtraLinks();
+            }
+            EXPECT_EQ(g.graph.toString(), anew.toString());
+            EXPECT_TRUE(g.graph.rewind());
+            EXPECT_EQ(g.graph.toString(), Associations(common).toString());
+        }
+    }
+    g.graph.removeDeviceAssociations(g.elements[0]);
+    EXPECT_FALSE(g.graph.rewind());
+}
+
 TEST(InventoryDeviceAssociations, RemovedAssociationsLeaveTheElementSatisfied) {
     Graph g;
     g.link(0, 0);
