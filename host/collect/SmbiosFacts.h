@@ -176,13 +176,13 @@ struct CoolingDeviceFacts {
 struct ManagementControllerFacts {
     SmbiosPlace place;
     std::string interfaceType;  ///< "KCS"
-    std::string version;        ///< of the IPMI specification, "2.0"
+    std::string version;        ///< of IPMI, "2.0"
 };
 
 struct TrustedPlatformFacts {
     SmbiosPlace place;
     std::string vendor;
-    std::string version;          ///< of the TPM specification, "2.0"
+    std::string version;          ///< of TPM, "2.0"
     std::string firmwareVersion;  ///< "7.2"
     std::string description;
 };

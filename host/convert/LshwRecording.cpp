@@ -1,11 +1,10 @@
 /// An lshw recording is a tree of nodes in the order in which lshw found things; several of its sources describe the
-/// same thing from different sides. What counts is where a node sits:
+/// same thing from different sides. What counts is where a node sits.
 ///
-/// 1. What came from SMBIOS (system, board, firmware, processors, caches, memory, power) becomes the same facts that
-/// the
-///    SMBIOS table gives, and the same devices are made of them.
-/// 2. A node with an address on the PCI or USB bus is a device there.
-/// 3. Then disks, which need to know their controllers, with their partitions, and network interfaces without a place.
+/// First, what came from SMBIOS (system, board, firmware, processors, caches, memory, power) becomes the same facts
+/// that the SMBIOS table gives, and the same devices are made of them. Second, a node with an address on the PCI or USB
+/// bus is a device there. Third come disks, which need to know their controllers, with their partitions, and network
+/// interfaces without a place.
 ///
 /// What has neither an address nor a structure of SMBIOS stands for no hardware of its own (frame buffers, host
 /// adapters that are emulated, buttons, PnP entries) and is passed over. Descriptions are in the language of whoever
