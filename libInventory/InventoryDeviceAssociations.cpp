@@ -60,17 +60,40 @@ void Associations::link(InventoryNode& inventoryNode, const boost::shared_ptr<ID
     ++deviceNode.m_linkCount;
     inventoryNode.m_links.push_back({&deviceNode, deviceIndex});
     ++inventoryNode.m_linkCount;
+    m_storage->hasBranches = m_storage->hasBranches || inventoryIndex > 0 || deviceIndex > 0;
+}
+
+const Associations::InventoryNode* Associations::findNode(const XmlElement* element) const {
+    Storage& storage = *m_storage;
+    const InventoryNode* node = nullptr;
+    if (storage.expected < storage.usedInventoryNodes &&
+        storage.inventoryNodes[storage.expected].element() == element) {
+        node = &storage.inventoryNodes[storage.expected];
+    } else if (InventoryNode* const* const found = m_inventoryNodes.find(element)) {
+        node = *found;
+    }
+    if (node != nullptr) {
+        storage.expected = std::size_t{node->m_position} + 1;
+    }
+    return node;
 }
 
 Associations::InventoryNode& Associations::nodeOf(const XmlElement* element) {
+    Storage& storage = *m_storage;
+    if (storage.usedInventoryNodes > 0) {
+        InventoryNode& last = storage.inventoryNodes[storage.usedInventoryNodes - 1];
+        if (last.element() == element) {
+            return last;
+        }
+    }
     InventoryNode*& node = m_inventoryNodes[element];
     if (node == nullptr) {
-        Storage& storage = *m_storage;
         if (storage.usedInventoryNodes == storage.inventoryNodes.size()) {
             storage.inventoryNodes.emplace_back();
         }
-        node = &storage.inventoryNodes[storage.usedInventoryNodes++];
-        node->reset(element);
+        const auto position = static_cast<std::uint32_t>(storage.usedInventoryNodes++);
+        node = &storage.inventoryNodes[position];
+        node->reset(element, position);
     }
     return *node;
 }
@@ -104,15 +127,15 @@ bool Associations::isExtra(const boost::shared_ptr<IDeviceImp>& device, bool& fo
 }
 
 bool Associations::hasEverMatched(const XmlElement* element) const {
-    InventoryNode* const* const found = m_inventoryNodes.find(element);
-    VRX_ASSERT(found);
-    return (*found)->hasEverMatched();
+    const InventoryNode* const node = findNode(element);
+    VRX_ASSERT(node);
+    return node->hasEverMatched();
 }
 
 bool Associations::isSatisfied(const XmlElement* element) const {
-    InventoryNode* const* const found = m_inventoryNodes.find(element);
-    VRX_ASSERT(found);
-    return (*found)->linkCount() > 0;
+    const InventoryNode* const node = findNode(element);
+    VRX_ASSERT(node);
+    return node->linkCount() > 0;
 }
 
 void Associations::getUnsatisfiedInventories(Array<const InventoryNode*>& out) const {
@@ -124,11 +147,11 @@ void Associations::getUnsatisfiedInventories(Array<const InventoryNode*>& out) c
 }
 
 void Associations::getMatchedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const {
-    InventoryNode* const* const found = m_inventoryNodes.find(element);
-    if (found == nullptr) {
+    const InventoryNode* const node = findNode(element);
+    if (node == nullptr) {
         return;
     }
-    for (const GraphNode::Link& link : (*found)->links()) {
+    for (const GraphNode::Link& link : node->links()) {
         out.append(static_cast<const DeviceNode*>(link.partner)->device());
     }
 }
@@ -136,14 +159,14 @@ void Associations::getMatchedDevices(const XmlElement* element, Array<boost::sha
 // Contract: only the device table forgets the devices. The element keeps its links, and the nodes stay with the
 // storage for as long as those links may be followed.
 void Associations::removeDeviceAssociations(const XmlElement* element) {
-    InventoryNode* const* const found = m_inventoryNodes.find(element);
+    const InventoryNode* const node = findNode(element);
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"InventoryDeviceAssociations::removeDeviceAssociations() found = " << (found != nullptr));
-    if (found == nullptr) {
+            u"InventoryDeviceAssociations::removeDeviceAssociations() found = " << (node != nullptr));
+    if (node == nullptr) {
         return;
     }
     m_storage->mark.reset();
-    for (const GraphNode::Link& link : (*found)->links()) {
+    for (const GraphNode::Link& link : node->links()) {
         const boost::shared_ptr<IDeviceImp>& device = static_cast<const DeviceNode*>(link.partner)->device();
         const bool removed = m_deviceNodes.remove(device.get());
         VRX_LOG(inventoryLog(), LogPriority::Debug,
@@ -160,6 +183,7 @@ void Associations::clear() {
     }
     m_storage->usedInventoryNodes = 0;
     m_storage->usedDeviceNodes = 0;
+    m_storage->hasBranches = false;
     m_storage->mark.reset();
 }
 
@@ -168,6 +192,7 @@ void Associations::mark() {
     Storage::Mark mark;
     mark.inventoryNodes = storage.usedInventoryNodes;
     mark.deviceNodes = storage.usedDeviceNodes;
+    mark.hasBranches = storage.hasBranches;
     const auto keepLinks = [&mark](const GraphNode& node) {
         mark.links.insert(mark.links.end(), node.links().begin(), node.links().end());
         mark.ends.push_back(mark.links.size());
@@ -194,6 +219,7 @@ bool Associations::rewind() {
         m_deviceNodes.remove(node.device().get());
         node.reset(boost::shared_ptr<IDeviceImp>());
     }
+    storage.hasBranches = mark.hasBranches;
     const GraphNode::Link* begin = mark.links.data();
     auto end = mark.ends.begin();
     const auto putBack = [&](GraphNode& node) {

@@ -81,6 +81,7 @@ public:
     void append(const InventoryDeviceAssociations& other);
 
 private:
+    const InventoryNode* findNode(const XmlElement* element) const;
     InventoryNode& nodeOf(const XmlElement* element);
     DeviceNode& nodeOf(const boost::shared_ptr<IDeviceImp>& device);
     void link(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device);

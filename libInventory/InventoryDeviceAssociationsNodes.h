@@ -68,13 +68,15 @@ public:
 
 private:
     friend class InventoryDeviceAssociations;
-    void reset(const XmlElement* element) noexcept {
+    void reset(const XmlElement* element, std::uint32_t position) noexcept {
         forgetLinks();
         m_element = element;
+        m_position = position;
         m_hasEverMatched = false;
     }
 
     const XmlElement* m_element = nullptr;
+    std::uint32_t m_position = 0;  ///< among the nodes of the storage
     bool m_hasEverMatched = false;
 };
 
@@ -102,10 +104,17 @@ struct Inventory::InventoryDeviceAssociations::Storage {
     std::size_t usedInventoryNodes = 0;
     std::size_t usedDeviceNodes = 0;
 
+    /// Whether some node has, or had, two links or more. Without any there is nothing to reduce.
+    bool hasBranches = false;
+
+    /// Position of the element that is probably asked for next: a run asks in the order in which it made the nodes.
+    std::size_t expected = 0;
+
     /// What the graph was at the last mark: so many of the nodes, and the links of each, one node after the other.
     struct Mark {
         std::size_t inventoryNodes = 0;
         std::size_t deviceNodes = 0;
+        bool hasBranches = false;
         std::vector<GraphNode::Link> links;
         std::vector<std::size_t> ends;  ///< where the links of each node end, elements first
         std::vector<bool> everMatched;

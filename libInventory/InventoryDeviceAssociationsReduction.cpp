@@ -46,6 +46,9 @@ private:
 };
 
 void Associations::removeExtraLinks() {
+    if (!m_storage->hasBranches) {
+        return;
+    }
     LinkReduction reduction(LinkReduction::findParallelLinks(*m_storage));
     for (const auto& entry : m_deviceNodes) {
         reduction.reduce(*entry.value);

@@ -74,6 +74,9 @@ const StateIndexes::DeviceArray& StateIndexes::bySet(const CapabilityImp& filter
 
 template <typename Key, typename KeyOf>
 const StateIndexes::DeviceArray& StateIndexes::group(Groups<Key>& groups, const Key& key, const KeyOf& keyOf) {
+    if (groups.covered == 0) {
+        groups.byKey.reserve(m_devices.size());
+    }
     for (; groups.covered < m_devices.size(); ++groups.covered) {
         const StateManager::DevicePointer& device = m_devices[groups.covered];
         groups.byKey[keyOf(*device)].append(device);

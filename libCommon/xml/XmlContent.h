@@ -47,6 +47,19 @@ public:
     XmlNode* copyOf(const XmlNode& node);
     XmlElement* copyOf(const XmlElement& element);
 
+    /// How far nodes, attributes and texts went at some time.
+    struct Mark {
+        XmlArena::Mark nodes;
+        XmlArena::Mark contents;
+    };
+    Mark mark() const noexcept { return {m_nodeArena.mark(), m_arena.mark()}; }
+
+    /// Drops all nodes, attributes and texts that were made since (XmlArena.h).
+    void rewind(const Mark& mark) noexcept {
+        m_nodeArena.rewind(mark.nodes);
+        m_arena.rewind(mark.contents);
+    }
+
 private:
     class Top final : public XmlContainer {
     public:
@@ -56,10 +69,11 @@ private:
     template <typename Node, typename Data>
     Node* make(Data data) {
         static_assert(std::is_trivially_destructible_v<Node>, "nodes are dropped with the arena, never destroyed");
-        return new (m_arena.allocate(sizeof(Node), alignof(Node))) Node(this, data);
+        return new (m_nodeArena.allocate(sizeof(Node), alignof(Node))) Node(this, data);
     }
 
     XmlDocument* m_owner;
+    XmlArena m_nodeArena;  // apart from attributes and texts, so that a walk over the elements reads little else
     XmlArena m_arena;
     XmlArena m_nameArena;  // names stay when the contents of elements go
     XmlNames m_names;

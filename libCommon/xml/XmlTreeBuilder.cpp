@@ -21,7 +21,7 @@ void XmlTreeBuilder::startElement(const char* name, const char* const* attribute
     element->m_row = place.row;
     element->m_column = place.column;
     if (m_reader != nullptr) {
-        m_starts.push_back(m_content.arena().mark());
+        m_starts.push_back(m_content.mark());
     }
     element->reserveAttributes(count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -44,11 +44,11 @@ void XmlTreeBuilder::endElement() {
 }
 
 void XmlTreeBuilder::offerToReader(XmlElement& element) {
-    const XmlArena::Mark start = m_starts.back();
+    const XmlContent::Mark start = m_starts.back();
     m_starts.pop_back();
     if (m_reader->readElement(element)) {
         element.clear();
-        m_content.arena().rewind(start);
+        m_content.rewind(start);
     }
 }
 

@@ -4,7 +4,6 @@
 #include <string_view>
 #include <vector>
 
-#include "libCommon/xml/XmlArena.h"
 #include "libCommon/xml/XmlContent.h"
 #include "libCommon/xml/XmlElementReader.h"
 #include "libCommon/xml/XmlNames.h"
@@ -55,7 +54,7 @@ private:
     XmlNameCache m_names;
     XmlContainer* m_parent;
     XmlElementReader* m_reader;
-    std::vector<XmlArena::Mark> m_starts;  // of the open elements' contents, when there is a reader
+    std::vector<XmlContent::Mark> m_starts;  // of the open elements' contents, when there is a reader
     unsigned m_level = 0;
     std::string m_text;
 };

@@ -95,9 +95,12 @@ bool Inventory::runIteration(XmlElement* root, bool first, unsigned passNumber, 
     State& state = *m_state;
     state.m_unsatisfiedDevices.clear();
     takeCommonAssociations(first);
-    bool more = false;
-    bool increment = !first;
-    mergeSubTrees(root, state.m_associations, more, increment);
+    const bool hasAlternatives = state.m_associationSets.size() > 1;
+    if (hasAlternatives || inventoryLog().isEnabled(LogPriority::Debug)) {
+        bool more = false;
+        bool increment = !first;
+        mergeSubTrees(root, state.m_associations, more, increment);
+    }
     state.m_associations.removeExtraLinks();
 
     bool status = runSecondPass(root, false, passNumber, errorsIndex, errors);

@@ -19,7 +19,6 @@
 
 #include "libInventory/import/SysInfoReader.h"
 
-#include <boost/make_shared.hpp>
 #include <optional>
 #include <utility>
 
@@ -32,7 +31,6 @@
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/DeviceImp.h"
-#include "libSystemState/properties/PropertyImp.h"
 #include "libSystemState/properties/PropertySpecImp.h"
 #include "libSystemState/values/ValueImp.h"
 
@@ -122,8 +120,10 @@ std::optional<String> itemText(const XmlElement& device, const XmlElement* child
 }
 
 boost::shared_ptr<IDeviceImp> newDevice(const XmlElement& element, const DeviceItems& items, const String& name,
-                                        const String& osLocator, const String& hwLocator) {
-    return DeviceImp::createGeneric(typeOf(element, items), items.capabilities, 0, name, u"desc", osLocator, hwLocator);
+                                        const String& osLocator, const String& hwLocator,
+                                        std::unique_ptr<const RecordedProperties> properties) {
+    return DeviceImp::createRecorded(typeOf(element, items), items.capabilities, name, u"desc", osLocator, hwLocator,
+                                     std::move(properties));
 }
 
 String generatedText(StringView prefix, std::uint32_t counter) { return concat(prefix, toText(counter)); }
@@ -168,20 +168,6 @@ Array<String> childValues(XmlElement& property) {
     return values;
 }
 
-ValueImp plainValue(XmlElement& property, StringView attribute) {
-    if (!attribute.empty()) {
-        return ValueImp(String(attribute));
-    }
-    if (property.NoChildren()) {
-        return ValueImp();
-    }
-    Array<String> values = childValues(property);
-    if (values.size() > 1) {
-        return ValueImp(std::move(values));
-    }
-    return values.isEmpty() ? ValueImp() : ValueImp(std::move(values.front()));
-}
-
 /// Empty when the units are unknown. Contract: the number is that of the attribute, 0 when it is none or missing.
 std::optional<ValueImp> measuredValue(StringView attribute, StringView units) {
     const std::optional<Unit> unit = Unit::lookupByString(units);
@@ -204,15 +190,16 @@ bool SysInfoReader::readElement(XmlElement& element) {
     if (!osLocator || !hwLocator || !name) {
         return false;
     }
-    const auto device = newDevice(element, items, *name, *osLocator, *hwLocator);
     m_isAhead = true;
     m_hasToWait = false;
-    addProperties(*device, element);
+    std::unique_ptr<const RecordedProperties> properties = propertiesOf(element);
     m_isAhead = false;
     if (m_hasToWait) {
         return false;
     }
-    element.SetUserData(&m_ahead.emplace_back(DeviceAhead{device, items.hasDevices}));
+    const RecordedProperties* const recorded = properties.get();
+    auto device = newDevice(element, items, *name, *osLocator, *hwLocator, std::move(properties));
+    element.SetUserData(&m_ahead.emplace_back(DeviceAhead{std::move(device), recorded, items.hasDevices}));
     return !items.hasLists;
 }
 
@@ -233,7 +220,7 @@ bool SysInfoReader::readDevices(XmlElement& parent) {
 
 void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
     if (auto* const ahead = static_cast<DeviceAhead*>(element.GetUserData())) {
-        registerSpecs(*ahead->device);
+        registerSpecs(*ahead->properties);
         addDevice(std::exchange(ahead->device, nullptr));
         if (ahead->hasDevices) {
             readDevices(element);
@@ -255,9 +242,7 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
         name.emplace();
         hwLocator = generatedText(u"gen-name", counter);
     }
-    const boost::shared_ptr<IDeviceImp> device = newDevice(element, items, *name, *osLocator, *hwLocator);
-    addProperties(*device, element);
-    addDevice(device);
+    addDevice(newDevice(element, items, *name, *osLocator, *hwLocator, propertiesOf(element)));
     if (items.hasDevices) {
         readDevices(element);
     }
@@ -268,17 +253,13 @@ void SysInfoReader::addDevice(const boost::shared_ptr<IDeviceImp>& device) {
     m_store.addDevice(device, nullptr);
 }
 
-// Whoever keeps one of the properties keeps the others of its device.
-void SysInfoReader::addProperties(IDeviceImp& device, XmlElement& element) {
+std::unique_ptr<const RecordedProperties> SysInfoReader::propertiesOf(XmlElement& element) {
     m_expected = 0;
-    m_properties.clear();
+    m_entries.clear();
+    m_texts.clear();
+    m_otherValues.clear();
     readProperties(element);
-    const auto block = boost::make_shared<std::vector<PropertyImp>>();
-    block->reserve(m_properties.size());
-    for (auto& [spec, value] : m_properties) {
-        PropertyImp& property = block->emplace_back(std::move(spec), std::move(value));
-        device.addProperty(boost::shared_ptr<IPropertyImp>(block, &property));
-    }
+    return std::make_unique<const RecordedProperties>(m_specs, m_entries, m_texts, m_otherValues);
 }
 
 bool SysInfoReader::readProperties(XmlElement& parent) {
@@ -293,12 +274,12 @@ bool SysInfoReader::readProperties(XmlElement& parent) {
 bool SysInfoReader::readProperty(XmlElement& element) {
     const PropertyAttributes attributes = attributesOf(element);
     const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(u"Key") : nullptr;
-    boost::shared_ptr<PropertySpecImp> spec = keyChild ? specOf(keyChild->GetText()) : specOf(attributes.key);
+    const std::uint32_t spec = keyChild ? specOf(keyChild->GetText()) : specOf(attributes.key);
 
     if (attributes.units.empty()) {
-        m_properties.emplace_back(std::move(spec), plainValue(element, attributes.value));
+        addPlain(spec, element, attributes.value);
     } else if (std::optional<ValueImp> value = measuredValue(attributes.value, attributes.units)) {
-        m_properties.emplace_back(std::move(spec), std::move(*value));
+        addValue(spec, std::move(*value));
     } else if (m_isAhead) {
         m_hasToWait = true;
         return false;
@@ -307,49 +288,73 @@ bool SysInfoReader::readProperty(XmlElement& element) {
         return false;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"populatePropertiesRecursive() adding property: " << m_properties.back().first->key());
+            u"populatePropertiesRecursive() adding property: " << (*m_specs)[spec]->key());
     if (!element.NoChildren()) {
         readProperties(element);
     }
     return true;
 }
 
+void SysInfoReader::addPlain(std::uint32_t spec, XmlElement& property, StringView attribute) {
+    if (!attribute.empty() || property.NoChildren()) {
+        addText(spec, attribute);
+        return;
+    }
+    Array<String> values = childValues(property);
+    if (values.size() > 1) {
+        addValue(spec, ValueImp(std::move(values)));
+    } else {
+        addText(spec, values.isEmpty() ? StringView() : values.front().view());
+    }
+}
+
+void SysInfoReader::addText(std::uint32_t spec, StringView text) {
+    m_entries.push_back({spec, static_cast<std::uint32_t>(text.size())});
+    m_texts.append(text);
+}
+
+void SysInfoReader::addValue(std::uint32_t spec, ValueImp value) {
+    m_entries.push_back({spec, RecordedProperties::Entry::OTHER_VALUE});
+    m_otherValues.push_back(std::move(value));
+}
+
 // Devices of one kind list the same keys in the same order, so the key that followed last time is tried first.
-boost::shared_ptr<PropertySpecImp> SysInfoReader::specOf(StringView key) {
-    if (m_expected == m_specs.size() || m_specs[m_expected].spec->key() != key) {
+std::uint32_t SysInfoReader::specOf(StringView key) {
+    if (m_expected == m_specs->size() || (*m_specs)[m_expected]->key() != key) {
         const auto known = m_positions.find(key);
         m_expected = known == m_positions.end() ? newSpec(key) : known->second;
     }
     if (!m_isAhead && m_unregistered > 0) {
         registerSpec(m_expected);
     }
-    return m_specs[m_expected++].spec;
+    return m_expected++;
 }
 
-std::size_t SysInfoReader::newSpec(StringView key) {
+std::uint32_t SysInfoReader::newSpec(StringView key) {
     const auto spec = boost::make_shared<PropertySpecImp>(key, PropertyCategoryImp::SysInfo(), DataTypeImp::STRING,
                                                           CapabilityImp::ALL());
-    m_specs.append(Spec{spec});
-    m_positions.emplace(spec->key(), m_specs.size() - 1);
+    const auto position = static_cast<std::uint32_t>(m_specs->size());
+    m_specs->push_back(spec);
+    m_isRegistered.push_back(false);
+    m_positions.emplace(spec->key(), position);
     ++m_unregistered;
-    return m_specs.size() - 1;
+    return position;
 }
 
-void SysInfoReader::registerSpecs(const IDeviceImp& device) {
+void SysInfoReader::registerSpecs(const RecordedProperties& properties) {
     if (m_unregistered > 0) {
-        for (const auto& property : device.properties(PropertyCategoryImp::ALL())) {
-            registerSpec(m_positions.at(property->key()));
+        for (const RecordedProperties::Entry& entry : properties.entries()) {
+            registerSpec(entry.spec);
         }
     }
 }
 
 // Contract: property specifications go to the process-wide store, whichever store receives the devices.
-void SysInfoReader::registerSpec(std::size_t position) {
-    Spec& spec = m_specs[position];
-    if (!spec.isRegistered) {
-        spec.isRegistered = true;
+void SysInfoReader::registerSpec(std::uint32_t position) {
+    if (!m_isRegistered[position]) {
+        m_isRegistered[position] = true;
         --m_unregistered;
-        StateManager::instance().addPropertySpec(spec.spec);
+        StateManager::instance().addPropertySpec((*m_specs)[position]);
     }
 }
 

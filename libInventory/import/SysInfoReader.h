@@ -1,18 +1,20 @@
 #pragma once
 
+#include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <utility>
+#include <memory>
+#include <string>
 #include <vector>
 
-#include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElementReader.h"
 #include "libSystemState/Forward.h"
 #include "libSystemState/properties/PropertySpecImp.h"
+#include "libSystemState/properties/RecordedProperties.h"
 #include "libSystemState/values/ValueImp.h"
 
 namespace vrx {
@@ -36,44 +38,52 @@ private:
     /// A device that was read ahead; its element's user data points to it.
     struct DeviceAhead {
         boost::shared_ptr<IDeviceImp> device;
+        const RecordedProperties* properties;
         bool hasDevices;
     };
 
     void readDevice(XmlElement& element, std::uint32_t counter);
     void addDevice(const boost::shared_ptr<IDeviceImp>& device);
 
-    /// Gives the device the properties that stand under an element, all in one piece of memory.
-    void addProperties(IDeviceImp& device, XmlElement& element);
+    /// The properties that stand under the element of a device.
+    std::unique_ptr<const RecordedProperties> propertiesOf(XmlElement& element);
 
-    /// Adds the properties that stand under an element to m_properties. False, after a log line, when it had to stop at
+    /// Adds the properties that stand under an element to m_entries. False, after a log line, when it had to stop at
     /// one with unknown units.
     bool readProperties(XmlElement& parent);
     bool readProperty(XmlElement& element);
 
-    /// The property specification of that key; all properties of a key share one.
-    boost::shared_ptr<PropertySpecImp> specOf(StringView key);
-    std::size_t newSpec(StringView key);
+    /// Adds the property with the attribute's value or, when that is empty, with the values of its children.
+    void addPlain(std::uint32_t spec, XmlElement& property, StringView attribute);
+    void addText(std::uint32_t spec, StringView text);
+    void addValue(std::uint32_t spec, ValueImp value);
 
-    /// Registers what the device's properties use and is not registered yet.
-    void registerSpecs(const IDeviceImp& device);
-    void registerSpec(std::size_t position);
+    /// Position of the property specification of that key; all properties of a key share one.
+    std::uint32_t specOf(StringView key);
+    std::uint32_t newSpec(StringView key);
+
+    /// Registers what the properties use and is not registered yet.
+    void registerSpecs(const RecordedProperties& properties);
+    void registerSpec(std::uint32_t position);
 
     StateManager& m_store;
     struct KeyHash {
         std::size_t operator()(StringView key) const noexcept { return hashOf(key); }
     };
-    struct Spec {
-        boost::shared_ptr<PropertySpecImp> spec;
-        bool isRegistered = false;
-    };
-    Array<Spec> m_specs;  // in the order in which their keys were first met
+    boost::shared_ptr<RecordedProperties::Specs> m_specs =
+        boost::make_shared<RecordedProperties::Specs>();  // in the order in which their keys were first met
+    std::vector<bool> m_isRegistered;                     // for each of m_specs
     std::size_t m_unregistered = 0;
-    std::vector<std::pair<boost::shared_ptr<PropertySpecImp>, ValueImp>> m_properties;  // of the device being read
+
+    // The properties of the device being read.
+    std::vector<RecordedProperties::Entry> m_entries;
+    std::u16string m_texts;
+    std::vector<ValueImp> m_otherValues;
     bool m_isAhead = false;    // whether what is read may still come to nothing, so that nobody must hear of it
     bool m_hasToWait = false;  // whether the device that is read ahead can only be read later
     std::deque<DeviceAhead> m_ahead;
-    boost::unordered_flat_map<StringView, std::size_t, KeyHash> m_positions;  // the keys are borrowed from m_specs
-    std::size_t m_expected = 0;  // position of the property specification that the next property probably has
+    boost::unordered_flat_map<StringView, std::uint32_t, KeyHash> m_positions;  // the keys are borrowed from m_specs
+    std::uint32_t m_expected = 0;  // position of the property specification that the next property probably has
 };
 
 }  // namespace vrx

@@ -76,7 +76,7 @@ struct DeviceImp::KeyIndex {
     Position covered = 0;
 };
 
-DeviceImp::DeviceImp(const CapabilityImp& type, const CapabilityImp& capabilities, const String& name,
+DeviceImp::DeviceImp(Token, const CapabilityImp& type, const CapabilityImp& capabilities, const String& name,
                      const String& description, const String& osLocator, const String& hwLocator)
     : m_type(type),
       m_capabilities(capabilities),
@@ -90,7 +90,16 @@ DeviceImp::~DeviceImp() = default;
 boost::shared_ptr<IDeviceImp> DeviceImp::createGeneric(const CapabilityImp& type, const CapabilityImp& capabilities,
                                                        unsigned, const String& name, const String& description,
                                                        const String& osLocator, const String& hwLocator) {
-    return boost::shared_ptr<IDeviceImp>(new DeviceImp(type, capabilities, name, description, osLocator, hwLocator));
+    return boost::make_shared<DeviceImp>(Token(), type, capabilities, name, description, osLocator, hwLocator);
+}
+
+boost::shared_ptr<IDeviceImp> DeviceImp::createRecorded(const CapabilityImp& type, const CapabilityImp& capabilities,
+                                                        const String& name, const String& description,
+                                                        const String& osLocator, const String& hwLocator,
+                                                        std::unique_ptr<const RecordedProperties> properties) {
+    auto device = boost::make_shared<DeviceImp>(Token(), type, capabilities, name, description, osLocator, hwLocator);
+    device->m_recorded = std::move(properties);
+    return device;
 }
 
 String DeviceImp::guid(const String& hwLocator, const String& osLocator) {
@@ -104,9 +113,10 @@ String DeviceImp::guid(const String& hwLocator, const String& osLocator) {
 
 IDeviceImp* DeviceImp::clone() const {
     std::unique_ptr<DeviceImp> copy(
-        new DeviceImp(m_type, m_capabilities, m_name, m_description, m_osLocator, m_hwLocator));
-    copy->m_properties.reserve(m_properties.size());
-    for (const boost::shared_ptr<IPropertyImp>& property : m_properties) {
+        new DeviceImp(Token(), m_type, m_capabilities, m_name, m_description, m_osLocator, m_hwLocator));
+    const PropertyArray& properties = madeProperties();
+    copy->m_properties.reserve(properties.size());
+    for (const boost::shared_ptr<IPropertyImp>& property : properties) {
         copy->m_properties.append(copyOf(*property));
     }
     return copy.release();
@@ -114,15 +124,24 @@ IDeviceImp* DeviceImp::clone() const {
 
 void DeviceImp::addProperty(const boost::shared_ptr<IPropertyImp>& property) {
     VRX_ASSERT(property != nullptr);
-    if (m_properties.isEmpty()) {
+    if (madeProperties().isEmpty()) {
         m_properties.reserve(USUAL_PROPERTIES);
     }
     m_properties.append(property);
 }
 
+const DeviceImp::PropertyArray& DeviceImp::madeProperties() const {
+    if (m_recorded) {
+        m_properties = m_recorded->make();
+        m_recorded.reset();
+    }
+    return m_properties;
+}
+
 const boost::shared_ptr<IPropertyImp>* DeviceImp::lookUp(StringView key) const {
-    if (m_properties.size() < INDEX_FROM) {
-        for (const boost::shared_ptr<IPropertyImp>& property : m_properties) {
+    const PropertyArray& properties = madeProperties();
+    if (properties.size() < INDEX_FROM) {
+        for (const boost::shared_ptr<IPropertyImp>& property : properties) {
             if (property->key() == key) {
                 return &property;
             }
@@ -130,11 +149,11 @@ const boost::shared_ptr<IPropertyImp>* DeviceImp::lookUp(StringView key) const {
         return nullptr;
     }
     if (!m_keyIndex) {
-        m_keyIndex = std::make_unique<KeyIndex>(m_properties);
+        m_keyIndex = std::make_unique<KeyIndex>(properties);
     }
-    m_keyIndex->extend(m_properties);
+    m_keyIndex->extend(properties);
     const auto at = m_keyIndex->positions.find(key);
-    return at == m_keyIndex->positions.end() ? nullptr : &m_properties[*at];
+    return at == m_keyIndex->positions.end() ? nullptr : &properties[*at];
 }
 
 boost::shared_ptr<IPropertyImp> DeviceImp::property(const String& key) const {
@@ -147,12 +166,12 @@ const IPropertyImp* DeviceImp::findProperty(StringView key) const {
     return found ? found->get() : nullptr;
 }
 
-PropertyArray DeviceImp::properties(const PropertyCategoryImp& categories) const {
+DeviceImp::PropertyArray DeviceImp::properties(const PropertyCategoryImp& categories) const {
     if (categories == PropertyCategoryImp::ALL()) {
-        return m_properties;
+        return madeProperties();
     }
     PropertyArray selected;
-    for (const boost::shared_ptr<IPropertyImp>& property : m_properties) {
+    for (const boost::shared_ptr<IPropertyImp>& property : madeProperties()) {
         if (property->category().intersect(categories)) {
             selected.append(property);
         }

@@ -6,16 +6,24 @@
 #include "libCommon/Export.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/RecordedProperties.h"
 
 namespace vrx {
 
-/// The concrete device: a plain record with no discovery behind it.
+/// The concrete device: a plain record with no discovery behind it. Questions about properties may change what it keeps
+/// inside, so only one thread at a time may ask them.
 class VRX_EXPORT DeviceImp final : public IDeviceImp {
 public:
     /// `module` is reserved (callers pass 0).
     static boost::shared_ptr<IDeviceImp> createGeneric(const CapabilityImp& type, const CapabilityImp& capabilities,
                                                        unsigned module, const String& name, const String& description,
                                                        const String& osLocator, const String& hwLocator);
+
+    /// The same with the properties of a recording, which are made when somebody asks for the first time.
+    static boost::shared_ptr<IDeviceImp> createRecorded(const CapabilityImp& type, const CapabilityImp& capabilities,
+                                                        const String& name, const String& description,
+                                                        const String& osLocator, const String& hwLocator,
+                                                        std::unique_ptr<const RecordedProperties> properties);
 
     /// The identifier of a device, a pure function of its locators: each with `\` written `\\` and `|` written `\|`,
     /// joined by `|`, hardware locator first. Two different pairs never give the same identifier.
@@ -39,8 +47,17 @@ public:
     const IPropertyImp* findProperty(StringView key) const override;
 
 private:
-    DeviceImp(const CapabilityImp& type, const CapabilityImp& capabilities, const String& name,
+    struct Token {};  ///< keeps the constructor, which boost::make_shared must be able to call, to the class
+
+public:
+    DeviceImp(Token, const CapabilityImp& type, const CapabilityImp& capabilities, const String& name,
               const String& description, const String& osLocator, const String& hwLocator);
+
+private:
+    using PropertyArray = Array<boost::shared_ptr<IPropertyImp>>;
+
+    /// All properties; made of the recorded ones when they have not been.
+    const PropertyArray& madeProperties() const;
     const boost::shared_ptr<IPropertyImp>* lookUp(StringView key) const;
 
     struct KeyIndex;  ///< by key; made on the first look-up on a device with many properties
@@ -51,7 +68,8 @@ private:
     String m_description;
     String m_osLocator;
     String m_hwLocator;
-    Array<boost::shared_ptr<IPropertyImp>> m_properties;
+    mutable std::unique_ptr<const RecordedProperties> m_recorded;  ///< gone once m_properties holds them
+    mutable PropertyArray m_properties;
     Array<boost::shared_ptr<IDeviceImp>> m_children;
     mutable std::unique_ptr<KeyIndex> m_keyIndex;
 };
