@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 namespace vrx::host {
@@ -22,17 +23,28 @@ constexpr off_t HEAP_PER_BYTE = 5;           // the text itself, and devices and
 constexpr std::size_t BELOW_MMAP = 100'000;  // a block that malloc takes from the heap
 constexpr std::size_t MOST_BLOCKS = 100;
 
+/// 0 for what is no regular file.
+off_t sizeOfFile(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : 0;
+}
+
 }  // namespace
 
-void expectRecording(const std::string& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size < SMALLEST_FILE) {
+void expectFiles(std::initializer_list<std::string_view> paths) {
+    off_t bytes = 0;
+    for (const std::string_view path : paths) {
+        bytes += sizeOfFile(std::string(path));
+    }
+    if (bytes < SMALLEST_FILE) {
         return;
     }
-    const auto heap = static_cast<int>(std::min(status.st_size * HEAP_PER_BYTE, LARGEST_HEAP));
-    if (mallopt(M_TOP_PAD, heap) == 0) {
+    const off_t heap = std::min(bytes * HEAP_PER_BYTE, LARGEST_HEAP);
+    const bool isExpectedAlready = mallinfo2().keepcost >= static_cast<std::size_t>(heap) / 2;
+    if (isExpectedAlready || mallopt(M_TOP_PAD, static_cast<int>(heap)) == 0) {
         return;
     }
+    mallopt(M_TRIM_THRESHOLD, static_cast<int>(LARGEST_HEAP));
     // The heap only grows when it has no room left, so its room is used up first.
     const auto before = reinterpret_cast<std::uintptr_t>(sbrk(0));
     std::vector<void*> blocks;

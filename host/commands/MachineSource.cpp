@@ -81,7 +81,7 @@ void loadSysInfoBytes(const std::string& name, const std::string& bytes, StateMa
 }
 
 void loadSysInfoFile(const std::string& path, StateManager& store, const Session& session) {
-    expectRecording(path);
+    expectFiles({path});
     ErrorStreamLog::Capture capture(*session.log);
     if (!Inventory::importStateFromXmlFile(String::UTF8Decode(path), store)) {
         std::string bytes;

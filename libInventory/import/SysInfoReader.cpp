@@ -119,11 +119,11 @@ std::optional<String> itemText(const XmlElement& device, const XmlElement* child
     return attribute ? std::optional<String>(attribute->Value()) : std::nullopt;
 }
 
-boost::shared_ptr<IDeviceImp> newDevice(const XmlElement& element, const DeviceItems& items, const String& name,
-                                        const String& osLocator, const String& hwLocator,
+boost::shared_ptr<IDeviceImp> newDevice(const XmlElement& element, const DeviceItems& items, String name,
+                                        String osLocator, String hwLocator,
                                         std::unique_ptr<const RecordedProperties> properties) {
-    return DeviceImp::createRecorded(typeOf(element, items), items.capabilities, name, u"desc", osLocator, hwLocator,
-                                     std::move(properties));
+    return DeviceImp::createRecorded(typeOf(element, items), items.capabilities, std::move(name), u"desc",
+                                     std::move(osLocator), std::move(hwLocator), std::move(properties));
 }
 
 String generatedText(StringView prefix, std::uint32_t counter) { return concat(prefix, toText(counter)); }
@@ -184,12 +184,6 @@ bool SysInfoReader::readElement(XmlElement& element) {
         return false;
     }
     const DeviceItems items = itemsOf(element);
-    const std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
-    const std::optional<String> hwLocator = itemText(element, items.hwLocator, u"hwLocator");
-    const std::optional<String> name = itemText(element, items.name, u"name");
-    if (!osLocator || !hwLocator || !name) {
-        return false;
-    }
     m_isAhead = true;
     m_hasToWait = false;
     std::unique_ptr<const RecordedProperties> properties = propertiesOf(element);
@@ -197,8 +191,16 @@ bool SysInfoReader::readElement(XmlElement& element) {
     if (m_hasToWait) {
         return false;
     }
+    // The texts last, so that they lie beside the device in memory.
+    std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
+    std::optional<String> hwLocator = itemText(element, items.hwLocator, u"hwLocator");
+    std::optional<String> name = itemText(element, items.name, u"name");
+    if (!osLocator || !hwLocator || !name) {
+        return false;
+    }
     const RecordedProperties* const recorded = properties.get();
-    auto device = newDevice(element, items, *name, *osLocator, *hwLocator, std::move(properties));
+    auto device = newDevice(element, items, std::move(*name), std::move(*osLocator), std::move(*hwLocator),
+                            std::move(properties));
     element.SetUserData(&m_ahead.emplace_back(DeviceAhead{std::move(device), recorded, items.hasDevices}));
     return !items.hasLists;
 }
@@ -242,7 +244,8 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
         name.emplace();
         hwLocator = generatedText(u"gen-name", counter);
     }
-    addDevice(newDevice(element, items, *name, *osLocator, *hwLocator, propertiesOf(element)));
+    addDevice(newDevice(element, items, std::move(*name), std::move(*osLocator), std::move(*hwLocator),
+                        propertiesOf(element)));
     if (items.hasDevices) {
         readDevices(element);
     }

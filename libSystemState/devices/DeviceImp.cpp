@@ -76,28 +76,30 @@ struct DeviceImp::KeyIndex {
     Position covered = 0;
 };
 
-DeviceImp::DeviceImp(Token, const CapabilityImp& type, const CapabilityImp& capabilities, const String& name,
-                     const String& description, const String& osLocator, const String& hwLocator)
+DeviceImp::DeviceImp(Token, const CapabilityImp& type, const CapabilityImp& capabilities, String name,
+                     String description, String osLocator, String hwLocator)
     : m_type(type),
-      m_capabilities(capabilities),
-      m_name(name),
-      m_description(description),
-      m_osLocator(osLocator),
-      m_hwLocator(hwLocator) {}
+      m_hwLocator(std::move(hwLocator)),
+      m_osLocator(std::move(osLocator)),
+      m_name(std::move(name)),
+      m_description(std::move(description)),
+      m_capabilities(capabilities) {}
 
 DeviceImp::~DeviceImp() = default;
 
 boost::shared_ptr<IDeviceImp> DeviceImp::createGeneric(const CapabilityImp& type, const CapabilityImp& capabilities,
-                                                       unsigned, const String& name, const String& description,
-                                                       const String& osLocator, const String& hwLocator) {
-    return boost::make_shared<DeviceImp>(Token(), type, capabilities, name, description, osLocator, hwLocator);
+                                                       unsigned, String name, String description, String osLocator,
+                                                       String hwLocator) {
+    return createRecorded(type, capabilities, std::move(name), std::move(description), std::move(osLocator),
+                          std::move(hwLocator), nullptr);
 }
 
 boost::shared_ptr<IDeviceImp> DeviceImp::createRecorded(const CapabilityImp& type, const CapabilityImp& capabilities,
-                                                        const String& name, const String& description,
-                                                        const String& osLocator, const String& hwLocator,
+                                                        String name, String description, String osLocator,
+                                                        String hwLocator,
                                                         std::unique_ptr<const RecordedProperties> properties) {
-    auto device = boost::make_shared<DeviceImp>(Token(), type, capabilities, name, description, osLocator, hwLocator);
+    auto device = boost::make_shared<DeviceImp>(Token(), type, capabilities, std::move(name), std::move(description),
+                                                std::move(osLocator), std::move(hwLocator));
     device->m_recorded = std::move(properties);
     return device;
 }

@@ -16,13 +16,13 @@ class VRX_EXPORT DeviceImp final : public IDeviceImp {
 public:
     /// `module` is reserved (callers pass 0).
     static boost::shared_ptr<IDeviceImp> createGeneric(const CapabilityImp& type, const CapabilityImp& capabilities,
-                                                       unsigned module, const String& name, const String& description,
-                                                       const String& osLocator, const String& hwLocator);
+                                                       unsigned module, String name, String description,
+                                                       String osLocator, String hwLocator);
 
     /// The same with the properties of a recording, which are made when somebody asks for the first time.
     static boost::shared_ptr<IDeviceImp> createRecorded(const CapabilityImp& type, const CapabilityImp& capabilities,
-                                                        const String& name, const String& description,
-                                                        const String& osLocator, const String& hwLocator,
+                                                        String name, String description, String osLocator,
+                                                        String hwLocator,
                                                         std::unique_ptr<const RecordedProperties> properties);
 
     /// The identifier of a device, a pure function of its locators: each with `\` written `\\` and `|` written `\|`,
@@ -50,8 +50,8 @@ private:
     struct Token {};  ///< keeps the constructor, which boost::make_shared must be able to call, to the class
 
 public:
-    DeviceImp(Token, const CapabilityImp& type, const CapabilityImp& capabilities, const String& name,
-              const String& description, const String& osLocator, const String& hwLocator);
+    DeviceImp(Token, const CapabilityImp& type, const CapabilityImp& capabilities, String name, String description,
+              String osLocator, String hwLocator);
 
 private:
     using PropertyArray = Array<boost::shared_ptr<IPropertyImp>>;
@@ -62,16 +62,17 @@ private:
 
     struct KeyIndex;  ///< by key; made on the first look-up on a device with many properties
 
+    // What a search for devices reads comes first.
     CapabilityImp m_type;
-    CapabilityImp m_capabilities;
-    String m_name;
-    String m_description;
-    String m_osLocator;
     String m_hwLocator;
+    String m_osLocator;
+    String m_name;
     mutable std::unique_ptr<const RecordedProperties> m_recorded;  ///< gone once m_properties holds them
     mutable PropertyArray m_properties;
-    Array<boost::shared_ptr<IDeviceImp>> m_children;
     mutable std::unique_ptr<KeyIndex> m_keyIndex;
+    Array<boost::shared_ptr<IDeviceImp>> m_children;
+    String m_description;
+    CapabilityImp m_capabilities;
 };
 
 }  // namespace vrx

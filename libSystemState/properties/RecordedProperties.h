@@ -39,9 +39,12 @@ public:
     Array<boost::shared_ptr<IPropertyImp>> make() const;
 
 private:
+    String text(std::size_t start, std::size_t size) const;
+
     boost::shared_ptr<const Specs> m_specs;
     std::vector<Entry> m_entries;
-    std::u16string m_texts;
+    std::string m_narrowTexts;  ///< the texts when all of their units are below 256, as those of most machines are
+    std::u16string m_texts;     ///< the texts otherwise
     std::vector<ValueImp> m_otherValues;
 };
 

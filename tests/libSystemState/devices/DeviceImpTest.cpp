@@ -44,6 +44,36 @@ TEST(DeviceImp, describesItself) {
     EXPECT_TRUE(makeDevice(u"nonsense")->capabilities().isEmpty());
 }
 
+TEST(DeviceImp, makesTheRecordedPropertiesWhoeverAsks) {
+    using Recorded = RecordedProperties;
+    const auto specs = boost::make_shared<Recorded::Specs>();
+    for (const auto* const key : {u"a", u"b", u"c"}) {
+        specs->push_back(makeProperty(key, u"")->spec());
+    }
+    const std::vector<Recorded::Entry> entries = {{2, 3}, {0, Recorded::Entry::OTHER_VALUE}, {1, 0}, {2, 2}};
+    // Texts of one byte a unit are kept otherwise than those that need two.
+    for (const StringView texts : {u"x\u00FFzuv", u"x\u0100zuv"}) {
+        const auto newDevice = [&] {
+            std::vector<ValueImp> others = {ValueImp(std::uint32_t{7})};
+            return DeviceImp::createRecorded(CapabilityImp(StringView(u"Fan")), CapabilityImp(), u"", u"", u"", u"",
+                                             std::make_unique<Recorded>(specs, entries, texts, others));
+        };
+        const auto device = newDevice();
+        EXPECT_EQ(device->findProperty(u"c")->value().toString(false), texts.substr(0, 3));
+        EXPECT_EQ(keysOf(device->properties(PropertyCategoryImp::ALL())), "c a b c");
+        EXPECT_EQ(device->property(u"a")->value().valueUint32(), 7u);
+        EXPECT_TRUE(device->property(u"b")->value().toString(false).isEmpty());
+        EXPECT_EQ(device->properties(PropertyCategoryImp::ALL())[3]->value().toString(false), u"uv");
+
+        const boost::shared_ptr<IDeviceImp> copy(newDevice()->clone());
+        EXPECT_EQ(keysOf(copy->properties(PropertyCategoryImp::ALL())), "c a b c");
+        const auto extended = newDevice();
+        extended->addProperty(makeProperty(u"d", u"later"));
+        EXPECT_EQ(extended->properties(PropertyCategoryImp::ALL()).size(), 5u);
+        EXPECT_EQ(extended->properties(PropertyCategoryImp::ALL()).back()->key(), u"d");
+    }
+}
+
 TEST(DeviceImp, findsTheFirstPropertyOfAKeyHoweverManyThereAre) {
     const auto device = makeDevice(u"Processor");
     Array<boost::shared_ptr<IPropertyImp>> firsts;
