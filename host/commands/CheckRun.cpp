@@ -1,6 +1,5 @@
 #include "host/commands/CheckRun.h"
 
-#include "host/commands/HeapPages.h"
 #include "host/commands/MachineSource.h"
 #include "host/commands/XmlFileProblem.h"
 #include "host/lint/OrInsidePart.h"
@@ -66,7 +65,6 @@ void CheckRun::run() {
     if (m_request.scriptPath == "-" && m_request.statePath == "-") {
         refuse("the script and the machine cannot both come from standard input");
     }
-    expectFiles({m_request.scriptPath, m_request.statePath});
     loadScript();
     loadState();
     check();

@@ -8,7 +8,6 @@
 #include "host/collect/Anonymize.h"
 #include "host/collect/MachineCollector.h"
 #include "host/collect/Recording.h"
-#include "host/commands/HeapPages.h"
 #include "host/commands/XmlFileProblem.h"
 #include "host/convert/MachineImport.h"
 #include "host/convert/StoredMachine.h"
@@ -81,7 +80,6 @@ void loadSysInfoBytes(const std::string& name, const std::string& bytes, StateMa
 }
 
 void loadSysInfoFile(const std::string& path, StateManager& store, const Session& session) {
-    expectFiles({path});
     ErrorStreamLog::Capture capture(*session.log);
     if (!Inventory::importStateFromXmlFile(String::UTF8Decode(path), store)) {
         std::string bytes;

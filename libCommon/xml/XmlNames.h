@@ -3,6 +3,8 @@
 #include <array>
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
+#include <cstdint>
+#include <utility>
 
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlArena.h"
@@ -41,15 +43,24 @@ public:
     explicit XmlNameCache(XmlNames& names) noexcept : m_names(names) {}
 
     const XmlName* find(const char* name) {
-        const XmlName*& guess = m_guesses[slotOf(name)];
-        if (guess == nullptr || !isSame(guess->text, name)) {
-            guess = m_names.internUtf8(name);
+        Guesses& guesses = m_guesses[slotOf(name)];
+        if (!isSame(guesses.latest, name)) {
+            std::swap(guesses.latest, guesses.earlier);
+            if (!isSame(guesses.latest, name)) {
+                guesses.latest = m_names.internUtf8(name);
+            }
         }
-        return guess;
+        return guesses.latest;
     }
 
 private:
     static constexpr std::size_t SIZE = 64;
+
+    /// Two, because two names that alternate in one slot would drive each other out every time.
+    struct Guesses {
+        const XmlName* latest = nullptr;
+        const XmlName* earlier = nullptr;
+    };
 
     static std::size_t slotOf(const char* name) noexcept {
         const auto address = reinterpret_cast<std::uintptr_t>(name);
@@ -57,8 +68,11 @@ private:
     }
 
     /// Compares ASCII; a name with anything else is never the same and takes the long way.
-    static bool isSame(StringView known, const char* name) noexcept {
-        for (const char16_t unit : known) {
+    static bool isSame(const XmlName* known, const char* name) noexcept {
+        if (known == nullptr) {
+            return false;
+        }
+        for (const char16_t unit : known->text) {
             if (unit != static_cast<unsigned char>(*name) || unit >= 0x80) {
                 return false;
             }
@@ -68,7 +82,7 @@ private:
     }
 
     XmlNames& m_names;
-    std::array<const XmlName*, SIZE> m_guesses{};
+    std::array<Guesses, SIZE> m_guesses{};
 };
 
 }  // namespace vrx
