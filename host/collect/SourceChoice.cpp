@@ -10,7 +10,7 @@
 #include "host/collect/MachineCollector.h"
 #include "host/collect/Recording.h"
 #include "host/collect/SourceTable.h"
-#include "host/lint/LintVocabulary.h"
+#include "host/script/NearestName.h"
 #include "libSystemState/capabilities/CapabilityNames.h"
 
 namespace vrx::host {

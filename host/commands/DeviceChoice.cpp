@@ -3,7 +3,7 @@
 #include <unordered_set>
 
 #include "host/commands/NearGuids.h"
-#include "host/lint/LintVocabulary.h"
+#include "host/script/NearestName.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/capabilities/CapabilityNames.h"
 #include "libSystemState/devices/IDeviceImp.h"

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "host/script/NearestName.h"
 #include "host/terminal/PrintableText.h"
 
 namespace vrx::host {

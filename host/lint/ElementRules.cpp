@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "host/script/NearestName.h"
+
 namespace vrx::host {
 
 void reportPassedOver(const XmlElement& element, LintKind kind, const char* where, LintFindings& findings) {

@@ -1,14 +1,11 @@
 /// Names are told apart by plain comparison: there are a dozen, and a hash of the folded name would cost as much.
-/// Suggestions use the edit distance; only a mistake pays for it.
 
 #include "host/lint/LintVocabulary.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "host/script/EditDistance.h"
 #include "host/script/ScriptElement.h"
-#include "host/terminal/PrintableText.h"
 
 namespace vrx::host {
 
@@ -25,9 +22,6 @@ constexpr StringView DEVICE_ATTRIBUTES[] = {u"type", u"name", u"oslocator", u"hw
 constexpr StringView PROPERTY_ATTRIBUTES[] = {u"key", u"value", u"type", u"units"};
 constexpr StringView VALUE_ATTRIBUTES[] = {u"value"};
 constexpr StringView RULE_ATTRIBUTES[] = {u"type", u"capability"};
-
-constexpr std::size_t FARTHEST = 2;
-constexpr std::size_t LONGEST_COMPARED = 40;
 
 }  // namespace
 
@@ -49,22 +43,5 @@ std::span<const StringView> attributesOf(LintKind kind) noexcept {
 }
 
 std::span<const StringView> elementNames() noexcept { return NAMES; }
-
-std::string suggestion(StringView written, std::span<const StringView> names) {
-    if (written.size() > LONGEST_COMPARED) {
-        return {};
-    }
-    const String folded = foldCase(written);
-    std::size_t least = FARTHEST + 1;
-    StringView nearest;
-    for (const StringView name : names) {
-        const std::size_t distance = editDistance(folded, foldCase(name));
-        if (distance < least && distance < name.size()) {
-            least = distance;
-            nearest = name;
-        }
-    }
-    return nearest.empty() ? std::string() : "; did you mean \"" + printable(nearest) + "\"?";
-}
 
 }  // namespace vrx::host

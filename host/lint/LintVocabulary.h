@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
 
 #include "libCommon/xml/XmlElement.h"
 
@@ -33,8 +32,5 @@ std::span<const StringView> attributesOf(LintKind kind) noexcept;
 
 /// The names of all elements.
 std::span<const StringView> elementNames() noexcept;
-
-/// "; did you mean X?" with the name that is at most two letters away; empty when there is none.
-std::string suggestion(StringView written, std::span<const StringView> names);
 
 }  // namespace vrx::host
