@@ -57,11 +57,11 @@ DeviceMessage noDevice(StringView type, StringView rest, const StateManager* mac
             if (asked.starts_with(filter.words)) {
                 const String text = String(asked.substr(filter.words.size())).uuDecode(true, true);
                 return {"", filter.label + (filter.isPattern ? readablePattern(text) : printableValue(text)),
-                        textsOf(CapabilityImp(type), filter.textOf, machine)};
+                        textsOf(CapabilityImp(type), filter.textOf, machine), filter.isPattern ? text : String()};
             }
         }
     }
-    return {"", "a device of type " + printable(rest), "none"};
+    return {"", "a device of type " + printable(rest), "none", {}};
 }
 
 }  // namespace
@@ -76,9 +76,9 @@ std::optional<DeviceMessage> deviceMessage(const XmlElement& device, StringView 
         return noDevice(type, message.substr(NO_DEVICE.size()), machine);
     }
     if (message.starts_with(u"Invalid device type: ")) {
-        return DeviceMessage{"\"" + printable(type) + "\" is no device type", "", ""};
+        return DeviceMessage{"\"" + printable(type) + "\" is no device type", "", "", {}};
     }
-    return DeviceMessage{printable(message), "", ""};
+    return DeviceMessage{printable(message), "", "", {}};
 }
 
 std::string deviceHeading(const XmlElement& device) {

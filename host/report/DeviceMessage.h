@@ -14,6 +14,7 @@ struct DeviceMessage {
     std::string sentence;  ///< when it is not empty the other two are
     std::string expected;
     std::string found;
+    String pattern;  ///< the pattern that no device meets; empty when it was none
 };
 
 /// Reads one message. Nothing for the message that every unsatisfied device gets: it says no more than its heading.

@@ -122,6 +122,7 @@ private:
             }
             if (message->sentence.empty()) {
                 writeSideBySide(2, message->expected, message->found);
+                writePatternProblem(2, message->pattern);
             } else {
                 writeLines(2, message->sentence);
             }
@@ -163,13 +164,15 @@ private:
         writePlaced(2, property, printable(property.Attribute(u"key")));
         writeSideBySide(4, expectedText(property),
                         mismatch.isAbsent ? "no such property" : printableValue(mismatch.found));
-        writePatternProblem(String(property.Attribute(u"value")).uuDecode(true, true));
+        for (const String& value : askedValues(property)) {
+            writePatternProblem(4, value);
+        }
     }
 
-    void writePatternProblem(const String& pattern) {
+    void writePatternProblem(unsigned indent, const String& pattern) {
         const String problem = Regex::compileError(pattern);
         if (!problem.isEmpty()) {
-            writeLines(4, "the pattern is compared as plain text, it does not compile: " + printable(problem),
+            writeLines(indent, "the pattern is compared as plain text, it does not compile: " + printable(problem),
                        Style::Caution);
         }
     }

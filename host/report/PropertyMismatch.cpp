@@ -70,21 +70,29 @@ std::vector<PropertyMismatch> mismatchesOf(const ScriptFinding& finding, Array<S
     return mismatches;
 }
 
-std::string expectedText(const XmlElement& property) {
-    std::string text;
-    bool hasEntries = false;
+std::vector<String> askedValues(const XmlElement& property) {
+    std::vector<String> values;
     for (const XmlElement* child = property.FirstChildElement(); child; child = child->NextSiblingElement()) {
         if (!isNamed(*child, u"error")) {
-            text += hasEntries ? ", " : "";
-            text += readablePattern(String(child->Attribute(u"value")).uuDecode(true, true));
-            hasEntries = true;
+            values.push_back(String(child->Attribute(u"value")).uuDecode(true, true));
         }
     }
-    if (hasEntries) {
-        return text;  // the engine compares the entries alone, whatever the attribute says
+    // The engine compares the entries alone, whatever the attribute says.
+    const XmlAttribute* const value = values.empty() ? property.FindAttribute(u"value") : nullptr;
+    if (value != nullptr) {
+        values.push_back(String(value->Value()).uuDecode(true, true));
     }
-    const XmlAttribute* const value = property.FindAttribute(u"value");
-    return value ? readablePattern(String(value->Value()).uuDecode(true, true)) : "any value";
+    return values;
+}
+
+std::string expectedText(const XmlElement& property) {
+    std::string text;
+    const char* separator = "";
+    for (const String& value : askedValues(property)) {
+        text += separator + readablePattern(value);
+        separator = ", ";
+    }
+    return *separator == '\0' ? "any value" : text;
 }
 
 }  // namespace vrx::host
