@@ -21,18 +21,6 @@ namespace vrx::host {
 
 namespace {
 
-/// The `device` element that the element is or lies in; null when there is none.
-const XmlElement* deviceAround(const XmlElement& element) {
-    const XmlNode* node = &element;
-    for (; node != nullptr; node = node->Parent()) {
-        const XmlElement* const at = node->ToElement();
-        if (at != nullptr && isNamed(*at, u"device")) {
-            return at;
-        }
-    }
-    return nullptr;
-}
-
 bool hasLogic(const XmlElement& device) {
     for (const XmlElement* child = device.FirstChildElement(); child; child = child->NextSiblingElement()) {
         if (isNamed(*child, u"not") || isNamed(*child, u"or") || isNamed(*child, u"and")) {

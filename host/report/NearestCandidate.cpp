@@ -29,15 +29,6 @@ struct Identity {
     auto operator<=>(const Identity&) const = default;
 };
 
-/// The `device` element that a property stands in.
-const XmlElement& deviceAround(const XmlElement& property) {
-    const XmlElement* element = &property;
-    while (!isNamed(*element, u"device") && element->Parent() != nullptr && element->Parent()->ToElement() != nullptr) {
-        element = element->Parent()->ToElement();
-    }
-    return *element;
-}
-
 class CandidateSorter {
 public:
     CandidateSorter(const CapabilityImp& type, const StateManager* machine) : m_type(type), m_machine(machine) {}
@@ -100,9 +91,9 @@ private:
         Absence& absence = at->second;
         if (isNew) {
             const StringView key = mismatch.property->Attribute(u"key");
-            const XmlElement& element = deviceAround(*mismatch.property);
-            const String hwLocator = askedFor(element, u"hwlocator");
-            const String osLocator = askedFor(element, u"oslocator");
+            const XmlElement* const element = deviceAround(*mismatch.property);
+            const String hwLocator = element ? askedFor(*element, u"hwlocator") : String();
+            const String osLocator = element ? askedFor(*element, u"oslocator") : String();
             for (const auto& device : m_machine->devicesByName(mismatch.deviceName)) {
                 if (device->name() == mismatch.deviceName && device->type().toString() == mismatch.deviceType &&
                     (hwLocator.isEmpty() || device->hwLocator() == hwLocator) &&

@@ -47,7 +47,7 @@ NamedDevices namedDevices(const XmlElement& root) {
 }
 
 bool namesAll(const NamedDevices& named, const StateManager& machine, const CapabilityImp& type) {
-    const auto devices = machine.devicesCapableOf(type);
+    const auto& devices = machine.devicesCapableOf(type);
     return std::all_of(devices.begin(), devices.end(),
                        [&named](const auto& device) { return named.guids.contains(device->guid()); });
 }

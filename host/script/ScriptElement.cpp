@@ -62,6 +62,17 @@ StringView attributeOf(const XmlElement& element, StringView name) noexcept {
     return {};
 }
 
+const XmlElement* deviceAround(const XmlElement& element) noexcept {
+    const XmlNode* node = &element;
+    for (; node != nullptr; node = node->Parent()) {
+        const XmlElement* const at = node->ToElement();
+        if (at != nullptr && isNamed(*at, u"device")) {
+            return at;
+        }
+    }
+    return nullptr;
+}
+
 String askedFor(const XmlElement& device, StringView attribute) {
     const StringView text = attributeOf(device, attribute);
     return text.empty() || isSwitchedOff(device, attribute) ? String() : String(text).uuDecode(true, true);

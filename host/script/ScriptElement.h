@@ -16,6 +16,9 @@ inline bool isNamed(const XmlElement& element, StringView name) noexcept { retur
 /// The attribute of exactly that name, else the first whose name equals it without letter case; empty when absent.
 StringView attributeOf(const XmlElement& element, StringView name) noexcept;
 
+/// The `device` element that the element is or lies in; null when there is none.
+const XmlElement* deviceAround(const XmlElement& element) noexcept;
+
 /// What a `device` element asks for with that attribute, decoded; empty where the root of the script switches it off.
 String askedFor(const XmlElement& device, StringView attribute);
 

@@ -110,6 +110,10 @@ CapabilityImp typeOf(const XmlElement& device, const DeviceItems& items) {
     return type.empty() && items.type ? CapabilityImp(items.type->GetText()) : CapabilityImp(type);
 }
 
+bool hasItem(const XmlElement& device, const XmlElement* child, StringView attributeName) {
+    return child != nullptr || device.FindAttribute(attributeName) != nullptr;
+}
+
 /// The text of the child, also an empty one; else the attribute's; nothing when the device has neither.
 std::optional<String> itemText(const XmlElement& device, const XmlElement* child, StringView attributeName) {
     if (child) {
@@ -184,6 +188,10 @@ bool SysInfoReader::readElement(XmlElement& element) {
         return false;
     }
     const DeviceItems items = itemsOf(element);
+    if (!hasItem(element, items.osLocator, u"osLocator") || !hasItem(element, items.hwLocator, u"hwLocator") ||
+        !hasItem(element, items.name, u"name")) {
+        return false;
+    }
     m_isAhead = true;
     m_hasToWait = false;
     std::unique_ptr<const RecordedProperties> properties = propertiesOf(element);
@@ -195,12 +203,9 @@ bool SysInfoReader::readElement(XmlElement& element) {
     std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
     std::optional<String> hwLocator = itemText(element, items.hwLocator, u"hwLocator");
     std::optional<String> name = itemText(element, items.name, u"name");
-    if (!osLocator || !hwLocator || !name) {
-        return false;
-    }
     const RecordedProperties* const recorded = properties.get();
-    auto device = newDevice(element, items, std::move(*name), std::move(*osLocator), std::move(*hwLocator),
-                            std::move(properties));
+    auto device = newDevice(element, items, std::move(name).value(), std::move(osLocator).value(),
+                            std::move(hwLocator).value(), std::move(properties));
     element.SetUserData(&m_ahead.emplace_back(DeviceAhead{std::move(device), recorded, items.hasDevices}));
     return !items.hasLists;
 }
