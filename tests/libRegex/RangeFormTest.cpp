@@ -27,6 +27,8 @@ TEST(RangeForm, boundsAreIncludedInEitherOrder) {
         {u"^@[1e-5-2E+3]$", u"1e-6", false},    {u"^@[0-1e999]$", u"1e400", true},
         {u"^@[0-1]$", u"1e400", false},         {u"^@[0-1]$", u"1e-400", true},
         {u"^@[0-1]$", u"-1e400", false},        {u"^@[1-2]$", u"0e999", false},
+        {u"^@[-1e999-0]$", u"-1e400", true},    {u"^@[-1e999-0]$", u"1e400", false},
+        {u"^@[0-1e999]$", u"+1e400", true},     {u"^@[0-1e999]$", u"-1e400", false},
     });
     const std::u16string small = u"0." + std::u16string(400, u'0') + u"1e401";
     EXPECT_TRUE(matches(withMarker(u"^@[1-1]$"), small));
@@ -56,6 +58,28 @@ TEST(RangeForm, findsWholeNumbersOnly) {
         {u"^@[3-3]\\.$", u"3.", false},
         {u"^-@[5-5]$", u"-5", false},
         {u"^x-@[5-5]$", u"x-5", true},
+    });
+}
+
+TEST(RangeForm, anchorsHoldTheRangeToTheEnds) {
+    expectAll({
+        {u"^@[1-2]", u"1x", true},
+        {u"^@[1-2]", u"x1", false},
+        {u"@[1-2]$", u"x1", true},
+        {u"@[1-2]$", u"1x", false},
+        {u"@[1-2]", u"x1x", true},
+        {u"x@[1-2]$", u"x1", true},
+        {u"x@[1-2]$", u"1", false},
+        {u"^x@[1-2]$", u"x1", true},
+        {u"^x@[1-2]$", u"1", false},
+        {u"^@[1-2]x$", u"1x", true},
+        {u"^@[1-2]x$", u"1", false},
+        {u"^@[1-2] MHz", u"1 MHz x", true},
+        {u"^@[1-2] MHz", u"x 1 MHz", false},
+        {u"@[1-2] MHz$", u"x 1 MHz", true},
+        {u"@[1-2] MHz$", u"1 MHz x", false},
+        {u"x@[1-2] MHz$", u"1 MHz", false},
+        {u"x@[1-2] MHz$", u"1000 kHz", false},
     });
 }
 

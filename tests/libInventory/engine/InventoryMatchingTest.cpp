@@ -110,6 +110,25 @@ TEST_F(Matching, PropertiesMatchAsPatternsArraysGreedily) {
     EXPECT_TRUE(with(R"(<property key="Ports" value="xy, xz"/>)"));
 }
 
+TEST_F(Matching, ListsOfValuesAreReadToTheirEndAndNoFurther) {
+    // As many values as one word of marks holds.
+    std::vector<std::string> values(64, "same");
+    values.back() = "last";
+    addDevice(store, "Fan", "fan", "f", "", {{"Ports", values}});
+    std::string entries;
+    for (const std::string& value : values) {
+        entries += R"(<v value="^)" + value + R"($"/>)";
+    }
+    const auto with = [this](const std::string& inner) {
+        return passes(R"(<device type="Fan"><property key="Ports">)" + inner + "</property></device>");
+    };
+    const std::string last = R"(<v value="^last$"/>)";
+    EXPECT_TRUE(with(entries));
+    EXPECT_TRUE(with(last + entries.substr(0, entries.size() - last.size())));
+    EXPECT_FALSE(with(entries.substr(0, entries.size() - last.size()) + R"(<v value="^same$"/>)"));
+    EXPECT_FALSE(with(entries + last));
+}
+
 TEST_F(Matching, GroupsInsideADevice) {
     const auto with = [this](const std::string& tests) {
         return passes(R"(<device type="SolidStateDrive">)" + tests + "</device>");
