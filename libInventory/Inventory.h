@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -19,7 +20,13 @@ namespace vrx {
 class InventoryTestObserver;
 class MatchCache;
 class UniqueTexts;
+struct ChosenAlternative;
+struct DeviceOutcome;
 struct ElementContext;
+struct ExtraDevice;
+struct Finding;
+struct RunProgress;
+struct RunSummary;
 
 /// Decides whether a machine holds exactly the hardware that an inventory script describes.
 ///
@@ -135,6 +142,11 @@ public:
     /// before it is run again.
     bool run(bool* inventorySatisfied = nullptr);
 
+    /// Asks before each combination of alternatives whether to go on, and tells how far the run is; an empty function
+    /// for none. On false the run stops before that combination and fails with what it has found so far; one
+    /// combination is always tried.
+    void setProgress(std::function<bool(const RunProgress&)> progress);
+
     /// Devices that the script asked for in the last combination tried and the machine lacks.
     const Array<DeviceSpec>& unsatisfiedDevices() const;
 
@@ -144,6 +156,34 @@ public:
     /// The script with the findings of the last run.
     const XmlDocument& script() const;
 
+    // ---- What the last run found, as data: Finding.h (engine/InventoryFindings.cpp) ----
+    //
+    // All of it speaks of the combination that passed or, when none did, of the best that failed, and stays until the
+    // next run or load. Before a run there is nothing.
+
+    /// What the run wrote into the script, in document order; the texts of an element's findings, one after the other,
+    /// are those of its new `error` elements. A run that passed wrote nothing.
+    Array<Finding> findings() const;
+
+    /// The mistakes in the script that observers were told of by events, in that order.
+    Array<Finding> notices() const;
+
+    /// The `device` elements outside of every `not` that got no device, in document order.
+    Array<const XmlElement*> missingElements() const;
+
+    /// How a `device` element of the script fared. Requires: element is one, and is in no `device` element.
+    DeviceOutcome outcomeOf(const XmlElement& element) const;
+
+    /// For each `or` element that took part the alternative that was kept, in document order. The `or` elements inside
+    /// of `device` elements are none of these: they are met by each device in its own way.
+    Array<ChosenAlternative> chosenAlternatives() const;
+
+    /// The devices of `extraDevices`, with the rule that made each extra; empty when the run passed.
+    Array<ExtraDevice> extraDevicesWithRules() const;
+
+    /// How much was tried, and whether the result is certain.
+    const RunSummary& summary() const;
+
     // ---- One device, one text (engine/InventoryDeviceCheck.cpp, engine/InventoryStringMatching.cpp) ----
 
     /// Whether one device satisfies `content`, the inner XML of a `device` element. The device is copied, nothing else
@@ -151,6 +191,15 @@ public:
     /// "InventoryTestFailed" with the annotated script, whatever the result. False when the content does not load.
     static bool checkDevice(const IDeviceImp& device, const String& content, InventoryTestObserver* observer,
                             bool report);
+
+    /// The same check made by `engine`, a new object, which keeps the script and what was found.
+    static bool checkDevice(const IDeviceImp& device, const String& content, InventoryTestObserver* observer,
+                            bool report, Inventory& engine);
+
+    /// Whether `checkDevice` can tell anything about a device of that type. The type's text stands in the script as it
+    /// is, so that one with a quotation mark, an ampersand or an angle bracket makes a script that does not load or
+    /// that asks for another type; the result is then false, whatever the device holds.
+    static bool canCheckDevice(const IDeviceImp& device);
 
     /// The engine's string comparison: the pattern matches (regular expression with ranges, with letter case), or,
     /// after one leading "^" and one trailing "$" are dropped from it, equals the value without letter case.

@@ -18,6 +18,15 @@ namespace vrx {
 bool Inventory::checkDevice(const IDeviceImp& device, const String& content, InventoryTestObserver* observer,
                             bool report) {
     Inventory engine;
+    return checkDevice(device, content, observer, report, engine);
+}
+
+bool Inventory::canCheckDevice(const IDeviceImp& device) {
+    return device.type().toString(0, false).view().find_first_of(u"\"&<>'") == StringView::npos;
+}
+
+bool Inventory::checkDevice(const IDeviceImp& device, const String& content, InventoryTestObserver* observer,
+                            bool report, Inventory& engine) {
     State& state = *engine.m_state;
     state.m_enableUnsatisfiedDeviceTips = false;
     StateManager store;

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/containers/HashTable.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlDocument.h"
+#include "libInventory/Finding.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryDeviceAssociations.h"
 #include "libInventory/engine/ElementContext.h"
@@ -86,6 +88,11 @@ struct Inventory::State {
 
     /// Memory of the contexts that hang on the script's elements.
     std::deque<ElementContext> m_contexts;
+
+    /// Asked before each combination; empty for nobody.
+    std::function<bool(const RunProgress&)> m_progress;
+
+    RunSummary m_summary;
 
     /// What the `fail-on-extra` rules say of devices, for a run: it does not depend on the combination.
     std::unique_ptr<ExtraDeviceRules> m_extraDeviceRules;
