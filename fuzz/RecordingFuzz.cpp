@@ -4,21 +4,21 @@
 #include <cstdint>
 #include <string_view>
 
-#include "host/collect/Recording.h"
-#include "host/convert/MachineImport.h"
+#include "libMachine/MachineImport.h"
+#include "libMachine/record/Recording.h"
 #include "libSystemState/StateManager.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using vrx::host::RecordingFormat;
+    using vrx::RecordingFormat;
     static constexpr std::array FORMATS = {RecordingFormat::LshwXml, RecordingFormat::LshwJson,
                                            RecordingFormat::Dmidecode, RecordingFormat::HwlocXml};
     if (size == 0) {
         return 0;
     }
     const std::string_view bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
-    vrx::host::Recording recording;
-    vrx::host::DamageList damage;
-    if (vrx::host::convertForeign(FORMATS[data[0] % FORMATS.size()], bytes, recording, damage)) {
+    vrx::Recording recording;
+    vrx::DamageList damage;
+    if (vrx::convertForeign(FORMATS[data[0] % FORMATS.size()], bytes, recording, damage)) {
         vrx::StateManager store;
         recording.storeIn(store);
     }

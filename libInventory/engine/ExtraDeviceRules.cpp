@@ -1,7 +1,7 @@
 #include "libInventory/engine/ExtraDeviceRules.h"
 
 #include "libCommon/xml/XmlWriter.h"
-#include "libInventory/support/ScriptVocabulary.h"
+#include "libInventory/script/ScriptVocabulary.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
 namespace vrx {

@@ -5,10 +5,10 @@
 #include "libCommon/Assertion.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
-#include "libInventory/support/ScriptVocabulary.h"
-#include "libInventory/support/XmlChildren.h"
 
 namespace vrx {
 

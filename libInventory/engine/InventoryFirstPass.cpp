@@ -7,10 +7,10 @@
 
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
-#include "libInventory/support/ScriptVocabulary.h"
-#include "libInventory/support/XmlChildren.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {

@@ -9,8 +9,8 @@
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryTestObserver.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/support/InventoryLog.h"
-#include "libInventory/support/ScriptVocabulary.h"
 
 namespace vrx {
 

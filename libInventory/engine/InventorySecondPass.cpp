@@ -10,11 +10,11 @@
 #include "libCommon/Assertion.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
-#include "libInventory/support/ScriptVocabulary.h"
 #include "libInventory/support/UniqueTexts.h"
-#include "libInventory/support/XmlChildren.h"
 
 namespace vrx {
 

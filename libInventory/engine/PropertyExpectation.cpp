@@ -1,8 +1,8 @@
 #include "libInventory/engine/PropertyExpectation.h"
 
 #include "libCommon/text/UuCode.h"
-#include "libInventory/support/ScriptVocabulary.h"
-#include "libInventory/support/XmlChildren.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 
 namespace vrx {
 

@@ -9,8 +9,8 @@
 
 #include "libCommon/xml/XmlDocument.h"
 #include "libInventory/generation/ValuePattern.h"
+#include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/support/InventoryLog.h"
-#include "libInventory/support/ScriptVocabulary.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/filter/SysinfoFilter.h"

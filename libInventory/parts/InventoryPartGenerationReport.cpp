@@ -3,8 +3,8 @@
 
 #include "libCommon/xml/XmlDocument.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/support/InventoryLog.h"
-#include "libInventory/support/ScriptVocabulary.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/diaglog/DeviceHeader.h"

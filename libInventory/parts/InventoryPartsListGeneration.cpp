@@ -16,9 +16,9 @@
 #include "libInventory/Inventory.h"
 #include "libInventory/parts/AmbiguousParts.h"
 #include "libInventory/parts/PartComparison.h"
+#include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/MatchCache.h"
-#include "libInventory/support/ScriptVocabulary.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/IDeviceImp.h"
 

@@ -6,8 +6,8 @@
 
 #include "libCommon/text/NumberText.h"
 #include "libInventory/Inventory.h"
-#include "libInventory/support/ScriptVocabulary.h"
-#include "libInventory/support/XmlChildren.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 
 namespace vrx {
 

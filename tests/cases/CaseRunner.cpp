@@ -19,12 +19,12 @@
 #include <iterator>
 #include <sstream>
 
-#include "tests/host/TestConsole.h"
+#include "tests/cli/TestConsole.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using vrx::host::TestConsole;
+using vrx::cli::TestConsole;
 
 bool isUpdating = false;
 
@@ -92,7 +92,7 @@ std::vector<std::string> splitArguments(const std::string& run) {
 
 std::string transcriptOf(const std::string& run) {
     TestConsole console;
-    const int status = vrx::host::runWith(console, splitArguments(run));
+    const int status = vrx::cli::runWith(console, splitArguments(run));
     return "$ " + run + "\n" + console.out + (console.err.empty() ? "" : "--- standard error\n" + console.err) +
            "--- exit status " + std::to_string(status) + "\n\n";
 }

@@ -1,0 +1,180 @@
+/// The check of one device of a machine against the inner XML of a `device` element.
+///
+/// The engine answers only "no" when the content does not load, so the content is parsed here first, in the same
+/// envelope, to say where it is broken and to refuse what cannot be decided.
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "cli/commands/Commands.h"
+#include "cli/input/MachineSource.h"
+#include "cli/input/NearGuids.h"
+#include "cli/input/XmlFileProblem.h"
+#include "cli/program/CommonOptions.h"
+#include "libCommon/io/FileLoader.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/InventoryTestObserver.h"
+#include "libInventory/script/OrInsidePart.h"
+#include "libInventory/script/ScriptElement.h"
+#include "libRegex/Regex.h"
+#include "libReport/check/DeviceCheckReport.h"
+#include "libSystemState/results/TipImp.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* EXPECTED = "expected the inner XML of a <device> element: <property>, <and>, <or>, <not>";
+constexpr StringView ENVELOPE = u"<inventory-check><device>";
+constexpr StringView ENVELOPE_END = u"</device></inventory-check>";
+
+constexpr const char* FOOTER =
+    "CONTENT is what would stand inside a <device> element: property, and, or, not.\n"
+    "A guid is HARDWARE-LOCATOR|OS-LOCATOR; show --properties prints them.\n"
+    "Exit status: 0 the device meets the content; 1 it does not; 2 the content or the\n"
+    "state cannot be read or parsed, or there is no such device; 3 undetermined: the\n"
+    "content asks for no property, a pattern took too much work, or this machine\n"
+    "cannot be read; 4 internal error.\n"
+    "\n"
+    "Examples:\n"
+    "  vrx-inventory check-device '<property key=\"Size\" value=\"^500 GB$\"/>' \\\n"
+    "      --device 'bay-0|/dev/sda' --state machine.xml\n"
+    "  vrx-inventory check-device @disk.xml --device 'bay-0|/dev/sda' --report";
+
+struct CheckDeviceOptions : CommonOptions {
+    std::string content;
+    std::string guid;
+    bool hasReport = false;
+};
+
+class EventKeeper final : public InventoryTestObserver {
+public:
+    void handleEvent(const TestRunEventImp& event) override { events.append(event); }
+    Array<TestRunEventImp> events;
+};
+
+/// The content and what to call it in messages.
+struct Content {
+    std::string name = "content";
+    String text;
+};
+
+Content readContent(const std::string& argument) {
+    Content content;
+    if (!argument.starts_with('@')) {
+        content.text = String::UTF8Decode(argument);
+        return content;
+    }
+    content.name = argument.substr(1);
+    std::string bytes;
+    String reason;
+    if (!loadFile(String::UTF8Decode(content.name), bytes, reason)) {
+        throw CommandFailure(ExitStatus::BadInput, fileProblem(content.name, reason, EXPECTED));
+    }
+    content.text = String::UTF8Decode(bytes);
+    return content;
+}
+
+/// 0-based place in the content of a place in the envelope.
+std::string problemIn(const Content& content, std::uint32_t row, std::uint32_t column, const std::string& text) {
+    const auto before = static_cast<std::uint32_t>(ENVELOPE.size());
+    return problemAt(content.name, row, row == 0 && column >= before ? column - before : column, text);
+}
+
+bool asksForProperty(const XmlElement& element) {
+    if (isNamed(element, u"property")) {
+        return true;
+    }
+    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
+        if (asksForProperty(*child)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether the content asks for anything. Throws when it does not load or cannot be decided.
+bool examine(const Content& content) {
+    XmlDocument document;
+    if (!document.Parse(concat(ENVELOPE, content.text, ENVELOPE_END).uuEncode(true, true))) {
+        throw CommandFailure(ExitStatus::BadInput, problemIn(content, document.ErrorRow(), document.ErrorColumn(),
+                                                             document.ErrorDesc().toUtf8() + "; " + EXPECTED));
+    }
+    if (const XmlElement* const found = findOrInsidePart(*document.RootElement())) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             problemIn(content, found->Row(), found->Column(), OR_INSIDE_PART_REASON));
+    }
+    return asksForProperty(*document.RootElement());
+}
+
+StateManager::DevicePointer findDevice(const std::string& guid, const StateManager& store, const std::string& machine) {
+    const String text = String::UTF8Decode(guid);
+    if (const StateManager::DevicePointer device = store.deviceByGuid(text)) {
+        return device;
+    }
+    std::string line = machine + " has no device \"" + guid + "\"; expected a guid HARDWARE-LOCATOR|OS-LOCATOR";
+    const char* before = ", near ones are ";
+    for (const std::string& near : nearGuids(text, store)) {
+        line += before + ("\"" + near + "\"");
+        before = ", ";
+    }
+    throw CommandFailure(ExitStatus::BadInput, line);
+}
+
+DeviceCheckOutcome run(const IDeviceImp& device, const String& content, bool hasReport) {
+    EventKeeper observer;
+    DeviceCheckOutcome outcome;
+    outcome.passed = Inventory::checkDevice(device, content, &observer, hasReport);
+    outcome.events = std::move(observer.events);
+    if (hasReport && !outcome.events.isEmpty() && !outcome.events.back().tips().isEmpty()) {
+        outcome.annotatedScript = outcome.events.back().tips()[0]->toString(0, false);
+    }
+    return outcome;
+}
+
+ExitStatus checkDevice(const CheckDeviceOptions& options, Session& session) {
+    const Content content = readContent(options.content);
+    const bool asksForSomething = examine(content);
+    StateManager& store = session.make<StateManager>();
+    loadMachine(options.statePath, store, session);
+    const auto device = findDevice(options.guid, store, machineName(options.statePath));
+    const std::size_t givenUpBefore = Regex::exceededCount();
+    DeviceCheckOutcome outcome = run(*device, content.text, options.hasReport);
+    outcome.askedForNothing = outcome.passed && !asksForSomething;
+    if (Regex::exceededCount() > givenUpBefore) {
+        throw CommandFailure(ExitStatus::Undetermined,
+                             content.name + ": undecided: a pattern took too much work on a value and was given up");
+    }
+    options.writeResult(session, options.format == "json"
+                                     ? deviceCheckJson(outcome)
+                                     : deviceCheckText(outcome, *device, options.textFormat(session)));
+    if (outcome.askedForNothing) {
+        session.say(content.name + ": nothing to check: the content asks for no property");
+        return ExitStatus::Undetermined;
+    }
+    return outcome.passed ? ExitStatus::Success : ExitStatus::NotPassed;
+}
+
+}  // namespace
+
+void addCheckDeviceCommand(CLI::App& parent, Session& session) {
+    const auto options = std::make_shared<CheckDeviceOptions>();
+    CLI::App& command = *parent.add_subcommand("check-device", "Check one device of a machine");
+    command.add_option("CONTENT", options->content, "What the device must have; @FILE reads it from a file")
+        ->required();
+    command.add_option("--device", options->guid, "The device's guid")->required()->type_name("GUID");
+    options->addState(command);
+    command.add_flag("--report", options->hasReport, "Report the script with what was found");
+    options->addFormat(command, {"text", "json"});
+    options->addOutput(command);
+    options->addLogging(command);
+    command.footer(FOOTER);
+    command.callback([options, &session] {
+        options->applyLogging(session);
+        session.action = [options, &session] {
+            return checkDevice(*options, session);
+        };
+    });
+}
+
+}  // namespace vrx::cli

@@ -1,0 +1,146 @@
+#include "cli/commands/CheckRun.h"
+
+#include "cli/input/MachineSource.h"
+#include "cli/input/XmlFileProblem.h"
+#include "cli/terminal/CombinationProgress.h"
+#include "libCommon/io/FileLoader.h"
+#include "libInventory/script/OrInsidePart.h"
+#include "libRegex/Regex.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* EXPECTED_SCRIPT = "expected an inventory script, XML with the root <inventory-check>";
+
+/// Why the script did not load, with its place where there is one.
+std::string scriptProblem(const std::string& path, const XmlDocument& script, const Array<String>& fileErrors) {
+    if (script.Error()) {
+        return xmlProblem(path, script, EXPECTED_SCRIPT);
+    }
+    if (const XmlElement* const root = script.RootElement()) {
+        return problemAt(path, root->Row(), root->Column(),
+                         "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED_SCRIPT);
+    }
+    std::string bytes;
+    String reason;
+    if (path != "-" && !loadFile(String::UTF8Decode(path), bytes, reason)) {
+        return fileProblem(path, reason, EXPECTED_SCRIPT);
+    }
+    return fileProblem(path, fileErrors.isEmpty() ? String(u"it cannot be read") : fileErrors.back(), EXPECTED_SCRIPT);
+}
+
+bool hasElement(const XmlElement& element, StringView name) {
+    if (isNamed(element, name)) {
+        return true;
+    }
+    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
+        if (hasElement(*child, name)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void RunObserver::handleEvent(const TestRunEventImp& event) {
+    if (event.name() != u"InventoryTestFailed") {
+        events.append(event);
+    }
+}
+
+CheckRun::CheckRun(const Request& request, const Session& session) : m_request(request), m_session(session) {
+    m_outcome.script = request.scriptPath;
+    if (!request.statePath.empty()) {
+        m_outcome.state = request.statePath;
+    }
+    m_inventory.registerInventoryObserver(m_observer);
+    m_inventory.setEnableUnsatisfiedDeviceTips(request.hasUnsatisfiedTips);
+    m_inventory.setStateManager(m_store);
+}
+
+void CheckRun::run() {
+    const auto start = m_session.console.now();
+    if (m_request.scriptPath == "-" && m_request.statePath == "-") {
+        refuse("the script and the machine cannot both come from standard input");
+    }
+    loadScript();
+    loadState();
+    check();
+    m_outcome.duration = m_session.console.now() - start;
+}
+
+void CheckRun::refuse(const std::string& line) {
+    m_outcome.fileErrors = m_observer.fileErrors;
+    if (m_outcome.fileErrors.isEmpty()) {
+        m_outcome.fileErrors.append(String::UTF8Decode(line));
+    }
+    throw CommandFailure(ExitStatus::BadInput, line);
+}
+
+void CheckRun::loadScript() {
+    ErrorStreamLog::Capture capture(*m_session.log);
+    const std::string& path = m_request.scriptPath;
+    if (!m_inventory.loadInventoryScriptFile(String::UTF8Decode(path))) {
+        refuse(scriptProblem(path, m_inventory.script(), m_observer.fileErrors));
+    }
+    capture.show();
+    const XmlElement& root = *m_inventory.script().RootElement();
+    if (const XmlElement* const undecidable = findOrInsidePart(root)) {
+        refuse(problemAt(path, undecidable->Row(), undecidable->Column(), OR_INSIDE_PART_REASON));
+    }
+    m_outcome.content = contentOf(root);
+}
+
+void CheckRun::loadState() {
+    try {
+        loadMachine(m_request.statePath, m_store, m_session);
+    } catch (const MachineFailure& failure) {
+        m_outcome.fileErrors = failure.texts();
+        throw;
+    }
+    m_outcome.machine = &m_store;
+}
+
+void CheckRun::check() {
+    const std::size_t givenUpBefore = Regex::exceededCount();
+    bool inventorySatisfied = false;
+    bool passed = false;
+    {
+        const CombinationProgress progress(m_session.console, m_session.logLevel);
+        passed = m_inventory.run(&inventorySatisfied);
+    }
+    m_outcome.inventorySatisfied = inventorySatisfied;
+    m_outcome.givenUpPatterns = Regex::exceededCount() - givenUpBefore;
+    m_outcome.events = std::move(m_observer.events);
+    m_outcome.missing = m_inventory.unsatisfiedDevices();
+    m_outcome.extra = m_inventory.extraDevices();
+    m_outcome.annotatedScript = &m_inventory.script();
+    m_outcome.verdict = verdictOf(passed);
+}
+
+/// A pattern that is given up counts as "no match". A check that failed might have passed with the true answer. One
+/// that passed is right all the same, unless the script forbids what that pattern describes.
+Verdict CheckRun::verdictOf(bool passed) const {
+    if (m_outcome.givenUpPatterns > 0 && (!passed || hasElement(*m_inventory.script().RootElement(), u"not") ||
+                                          hasElement(*m_inventory.script().RootElement(), u"fail-on-extra"))) {
+        return Verdict::Undecided;
+    }
+    if (!passed) {
+        return Verdict::Failed;
+    }
+    const bool asksForNothing = m_outcome.content.devices + m_outcome.content.extraDeviceRules == 0;
+    return asksForNothing ? Verdict::NothingToCheck : Verdict::Passed;
+}
+
+ExitStatus CheckRun::status() const noexcept {
+    switch (m_outcome.verdict) {
+        case Verdict::Passed: return ExitStatus::Success;
+        case Verdict::Failed: return ExitStatus::NotPassed;
+        case Verdict::NotRun: return ExitStatus::BadInput;
+        default: return ExitStatus::Undetermined;
+    }
+}
+
+}  // namespace vrx::cli

@@ -1,0 +1,113 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+
+#include "cli/commands/Commands.h"
+#include "cli/input/MachineSource.h"
+#include "cli/program/CommonOptions.h"
+#include "libInventory/recording/SysInfoWriter.h"
+#include "libMachine/MachineCollector.h"
+#include "libMachine/collect/SourceChoice.h"
+#include "libMachine/collect/SourceTable.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* FOOTER =
+    "What cannot be read is left out and said on standard error.\n"
+    "NAME is a source (--list-sources) in small letters, or a device type (--exclude only); several\n"
+    "with commas between them. What is below a device that is left out moves up.\n"
+    "Exit status: 0 recorded; 2 wrong usage, or the file cannot be written; 3 nothing could be read;\n"
+    "4 internal error.\n"
+    "\n"
+    "Examples:\n"
+    "  vrx-inventory collect -o machine.xml\n"
+    "  vrx-inventory collect --exclude sensors,Battery --anonymize -o machine.xml\n"
+    "  vrx-inventory collect --root /mnt/saved -o other.xml";
+
+struct CollectCommandOptions : CommonOptions {
+    CollectOptions collect;
+    bool hasAllCategories = false;
+    bool listsSources = false;
+};
+
+std::string sourceList() {
+    std::size_t width = 0;
+    for (const Source& source : sources()) {
+        width = std::max(width, source.name.size());
+    }
+    std::string list;
+    for (const Source& source : sources()) {
+        list.append(source.name).append(width - source.name.size() + 2, ' ').append(source.description) += '\n';
+    }
+    return list;
+}
+
+// An import gives every property the same category, so what changes by itself would end up in scripts of the recording.
+ExitStatus collect(const CollectCommandOptions& options, Session& session) {
+    if (options.listsSources) {
+        options.writeResult(session, sourceList());
+        return ExitStatus::Success;
+    }
+    if (const std::string problem = SourceChoice::problem(options.collect); !problem.empty()) {
+        throw CommandFailure(ExitStatus::BadInput, problem);
+    }
+    StateManager& store = session.make<StateManager>();
+    Array<String> notes;
+    const bool isRead = collectMachine(store, options.collect, notes);
+    for (const String& note : notes) {
+        session.say(note.toUtf8());
+    }
+    if (!isRead) {
+        throw MachineFailure(ExitStatus::Undetermined, "nothing could be read of this machine", std::move(notes));
+    }
+    options.writeResult(session, sysInfoXml(store, options.hasAllCategories));
+    return ExitStatus::Success;
+}
+
+void addChoice(CLI::App& command, CollectCommandOptions& options) {
+    command.add_option("--source", options.collect.sources, "Only these sources")
+        ->type_name("NAME,...")
+        ->delimiter(',');
+    command.add_option("--exclude", options.collect.excluded, "Not these sources and device types")
+        ->type_name("NAME,...")
+        ->delimiter(',');
+    command.add_flag("--list-sources", options.listsSources, "Print the sources and end");
+}
+
+void addPlaces(CLI::App& command, CollectCommandOptions& options) {
+    command
+        .add_option("--root", options.collect.root, "A folder with a saved copy of another machine's /sys and /proc")
+        ->type_name("FOLDER")
+        ->check(CLI::ExistingDirectory.description(""));
+    command
+        .add_option("--smbios", options.collect.smbiosPath,
+                    "A saved SMBIOS table; without --root it is all that is read")
+        ->type_name("FILE")
+        ->check(CLI::ExistingFile.description(""));
+}
+
+}  // namespace
+
+void addCollectCommand(CLI::App& parent, Session& session) {
+    const auto options = std::make_shared<CollectCommandOptions>();
+    CLI::App& command = *parent.add_subcommand("collect", "Record this machine as SysInfo XML");
+    options->addOutput(command);
+    command.add_flag("--all-categories", options->hasAllCategories,
+                     "Internal properties and such as change by themselves as well");
+    addChoice(command, *options);
+    addPlaces(command, *options);
+    command.add_flag("--anonymize", options->collect.isAnonymous,
+                     "Pseudonyms for serial numbers, addresses, UUIDs and host names");
+    options->addLogging(command);
+    command.footer(FOOTER);
+    command.callback([options, &session] {
+        options->applyLogging(session);
+        session.action = [options, &session] {
+            return collect(*options, session);
+        };
+    });
+}
+
+}  // namespace vrx::cli

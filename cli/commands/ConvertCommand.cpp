@@ -1,0 +1,76 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+
+#include "cli/commands/Commands.h"
+#include "cli/input/MachineSource.h"
+#include "cli/program/CommonOptions.h"
+#include "libInventory/recording/SysInfoWriter.h"
+#include "libReport/text/TextPieces.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* FOOTER =
+    "FILE may be the output of lshw (-xml or -json), of dmidecode, of lstopo (--of xml), or SysInfo\n"
+    "XML; what it is shows in its content. What it was taken for, how many devices it holds, and what\n"
+    "was damaged is said on standard error. Whatever a file of another program lacks is left out.\n"
+    "Exit status: 0 converted; 2 wrong usage, a file that cannot be read or written, or one that\n"
+    "holds no devices; 4 internal error.\n"
+    "\n"
+    "Examples:\n"
+    "  lshw -xml | vrx-inventory convert - -o machine.xml\n"
+    "  vrx-inventory convert lshw.json --anonymize -o machine.xml";
+
+struct ConvertOptions : CommonOptions {
+    std::string inputPath;
+    std::string from;
+    bool hasAllCategories = false;
+    bool isAnonymous = false;
+};
+
+ExitStatus convert(const ConvertOptions& options, Session& session) {
+    LoadOptions load;
+    load.isAnonymous = options.isAnonymous;
+    if (!options.from.empty()) {
+        load.format = formatNamed(options.from);
+        if (!load.format) {
+            throw CommandFailure(ExitStatus::BadInput, fmt::format("--from: \"{}\" is no format; these are: {}",
+                                                                   options.from, formatNames()));
+        }
+    }
+    StateManager& store = session.make<StateManager>();
+    const RecordingFormat format = loadRecording(options.inputPath, load, store, session);
+    session.say(fmt::format("{}: {}, {}", inputName(options.inputPath),
+                            formatTitle(isForeign(format) ? format : RecordingFormat::SysInfo),
+                            counted(static_cast<std::size_t>(store.deviceCount()), "device")));
+    options.writeResult(session, sysInfoXml(store, options.hasAllCategories));
+    return ExitStatus::Success;
+}
+
+}  // namespace
+
+void addConvertCommand(CLI::App& parent, Session& session) {
+    const auto options = std::make_shared<ConvertOptions>();
+    CLI::App& command = *parent.add_subcommand("convert", "Turn another program's recording into SysInfo XML");
+    command.add_option("FILE", options->inputPath, "The recording, - for standard input")->required();
+    options->addOutput(command);
+    command.add_option("--from", options->from, fmt::format("Format of FILE: {}", formatNames()))->type_name("FORMAT");
+    command.add_flag("--all-categories", options->hasAllCategories,
+                     "Internal properties and such as change by themselves as well");
+    command.add_flag("--anonymize", options->isAnonymous,
+                     "Pseudonyms for serial numbers, addresses, UUIDs and host names");
+    options->addLogging(command);
+    command.footer(FOOTER);
+    command.callback([options, &session] {
+        options->applyLogging(session);
+        session.action = [options, &session] {
+            return convert(*options, session);
+        };
+    });
+}
+
+}  // namespace vrx::cli

@@ -1,0 +1,131 @@
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+
+#include "cli/commands/Commands.h"
+#include "cli/input/MachineSource.h"
+#include "cli/input/XmlFileProblem.h"
+#include "cli/program/CommonOptions.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/script/FailOnExtraRules.h"
+#include "libReport/text/GenerationNotices.h"
+#include "libSystemState/StateManager.h"
+#include "libSystemState/filter/SysinfoFilter.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* DEFAULT_FILTER = "SystemInformationFilter.xml";
+constexpr StringView DEFAULT_FILTER_LINE =
+    u"generateInventoryScript(): SysinfoFilter failed loading defaultFilter file";
+constexpr const char* EXPECTED = "expected a filter, XML with the root <system-information-filter>";
+
+constexpr const char* FOOTER =
+    "The script names every device of the machine, or, with a filter, those that the filter\n"
+    "selects; \"check\" on the same machine passes it. Without --filter the file\n"
+    "SystemInformationFilter.xml of the working directory is used when there is one.\n"
+    "Exit status: 0 the script was written; 2 a file cannot be read, parsed or written;\n"
+    "3 this machine cannot be read; 4 internal error.\n"
+    "\n"
+    "Examples:\n"
+    "  vrx-inventory generate -o golden.xml\n"
+    "  vrx-inventory generate --fail-on-extra -o exact.xml\n"
+    "  vrx-inventory generate --state machine.xml --filter filter.xml -o golden.xml\n"
+    "  vrx-inventory generate --no-check-locators --no-check-names";
+
+struct GenerateOptions : CommonOptions {
+    std::string filterPath;
+    bool hasAllCategories = false;
+    bool ignoresLocators = false;
+    bool ignoresNames = false;
+    bool failsOnExtra = false;
+};
+
+/// "text (row:column)" of a filter as "file:row:column: text".
+std::string filterProblem(const std::string& path, const String& errorText, bool isUnreadable) {
+    const std::string text = errorText.toUtf8();
+    const std::size_t bracket = text.rfind(" (");
+    if (isUnreadable || bracket == std::string::npos || text.back() != ')') {
+        return fileProblem(path, errorText, EXPECTED);
+    }
+    const std::string place = text.substr(bracket + 2, text.size() - bracket - 3);
+    return path + ":" + place + ": " + text.substr(0, bracket) + "; " + EXPECTED;
+}
+
+/// Why the filter does not load; empty when it does.
+std::string loadFilter(const std::string& path, SysinfoFilter& filter) {
+    const SysinfoFilter::PARSE_RET result = filter.loadFile(String::UTF8Decode(path));
+    return result == SysinfoFilter::PARSE_SUCCESS
+               ? std::string()
+               : filterProblem(path, filter.errorText(), result == SysinfoFilter::PARSE_UNREADABLE);
+}
+
+/// Whether the default filter is there and loads. That there is none is normal; one that does not load is passed over,
+/// so the user learns why.
+bool loadDefaultFilter(SysinfoFilter& filter, const Session& session) {
+    std::error_code failure;
+    if (!std::filesystem::exists(DEFAULT_FILTER, failure)) {
+        return false;
+    }
+    const std::string problem = loadFilter(DEFAULT_FILTER, filter);
+    if (!problem.empty()) {
+        session.say(problem + "; passed over, so the script names everything");
+    }
+    return problem.empty();
+}
+
+ExitStatus generate(const GenerateOptions& options, Session& session) {
+    SysinfoFilter filter;
+    const bool isFilterGiven = !options.filterPath.empty();
+    if (isFilterGiven) {
+        if (const std::string problem = loadFilter(options.filterPath, filter); !problem.empty()) {
+            throw CommandFailure(ExitStatus::BadInput, problem);
+        }
+    }
+    StateManager& store = session.make<StateManager>();
+    loadMachine(options.statePath, store, session);
+    const bool isFiltered = isFilterGiven || loadDefaultFilter(filter, session);
+
+    // Without a filter of the user's the engine itself looks for the default one, and writes its header.
+    const ErrorStreamLog::Hush hush(*session.log, DEFAULT_FILTER_LINE);
+    Inventory inventory;
+    inventory.setStateManager(store);
+    String script;
+    inventory.generateInventoryScript(script, options.hasAllCategories, !options.ignoresLocators, !options.ignoresNames,
+                                      isFilterGiven ? &filter : nullptr);
+    if (options.failsOnExtra) {
+        script = withExtraDeviceRules(script, store);
+    }
+    for (const std::string& notice : generationNotices(store, isFiltered ? &filter : nullptr, script)) {
+        session.say(notice);
+    }
+    options.writeResult(session, script.toUtf8());
+    return ExitStatus::Success;
+}
+
+}  // namespace
+
+void addGenerateCommand(CLI::App& parent, Session& session) {
+    const auto options = std::make_shared<GenerateOptions>();
+    CLI::App& command = *parent.add_subcommand("generate", "Write an inventory script of a machine");
+    options->addState(command);
+    command.add_option("--filter", options->filterPath, "Which devices and properties, with what tolerances")
+        ->type_name("FILE");
+    command.add_flag("--all-categories", options->hasAllCategories, "Internal, volatile and group properties as well");
+    command.add_flag("--no-check-locators", options->ignoresLocators, "A check of the script ignores locators");
+    command.add_flag("--no-check-names", options->ignoresNames, "A check of the script ignores names");
+    command.add_flag("--fail-on-extra", options->failsOnExtra,
+                     "A check of the script fails on devices too many: a rule for each type that it names wholly");
+    options->addOutput(command);
+    options->addLogging(command);
+    command.footer(FOOTER);
+    command.callback([options, &session] {
+        options->applyLogging(session);
+        session.action = [options, &session] {
+            return generate(*options, session);
+        };
+    });
+}
+
+}  // namespace vrx::cli

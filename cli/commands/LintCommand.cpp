@@ -1,0 +1,83 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "cli/commands/Commands.h"
+#include "cli/input/XmlFileProblem.h"
+#include "cli/program/CommonOptions.h"
+#include "libCommon/io/FileLoader.h"
+#include "libLint/Lint.h"
+#include "libReport/lint/LintReport.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* EXPECTED =
+    "expected an inventory script (root <inventory-check>) or a parts list (<part> elements in the root)";
+
+constexpr const char* FOOTER =
+    "One line for each finding: file:row:column: severity: what to do [rule]. The rules\n"
+    "are explained in docs/lint-rules.md.\n"
+    "Exit status: 0 neither errors nor warnings (notes are fine); 1 there are some; 2 the\n"
+    "file cannot be read or parsed, or is neither; 4 internal error.\n"
+    "\n"
+    "Examples:\n"
+    "  vrx-inventory lint golden.xml\n"
+    "  vrx-inventory lint parts.xml --format json\n"
+    "  vrx-inventory generate --state machine.xml | vrx-inventory lint -";
+
+struct LintOptions : CommonOptions {
+    std::string path;
+};
+
+[[noreturn]] void refuse(const std::string& line) { throw CommandFailure(ExitStatus::BadInput, line); }
+
+void look(Lint& lint, const std::string& path) {
+    std::string bytes;
+    String reason;
+    if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
+        refuse(fileProblem(path, reason, EXPECTED));
+    }
+    switch (lint.run(bytes)) {
+        case Lint::Result::NotXml: refuse(xmlProblem(path, lint.document(), EXPECTED));
+        case Lint::Result::Neither: {
+            const XmlElement* const root = lint.document().RootElement();
+            refuse(root == nullptr ? fileProblem(path, u"it has no root", EXPECTED)
+                                   : problemAt(path, root->Row(), root->Column(),
+                                               "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED));
+        }
+        case Lint::Result::Done: break;
+    }
+}
+
+ExitStatus lintFile(const LintOptions& options, const Session& session) {
+    Lint lint;
+    look(lint, options.path);
+    const LintFindings& findings = lint.findings();
+    options.writeResult(session, options.format == "json"
+                                     ? lintJson(findings, options.path)
+                                     : lintText(findings, options.path, options.textFormat(session)));
+    const bool isClean = findings.count(Severity::Error) + findings.count(Severity::Warning) == 0;
+    return isClean ? ExitStatus::Success : ExitStatus::NotPassed;
+}
+
+}  // namespace
+
+void addLintCommand(CLI::App& parent, Session& session) {
+    const auto options = std::make_shared<LintOptions>();
+    CLI::App& command =
+        *parent.add_subcommand("lint", "Find mistakes in an inventory script or a parts list, without a machine");
+    command.add_option("FILE", options->path, "The script or parts list, - for standard input")->required();
+    options->addFormat(command, {"text", "json"});
+    options->addOutput(command);
+    options->addLogging(command);
+    command.footer(FOOTER);
+    command.callback([options, &session] {
+        options->applyLogging(session);
+        session.action = [options, &session] {
+            return lintFile(*options, session);
+        };
+    });
+}
+
+}  // namespace vrx::cli

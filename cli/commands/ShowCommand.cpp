@@ -1,0 +1,146 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <unordered_set>
+
+#include "cli/commands/Commands.h"
+#include "cli/input/DeviceChoice.h"
+#include "cli/input/MachineSource.h"
+#include "cli/program/CommonOptions.h"
+#include "libInventory/recording/SysInfoWriter.h"
+#include "libReport/changes/ChangesReport.h"
+#include "libReport/show/ShowJson.h"
+#include "libReport/show/ShowText.h"
+#include "libSystemState/devices/IDeviceImp.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* FOOTER =
+    "Exit status: 0 done, or the two machines are equal; 1 they differ; 2 no such device,\n"
+    "or a file cannot be read, parsed or written; 3 this machine cannot be read;\n"
+    "4 internal error.\n"
+    "\n"
+    "Examples:\n"
+    "  vrx-inventory show\n"
+    "  vrx-inventory show --state machine.xml --type Storage --properties\n"
+    "  vrx-inventory show --device /dev/sda --properties\n"
+    "  vrx-inventory show --changed-from yesterday.xml\n"
+    "  vrx-inventory show --format json | jq '.devices[].name'";
+
+struct ShowOptions : CommonOptions {
+    DeviceChoice choice;
+    std::string otherPath;  ///< the machine to compare with; empty to compare nothing
+    bool hasProperties = false;
+    bool hasAllCategories = false;
+};
+
+using Devices = std::vector<const IDeviceImp*>;
+
+/// A recording of the devices alone, the first as its root.
+std::string recordingOf(const Devices& devices) {
+    StateManager store;
+    for (const IDeviceImp* const device : devices) {
+        store.addDevice(StateManager::DevicePointer(device->clone()), nullptr);
+    }
+    return sysInfoXml(store, true);
+}
+
+std::string textOf(const ShowOptions& options, const StateManager& store, const Devices& devices,
+                   const Session& session) {
+    if (options.format == "json") {
+        return showJson(devices);
+    }
+    if (options.format == "xml") {
+        return options.choice.isEverything() ? sysInfoXml(store, true) : recordingOf(devices);
+    }
+    return showText(store, devices, machineName(options.statePath), options.hasProperties, options.textFormat(session));
+}
+
+[[noreturn]] void failWithoutDevice(const ShowOptions& options, const StateManager& store) {
+    throw CommandFailure(ExitStatus::BadInput,
+                         noSuchDevice(options.choice.device, machineName(options.statePath), store));
+}
+
+ExitStatus showMachine(const ShowOptions& options, Session& session) {
+    StateManager& store = session.make<StateManager>();
+    loadMachine(options.statePath, store, session);
+    const Devices devices = chosenDevices(store, options.choice);
+    if (devices.empty() && !options.choice.device.empty()) {
+        failWithoutDevice(options, store);
+    }
+    options.writeResult(session, textOf(options, store, devices, session));
+    return ExitStatus::Success;
+}
+
+/// Keeps the changes of devices that are chosen in either machine.
+void keepChosen(const ShowOptions& options, const StateManager& before, const StateManager& after,
+                std::vector<DeviceChange>& changes) {
+    std::unordered_set<const IDeviceImp*> chosen;
+    for (const StateManager* const store : {&before, &after}) {
+        const Devices devices = chosenDevices(*store, options.choice);
+        chosen.insert(devices.begin(), devices.end());
+    }
+    if (chosen.empty() && !options.choice.device.empty()) {
+        failWithoutDevice(options, after);
+    }
+    std::erase_if(changes, [&chosen](const DeviceChange& change) {
+        return !chosen.contains(change.before) && !chosen.contains(change.after);
+    });
+}
+
+ExitStatus showChanges(const ShowOptions& options, Session& session) {
+    if (options.format == "xml") {
+        throw CommandFailure(ExitStatus::BadInput, "--changed-from has no format xml; take text or json");
+    }
+    if (options.otherPath == "-" && options.statePath == "-") {
+        throw CommandFailure(ExitStatus::BadInput, "the two machines cannot both come from standard input");
+    }
+    StateManager& before = session.make<StateManager>();
+    StateManager& after = session.make<StateManager>();
+    loadMachine(options.otherPath, before, session);
+    loadMachine(options.statePath, after, session);
+    ChangesOutcome outcome{machineName(options.otherPath), machineName(options.statePath),
+                           machineChanges(before, after, options.hasAllCategories)};
+    if (!options.choice.isEverything()) {
+        keepChosen(options, before, after, outcome.changes);
+    }
+    options.writeResult(
+        session, options.format == "json" ? changesJson(outcome) : changesText(outcome, options.textFormat(session)));
+    return outcome.changes.empty() ? ExitStatus::Success : ExitStatus::NotPassed;
+}
+
+void addOptions(CLI::App& command, ShowOptions& options) {
+    options.addState(command);
+    command.add_option("--type", options.choice.type, "Only devices of that type and of the types below it")
+        ->type_name("TYPE")
+        ->check(CLI::Validator(typeProblem, ""));
+    command.add_option("--device", options.choice.device, "Only devices of that guid, locator or name")
+        ->type_name("WHICH");
+    command.add_flag("--properties", options.hasProperties, "Print the properties of every device as well (text)");
+    command
+        .add_option("--changed-from", options.otherPath, "Print what differs from that recording, - for standard input")
+        ->type_name("OTHER");
+    command.add_flag("--all-categories", options.hasAllCategories,
+                     "Compare what changes by itself as well (--changed-from)");
+    options.addFormat(command, {"text", "json", "xml"});
+    options.addOutput(command);
+    options.addLogging(command);
+}
+
+}  // namespace
+
+void addShowCommand(CLI::App& parent, Session& session) {
+    const auto options = std::make_shared<ShowOptions>();
+    CLI::App& command = *parent.add_subcommand("show", "Print the devices of a machine, or what changed on it");
+    addOptions(command, *options);
+    command.footer(FOOTER);
+    command.callback([options, &session] {
+        options->applyLogging(session);
+        session.action = [options, &session] {
+            return options->otherPath.empty() ? showMachine(*options, session) : showChanges(*options, session);
+        };
+    });
+}
+
+}  // namespace vrx::cli

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "cli/program/Session.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libMachine/RecordingFormat.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx::cli {
+
+/// A machine that could not be had.
+class MachineFailure : public CommandFailure {
+public:
+    MachineFailure(ExitStatus status, const std::string& line, Array<String> texts)
+        : CommandFailure(status, line), m_texts(std::move(texts)) {}
+
+    /// What the engine had to say about it, for reports that programs read.
+    const Array<String>& texts() const noexcept { return m_texts; }
+
+private:
+    Array<String> m_texts;
+};
+
+/// Fills the store with the recorded machine of that path ("-" for standard input), or with the machine that the
+/// program runs on when the path is empty; what could not be read of that one is said on standard error.
+/// The recording may be in any format that recognisedFormat knows; what was damaged in one of another program is said
+/// on standard error, one line for each kind.
+/// Throws a MachineFailure when there is no machine.
+void loadMachine(const std::string& statePath, StateManager& store, const Session& session);
+
+struct LoadOptions {
+    std::optional<RecordingFormat> format;  ///< none to go by the content
+    bool isAnonymous = false;               ///< with pseudonyms for what identifies the machine (Anonymize.h)
+};
+
+/// The same for a recording. Returns its format.
+RecordingFormat loadRecording(const std::string& path, const LoadOptions& options, StateManager& store,
+                              const Session& session);
+
+/// How reports name it: the path, "standard input" or "this machine".
+std::string machineName(const std::string& statePath);
+
+}  // namespace vrx::cli

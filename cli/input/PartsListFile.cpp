@@ -1,0 +1,73 @@
+#include "cli/input/PartsListFile.h"
+
+#include "cli/input/XmlFileProblem.h"
+#include "cli/program/Session.h"
+#include "libCommon/io/FileLoader.h"
+#include "libCommon/text/UuCode.h"
+#include "libInventory/script/OrInsidePart.h"
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr const char* EXPECTED_PARTS = "expected a parts list, XML with <part> elements in its root";
+constexpr const char* EXPECTED_BASE = "expected the content of an <inventory-check> element, without that element";
+
+[[noreturn]] void refuse(const std::string& line) { throw CommandFailure(ExitStatus::BadInput, line); }
+
+std::string readFile(const std::string& path, const char* expected) {
+    std::string bytes;
+    String reason;
+    if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
+        refuse(fileProblem(path, reason, expected));
+    }
+    return bytes;
+}
+
+void refuseOrInsidePart(const std::string& path, const XmlElement& element) {
+    if (const XmlElement* const undecidable = findOrInsidePart(element)) {
+        refuse(problemAt(path, undecidable->Row(), undecidable->Column(), OR_INSIDE_PART_REASON));
+    }
+}
+
+}  // namespace
+
+Array<Inventory::PartSpec> loadPartsForGeneration(const std::string& path) {
+    const std::string bytes = readFile(path, EXPECTED_PARTS);
+    XmlDocument document;
+    if (!document.ParseUtf8(bytes)) {
+        refuse(xmlProblem(path, document, EXPECTED_PARTS));
+    }
+    Array<Inventory::PartSpec> parts;
+    String error;
+    const Inventory::ParsePartsResult result = Inventory::parsePartsList(String::UTF8Decode(bytes), parts, error);
+    if (result == Inventory::PartsBlank) {
+        refuse(path + ": " + error.toUtf8());
+    }
+    if (result != Inventory::PartsParsed || parts.isEmpty()) {
+        refuse(fileProblem(path, u"it holds no part", EXPECTED_PARTS));
+    }
+    for (const XmlElement* child = document.RootElement()->FirstChildElement(); child != nullptr;
+         child = child->NextSiblingElement()) {
+        refuseOrInsidePart(path, *child);
+    }
+    return parts;
+}
+
+String loadBaseScript(const std::string& path) {
+    if (path.empty()) {
+        return String();
+    }
+    constexpr StringView OPENING = u"<inventory-check>";
+    const String content = String::UTF8Decode(readFile(path, EXPECTED_BASE));
+    XmlDocument document;
+    if (!document.Parse(uuEncode(concat(OPENING, content, u"</inventory-check>"), true, true))) {
+        const auto shift = document.ErrorRow() == 0 ? static_cast<std::uint32_t>(OPENING.size()) : 0;
+        const std::uint32_t column = document.ErrorColumn() < shift ? 0 : document.ErrorColumn() - shift;
+        refuse(problemAt(path, document.ErrorRow(), column, document.ErrorDesc().toUtf8() + "; " + EXPECTED_BASE));
+    }
+    refuseOrInsidePart(path, *document.RootElement());
+    return content;
+}
+
+}  // namespace vrx::cli

@@ -1,0 +1,37 @@
+#include <cstdlib>
+#include <exception>
+#include <new>
+
+#include "cli/program/Program.h"
+#include "cli/terminal/ProcessConsole.h"
+#include "libCommon/error/Exception.h"
+#include "libCommon/error/StructuredException.h"
+#include "libCommon/text/PrintableText.h"
+
+namespace {
+
+using vrx::cli::ExitStatus;
+
+int internalError(vrx::cli::Console& console, const std::string& text) {
+    console.writeErr("vrx-inventory: internal error: " + text + "\n");
+    return static_cast<int>(ExitStatus::InternalError);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    static vrx::cli::ProcessConsole& console = *new vrx::cli::ProcessConsole;
+    static vrx::cli::Session& session = *new vrx::cli::Session(console);
+    try {
+        return static_cast<int>(vrx::cli::runProgram(argc, argv, session));
+    } catch (const vrx::StructuredException& broken) {
+        return internalError(console, vrx::cli::printable(broken.text().view()));
+    } catch (const vrx::Exception& unexpected) {
+        return internalError(console, vrx::cli::printable(unexpected.text().view()));
+    } catch (const std::bad_alloc&) {
+        console.writeErr("vrx-inventory: internal error: out of memory\n");
+    } catch (const std::exception& unexpected) {
+        return internalError(console, vrx::cli::printable(std::string_view(unexpected.what())));
+    }
+    return static_cast<int>(ExitStatus::InternalError);
+}

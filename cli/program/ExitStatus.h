@@ -1,0 +1,27 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace vrx::cli {
+
+/// How the program ends. A status never depends on the output format and is never a count.
+enum class ExitStatus : int {
+    Success = 0,        ///< the check passed, the work was done
+    NotPassed = 1,      ///< the check ran and did not pass
+    BadInput = 2,       ///< wrong usage, or a file that cannot be read, parsed or written
+    Undetermined = 3,   ///< the answer could not be had, or there was nothing to answer
+    InternalError = 4,  ///< a broken contract or an unexpected exception
+};
+
+/// Ends a command: the line goes to standard error, the status becomes the program's.
+class CommandFailure : public std::runtime_error {
+public:
+    CommandFailure(ExitStatus status, const std::string& line) : std::runtime_error(line), m_status(status) {}
+    ExitStatus status() const noexcept { return m_status; }
+
+private:
+    ExitStatus m_status;
+};
+
+}  // namespace vrx::cli

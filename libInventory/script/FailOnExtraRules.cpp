@@ -1,0 +1,75 @@
+#include "libInventory/script/FailOnExtraRules.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <vector>
+
+#include "libCommon/containers/HashFunctions.h"
+#include "libCommon/xml/XmlDocument.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/script/ScriptElement.h"
+#include "libSystemState/StateManager.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/DeviceImp.h"
+
+namespace vrx {
+
+namespace {
+
+using Guids = std::unordered_set<String, HashFunc<String>>;
+
+/// What the script names: its device types in the order in which they come, and the devices by their locators.
+struct NamedDevices {
+    std::vector<String> types;
+    Guids guids;
+};
+
+/// A generated script holds the locators also where its root switches their check off.
+String guidOf(const XmlElement& device) {
+    const auto decoded = [&device](StringView attribute) {
+        return String(attributeOf(device, attribute)).uuDecode(true, true);
+    };
+    return DeviceImp::guid(decoded(u"hwlocator"), decoded(u"oslocator"));
+}
+
+NamedDevices namedDevices(const XmlElement& root) {
+    NamedDevices named;
+    for (const XmlElement* element = root.FirstChildElement(); element; element = element->NextSiblingElement()) {
+        if (isNamed(*element, u"device")) {
+            named.guids.insert(guidOf(*element));
+            const String type(attributeOf(*element, u"type"));
+            if (std::find(named.types.begin(), named.types.end(), type) == named.types.end()) {
+                named.types.push_back(type);
+            }
+        }
+    }
+    return named;
+}
+
+bool namesAll(const NamedDevices& named, const StateManager& machine, const CapabilityImp& type) {
+    const auto& devices = machine.devicesCapableOf(type);
+    return std::all_of(devices.begin(), devices.end(),
+                       [&named](const auto& device) { return named.guids.contains(device->guid()); });
+}
+
+}  // namespace
+
+String withExtraDeviceRules(const String& script, const StateManager& machine) {
+    const String end = concat(u"</", Inventory::inventoryCheckElementName(), u">");
+    const std::size_t at = script.view().rfind(end);
+    XmlDocument document;
+    if (at == StringView::npos || !document.Parse(script)) {
+        return script;
+    }
+    const NamedDevices named = namedDevices(*document.RootElement());
+    String text(script.view().substr(0, at));
+    for (const String& name : named.types) {
+        const CapabilityImp type(name);
+        if (!type.isInvalid() && !type.isEmpty() && namesAll(named, machine, type)) {
+            text += concat(u"    <fail-on-extra type=\"", name, u"\"/>\n");
+        }
+    }
+    return text + script.view().substr(at);
+}
+
+}  // namespace vrx

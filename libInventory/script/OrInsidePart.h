@@ -1,0 +1,20 @@
+#pragma once
+
+#include "libCommon/xml/XmlElement.h"
+
+namespace vrx {
+
+/// Whether the element is an `or` with alternatives that stands inside a `part`.
+///
+/// Such a script cannot be decided: the alternatives of a part are never merged into the combination that is tried, so
+/// the engine would ask for devices that it does not know and fail hard.
+bool isUndecidableOr(const XmlElement& element, bool isInsidePart) noexcept;
+
+/// The first such `or` where a check visits it; null when there is none.
+const XmlElement* findOrInsidePart(const XmlElement& root);
+
+/// What to say about it, without its place.
+inline constexpr const char* OR_INSIDE_PART_REASON =
+    "an <or> inside a <part> cannot be decided; expected the <or> around the parts, one part for each alternative";
+
+}  // namespace vrx

@@ -1,0 +1,32 @@
+#include "libInventory/script/ScriptVocabulary.h"
+
+namespace vrx::vocabulary {
+
+namespace {
+
+ElementKind kindWhenEqual(StringView name, StringView word, ElementKind kind) noexcept {
+    return name == word || equalNoCase(name, word) ? kind : ElementKind::Unknown;
+}
+
+}  // namespace
+
+// The lengths of the names tell all but two pairs apart, so at most two comparisons are made.
+ElementKind kindOf(StringView elementName) noexcept {
+    switch (elementName.size()) {
+        case 2: return kindWhenEqual(elementName, OR, ElementKind::Or);
+        case 3: {
+            const ElementKind kind = kindWhenEqual(elementName, AND, ElementKind::And);
+            return kind != ElementKind::Unknown ? kind : kindWhenEqual(elementName, NOT, ElementKind::Not);
+        }
+        case 4: return kindWhenEqual(elementName, PART, ElementKind::Part);
+        case 5: return kindWhenEqual(elementName, ERROR, ElementKind::Error);
+        case 6: return kindWhenEqual(elementName, DEVICE, ElementKind::Device);
+        case 7: return kindWhenEqual(elementName, TESTSET, ElementKind::TestSet);
+        case 8: return kindWhenEqual(elementName, PROPERTY, ElementKind::Property);
+        case 13: return kindWhenEqual(elementName, FAIL_ON_EXTRA, ElementKind::FailOnExtra);
+        case 15: return kindWhenEqual(elementName, INVENTORY_CHECK, ElementKind::InventoryCheck);
+        default: return ElementKind::Unknown;
+    }
+}
+
+}  // namespace vrx::vocabulary

@@ -1,0 +1,119 @@
+/// A recording is made in two steps. The sources run one after another and put device records into a Recording, where a
+/// later source may still add to what an earlier one found (a network interface to its PCI function). Then the records
+/// become devices of the store, the root first and each parent directly followed by what is below it. Between the two
+/// what the user does not want is left out, and pseudonyms are put in.
+
+#include "libMachine/MachineCollector.h"
+
+#include "libCommon/io/FileLoader.h"
+#include "libMachine/collect/CollectContext.h"
+#include "libMachine/collect/SourceChoice.h"
+#include "libMachine/collect/SourceTable.h"
+#include "libMachine/record/Anonymize.h"
+#include "libMachine/smbios/FirmwareTable.h"
+#include "libMachine/smbios/SmbiosTable.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx {
+
+namespace {
+
+constexpr const char* NOTHING = "/dev/null";  // no folder, so a root folder in which all is absent
+constexpr std::size_t LARGEST_CPUINFO = std::size_t{16} * 1024 * 1024;
+
+std::vector<char> bufferOf(const std::string& bytes) { return {bytes.begin(), bytes.end()}; }
+
+const std::string TABLE = "/sys/firmware/dmi/tables/DMI";
+
+/// The bytes of the saved file's table, or else of the machine's own.
+std::string tableBytes(CollectContext& context, const std::string& savedPath) {
+    if (savedPath.empty()) {
+        RootFolder::Access access{};
+        std::string bytes = context.root.bytes(TABLE, SmbiosTable::LARGEST, &access);
+        context.noteAccess(TABLE, access, "memory modules, slots and sockets, power supplies");
+        return bytes;
+    }
+    std::string file;
+    String error;
+    if (!loadFile(String::UTF8Decode(savedPath), file, error)) {
+        context.note(savedPath, error.toUtf8(), "everything that the SMBIOS table tells");
+    }
+    return std::string(tableInFile(file).substr(0, SmbiosTable::LARGEST));
+}
+
+void readSmbios(CollectContext& context, const std::string& savedPath) {
+    const SmbiosTable table(bufferOf(tableBytes(context, savedPath)));
+    context.smbios = readSmbiosFacts(table);
+    if (table.isDamaged()) {
+        context.note(savedPath.empty() ? TABLE : savedPath, "the table is damaged",
+                     "what comes behind its last complete structure");
+    } else if (!savedPath.empty() && table.structures().empty()) {
+        context.note(savedPath, "holds no SMBIOS table", "everything that it tells");
+    }
+}
+
+void readCpuInfo(CollectContext& context) {
+    static const std::string PATH = "/proc/cpuinfo";
+    RootFolder::Access access{};
+    context.cpuInfo = CpuInfo(bufferOf(context.root.bytes(PATH, LARGEST_CPUINFO, &access)));
+    context.noteAccess(PATH, access, "what the processors are");
+}
+
+void runSources(CollectContext& context, const SourceChoice& choice) {
+    const std::span<const Source> all = sources();
+    for (std::size_t number = 0; number < all.size(); ++number) {
+        if (choice.runs(number)) {
+            context.recording.setSource(static_cast<unsigned>(number));
+            all[number].collect(context);
+        }
+    }
+}
+
+/// The root device is always recorded; alone and without properties it says nothing, nor does the operating system say
+/// what it runs on.
+bool saysSomething(const Recording& recording) {
+    for (std::size_t place = 0; place < recording.size(); ++place) {
+        const DeviceRecord& device = recording.at(place);
+        if (place == 0 ? !device.properties.empty() : device.type != u"OperatingSystem") {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+bool collectMachine(StateManager& store, const CollectOptions& options, Array<String>& notes) {
+    VRX_ASSERT(store.deviceCount() == 0);
+    const SourceChoice choice(options);
+    const RootFolder root(options.isTableOnly() ? std::string(NOTHING) : options.root);
+    CollectContext context(root, notes);
+    if (!options.isTableOnly() && root.list("/sys").empty() && root.list("/proc").empty()) {
+        context.note(root.folder(), "neither /sys nor /proc can be read in this folder", "everything");
+        return false;
+    }
+    if (choice.readsTable()) {
+        readSmbios(context, options.smbiosPath);
+    }
+    if (choice.readsTable() && !options.isTableOnly()) {
+        readCpuInfo(context);
+    }
+    const std::size_t heard = notes.size();
+    runSources(context, choice);
+    if (options.isTableOnly()) {
+        notes.truncate(heard);  // nobody expects the files of a machine beside its table
+    }
+    if (!saysSomething(context.recording)) {
+        context.note(options.isTableOnly() ? options.smbiosPath : root.folder(),
+                     "no source says anything about the machine", "everything");
+        return false;
+    }
+    choice.apply(context.recording);
+    if (options.isAnonymous) {
+        anonymize(context.recording);
+    }
+    context.recording.storeIn(store);
+    return true;
+}
+
+}  // namespace vrx

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libMachine/linux/CpuInfo.h"
+#include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/Recording.h"
+#include "libMachine/smbios/SmbiosFacts.h"
+
+namespace vrx {
+
+/// What the sources of one recording share: where they read, what several of them need, and where they put what they
+/// found.
+struct CollectContext {
+    CollectContext(const RootFolder& machine, Array<String>& noteLines) : root(machine), notes(noteLines) {}
+
+    const RootFolder& root;
+    SmbiosFacts smbios;
+    CpuInfo cpuInfo;
+    Recording recording;
+    Array<String>& notes;
+
+    /// Notes that something could not be read: "PATH: REASON; left out: LOST".
+    void note(std::string_view path, std::string_view reason, std::string_view lost);
+
+    /// The same with the reason that `access` stands for; does nothing when access was granted.
+    void noteAccess(std::string_view path, RootFolder::Access access, std::string_view lost);
+};
+
+/// The sources, in the order in which they run. Each adds its devices to the recording, or properties to devices that
+/// are there, and notes what it could not read.
+void collectSystem(CollectContext& context);
+void collectBoard(CollectContext& context);
+void collectProcessors(CollectContext& context);
+void collectMemory(CollectContext& context);
+void collectPci(CollectContext& context);
+void collectUsb(CollectContext& context);
+void collectStorage(CollectContext& context);
+void collectNetwork(CollectContext& context);
+void collectFirmwareDevices(CollectContext& context);
+void collectPartitions(CollectContext& context);
+void collectStorageControllers(CollectContext& context);
+void collectGraphics(CollectContext& context);
+void collectSound(CollectContext& context);
+void collectCameras(CollectContext& context);
+void collectInput(CollectContext& context);
+void collectPower(CollectContext& context);
+void collectSensors(CollectContext& context);
+void collectSecurity(CollectContext& context);
+void collectPorts(CollectContext& context);
+void collectClocks(CollectContext& context);
+void collectOperatingSystem(CollectContext& context);
+
+}  // namespace vrx

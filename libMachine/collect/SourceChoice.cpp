@@ -1,0 +1,104 @@
+/// A name in `--exclude` is that of a source when it is spelled as one, in small letters; else it is a device type, in
+/// any letters. So "network" switches the source off, and what PCI alone tells of the adapters stays; "Network" leaves
+/// out the adapters.
+
+#include "libMachine/collect/SourceChoice.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "libCommon/text/NearestName.h"
+#include "libMachine/MachineCollector.h"
+#include "libMachine/collect/SourceTable.h"
+#include "libMachine/record/Recording.h"
+#include "libSystemState/capabilities/CapabilityNames.h"
+
+namespace vrx {
+
+namespace {
+
+std::optional<std::size_t> numberOf(const std::string& name) {
+    const auto all = sources();
+    const auto found = std::ranges::find(all, std::string_view(name), &Source::name);
+    return found == all.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - all.begin()));
+}
+
+std::uint64_t bitOf(const std::string& name) {
+    const std::optional<std::size_t> number = numberOf(name);
+    return number ? std::uint64_t{1} << *number : 0;
+}
+
+CapabilityImp typeOf(const std::string& name) { return CapabilityImp(String::UTF8Decode(name)); }
+
+std::string unknownName(const std::string& name, std::string_view what, bool withTypes) {
+    std::vector<String> known;
+    for (const Source& source : sources()) {
+        known.push_back(String::UTF8Decode(source.name));
+    }
+    std::vector<StringView> names(known.begin(), known.end());
+    if (withTypes) {
+        const std::vector<StringView> types = capabilityNames();
+        names.insert(names.end(), types.begin(), types.end());
+    }
+    return "\"" + name + "\" is " + std::string(what) + suggestion(String::UTF8Decode(name).view(), names);
+}
+
+}  // namespace
+
+std::string SourceChoice::problem(const CollectOptions& options) {
+    for (const std::string& name : options.sources) {
+        if (!numberOf(name)) {
+            return "--source: " + unknownName(name, "no source", false);
+        }
+    }
+    for (const std::string& name : options.excluded) {
+        const bool isType = !typeOf(name).isInvalid() && !typeOf(name).isAll() && !typeOf(name).isEmpty();
+        if (!numberOf(name) && !isType) {
+            return "--exclude: " + unknownName(name, "neither a source nor a device type", true);
+        }
+    }
+    return {};
+}
+
+SourceChoice::SourceChoice(const CollectOptions& options) : m_isTableOnly(options.isTableOnly()) {
+    for (const std::string& name : options.sources) {
+        m_wanted |= bitOf(name);
+    }
+    if (options.sources.empty()) {
+        m_wanted = ~std::uint64_t{0};
+    }
+    for (const std::string& name : options.excluded) {
+        if (const std::uint64_t bit = bitOf(name)) {
+            m_wanted &= ~bit;
+        } else {
+            m_excluded = m_excluded | typeOf(name);
+        }
+    }
+}
+
+bool SourceChoice::runs(std::size_t source) const {
+    const Source& row = sources()[source];
+    const bool isNeeded = row.givesPlaces || isWanted(std::uint64_t{1} << source);
+    return isNeeded && (row.readsTable || !m_isTableOnly);
+}
+
+bool SourceChoice::readsTable() const {
+    const std::span<const Source> all = sources();
+    for (std::size_t number = 0; number < all.size(); ++number) {
+        if (all[number].readsTable && isWanted(std::uint64_t{1} << number)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void SourceChoice::apply(Recording& recording) const {
+    for (std::size_t place = 1; place < recording.size(); ++place) {
+        const DeviceRecord& device = recording.at(place);
+        if (!isWanted(device.sources) || m_excluded.isCapable(CapabilityImp(device.type))) {
+            recording.leaveOut(place);
+        }
+    }
+}
+
+}  // namespace vrx

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "libSystemState/capabilities/CapabilityImp.h"
+
+namespace vrx {
+
+class Recording;
+struct CollectOptions;
+
+/// What a user wants of a recording: which sources, and which device types not.
+class SourceChoice {
+public:
+    /// Requires: `problem` finds nothing wrong with the options.
+    explicit SourceChoice(const CollectOptions& options);
+
+    /// What is wrong with the names in the options, with a near name if there is one; empty when nothing is.
+    static std::string problem(const CollectOptions& options);
+
+    /// Whether the source of that number in the table has to run. One that gives places runs, wanted or not.
+    bool runs(std::size_t source) const;
+
+    /// Whether some wanted source needs the firmware's table and what the processors say.
+    bool readsTable() const;
+
+    /// Leaves out what no wanted source said anything of, and the devices of unwanted types. What is below them moves
+    /// up; the root stays.
+    void apply(Recording& recording) const;
+
+private:
+    bool isWanted(std::uint64_t sources) const noexcept { return (sources & m_wanted) != 0; }
+
+    std::uint64_t m_wanted = 0;  ///< a bit for each source
+    CapabilityImp m_excluded;
+    bool m_isTableOnly = false;
+};
+
+}  // namespace vrx

@@ -1,0 +1,168 @@
+/// The tables have one entry a line: number, two blanks, name. A vendor (or "C" and a class) stands at the margin, its
+/// devices (subclasses) behind one tab, their subsystems (interfaces) behind two; a subsystem has two numbers. Lines at
+/// the margin that are neither, as usb.ids has many, end the last vendor. `#` starts a comment.
+
+#include "libMachine/ids/HardwareIds.h"
+
+#include <cstring>
+#include <optional>
+
+#include "libMachine/linux/RootFolder.h"
+
+namespace vrx {
+
+namespace {
+
+constexpr std::size_t LARGEST_TABLE = std::size_t{16} * 1024 * 1024;
+constexpr std::string_view FOLDERS[] = {"/usr/share/misc/", "/usr/share/hwdata/"};
+enum Kind : std::uint64_t { VENDOR, DEVICE, SUBSYSTEM, CLASS, SUBCLASS };
+
+/// Takes the hexadecimal number that a line starts with, and the blanks behind it.
+std::optional<std::uint32_t> takeNumber(std::string_view& line) {
+    const std::size_t size = std::min(line.find(' '), line.size());
+    const std::optional<std::uint32_t> number = parseHex(line.substr(0, size));
+    line.remove_prefix(std::min(line.find_first_not_of(' ', size), line.size()));
+    return number;
+}
+
+}  // namespace
+
+/// Goes over the lines of a table and fills in the names that are wanted.
+class HardwareIds::Scanner {
+public:
+    explicit Scanner(std::map<Key, std::string>& names) : m_names(names) {}
+
+    void line(std::string_view line) {
+        if (line.empty() || line.front() == '#') {
+            return;
+        }
+        if (line.front() != '\t') {
+            margin(line);
+        } else if (m_isWanted && line.starts_with("\t\t")) {
+            subsystem(line.substr(2));
+        } else if (m_isWanted) {
+            device(line.substr(1));
+        }
+    }
+
+private:
+    void margin(std::string_view line) {
+        m_isClass = line.starts_with("C ");
+        if (m_isClass) {
+            line.remove_prefix(2);
+        }
+        m_device.reset();
+        const std::size_t digits = std::min(line.find("  "), line.size());
+        const std::optional<std::uint32_t> number = digits == (m_isClass ? 2 : 4) ? takeNumber(line) : std::nullopt;
+        m_isWanted = number && name(m_isClass ? classKey(*number) : vendorKey(*number), line);
+        m_vendor = number.value_or(0);
+    }
+
+    void device(std::string_view line) {
+        m_device = takeNumber(line);
+        if (m_device) {
+            name(m_isClass ? subclassKey(m_vendor, *m_device) : deviceKey(m_vendor, *m_device), line);
+        }
+    }
+
+    void subsystem(std::string_view line) {
+        const std::optional<std::uint32_t> subVendor = takeNumber(line);
+        const std::optional<std::uint32_t> subDevice = takeNumber(line);
+        if (!m_isClass && m_device && subVendor && subDevice) {
+            name(subsystemKey(m_vendor, *m_device, *subVendor, *subDevice), line);
+        }
+    }
+
+    bool name(const Key& key, std::string_view text) {
+        const auto at = m_names.find(key);
+        if (at == m_names.end()) {
+            return false;
+        }
+        at->second = text;
+        return true;
+    }
+
+    std::map<Key, std::string>& m_names;
+    std::uint32_t m_vendor = 0;
+    std::optional<std::uint32_t> m_device;
+    bool m_isClass = false;
+    bool m_isWanted = false;
+};
+
+HardwareIds::Key HardwareIds::vendorKey(std::uint32_t vendor) { return {{VENDOR, vendor}}; }
+
+HardwareIds::Key HardwareIds::deviceKey(std::uint32_t vendor, std::uint32_t device) {
+    return {{DEVICE, std::uint64_t{vendor} << 32 | device}};
+}
+
+HardwareIds::Key HardwareIds::subsystemKey(std::uint32_t vendor, std::uint32_t device, std::uint32_t subVendor,
+                                           std::uint32_t subDevice) {
+    return {{std::uint64_t{SUBSYSTEM} << 32 | vendor << 16 | device, std::uint64_t{subVendor} << 32 | subDevice}};
+}
+
+HardwareIds::Key HardwareIds::classKey(std::uint32_t base) { return {{CLASS, base}}; }
+
+HardwareIds::Key HardwareIds::subclassKey(std::uint32_t base, std::uint32_t sub) {
+    return {{SUBCLASS, std::uint64_t{base} << 32 | sub}};
+}
+
+void HardwareIds::wantDevice(std::uint32_t vendor, std::uint32_t device) {
+    m_names[vendorKey(vendor)];
+    m_names[deviceKey(vendor, device)];
+}
+
+void HardwareIds::wantSubsystem(std::uint32_t vendor, std::uint32_t device, std::uint32_t subVendor,
+                                std::uint32_t subDevice) {
+    m_names[vendorKey(subVendor)];
+    m_names[subsystemKey(vendor, device, subVendor, subDevice)];
+}
+
+void HardwareIds::wantClass(std::uint32_t classCode) {
+    m_names[classKey(classCode >> 16)];
+    m_names[subclassKey(classCode >> 16, classCode >> 8 & 0xFF)];
+}
+
+bool HardwareIds::load(const RootFolder& root, std::string_view fileName) {
+    for (const RootFolder& source : {root, RootFolder("/")}) {
+        for (const std::string_view folder : FOLDERS) {
+            const std::string table = source.bytes(std::string(folder).append(fileName), LARGEST_TABLE);
+            if (!table.empty()) {
+                scan(table);
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+void HardwareIds::scan(std::string_view table) {
+    Scanner scanner(m_names);
+    while (!table.empty()) {
+        const std::size_t end = std::min(table.find('\n'), table.size());
+        scanner.line(table.substr(0, end));
+        table.remove_prefix(std::min(end + 1, table.size()));
+    }
+}
+
+std::string_view HardwareIds::find(const Key& key) const {
+    const auto at = m_names.find(key);
+    return at == m_names.end() ? std::string_view() : at->second;
+}
+
+std::string_view HardwareIds::vendor(std::uint32_t vendor) const { return find(vendorKey(vendor)); }
+
+std::string_view HardwareIds::device(std::uint32_t vendor, std::uint32_t device) const {
+    return find(deviceKey(vendor, device));
+}
+
+std::string_view HardwareIds::subsystem(std::uint32_t vendor, std::uint32_t device, std::uint32_t subVendor,
+                                        std::uint32_t subDevice) const {
+    return find(subsystemKey(vendor, device, subVendor, subDevice));
+}
+
+std::string_view HardwareIds::className(std::uint32_t classCode) const {
+    const std::string_view sub = find(subclassKey(classCode >> 16, classCode >> 8 & 0xFF));
+    return sub.empty() ? find(classKey(classCode >> 16)) : sub;
+}
+
+}  // namespace vrx

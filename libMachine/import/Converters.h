@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+#include "libMachine/import/DamageList.h"
+#include "libMachine/record/Recording.h"
+
+/// Recordings that other programs made, as devices: with the types, locators, properties and units that `collect` would
+/// have given the same machine, as far as the recording tells. What is damaged is left out or mended, and counted.
+///
+/// Each adds its devices, the root first, to an empty recording. It adds nothing when the text holds no machine at all.
+/// The text is UTF-8 without control characters other than tab and line ends (see TextMending).
+namespace vrx {
+
+/// The output of `lshw -xml`: one root node, or a list of them.
+void convertLshwXml(std::string_view text, Recording& recording, DamageList& damage);
+
+/// The output of `lshw -json`: one object, or an array of them, or several objects in a row.
+void convertLshwJson(std::string_view text, Recording& recording, DamageList& damage);
+
+/// The output of `dmidecode` without options.
+void convertDmidecode(std::string_view text, Recording& recording, DamageList& damage);
+
+/// What `lstopo --of xml` and hwloc_topology_export_xml write.
+void convertHwlocXml(std::string_view text, Recording& recording, DamageList& damage);
+
+}  // namespace vrx

@@ -1,0 +1,143 @@
+/// An lshw recording is a tree of nodes in the order in which lshw found things; several of its sources describe the
+/// same thing from different sides. What counts is where a node sits.
+///
+/// First, what came from SMBIOS (system, board, firmware, processors, caches, memory, power) becomes the same facts
+/// that the SMBIOS table gives, and the same devices are made of them. Second, a node with an address on the PCI or USB
+/// bus is a device there. Third come disks, which need to know their controllers, with their partitions, and network
+/// interfaces without a place.
+///
+/// What has neither an address nor a structure of SMBIOS stands for no hardware of its own (frame buffers, host
+/// adapters that are emulated, buttons, PnP entries) and is passed over. Descriptions are in the language of whoever
+/// ran lshw, so they decide only where class, name, capabilities and addresses do not.
+
+#include <algorithm>
+
+#include "libMachine/devices/FirmwareDevices.h"
+#include "libMachine/devices/MachineDevices.h"
+#include "libMachine/devices/MemoryDevices.h"
+#include "libMachine/devices/ProcessorDevices.h"
+#include "libMachine/import/Converters.h"
+#include "libMachine/import/lshw/LshwConversion.h"
+#include "libSystemState/properties/PropertyNames.h"
+
+namespace vrx {
+
+namespace {
+
+/// The bridge to a bus of which everything on that bus hangs in lshw's tree, though it is a function beside the others.
+bool isHostBridge(const LshwNode& node) {
+    return node.kind == "bridge" && node.handle.starts_with("PCIBUS:") && !node.can("pci");
+}
+
+void addFunctions(LshwConversion& conversion) {
+    for (std::size_t place = 0; place < conversion.tree.nodes.size(); ++place) {
+        std::optional<std::size_t> device = addLshwPciFunction(conversion, place);
+        if (device && isHostBridge(conversion.node(place))) {
+            device.reset();
+        } else if (!device) {
+            device = addLshwUsbDevice(conversion, place);
+        }
+        conversion.deviceOf[place] = device.value_or(conversion.deviceAbove(place));
+    }
+}
+
+bool hasBusDevice(const LshwNode& node) { return node.busInfo.starts_with("pci@") || node.busInfo.starts_with("usb@"); }
+
+void addDisksAndInterfaces(LshwConversion& conversion) {
+    for (std::size_t place = 0; place < conversion.tree.nodes.size(); ++place) {
+        if (hasBusDevice(conversion.node(place))) {
+            continue;
+        }
+        std::optional<std::size_t> device = addLshwDisk(conversion, place);
+        if (!device) {
+            device = addLshwVolume(conversion, place);
+        }
+        if (!device) {
+            device = addLshwInterface(conversion, place);
+        }
+        conversion.deviceOf[place] = device.value_or(conversion.deviceAbove(place));
+    }
+}
+
+void addMachine(const SmbiosFacts& facts, Recording& recording) {
+    recording.add(systemDevice(facts.system.value_or(SystemFacts())));
+    if (!facts.chassis.empty()) {
+        addChassis(recording, facts.chassis.front());
+    }
+    if (!facts.boards.empty()) {
+        addBoard(recording, facts.boards.front());
+    }
+    if (facts.bios) {
+        addBios(recording, *facts.bios);
+    }
+    addProcessors(recording, facts);
+    addEmptySockets(recording, facts);
+    if (!facts.memory.modules.empty()) {
+        addMemory(recording, 0, facts.memory);
+    }
+    addPowerSupplies(recording, facts);
+    addBatteries(recording, facts);
+}
+
+/// The sum of all modules is not known when there may be more of them.
+void dropInstalledSize(Recording& recording) {
+    for (std::size_t place = 0; place < recording.size(); ++place) {
+        std::erase_if(recording.at(place).properties,
+                      [](const PropertyRecord& property) { return property.key == property::INSTALLED_SIZE; });
+    }
+}
+
+/// Without modules the size of all memory is all that is known of it.
+void addMemorySize(const LshwTree& tree, const SmbiosFacts& facts, Recording& recording) {
+    if (!facts.memory.modules.empty()) {
+        return;
+    }
+    for (const LshwNode& node : tree.nodes) {
+        if (node.kind == "memory" && node.isCalled("memory") && node.busInfo.empty() && node.size > 0) {
+            const std::size_t memory = addMemory(recording, 0, {});
+            recording.at(memory).size(property::SIZE, node.size);
+            return;
+        }
+    }
+}
+
+void convert(const LshwTree& tree, Recording& recording) {
+    if (tree.nodes.empty()) {
+        return;
+    }
+    const SmbiosFacts facts = lshwSmbiosFacts(tree);
+    addMachine(facts, recording);
+    if (tree.openAtEnd != LshwNode::NONE) {
+        dropInstalledSize(recording);
+    }
+    addMemorySize(tree, facts, recording);
+    LshwConversion conversion(tree, recording);
+    addFunctions(conversion);
+    findHostController(conversion);
+    addDisksAndInterfaces(conversion);
+}
+
+}  // namespace
+
+std::string_view lshwText(std::string_view text) noexcept { return text == "[REMOVED]" ? std::string_view() : text; }
+
+std::string lshwSmallLetters(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char unit) { return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit - 'A' + 'a') : unit; });
+    return result;
+}
+
+void convertLshwXml(std::string_view text, Recording& recording, DamageList& damage) {
+    LshwTree tree;
+    readLshwXml(text, tree, damage);
+    convert(tree, recording);
+}
+
+void convertLshwJson(std::string_view text, Recording& recording, DamageList& damage) {
+    LshwTree tree;
+    readLshwJson(text, tree, damage);
+    convert(tree, recording);
+}
+
+}  // namespace vrx

@@ -1,0 +1,104 @@
+#include <fmt/format.h>
+
+#include "libCommon/text/PrintableText.h"
+#include "libReport/changes/ChangesReport.h"
+#include "libReport/text/DeviceSummary.h"
+#include "libReport/text/Style.h"
+#include "libReport/text/TextPieces.h"
+#include "libReport/text/TextTable.h"
+#include "libSystemState/devices/IDeviceImp.h"
+
+namespace vrx {
+
+namespace {
+
+constexpr const char* ARROW = " -> ";
+
+std::string nameOf(const ValueChange& value) {
+    switch (value.what) {
+        case ValueChange::What::Name: return "name";
+        case ValueChange::What::OsLocator: return "OS locator";
+        case ValueChange::What::Capabilities: return "capabilities";
+        case ValueChange::What::Property: break;
+    }
+    return printable(value.key);
+}
+
+std::string sideOf(const std::optional<String>& text) { return text ? printableValue(*text) : "(none)"; }
+
+class ChangesWriter {
+public:
+    explicit ChangesWriter(const TextFormat& format) : m_format(format) {}
+
+    /// The devices of one kind below a heading, which is left out without any.
+    template <typename IsOfKind>
+    std::size_t write(const char* title, const std::vector<DeviceChange>& changes, IsOfKind isOfKind) {
+        std::string devices;
+        std::size_t count = 0;
+        m_text.swap(devices);
+        for (const DeviceChange& change : changes) {
+            if (isOfKind(change)) {
+                ++count;
+                writeDevice(change);
+            }
+        }
+        m_text.swap(devices);
+        if (count > 0) {
+            m_text += "\n" + styled(fmt::format("{}: {}", title, count), Style::Bold, m_format.colour) + "\n" + devices;
+        }
+        return count;
+    }
+
+    std::string take() { return std::move(m_text); }
+
+private:
+    void writeDevice(const DeviceChange& change) {
+        const IDeviceImp& device = change.before ? *change.before : *change.after;
+        std::string line = deviceTitle(device);
+        if (change.isMoved()) {
+            line += ARROW + printableValue(change.after->hwLocator());
+        } else if (change.before == nullptr || change.after == nullptr) {
+            const std::string summary = deviceSummary(device);
+            line += (summary.empty() ? "" : "  ") + summary;
+        }
+        for (const std::string& piece : wrapped("  " + line, m_format.width)) {
+            m_text += piece + "\n";
+        }
+        TextTable table(4, {Style::Dim, Style::Plain});
+        for (const ValueChange& value : change.values) {
+            table.addRow({nameOf(value), sideOf(value.before) + ARROW + sideOf(value.after)});
+        }
+        table.write(m_text, m_format);
+    }
+
+    const TextFormat& m_format;
+    std::string m_text;
+};
+
+}  // namespace
+
+std::string changesText(const ChangesOutcome& outcome, const TextFormat& format) {
+    ChangesWriter writer(format);
+    const auto& changes = outcome.changes;
+    const std::size_t missing =
+        writer.write("Missing devices", changes, [](const DeviceChange& change) { return change.after == nullptr; });
+    const std::size_t added =
+        writer.write("Added devices", changes, [](const DeviceChange& change) { return change.before == nullptr; });
+    const std::size_t moved =
+        writer.write("Moved devices", changes, [](const DeviceChange& change) { return change.isMoved(); });
+    const std::size_t changed = writer.write("Changed devices", changes, [](const DeviceChange& change) {
+        return change.before != nullptr && change.after != nullptr && !change.isMoved();
+    });
+    std::string out =
+        changes.empty()
+            ? styled("EQUAL", Style::Good, format.colour) + "  the two machines hold the same\n"
+            : styled("DIFFERENT", Style::Bad, format.colour) +
+                  fmt::format("  {} missing, {} added, {} moved, {} changed\n", missing, added, moved, changed);
+    TextTable table(2, {Style::Dim, Style::Plain});
+    table.addRow({"before", printable(std::string_view(outcome.before))});
+    table.addRow({"after", printable(std::string_view(outcome.after))});
+    table.write(out, format);
+    return out + writer.take();
+}
+
+}  // namespace vrx

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "libReport/check/CheckOutcome.h"
+
+namespace vrx {
+
+/// What is wrong with the machine, in one line: the first problem with its device by type, name and locator, then how
+/// many more there are. Problems are, in this order: devices that are missing or differ (in the order of the script),
+/// devices too many, devices that must not be there. A missing device and an extra one that are the two sides of one
+/// changed device are one problem. Requires: the check ran and failed.
+std::string problemSentence(const CheckOutcome& outcome, const Array<Inventory::DeviceSpec>& missing);
+
+}  // namespace vrx

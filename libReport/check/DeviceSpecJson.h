@@ -1,0 +1,11 @@
+#pragma once
+
+#include "libInventory/Inventory.h"
+#include "libReport/text/JsonWriter.h"
+
+namespace vrx {
+
+/// [{"name", "type", "hwLocator", "osLocator"}, ...]
+void writeDevices(JsonWriter& json, const Array<Inventory::DeviceSpec>& devices);
+
+}  // namespace vrx

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "libReport/text/JsonWriter.h"
+#include "libSystemState/results/TestRunEventImp.h"
+
+namespace vrx {
+
+/// {"source", "name", "type", "variables": {...}}
+void writeEvents(JsonWriter& json, const Array<TestRunEventImp>& events);
+
+}  // namespace vrx

@@ -1,0 +1,38 @@
+#include <fmt/format.h>
+
+#include "libCommon/text/PrintableText.h"
+#include "libReport/lint/LintReport.h"
+#include "libReport/text/Style.h"
+#include "libReport/text/TextPieces.h"
+
+namespace vrx {
+
+namespace {
+
+Style styleOf(Severity severity) noexcept {
+    switch (severity) {
+        case Severity::Error: return Style::Bad;
+        case Severity::Warning: return Style::Caution;
+        case Severity::Note: break;
+    }
+    return Style::Bold;
+}
+
+}  // namespace
+
+std::string lintText(const LintFindings& findings, const std::string& file, const TextFormat& format) {
+    const std::string name = printable(std::string_view(file));
+    std::string out;
+    for (const LintFinding& finding : findings.list()) {
+        const LintRuleInfo& rule = infoOf(finding.rule);
+        fmt::format_to(std::back_inserter(out), "{}:{}:{}: {}: {} {}\n", name, std::uint64_t{finding.row} + 1,
+                       std::uint64_t{finding.column} + 1,
+                       styled(nameOf(rule.severity), styleOf(rule.severity), format.colour), finding.message,
+                       styled(fmt::format("[{}]", rule.id), Style::Dim, format.colour));
+    }
+    return out + fmt::format("{}: {}, {}, {}\n", name, counted(findings.count(Severity::Error), "error"),
+                             counted(findings.count(Severity::Warning), "warning"),
+                             counted(findings.count(Severity::Note), "note"));
+}
+
+}  // namespace vrx

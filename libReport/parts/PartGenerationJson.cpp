@@ -1,0 +1,60 @@
+#include "libReport/check/DeviceSpecJson.h"
+#include "libReport/parts/PartGenerationReport.h"
+#include "libReport/text/JsonWriter.h"
+
+namespace vrx {
+
+namespace {
+
+void writeParts(JsonWriter& json, const Array<Inventory::PartSpec>& parts) {
+    json.beginArray();
+    for (const Inventory::PartSpec& part : parts) {
+        json.beginObject();
+        json.key("id").value(part.id);
+        json.key("name").value(part.name);
+        json.key("description").value(part.description);
+        json.key("devices").inlineArray(part.devices);
+        json.endObject();
+    }
+    json.endArray();
+}
+
+void writeDeviceToParts(JsonWriter& json, const Inventory::DeviceToPartsTable& table) {
+    json.beginObject();
+    for (const auto& entry : table) {
+        Array<String> names;
+        for (const Inventory::PartSpec& part : entry.value) {
+            names.append(part.name);
+        }
+        json.key(entry.key.toUtf8()).inlineArray(names);
+    }
+    json.endObject();
+}
+
+}  // namespace
+
+std::string partGenerationJson(const PartGenerationOutcome& outcome) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("generated").value(outcome.isGenerated());
+    json.key("result").beginObject();
+    json.key("code").value(std::int64_t{outcome.result.code()});
+    json.key("text").value(outcome.result.toString());
+    json.endObject();
+    json.key("generatedParts");
+    writeParts(json, outcome.generatedParts);
+    json.key("ambiguousGroups").beginArray();
+    for (const Array<Inventory::PartSpec>& group : outcome.ambiguousGroups) {
+        writeParts(json, group);
+    }
+    json.endArray();
+    json.key("extraDevices");
+    writeDevices(json, outcome.extraDevices);
+    json.key("deviceToParts");
+    writeDeviceToParts(json, outcome.deviceToParts);
+    json.key("report").value(outcome.report.toString());
+    json.endObject();
+    return json.take();
+}
+
+}  // namespace vrx

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "libInventory/Inventory.h"
+#include "libReport/text/TextFormat.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx {
+
+/// What parts generation found, and what it was made from.
+struct PartGenerationOutcome {
+    std::string machineName;
+    const StateManager* machine = nullptr;  ///< set before a report is made
+    Array<Inventory::PartSpec> partsList;
+    TestResultImp result;
+    Array<Inventory::PartSpec> generatedParts;  ///< one for each instance, with its devices
+    Inventory::DeviceToPartsTable deviceToParts{32};
+    Array<Array<Inventory::PartSpec>> ambiguousGroups;
+    Array<Inventory::DeviceSpec> extraDevices;
+    XmlDocument report;
+
+    bool isGenerated() const noexcept {
+        return result.code() == TestResultImp::Passed || result.code() == TestResultImp::PassedWithExtraDevices;
+    }
+};
+
+std::string partGenerationJson(const PartGenerationOutcome& outcome);
+
+/// How many of each part were found, which devices each instance stands for, and for parts that cannot be told apart
+/// which devices they share and what would tell them apart.
+std::string partGenerationText(const PartGenerationOutcome& outcome, const TextFormat& format);
+
+}  // namespace vrx

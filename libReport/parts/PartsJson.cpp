@@ -1,0 +1,41 @@
+#include "libReport/parts/PartsReport.h"
+#include "libReport/text/JsonWriter.h"
+
+namespace vrx {
+
+namespace {
+
+StringView nameOf(Inventory::ParsePartsResult result) noexcept {
+    switch (result) {
+        case Inventory::PartsParsed: return u"PartsParsed";
+        case Inventory::PartsBlank: return u"PartsBlank";
+        case Inventory::PartsEmptyInput: return u"PartsEmptyInput";
+        case Inventory::PartsXmlError: return u"PartsXmlError";
+        case Inventory::PartsNoRoot: break;
+    }
+    return u"PartsNoRoot";
+}
+
+}  // namespace
+
+std::string partsJson(const PartsOutcome& outcome) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("result").value(std::int64_t{outcome.result});
+    json.key("resultName").value(nameOf(outcome.result));
+    json.key("error").value(outcome.error);
+    json.key("parts").beginArray();
+    for (const Inventory::PartSpec& part : outcome.parts) {
+        json.beginObject();
+        json.key("id").value(part.id);
+        json.key("name").value(part.name);
+        json.key("description").value(part.description);
+        json.key("xml").value(part.xml);
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
+    return json.take();
+}
+
+}  // namespace vrx

@@ -1,0 +1,47 @@
+#include "libCommon/text/PrintableText.h"
+#include "libReport/parts/PartsReport.h"
+#include "libReport/text/Style.h"
+#include "libReport/text/TextPieces.h"
+#include "libReport/text/TextTable.h"
+
+namespace vrx {
+
+namespace {
+
+/// The names in the engine's sentence about blank parts; the sentence itself when it reads otherwise.
+std::string blankNames(const String& error) {
+    constexpr StringView BEFORE = u"Blank parts: ";
+    constexpr StringView AFTER = u" found.  Blank parts are not allowed";
+    const StringView text = error;
+    const std::size_t end = text.rfind(AFTER);
+    if (!text.starts_with(BEFORE) || end == StringView::npos || end < BEFORE.size()) {
+        return printable(text);
+    }
+    return printableValue(text.substr(BEFORE.size(), end - BEFORE.size()));
+}
+
+std::string orDash(const String& text) { return text.isEmpty() ? "-" : printable(text.view()); }
+
+}  // namespace
+
+std::string partsText(const PartsOutcome& outcome, const std::string& path, const TextFormat& format) {
+    std::string out = printable(std::string_view(inputName(path))) + ": " + counted(outcome.parts.size(), "part") +
+                      " with a description\n";
+    if (outcome.result == Inventory::PartsBlank) {
+        for (const std::string& line : wrapped("blank: " + blankNames(outcome.error), format.width)) {
+            out += styled(line, Style::Bad, format.colour) + "\n";
+        }
+    }
+    if (!outcome.parts.isEmpty()) {
+        out += "\n";
+        TextTable table(2, {Style::Plain, Style::Plain, Style::Plain});
+        table.setHeader({"name", "id", "description"});
+        for (const Inventory::PartSpec& part : outcome.parts) {
+            table.addRow({orDash(part.name), orDash(part.id), orDash(part.description)});
+        }
+        table.write(out, format);
+    }
+    return out;
+}
+
+}  // namespace vrx

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "libCommon/text/String.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx {
+
+/// What a user should know about a generated script before it is relied on, a sentence each: what of the machine keeps
+/// the script from passing on that same machine, and what a file cannot hold. `filter` is the one that the script was
+/// made with; null for none.
+std::vector<std::string> generationNotices(const StateManager& store, const SysinfoFilter* filter,
+                                           const String& script);
+
+}  // namespace vrx

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace vrx {
+
+/// What a text is laid out for.
+struct TextFormat {
+    static constexpr unsigned DEFAULT_WIDTH = 80;
+
+    bool colour = false;
+    unsigned width = DEFAULT_WIDTH;  ///< columns
+    bool hasLines = false;           ///< characters for drawing lines can be shown
+    bool isTerminal = false;         ///< somebody looks at it, so lines that are too long are better broken
+};
+
+}  // namespace vrx

@@ -1,0 +1,193 @@
+#include "libLint/Lint.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <set>
+
+namespace vrx {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::filesystem::path PROJECT = std::filesystem::path(VRX_TEST_DATA).parent_path();
+
+std::string read(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+/// "row:column rule" of everything that is found.
+std::vector<std::string> findingsIn(const std::string& text) {
+    Lint lint;
+    EXPECT_EQ(lint.run(text), Lint::Result::Done) << text;
+    std::vector<std::string> found;
+    for (const LintFinding& finding : lint.findings().list()) {
+        found.push_back(std::to_string(finding.row + 1) + ":" + std::to_string(finding.column + 1) + " " +
+                        std::string(infoOf(finding.rule).id));
+    }
+    return found;
+}
+
+std::vector<std::string> rulesIn(const std::string& text) {
+    std::vector<std::string> rules = findingsIn(text);
+    for (std::string& rule : rules) {
+        rule.erase(0, rule.find(' ') + 1);
+    }
+    return rules;
+}
+
+std::string script(const std::string& content) { return "<inventory-check>" + content + "</inventory-check>"; }
+std::string device(const std::string& content) { return script("<device type='Fan'>" + content + "</device>"); }
+
+/// The rows of the tables of rules: id, severity, what, example, what to do.
+std::vector<std::vector<std::string>> rowsOfThePage() {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream page(read(PROJECT / "docs/lint-rules.md"));
+    for (std::string line; std::getline(page, line);) {
+        std::vector<std::string> cells;
+        std::istringstream stream(line.substr(std::min<std::size_t>(1, line.size())));
+        for (std::string cell; std::getline(stream, cell, '|');) {
+            cells.push_back(std::regex_replace(cell, std::regex("^ +| +$"), ""));
+        }
+        if (cells.size() == 5 && cells[0] != "rule" && cells[0][0] != '-') {
+            rows.push_back(cells);
+        }
+    }
+    return rows;
+}
+
+TEST(LintPage, ListsEveryRuleWithItsSeverityAndAnExampleThatBreaksIt) {
+    std::set<std::string> listed;
+    std::size_t examples = 0;
+    for (const std::vector<std::string>& row : rowsOfThePage()) {
+        EXPECT_TRUE(listed.insert(row[0] + " " + row[1]).second) << row[0];
+        if (std::string text = row[3]; text.starts_with("`<")) {
+            text = text.substr(1, text.size() - 2);
+            const bool isWhole = text.starts_with("<inventory-check") || text.starts_with("<parts");
+            EXPECT_THAT(rulesIn(isWhole ? text : script(text)), Contains(row[0])) << text;
+            ++examples;
+        }
+    }
+    std::set<std::string> known;
+    for (const LintRuleInfo& rule : lintRules()) {
+        known.insert(std::string(rule.id) + " " + std::string(nameOf(rule.severity)));
+    }
+    EXPECT_EQ(listed, known);
+    EXPECT_EQ(examples + 2, known.size());
+}
+
+TEST(LintPage, ExamplesAndSnippetsAreCleanButForNotes) {
+    std::vector<std::string> texts;
+    for (const char* name : {"workstation-check.xml", "server-pass.xml", "server-fail.xml", "server-parts.xml"}) {
+        texts.push_back(read(PROJECT / "examples" / name));
+    }
+    const std::regex snippet("(^|\n)```xml\n((?:<inventory-check|<parts)[^`]*)```");
+    for (const auto& entry : std::filesystem::directory_iterator(PROJECT / "docs")) {
+        if (entry.is_regular_file()) {
+            const std::string page = read(entry.path());
+            for (std::sregex_iterator at(page.begin(), page.end(), snippet), end; at != end; ++at) {
+                texts.push_back((*at)[2]);
+            }
+        }
+    }
+    EXPECT_GE(texts.size(), 9U);
+    for (const std::string& text : texts) {
+        Lint lint;
+        ASSERT_EQ(lint.run(text), Lint::Result::Done) << text;
+        for (const LintFinding& finding : lint.findings().list()) {
+            EXPECT_EQ(infoOf(finding.rule).severity, Severity::Note) << finding.message << "\n" << text;
+        }
+    }
+}
+
+TEST(Lint, FindsNothingInWhatIsRight) {
+    EXPECT_THAT(findingsIn("<INVENTORY-CHECK check-names=' Yes '><Device TYPE='fan' Name='^a$' HWLOCATOR='x[1]'>"
+                           "<!-- c --><PROPERTY key='k'/><not><property key='k' value='a'/></not></Device>"
+                           "<not><device type='Fan'/></not></INVENTORY-CHECK>"),
+                IsEmpty());
+    EXPECT_THAT(findingsIn("<list><Part name='a'><and><device type='Fan'/></and></Part></list>"), IsEmpty());
+    EXPECT_THAT(
+        rulesIn(device("<property key='k' value='^VRXRRANGE[-5--10] V$|^VRXRRANGE[0-0]$|^VRXRRANGE[.5-1e3]$'/>")),
+        IsEmpty());
+}
+
+TEST(Lint, ReportsInDocumentOrderWithPlaces) {
+    EXPECT_THAT(
+        findingsIn("<inventory-check>\n <or>\n  <device/>\n  <devise/>\n </or>\n <or><device type='Fan'/>\n"
+                   "  <fail-on-extra type='Fan'/></or>\n</inventory-check>"),
+        ElementsAre("1:1 combinations", "3:3 missing-type", "4:3 unknown-element", "7:3 fail-on-extra-in-group"));
+    EXPECT_THAT(findingsIn(script("<device type='Fan'/>\n\xFF<device type='Fan'/>")),
+                ElementsAre("1:1 ignored-text", "1:18 repeated-device", "2:1 invalid-utf8"));
+}
+
+TEST(Lint, LooksOnlyWhereACheckLooks) {
+    EXPECT_THAT(rulesIn(script("<testset><or/><x/></testset><gadget><or/></gadget><device type='Fan'/>")),
+                ElementsAre("ignored-testset", "unknown-element"));
+    EXPECT_THAT(rulesIn(device("<gadget><or/></gadget>")), ElementsAre("unknown-element"));
+}
+
+TEST(Lint, KnowsWhereANotStands) {
+    EXPECT_THAT(rulesIn(script("<not><device type='Fan'><and><not><property key='k'/></not></and></device></not>")),
+                ElementsAre("not-under-not"));
+    EXPECT_THAT(rulesIn(script("<not><and><fail-on-extra type='Fan'><not><property key='k'/></not></fail-on-extra>"
+                               "</and></not>")),
+                ElementsAre("fail-on-extra-in-group"));
+    EXPECT_THAT(rulesIn(script("<not/><device type='Fan'><or/></device>")), ElementsAre("empty-group", "empty-or"));
+}
+
+TEST(Lint, CountsDevicesThatMustBeThereTogether) {
+    const std::string fan = "<device type='Fan' oslocator='f'/>";
+    EXPECT_THAT(rulesIn(script("<or>" + fan + "<and>" + fan + "</and></or><not>" + fan + "</not>")),
+                ElementsAre("combinations"));
+    EXPECT_THAT(rulesIn(script(fan + "<part name='p'>" + fan + "</part><and>" + fan + "</and>")),
+                ElementsAre("duplicate-device", "duplicate-device"));
+    EXPECT_THAT(rulesIn("<parts><part name='a'>" + fan + "</part><part name='b'>" + fan + "</part></parts>"),
+                IsEmpty());
+}
+
+TEST(Lint, MultipliesAlternatives) {
+    std::string content;
+    for (int i = 0; i < 70; ++i) {
+        content += "<or><device type='Fan'/><device type='Sensor'/></or>";
+        const std::vector<std::string> rules = rulesIn(script(content));
+        EXPECT_THAT(rules, ElementsAre(i < 13 ? "combinations" : "many-combinations")) << i;  // 2^14 > 10,000
+    }
+    Lint lint;
+    lint.run(script(content));
+    EXPECT_THAT(lint.findings().list()[0].message, HasSubstr("more than 18446744073709551615"));
+}
+
+TEST(Lint, JudgesPatternsAsACheckReadsThem) {
+    EXPECT_THAT(rulesIn(device("<property key='k' value='\x01('/>")), ElementsAre("pattern-syntax"));
+    EXPECT_THAT(rulesIn(device("<property key='k' value='a%u0028'/>")), IsEmpty());
+    EXPECT_THAT(rulesIn("<parts><part name='p'><device type='Fan' name='a%u0028'/></part></parts>"), IsEmpty());
+    EXPECT_THAT(rulesIn(device("<property key='k' value='VRXRRANGE'/>")), ElementsAre("range-syntax"));
+    EXPECT_THAT(rulesIn(device("<property key='k' value='VRXRRANGE[1-2] VRXRRANGE[1-]'/>")),
+                ElementsAre("range-syntax"));
+    EXPECT_THAT(rulesIn(device("<property key='k'><value value='VRXRRANGE[1,2-5]'/><v value='('/></property>")),
+                ElementsAre("range-syntax", "pattern-syntax"));
+}
+
+TEST(Lint, SuggestsTheNameThatWasMeant) {
+    Lint lint;
+    lint.run("<inventory-check check-hwlocators='no'><fail-on-extr type='Fan'/></inventory-check>");
+    ASSERT_EQ(lint.findings().list().size(), 3U);
+    EXPECT_THAT(lint.findings().list()[0].message, HasSubstr("did you mean \"check-hwLocators\"?"));
+    EXPECT_THAT(lint.findings().list()[2].message, HasSubstr("did you mean \"fail-on-extra\"?"));
+}
+
+TEST(Lint, TellsWhatIsNeither) {
+    EXPECT_EQ(Lint().run("<SysInfo><Device/></SysInfo>"), Lint::Result::Neither);
+    EXPECT_EQ(Lint().run("<inventory-check><a></inventory-check>"), Lint::Result::NotXml);
+    EXPECT_EQ(Lint().run(""), Lint::Result::NotXml);
+    EXPECT_EQ(Lint().run("<parts><part name='\xFF'/></parts>"), Lint::Result::NotXml);
+}
+
+}  // namespace
+}  // namespace vrx

@@ -1,0 +1,215 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tests/libMachine/support/ConvertedMachine.h"
+
+namespace vrx {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+std::string convertData(const std::string& name) {
+    std::ostringstream text;
+    text << std::ifstream(VRX_TEST_DATA "/data/convert/" + name, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+struct Expected {
+    std::string locator;
+    std::string text;
+};
+
+void expectDevices(const ConvertedMachine& machine, std::initializer_list<Expected> devices) {
+    for (const Expected& device : devices) {
+        EXPECT_EQ(machine.at(device.locator), device.text) << device.locator;
+    }
+}
+
+std::string replaced(std::string text, std::string_view from, std::string_view to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
+TEST(LshwRecordingTest, givesWhatTheRecorderWouldGive) {
+    const ConvertedMachine machine(convertData("workstation.lshw.xml"));
+    const std::string pci = "/sys/bus/pci/devices/";
+    expectDevices(
+        machine,
+        {{"system",
+          "System name=Example Works Bench 300 os=/sys/devices/system Vendor=Example Works Model=Bench 300 Version=2 "
+          "SKU=SKU-7 SerialNumber=EW-0042 UUID=a0b1c2d3-0001-0002-0003-000000000042"},
+         {"chassis", "Chassis name=Chassis os=/sys/class/dmi/id above=system ChassisType=Desktop"},
+         {"board",
+          "Motherboard name=Example Works EW-B1 os=/sys/class/dmi/id above=system Vendor=Example Works Model=EW-B1"},
+         {"bios",
+          "BIOS name=BIOS os=/sys/class/dmi/id above=system Vendor=Example BIOS FirmwareVersion=1.2 "
+          "ReleaseDate=2020-03-04"},
+         {"cpu:0",
+          "Processor name=Intel(R) Core(TM) i5-1234 CPU @ 2.50GHz os=/sys/firmware/dmi/entries/4-0 above=system "
+          "Clock=2500 MHz Vendor=GenuineIntel Model=Intel(R) Core(TM) i5-1234 CPU @ 2.50GHz Family=6 ModelNumber=94 "
+          "Stepping=3 Cores=4 Threads=8 Slot=U3E1"},
+         {"cpu:1", ""},
+         {"dimm:DIMM_A1",
+          "MemoryModule name=Example Memory EM-8G os=/sys/firmware/dmi/entries/17-0 above=memory/array:0 Slot=DIMM_A1 "
+          "FormFactor=DIMM Vendor=Example Memory PartNumber=EM-8G SerialNumber=M0001 Size=8 GB MemoryType=DDR4 "
+          "Speed=2666 MT/s DataWidth=64 bit"},
+         {"dimm:DIMM_A2",
+          "Slot name=Memory slot os=/sys/firmware/dmi/entries/17-1 above=memory/array:0 Slot=DIMM_A2 FormFactor=DIMM"},
+         {"pci:0000:00:01.0",
+          "PciBridge name=PCI bridge os=" + pci + "0000:00:01.0 above=system Vendor=Example Silicon Class=PCI bridge"},
+         {"pci:0000:01:00.0",
+          "Ethernet name=Two Port Adapter os=eth0 above=pci:0000:00:01.0 Vendor=Example Networks "
+          "Model=Two Port Adapter VendorId=8086 DeviceId=1521 Driver=igb(Internal) Address=02:00:00:00:00:0a "
+          "LinkState=up(Volatile) Speed=1000 Mbit/s(Volatile)"},
+         {"pci:0000:01:00.0/port:1",
+          "Ethernet name=Two Port Adapter os=eth1 above=pci:0000:01:00.0 Address=02:00:00:00:00:01(Volatile)"},
+         {"usb:1",
+          "UsbHub name=2.0 root hub os=/sys/bus/usb/devices/usb1 above=pci:0000:00:14.0 Vendor=Linux Foundation "
+          "Model=2.0 root hub VendorId=1d6b DeviceId=0002 UsbVersion=2.00"},
+         {"usb:1-2.1",
+          "Keyboard name=Keys 101 os=/sys/bus/usb/devices/1-2.1 above=usb:1 Vendor=Example Input Model=Keys 101 "
+          "Revision=0121 Speed=1.5 Mbit/s"},
+         {"pci:0000:00:17.0/ata:2",
+          "SolidStateDrive name=Example SSD 500 os=/dev/sda above=pci:0000:00:17.0 Model=Example SSD 500 "
+          "SerialNumber=D0001 FirmwareVersion=F1 Size=465.76 GB SectorSize=512 B Transport=SATA Removable=false "
+          "Rotational=false"},
+         {"pci:0000:00:17.0/ata:2/part:1",
+          "Volume name=Partition 1 os=/dev/sda1 above=pci:0000:00:17.0/ata:2 Size=465.66 GB"},
+         {"pci:0000:00:17.0/ata:3",
+          "HardDiskDrive name=Example Disk os=/dev/sdb above=pci:0000:00:17.0 Model=Example Disk SerialNumber=D0001 "
+          "Size=931.51 GB Transport=SATA Removable=false Rotational=true RotationRate=7200 RPM"},
+         {"net:bond0",
+          "Network name=Network interface bond0 os=bond0 above=system Address=02:00:00:00:00:01(Volatile) "
+          "Driver=bonding(Internal) Virtual=true"}});
+    EXPECT_EQ(machine.recording.size(), 22U) << machine.all();
+    EXPECT_THAT(machine.damage, ElementsAre("modules or disks with the serial number of another one: 1 "
+                                            "(first: pci:0000:00:17.0/ata:3)"));
+}
+
+TEST(LshwRecordingTest, readsJsonWithItsMistakes) {
+    const ConvertedMachine machine(convertData("blade.lshw.json"));
+    expectDevices(machine, {{"system",
+                             "System name=Example Works Blade 9 os=/sys/devices/system Vendor=Example Works "
+                             "Model=Blade 9"},
+                            {"pci:0000:45:00.0/ns:1",
+                             "NvmeDrive name=Example Flash Drive 9300 os=/dev/nvme0n1 above=pci:0000:45:00.0 "
+                             "Vendor=Example Flash Model=Drive 9300 SerialNumber=N0001 FirmwareVersion=FW1 "
+                             "WWN=eui.0000000000000001 Size=3.49 TB SectorSize=512 B Transport=NVMe Removable=false"}});
+    EXPECT_THAT(machine.at("cpu:0"), HasSubstr("Vendor=AuthenticAMD Model=AMD EPYC 7000 Family=23 ModelNumber=49 "
+                                               "Stepping=0 Cores=32 Threads=64"));
+    EXPECT_THAT(machine.at("pci:0000:45:00.0"), testing::StartsWith("NvmeController "));
+    EXPECT_THAT(machine.at("psu:PSU 550"), HasSubstr("MaxPower=550 W"));
+    EXPECT_EQ(machine.recording.size(), 7U) << machine.all();
+    EXPECT_THAT(machine.damage, ElementsAre("missing commas in JSON, put in: 1 (first: line 11)"));
+}
+
+// The type has to come out of what lshw tells in any version and language.
+TEST(LshwRecordingTest, tellsTypesOfPciFunctions) {
+    struct Row {
+        std::string_view attributes;
+        std::string_view content;
+        std::string_view type;
+    };
+    static constexpr Row ROWS[] = {
+        {"id='storage' class='storage'", "<description>RAID bus controller</description>", "RaidController"},
+        {"id='sas' class='storage'", "", "SasController"},
+        {"id='storage' class='storage'", "<capabilities><capability id='nvm_express'/></capabilities>",
+         "NvmeController"},
+        {"id='ide' class='storage'", "<description>Schnittstelle</description>", "IdeController"},
+        {"id='network' class='network'", "<logicalname>wlan0</logicalname>", "WirelessNetwork"},
+        {"id='network' class='network'", "<logicalname>ib0</logicalname>", "Infiniband"},
+        {"id='multimedia' class='multimedia'", "<configuration><setting id='driver' value='snd_hda'/></configuration>",
+         "AudioDevice"},
+        {"id='firewire' class='bus'", "<capabilities><capability id='ohci'/></capabilities>", "FirewireController"},
+        {"id='serial' class='bus'", "<description>SMBus</description>", "I2cBus"},
+        {"id='display' class='display'", "", "Display"},
+        {"id='generic' class='generic'", "<description>System peripheral</description>", "PciDevice"},
+    };
+    for (const Row& row : ROWS) {
+        std::string text = "<node class='system'><node ";
+        text.append(row.attributes).append("><businfo>pci@00:1F.2</businfo>").append(row.content) += "</node></node>";
+        EXPECT_THAT(ConvertedMachine(text).at("pci:0000:00:1f.2"), testing::StartsWith(std::string(row.type) + " "))
+            << text;
+    }
+}
+
+TEST(HwlocXmlTest, readsBothVersions) {
+    const std::string second = convertData("node.hwloc2.xml");
+    std::string first = replaced(second, "\"Package\"", "\"Socket\"");
+    for (const char* level : {"L1Cache", "L3Cache"}) {
+        first = replaced(first, level, "Cache");
+    }
+    const ConvertedMachine machine(second);
+    EXPECT_EQ(ConvertedMachine(first).all(), machine.all());
+    expectDevices(
+        machine,
+        {{"cpu:1",
+          "Processor name=Example CPU os=/sys/devices/system/cpu/cpu0 above=system Vendor=GenuineIntel "
+          "Model=Example CPU Family=6 Cores=2 Threads=4"},
+         {"cpu:1/core:4", "ProcessorCore name=CPU 1 core 4 os=/sys/devices/system/cpu/cpu1 above=cpu:1 Threads=2"},
+         {"cpu:1/core:5/l1d",
+          "Cache name=L1 data cache os=/sys/devices/system/cpu/cpu0/cache above=cpu:1/core:5 Level=1 CacheType=Data "
+          "Size=32 KB LineSize=64 B Associativity=8"},
+         {"cpu:1/l3:0",
+          "Cache name=L3 cache os=/sys/devices/system/cpu/cpu1/cache above=cpu:1 Level=3 CacheType=Unified Size=32 MB "
+          "LineSize=64 B Associativity=16"},
+         {"memory", "Memory name=Memory os=/proc/meminfo above=system UsableSize=16 GB(Internal)"},
+         {"pci:0000:02:00.0/ns:1",
+          "NvmeDrive name=Example Flash os=/dev/nvme0n1 above=pci:0000:02:00.0 Model=Example Flash SerialNumber=N0002 "
+          "Size=931.51 GB"}});
+    EXPECT_THAT(machine.at("pci:0000:01:00.0"),
+                AllOf(testing::StartsWith("Ethernet "), HasSubstr(" os=eno1 above=pci:0000:00:1c.0 "),
+                      HasSubstr("VendorId=8086 DeviceId=1521"), HasSubstr("Revision=01 Address=02:00:00:00:00:0a")));
+    EXPECT_THAT(machine.at("pci:0000:01:00.0/port:1"), HasSubstr("Address=02:00:00:00:00:0b"));
+}
+
+// Whatever is missing or wrong: a machine with its root, or none, but never a crash or a value that was cut in half.
+TEST(ForeignRecordingTest, takesDamagedRecordings) {
+    static constexpr std::size_t STEP = 97;
+    for (const char* const name : {"workstation.lshw.xml", "blade.lshw.json", "node.hwloc2.xml"}) {
+        const std::string whole = convertData(name);
+        const std::string all = ConvertedMachine(whole).all();
+        std::size_t converted = 0;
+        for (std::size_t size = 0; size < whole.size(); size += STEP) {
+            const ConvertedMachine cut(whole.substr(0, size));
+            converted += cut.isConverted ? 1U : 0U;
+            EXPECT_EQ(cut.isConverted, cut.recording.size() > 0);
+            for (std::size_t place = 0; place < cut.recording.size(); ++place) {
+                EXPECT_THAT(all, HasSubstr(cut.recording.at(place).hwLocator + " ")) << name << " " << size;
+            }
+            EXPECT_TRUE(!cut.isConverted || !cut.damage.empty()) << name << " " << size;
+
+            std::string broken = whole;
+            broken[size] = "\xFF<&\"{\0"[size % 6];
+            EXPECT_TRUE(ConvertedMachine(broken).isConverted || size < 2 * STEP) << name << " " << size;
+        }
+        EXPECT_GT(converted, whole.size() / STEP / 2) << name;
+    }
+}
+
+TEST(ForeignRecordingTest, leavesOutWhatIsCutOffAndNumbersThatCountIt) {
+    EXPECT_THAT(ConvertedMachine("<node class='system'><serial>1234567").all(), IsEmpty());
+    EXPECT_THAT(ConvertedMachine(R"({"class":"system","id":"a","children":[{"class":"disk","businfo":"scsi@0:0.0.0",)"
+                                 R"("product":"P","size":10002)")
+                    .all(),
+                Not(HasSubstr("scsi:")));
+    const std::string lshw = convertData("workstation.lshw.xml");
+    const ConvertedMachine secondBank(lshw.substr(0, lshw.find("DIMM_A2")));
+    EXPECT_THAT(secondBank.at("dimm:DIMM_A1"), HasSubstr("Size=8 GB"));
+    EXPECT_THAT(secondBank.all(),
+                AllOf(Not(HasSubstr("dimm:1")), Not(HasSubstr("Slots=")), Not(HasSubstr("InstalledSize="))));
+    const std::string hwloc = convertData("node.hwloc2.xml");
+    const ConvertedMachine secondCore(hwloc.substr(0, hwloc.find("\"Core\" os_index=\"5\"")));
+    EXPECT_THAT(secondCore.all(), AllOf(HasSubstr("cpu:1/core:4/l1d"), Not(HasSubstr("l3")), Not(HasSubstr("Cores="))));
+}
+
+}  // namespace
+}  // namespace vrx

@@ -1,0 +1,29 @@
+#include "libMachine/record/CleanText.h"
+
+#include <gtest/gtest.h>
+
+namespace vrx {
+namespace {
+
+TEST(CleanTextTest, tidiesWhatVendorsWrite) {
+    EXPECT_EQ(cleanText("  ST500\t\x01 DM  002 \n"), u"ST500 DM 002");
+    EXPECT_EQ(cleanText(std::string_view("cut\0off", 7)), u"cut");
+    EXPECT_EQ(cleanText("\x1F \x7F"), u"");
+    EXPECT_EQ(cleanText("Caf\xC3\xA9 \xFF"), u"Caf\u00E9 \uFFFD");
+}
+
+TEST(CleanTextTest, knowsPlaceholdersFromValues) {
+    for (const char16_t* const text :
+         {u"", u"To be filled by o.e.m.", u"NOT SPECIFIED", u"none", u"0000000", u"FFFFFFFF", u"--", u"........",
+          u"xxxxxxxx", u"00000000-0000-0000-0000-000000000000", u"Dimm0_SerNum", u"A1_AssetTagNum0", u"SerNum3",
+          u"Array1_PartNumber0", u"0123456789", u"Unknown", u"*", u"03000200-0400-0500-0006-000700080009"}) {
+        EXPECT_TRUE(isPlaceholder(text)) << String(text).toUtf8();
+    }
+    for (const char16_t* const text : {u"0", u"00", u"F00000", u"A1", u"1.0", u"Nonesuch", u"Serial", u"No-Name 4",
+                                       u"00CE00B300CE", u"Model 500", u"X", u"S_3", u"7", u"Manufacturer & Sons"}) {
+        EXPECT_FALSE(isPlaceholder(text)) << String(text).toUtf8();
+    }
+}
+
+}  // namespace
+}  // namespace vrx
