@@ -60,7 +60,7 @@ Lint::Result Lint::judgePartsList(std::string_view bytes) {
 
 Lint::Result Lint::run(std::string_view bytes) {
     if (parseScript(bytes)) {
-        ScriptWalk(m_findings).walkScript(*m_document.RootElement());
+        LintWalk(m_findings).walkScript(*m_document.RootElement());
     } else if (const Result result = judgePartsList(bytes); result == Result::Done) {
         checkPartsList(*m_document.RootElement(), m_findings);
     } else {

@@ -8,7 +8,7 @@
 #include <limits>
 
 #include "libInventory/script/OrInsidePart.h"
-#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptContent.h"
 #include "libLint/rules/AttributeRules.h"
 #include "libLint/rules/DeviceContentRules.h"
 #include "libLint/rules/DeviceRules.h"
@@ -36,11 +36,10 @@ std::uint64_t childCount(const XmlElement& element) noexcept {
 
 }  // namespace
 
-void ScriptWalk::walkScript(const XmlElement& root) {
+void LintWalk::walkScript(const XmlElement& root) {
     checkAttributesAndText(root, LintKind::InventoryCheck, m_findings);
     checkFlags(root, m_findings);
-    const ScriptContent content = contentOf(root);
-    if (content.devices + content.extraDeviceRules == 0) {
+    if (!contentOf(root).asksForAnything()) {
         m_findings.add(LintRule::NothingToCheck, root,
                        "the script asks for nothing, and a check of it is undetermined; add a <device> or a "
                        "<fail-on-extra>");
@@ -50,20 +49,20 @@ void ScriptWalk::walkScript(const XmlElement& root) {
     m_repeated.report(m_findings);
 }
 
-void ScriptWalk::walkPart(const XmlElement& part) {
+void LintWalk::walkPart(const XmlElement& part) {
     Place place;
     place.isInsidePart = true;
     walkChildren(part, place);
     m_repeated.report(m_findings);
 }
 
-void ScriptWalk::walkChildren(const XmlElement& element, const Place& place) {
+void LintWalk::walkChildren(const XmlElement& element, const Place& place) {
     for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
         walk(*child, place);
     }
 }
 
-void ScriptWalk::walk(const XmlElement& element, const Place& place) {
+void LintWalk::walk(const XmlElement& element, const Place& place) {
     const LintKind kind = lintKindOf(element);
     switch (kind) {
         case LintKind::InventoryCheck:
@@ -84,7 +83,7 @@ void ScriptWalk::walk(const XmlElement& element, const Place& place) {
     }
 }
 
-void ScriptWalk::walkGroup(const XmlElement& group, LintKind kind, Place place) {
+void LintWalk::walkGroup(const XmlElement& group, LintKind kind, Place place) {
     checkAttributesAndText(group, kind, m_findings);
     checkEmpty(group, kind);
     if (kind == LintKind::Part && place.isInsidePart) {
@@ -101,8 +100,8 @@ void ScriptWalk::walkGroup(const XmlElement& group, LintKind kind, Place place) 
     walkChildren(group, place);
 }
 
-void ScriptWalk::checkOr(const XmlElement& element, const Place& place) {
-    if (isUndecidableOr(element, place.isInsidePart)) {
+void LintWalk::checkOr(const XmlElement& element, const Place& place) {
+    if (place.isInsidePart && element.FirstChildElement() != nullptr) {
         m_findings.add(LintRule::OrInsidePart, element, OR_INSIDE_PART_REASON);
     }
     checkAlternatives(element, m_findings);
@@ -111,7 +110,7 @@ void ScriptWalk::checkOr(const XmlElement& element, const Place& place) {
     }
 }
 
-void ScriptWalk::checkEmpty(const XmlElement& group, LintKind kind) {
+void LintWalk::checkEmpty(const XmlElement& group, LintKind kind) {
     if (group.FirstChildElement() != nullptr) {
         return;
     }
@@ -125,7 +124,7 @@ void ScriptWalk::checkEmpty(const XmlElement& group, LintKind kind) {
     }
 }
 
-void ScriptWalk::walkDevice(const XmlElement& device, const Place& place) {
+void LintWalk::walkDevice(const XmlElement& device, const Place& place) {
     checkAttributesAndText(device, LintKind::Device, m_findings);
     checkDeviceAttributes(device, m_findings);
     checkDeviceContent(device, place.isUnderNot, m_findings);
@@ -135,7 +134,7 @@ void ScriptWalk::walkDevice(const XmlElement& device, const Place& place) {
 }
 
 /// A rule is in force wherever it stands; what it holds is tested by itself, so a `not` around it does not count there.
-void ScriptWalk::walkExtraDeviceRule(const XmlElement& rule, const Place& place) {
+void LintWalk::walkExtraDeviceRule(const XmlElement& rule, const Place& place) {
     checkAttributesAndText(rule, LintKind::FailOnExtra, m_findings);
     checkExtraDeviceRule(rule, m_findings);
     checkDeviceContent(rule, false, m_findings);
@@ -146,7 +145,7 @@ void ScriptWalk::walkExtraDeviceRule(const XmlElement& rule, const Place& place)
     }
 }
 
-void ScriptWalk::reportCombinations(const XmlElement& root) {
+void LintWalk::reportCombinations(const XmlElement& root) {
     if (m_combinations > MANY_COMBINATIONS) {
         const bool isMost = m_combinations == std::numeric_limits<std::uint64_t>::max();
         m_findings.add(LintRule::ManyCombinations, root,

@@ -9,9 +9,9 @@
 namespace vrx {
 
 /// Walks the elements between devices, as a check does, and hands each of them to its rules.
-class ScriptWalk {
+class LintWalk {
 public:
-    explicit ScriptWalk(LintFindings& findings) : m_findings(findings) {}
+    explicit LintWalk(LintFindings& findings) : m_findings(findings) {}
 
     /// The whole of a script.
     void walkScript(const XmlElement& root);

@@ -1,35 +1,22 @@
 #include "libInventory/script/OrInsidePart.h"
 
-#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptWalk.h"
 
 namespace vrx {
 
-namespace {
+using vocabulary::ElementKind;
 
-const XmlElement* search(const XmlElement& element, bool isInsidePart) {
-    const bool isPart = isNamed(element, u"part");
-    if (isUndecidableOr(element, isInsidePart)) {
-        return &element;
-    }
-    const bool isVisited = isPart || isNamed(element, u"or") || isNamed(element, u"and") || isNamed(element, u"not") ||
-                           isNamed(element, u"inventory-check");
-    if (!isVisited) {
-        return nullptr;
-    }
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        if (const XmlElement* const found = search(*child, isInsidePart || isPart)) {
-            return found;
-        }
-    }
-    return nullptr;
+bool isUndecidableOr(const ScriptPlace& place) noexcept {
+    return place.kind == ElementKind::Or && place.part != nullptr && place.holder == nullptr &&
+           place.element->FirstChildElement() != nullptr;
 }
 
-}  // namespace
-
-bool isUndecidableOr(const XmlElement& element, bool isInsidePart) noexcept {
-    return isInsidePart && isNamed(element, u"or") && element.FirstChildElement() != nullptr;
+const XmlElement* findOrInsidePart(const XmlElement& root) {
+    ScriptWalk walk(root, ScriptWalk::Extent::WhereACheckLooks);
+    while (walk && !isUndecidableOr(*walk)) {
+        ++walk;
+    }
+    return walk ? walk->element : nullptr;
 }
-
-const XmlElement* findOrInsidePart(const XmlElement& root) { return search(root, false); }
 
 }  // namespace vrx

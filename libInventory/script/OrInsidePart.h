@@ -4,13 +4,15 @@
 
 namespace vrx {
 
-/// Whether the element is an `or` with alternatives that stands inside a `part`.
+struct ScriptPlace;
+
+/// Whether the element is an `or` with alternatives that stands inside a `part`, between devices.
 ///
 /// Such a script cannot be decided: the alternatives of a part are never merged into the combination that is tried, so
 /// the engine would ask for devices that it does not know and fail hard.
-bool isUndecidableOr(const XmlElement& element, bool isInsidePart) noexcept;
+bool isUndecidableOr(const ScriptPlace& place) noexcept;
 
-/// The first such `or` where a check visits it; null when there is none.
+/// The first such `or` where a check looks; null when there is none.
 const XmlElement* findOrInsidePart(const XmlElement& root);
 
 /// What to say about it, without its place.

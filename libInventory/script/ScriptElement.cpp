@@ -2,18 +2,20 @@
 
 #include <fmt/format.h>
 
-#include <initializer_list>
 #include <utility>
 
 #include "libCommon/text/PrintableText.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 
 namespace vrx {
 
 namespace {
 
 /// Attributes of devices, and those of the root that switch them off.
-constexpr std::pair<StringView, StringView> SWITCHES[] = {
-    {u"name", u"check-names"}, {u"hwlocator", u"check-hwLocators"}, {u"oslocator", u"check-osLocators"}};
+constexpr std::pair<StringView, StringView> SWITCHES[] = {{vocabulary::NAME, vocabulary::CHECK_NAMES},
+                                                          {vocabulary::HW_LOCATOR, vocabulary::CHECK_HW_LOCATORS},
+                                                          {vocabulary::OS_LOCATOR, vocabulary::CHECK_OS_LOCATORS}};
 
 bool isSwitchedOff(const XmlElement& device, StringView attribute) {
     const XmlNode* root = &device;
@@ -27,25 +29,6 @@ bool isSwitchedOff(const XmlElement& device, StringView attribute) {
         }
     }
     return false;
-}
-
-void addContent(const XmlElement& element, ScriptContent& content) {
-    if (isNamed(element, u"device")) {
-        ++content.devices;
-        return;
-    }
-    if (isNamed(element, u"fail-on-extra")) {
-        ++content.extraDeviceRules;
-        return;
-    }
-    for (const StringView name : {u"inventory-check", u"and", u"or", u"not", u"part"}) {
-        if (isNamed(element, name)) {
-            for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-                addContent(*child, content);
-            }
-            return;
-        }
-    }
 }
 
 }  // namespace
@@ -66,7 +49,7 @@ const XmlElement* deviceAround(const XmlElement& element) noexcept {
     const XmlNode* node = &element;
     for (; node != nullptr; node = node->Parent()) {
         const XmlElement* const at = node->ToElement();
-        if (at != nullptr && isNamed(*at, u"device")) {
+        if (at != nullptr && vocabulary::kindOf(*at) == vocabulary::ElementKind::Device) {
             return at;
         }
     }
@@ -78,18 +61,29 @@ String askedFor(const XmlElement& device, StringView attribute) {
     return text.empty() || isSwitchedOff(device, attribute) ? String() : String(text).uuDecode(true, true);
 }
 
+std::vector<String> askedValues(const XmlElement& property) {
+    const auto decoded = [](StringView text) {
+        return String(text).uuDecode(true, true);
+    };
+    std::vector<String> values;
+    for (const XmlElement* const entry : childElements(property)) {
+        if (vocabulary::kindOf(*entry) != vocabulary::ElementKind::Error) {
+            values.push_back(decoded(entry->Attribute(vocabulary::VALUE)));
+        }
+    }
+    const XmlAttribute* const value = values.empty() ? property.FindAttribute(vocabulary::VALUE) : nullptr;
+    if (value != nullptr) {
+        values.push_back(decoded(value->Value()));
+    }
+    return values;
+}
+
 std::string placeOf(const XmlElement& element) {
     return fmt::format("({}:{})", element.Row() + 1, element.Column() + 1);
 }
 
 std::string placeOf(const XmlElement& element, std::string_view file) {
     return fmt::format("{}:{}:{}", printable(file), element.Row() + 1, element.Column() + 1);
-}
-
-ScriptContent contentOf(const XmlElement& root) {
-    ScriptContent content;
-    addContent(root, content);
-    return content;
 }
 
 }  // namespace vrx

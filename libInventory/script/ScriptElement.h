@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElement.h"
 
-/// What the host needs to know about elements of an inventory script.
+/// What can be asked of one element of a script.
 namespace vrx {
 
 /// Whether the element has that name, in any letter case.
@@ -22,17 +22,14 @@ const XmlElement* deviceAround(const XmlElement& element) noexcept;
 /// What a `device` element asks for with that attribute, decoded; empty where the root of the script switches it off.
 String askedFor(const XmlElement& device, StringView attribute);
 
+/// The patterns that a `property` element asks for, decoded: those of its entries or, when it has none, its own. Empty
+/// when it accepts any value. What a check has left in it does not count as an entry.
+std::vector<String> askedValues(const XmlElement& property);
+
 /// "(row:column)", 1-based.
 std::string placeOf(const XmlElement& element);
 
 /// "file:row:column", 1-based, fit for a terminal.
 std::string placeOf(const XmlElement& element, std::string_view file);
-
-/// What a script asks for, counted over the elements that a check visits.
-struct ScriptContent {
-    std::size_t devices = 0;
-    std::size_t extraDeviceRules = 0;
-};
-ScriptContent contentOf(const XmlElement& root);
 
 }  // namespace vrx

@@ -19,7 +19,10 @@ ElementKind kindOf(StringView elementName) noexcept {
             return kind != ElementKind::Unknown ? kind : kindWhenEqual(elementName, NOT, ElementKind::Not);
         }
         case 4: return kindWhenEqual(elementName, PART, ElementKind::Part);
-        case 5: return kindWhenEqual(elementName, ERROR, ElementKind::Error);
+        case 5: {
+            const ElementKind kind = kindWhenEqual(elementName, VALUE, ElementKind::Value);
+            return kind != ElementKind::Unknown ? kind : kindWhenEqual(elementName, ERROR, ElementKind::Error);
+        }
         case 6: return kindWhenEqual(elementName, DEVICE, ElementKind::Device);
         case 7: return kindWhenEqual(elementName, TESTSET, ElementKind::TestSet);
         case 8: return kindWhenEqual(elementName, PROPERTY, ElementKind::Property);

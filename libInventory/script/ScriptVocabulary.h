@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElement.h"
 
@@ -31,8 +33,21 @@ inline constexpr StringView UNITS = u"units";
 inline constexpr StringView ID = u"id";
 inline constexpr StringView DESCRIPTION = u"description";
 
-/// What an element of a script is.
-enum class ElementKind { InventoryCheck, And, Or, Not, Part, Device, Property, FailOnExtra, TestSet, Error, Unknown };
+/// What an element of a script is, by its name.
+enum class ElementKind : std::uint8_t {
+    InventoryCheck,
+    And,
+    Or,
+    Not,
+    Part,
+    Device,
+    Property,
+    FailOnExtra,
+    TestSet,
+    Error,
+    Value,  ///< meant only where a `property` holds it
+    Unknown,
+};
 
 /// The kind that an element name stands for, without letter case.
 ElementKind kindOf(StringView elementName) noexcept;

@@ -4,14 +4,16 @@
 
 namespace vrx {
 
-/// Range over the child elements of an element: `for (XmlElement* child : childElements(element))`. The next sibling is
-/// looked up after the loop's body, so the body may add children to `child` but not unlink it.
+/// Range over the child elements of an element: `for (XmlElement* child : childElements(element))`, of constant ones
+/// when the element is constant. The next sibling is looked up after the loop's body, so the body may add children to
+/// `child` but not unlink it.
+template <class Element>
 class ChildElements {
 public:
     class Iterator {
     public:
-        explicit Iterator(XmlElement* at) noexcept : m_at(at) {}
-        XmlElement* operator*() const noexcept { return m_at; }
+        explicit Iterator(Element* at) noexcept : m_at(at) {}
+        Element* operator*() const noexcept { return m_at; }
         Iterator& operator++() noexcept {
             m_at = m_at->NextSiblingElement();
             return *this;
@@ -19,18 +21,23 @@ public:
         bool operator==(const Iterator&) const noexcept = default;
 
     private:
-        XmlElement* m_at;
+        Element* m_at;
     };
 
-    explicit ChildElements(XmlContainer& parent) noexcept : m_first(parent.FirstChildElement()) {}
+    explicit ChildElements(Element* first) noexcept : m_first(first) {}
     Iterator begin() const noexcept { return Iterator(m_first); }
     Iterator end() const noexcept { return Iterator(nullptr); }
 
 private:
-    XmlElement* m_first;
+    Element* m_first;
 };
 
-inline ChildElements childElements(XmlContainer& parent) noexcept { return ChildElements(parent); }
-inline ChildElements childElements(XmlContainer* parent) noexcept { return ChildElements(*parent); }
+inline ChildElements<XmlElement> childElements(XmlContainer& parent) noexcept {
+    return ChildElements<XmlElement>(parent.FirstChildElement());
+}
+inline ChildElements<const XmlElement> childElements(const XmlContainer& parent) noexcept {
+    return ChildElements<const XmlElement>(parent.FirstChildElement());
+}
+inline ChildElements<XmlElement> childElements(XmlContainer* parent) noexcept { return childElements(*parent); }
 
 }  // namespace vrx

@@ -75,7 +75,7 @@ private:
                            "a part that needs no device fits every machine any number of times; add a <device> outside "
                            "<not>");
         }
-        ScriptWalk(m_findings).walkPart(part);
+        LintWalk(m_findings).walkPart(part);
     }
 
     void checkName(const XmlElement& part) {

@@ -9,7 +9,7 @@
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libInventory/Inventory.h"
-#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptContent.h"
 #include "libSystemState/results/TestRunEventImp.h"
 
 namespace vrx {

@@ -70,21 +70,6 @@ std::vector<PropertyMismatch> mismatchesOf(const ScriptFinding& finding, Array<S
     return mismatches;
 }
 
-std::vector<String> askedValues(const XmlElement& property) {
-    std::vector<String> values;
-    for (const XmlElement* child = property.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        if (!isNamed(*child, u"error")) {
-            values.push_back(String(child->Attribute(u"value")).uuDecode(true, true));
-        }
-    }
-    // The engine compares the entries alone, whatever the attribute says.
-    const XmlAttribute* const value = values.empty() ? property.FindAttribute(u"value") : nullptr;
-    if (value != nullptr) {
-        values.push_back(String(value->Value()).uuDecode(true, true));
-    }
-    return values;
-}
-
 std::string expectedText(const XmlElement& property) {
     std::string text;
     const char* separator = "";

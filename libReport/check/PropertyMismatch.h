@@ -21,10 +21,7 @@ struct PropertyMismatch {
 /// to `rest`.
 std::vector<PropertyMismatch> mismatchesOf(const ScriptFinding& finding, Array<String>& rest);
 
-/// The value or values that a `property` element asks for, decoded; none when any will do.
-std::vector<String> askedValues(const XmlElement& property);
-
-/// The same in words.
+/// What a `property` element asks for, in words.
 std::string expectedText(const XmlElement& property);
 
 }  // namespace vrx

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+
+#include "libCommon/xml/XmlElement.h"
+#include "libInventory/script/ScriptVocabulary.h"
+
+/// What a script or a piece of one asks for, as a whole.
+namespace vrx {
+
+/// What a script asks for, counted over the elements that a check looks at.
+struct ScriptContent {
+    std::size_t devices = 0;
+    std::size_t extraDeviceRules = 0;
+
+    /// A check of a script that asks for nothing says nothing about the machine.
+    bool asksForAnything() const noexcept { return devices + extraDeviceRules > 0; }
+};
+ScriptContent contentOf(const XmlElement& root);
+
+/// Whether the element or anything in it, also where no check looks, is of that kind.
+bool hasElement(const XmlElement& element, vocabulary::ElementKind kind);
+
+/// Whether the element is or holds a `device` that has to be there: one under no `not`, where a check looks.
+bool needsDevice(const XmlElement& element);
+
+}  // namespace vrx
