@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <regex>
+
 #include "tests/libRegex/RegexTesting.h"
 
 namespace vrx::testing {
@@ -168,6 +173,45 @@ TEST(RangeForm, stepsOverWholeNumbers) {
     for (int round = 0; round < 20'000; ++round) {
         const std::u16string value = randomText(random, u"01259..eE+-a ", 12);
         ASSERT_TRUE(matches(u"(?U)^(?:VRXRRANGE[-1e999-1e999]|[^0-9])*$", value)) << toUtf8(value);
+    }
+}
+
+// The numbers of a text by one expression for a number, tried from left to right.
+std::vector<double> plainNumbers(const std::string& text) {
+    static const std::regex form(R"([-+]?(?:\d+\.?\d*|\.\d+)(?:[eE][-+]?\d+)?)");
+    std::vector<double> numbers;
+    std::size_t lastEnd = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        const bool isHyphen = i > 0 && (text[i] == '-' || text[i] == '+') && std::isalnum(text[i - 1]) != 0;
+        const bool isPointBehindNumber = i > 0 && text[i] == '.' && i == lastEnd;
+        std::smatch match;
+        if (!isHyphen && !isPointBehindNumber &&
+            std::regex_search(text.cbegin() + static_cast<std::ptrdiff_t>(i), text.cend(), match, form,
+                              std::regex_constants::match_continuous)) {
+            numbers.push_back(std::strtod(match.str().c_str(), nullptr));
+            i = lastEnd = i + static_cast<std::size_t>(match.length());
+        } else {
+            ++i;
+        }
+    }
+    return numbers;
+}
+
+TEST(RangeForm, findsTheNumbersThatAPlainScanFinds) {
+    constexpr StringView BOUNDS[] = {u"0-0", u"1-1", u"-1--1", u"10-99", u"-99--2", u"0.001-0.999", u"100-1e300"};
+    std::mt19937 random(4);
+    for (int round = 0; round < 2'000; ++round) {
+        const std::u16string value = randomText(random, u"01.e-+E x", 7);
+        const std::vector<double> numbers = plainNumbers(toUtf8(value));
+        for (const StringView bounds : BOUNDS) {
+            const std::size_t middle = bounds.find(u'-', 1);
+            const double low = std::stod(toUtf8(bounds.substr(0, middle)));
+            const double high = std::stod(toUtf8(bounds.substr(middle + 1)));
+            const bool expected = std::any_of(numbers.begin(), numbers.end(),
+                                              [&](double number) { return number >= low && number <= high; });
+            ASSERT_EQ(matches(concat(u"VRXRRANGE[", bounds, u"]"), value), expected)
+                << toUtf8(bounds) << " in " << toUtf8(value);
+        }
     }
 }
 

@@ -156,44 +156,64 @@ std::string specText(const Inventory::DeviceSpec& spec) {
     return utf8(concat(spec.name, u"/", spec.type, u"/", spec.hwLocator, u"/", spec.osLocator));
 }
 
-Outcome runEngine(const Element& script, const Machine& machine, bool withPartsTable) {
-    StateManager store;
-    for (const Device& device : machine) {
-        addDevice(store, device.type, device.name, device.hwLocator, device.osLocator, device.properties);
-    }
-    Inventory inventory;
-    RecordingObserver observer;
-    Inventory::DeviceToPartsTable table;
-    inventory.setStateManager(store);
-    inventory.registerInventoryObserver(observer);
-    inventory.setDeviceToPartsTable(withPartsTable ? &table : nullptr);
-    inventory.loadInventoryScript(text(script.toXml()));
-    Outcome outcome;
-    outcome.passed = inventory.run(&outcome.satisfied);
-    for (const auto& spec : inventory.unsatisfiedDevices()) {
-        outcome.unsatisfied.push_back(specText(spec));
-    }
-    for (const auto& spec : inventory.extraDevices()) {
-        outcome.extra.push_back(specText(spec));
-    }
-    for (const auto& event : observer.events) {
-        outcome.events.push_back(utf8(event.name()));
-    }
-    for (const auto& entry : table) {
-        std::string line = utf8(entry.key) + ":";
-        for (const auto& part : entry.value) {
-            Texts guids;
-            for (const String& guid : part.devices) {
-                guids.push_back(utf8(guid));
-            }
-            line += " " + utf8(part.name) + "[" + joined(guids) + "]";
+/// The engine with one machine; runs may follow one another.
+class Engine {
+public:
+    Engine(const Machine& machine, bool withPartsTable) {
+        for (const Device& device : machine) {
+            addDevice(m_store, device.type, device.name, device.hwLocator, device.osLocator, device.properties);
         }
-        outcome.parts.push_back(line);
+        m_inventory.setStateManager(m_store);
+        m_inventory.registerInventoryObserver(m_observer);
+        m_inventory.setDeviceToPartsTable(withPartsTable ? &m_table : nullptr);
     }
-    std::sort(outcome.parts.begin(), outcome.parts.end());
-    outcome.annotated = utf8(inventory.script().toString());
-    return outcome;
-}
+
+    void load(const Element& script) {
+        m_table = Inventory::DeviceToPartsTable();
+        m_inventory.loadInventoryScript(text(script.toXml()));
+    }
+
+    Outcome run() {
+        Outcome outcome;
+        m_observer.events.clear();
+        outcome.passed = m_inventory.run(&outcome.satisfied);
+        for (const auto& spec : m_inventory.unsatisfiedDevices()) {
+            outcome.unsatisfied.push_back(specText(spec));
+        }
+        for (const auto& spec : m_inventory.extraDevices()) {
+            outcome.extra.push_back(specText(spec));
+        }
+        for (const auto& event : m_observer.events) {
+            outcome.events.push_back(utf8(event.name()));
+        }
+        outcome.parts = partLines();
+        outcome.annotated = utf8(m_inventory.script().toString());
+        return outcome;
+    }
+
+private:
+    Texts partLines() const {
+        Texts lines;
+        for (const auto& entry : m_table) {
+            std::string line = utf8(entry.key) + ":";
+            for (const auto& part : entry.value) {
+                Texts guids;
+                for (const String& guid : part.devices) {
+                    guids.push_back(utf8(guid));
+                }
+                line += " " + utf8(part.name) + "[" + joined(guids) + "]";
+            }
+            lines.push_back(line);
+        }
+        std::sort(lines.begin(), lines.end());
+        return lines;
+    }
+
+    StateManager m_store;
+    RecordingObserver m_observer;
+    Inventory::DeviceToPartsTable m_table;
+    Inventory m_inventory;
+};
 
 TEST(RandomRun, theEngineSaysWhatThePlainRulesSay) {
     int passed = 0;
@@ -204,8 +224,9 @@ TEST(RandomRun, theEngineSaysWhatThePlainRulesSay) {
         const Element script = world.script();
         const bool withPartsTable = seed % 3 != 0;
         const Outcome expected = runPlainly(script, world.machine(), withPartsTable);
-        ASSERT_EQ(runEngine(script, world.machine(), withPartsTable), expected) << "seed " << seed << "\n"
-                                                                                << script.toXml();
+        Engine engine(world.machine(), withPartsTable);
+        engine.load(script);
+        ASSERT_EQ(engine.run(), expected) << "seed " << seed << "\n" << script.toXml();
         passed += expected.passed ? 1 : 0;
         withExtra += expected.extra.empty() ? 0 : 1;
         withParts += expected.parts.empty() ? 0 : 1;
