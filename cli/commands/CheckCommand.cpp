@@ -4,8 +4,7 @@
 #include "cli/commands/CheckRun.h"
 #include "cli/commands/Commands.h"
 #include "cli/program/CommonOptions.h"
-#include "libReport/check/CheckJsonReport.h"
-#include "libReport/check/CheckTextReport.h"
+#include "libReport/CheckReport.h"
 #include "libReport/text/TextPieces.h"
 
 namespace vrx::cli {
@@ -24,49 +23,53 @@ constexpr const char* FOOTER =
     "  vrx-inventory check golden.xml --annotated annotated.xml";
 
 struct CheckOptions : CommonOptions {
-    CheckRun::Request request;
+    std::string scriptPath;
     std::string annotatedPath;
     bool hasNoUnsatisfiedTips = false;
 };
 
-void writeReport(const CheckOptions& options, const Session& session, const CheckOutcome& outcome) {
-    options.writeResult(session, options.format == "json" ? checkJsonReport(outcome)
-                                                          : checkTextReport(outcome, options.textFormat(session)));
-}
-
-void sayWhyUndetermined(const Session& session, const CheckOutcome& outcome) {
-    if (outcome.verdict == Verdict::NothingToCheck) {
-        session.say(inputName(outcome.script) +
-                    ": nothing to check: the script holds no device and no fail-on-extra element");
-    } else if (outcome.verdict == Verdict::Undecided) {
-        session.say(inputName(outcome.script) +
-                    ": undecided: a pattern took too much work on a value and was given up");
+/// Why there is no answer; empty when there is one.
+std::string whyUndetermined(const CheckReport& report) {
+    switch (report.verdict) {
+        case Verdict::NothingToCheck:
+            return inputName(report.script) +
+                   ": nothing to check: the script holds no device and no fail-on-extra element";
+        case Verdict::Undecided:
+            return inputName(report.script) + ": undecided: a pattern took too much work on a value and was given up";
+        default: return {};
     }
 }
 
 /// The script with its findings, indented for people.
-void writeAnnotated(const std::string& path, const CheckOutcome& outcome) {
+std::string annotatedText(const CheckReport& report) {
     String text;
-    outcome.annotatedScript->GetFormattedStr(text, 0);
-    writeFile(path, text.toUtf8());
+    report.annotatedScript->GetFormattedStr(text, 0);
+    return text.toUtf8();
 }
 
-ExitStatus check(const CheckOptions& options, Session& session) {
-    CheckRun& run = session.make<CheckRun>(options.request, session);
+CommandResult check(const CheckOptions& options, Session& session) {
+    CheckRun& run = session.make<CheckRun>(
+        CheckRun::Request{options.scriptPath, options.statePath, !options.hasNoUnsatisfiedTips}, session);
+    CommandResult result;
     try {
         run.run();
-    } catch (const CommandFailure&) {
-        if (options.format == "json") {
-            writeReport(options, session, run.outcome());
+    } catch (const CommandFailure& failure) {
+        if (options.format == "text") {
+            throw;
         }
-        throw;
+        result.status = failure.status();
+        result.note = failure.what();
     }
-    writeReport(options, session, run.outcome());
-    sayWhyUndetermined(session, run.outcome());
-    if (!options.annotatedPath.empty()) {
-        writeAnnotated(options.annotatedPath, run.outcome());
+    const CheckReport& report = run.report();
+    result.text = options.written(report, checkWriters(), session);
+    if (report.verdict != Verdict::NotRun) {
+        result.status = run.status();
+        result.note = whyUndetermined(report);
+        if (!options.annotatedPath.empty()) {
+            result.files.push_back({options.annotatedPath, annotatedText(report)});
+        }
     }
-    return run.status();
+    return result;
 }
 
 }  // namespace
@@ -74,9 +77,9 @@ ExitStatus check(const CheckOptions& options, Session& session) {
 void addCheckCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App& command = *parent.add_subcommand("check", "Check a machine against an inventory script");
-    command.add_option("SCRIPT", options->request.scriptPath, "The inventory script, - for standard input")->required();
+    command.add_option("SCRIPT", options->scriptPath, "The inventory script, - for standard input")->required();
     options->addState(command);
-    options->addFormat(command, {"text", "json"});
+    options->addFormat(command, checkWriters());
     options->addOutput(command);
     command.add_option("--annotated", options->annotatedPath, "File for the script with the findings in it")
         ->type_name("FILE");
@@ -84,14 +87,7 @@ void addCheckCommand(CLI::App& parent, Session& session) {
                      "Leave out the error that says that a device is not satisfied");
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->request.statePath = options->statePath;
-        options->request.hasUnsatisfiedTips = !options->hasNoUnsatisfiedTips;
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return check(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return check(*options, session); });
 }
 
 }  // namespace vrx::cli

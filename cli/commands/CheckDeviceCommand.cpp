@@ -17,7 +17,7 @@
 #include "libInventory/script/OrInsidePart.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libRegex/Regex.h"
-#include "libReport/check/DeviceCheckReport.h"
+#include "libReport/DeviceCheckReport.h"
 #include "libSystemState/results/TipImp.h"
 
 namespace vrx::cli {
@@ -121,38 +121,38 @@ StateManager::DevicePointer findDevice(const std::string& guid, const StateManag
     throw CommandFailure(ExitStatus::BadInput, line);
 }
 
-DeviceCheckOutcome run(const IDeviceImp& device, const String& content, bool hasReport) {
+DeviceCheckReport run(const IDeviceImp& device, const String& content, bool hasReport) {
     EventKeeper observer;
-    DeviceCheckOutcome outcome;
-    outcome.passed = Inventory::checkDevice(device, content, &observer, hasReport);
-    outcome.events = std::move(observer.events);
-    if (hasReport && !outcome.events.isEmpty() && !outcome.events.back().tips().isEmpty()) {
-        outcome.annotatedScript = outcome.events.back().tips()[0]->toString(0, false);
+    DeviceCheckReport report{device};
+    report.passed = Inventory::checkDevice(device, content, &observer, hasReport);
+    report.events = std::move(observer.events);
+    if (hasReport && !report.events.isEmpty() && !report.events.back().tips().isEmpty()) {
+        report.annotatedScript = report.events.back().tips()[0]->toString(0, false);
     }
-    return outcome;
+    return report;
 }
 
-ExitStatus checkDevice(const CheckDeviceOptions& options, Session& session) {
+CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
     const Content content = readContent(options.content);
     const bool asksForSomething = examine(content);
     StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
     const auto device = findDevice(options.guid, store, machineName(options.statePath));
     const std::size_t givenUpBefore = Regex::exceededCount();
-    DeviceCheckOutcome outcome = run(*device, content.text, options.hasReport);
-    outcome.askedForNothing = outcome.passed && !asksForSomething;
+    DeviceCheckReport report = run(*device, content.text, options.hasReport);
+    report.askedForNothing = report.passed && !asksForSomething;
     if (Regex::exceededCount() > givenUpBefore) {
         throw CommandFailure(ExitStatus::Undetermined,
                              content.name + ": undecided: a pattern took too much work on a value and was given up");
     }
-    options.writeResult(session, options.format == "json"
-                                     ? deviceCheckJson(outcome)
-                                     : deviceCheckText(outcome, *device, options.textFormat(session)));
-    if (outcome.askedForNothing) {
-        session.say(content.name + ": nothing to check: the content asks for no property");
-        return ExitStatus::Undetermined;
+    CommandResult result;
+    result.text = options.written(report, deviceCheckWriters(), session);
+    result.status = report.passed ? ExitStatus::Success : ExitStatus::NotPassed;
+    if (report.askedForNothing) {
+        result.status = ExitStatus::Undetermined;
+        result.note = content.name + ": nothing to check: the content asks for no property";
     }
-    return outcome.passed ? ExitStatus::Success : ExitStatus::NotPassed;
+    return result;
 }
 
 }  // namespace
@@ -165,16 +165,11 @@ void addCheckDeviceCommand(CLI::App& parent, Session& session) {
     command.add_option("--device", options->guid, "The device's guid")->required()->type_name("GUID");
     options->addState(command);
     command.add_flag("--report", options->hasReport, "Report the script with what was found");
-    options->addFormat(command, {"text", "json"});
+    options->addFormat(command, deviceCheckWriters());
     options->addOutput(command);
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return checkDevice(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return checkDevice(*options, session); });
 }
 
 }  // namespace vrx::cli

@@ -30,18 +30,6 @@ std::string scriptProblem(const std::string& path, const XmlDocument& script, co
     return fileProblem(path, fileErrors.isEmpty() ? String(u"it cannot be read") : fileErrors.back(), EXPECTED_SCRIPT);
 }
 
-bool hasElement(const XmlElement& element, StringView name) {
-    if (isNamed(element, name)) {
-        return true;
-    }
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        if (hasElement(*child, name)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 }  // namespace
 
 void RunObserver::handleEvent(const TestRunEventImp& event) {
@@ -50,13 +38,13 @@ void RunObserver::handleEvent(const TestRunEventImp& event) {
     }
 }
 
-CheckRun::CheckRun(const Request& request, const Session& session) : m_request(request), m_session(session) {
-    m_outcome.script = request.scriptPath;
-    if (!request.statePath.empty()) {
-        m_outcome.state = request.statePath;
+CheckRun::CheckRun(Request request, const Session& session) : m_request(std::move(request)), m_session(session) {
+    m_report.script = m_request.scriptPath;
+    if (!m_request.statePath.empty()) {
+        m_report.state = m_request.statePath;
     }
     m_inventory.registerInventoryObserver(m_observer);
-    m_inventory.setEnableUnsatisfiedDeviceTips(request.hasUnsatisfiedTips);
+    m_inventory.setEnableUnsatisfiedDeviceTips(m_request.hasUnsatisfiedTips);
     m_inventory.setStateManager(m_store);
 }
 
@@ -68,13 +56,13 @@ void CheckRun::run() {
     loadScript();
     loadState();
     check();
-    m_outcome.duration = m_session.console.now() - start;
+    m_report.duration = m_session.console.now() - start;
 }
 
 void CheckRun::refuse(const std::string& line) {
-    m_outcome.fileErrors = m_observer.fileErrors;
-    if (m_outcome.fileErrors.isEmpty()) {
-        m_outcome.fileErrors.append(String::UTF8Decode(line));
+    m_report.fileErrors = m_observer.fileErrors;
+    if (m_report.fileErrors.isEmpty()) {
+        m_report.fileErrors.append(String::UTF8Decode(line));
     }
     throw CommandFailure(ExitStatus::BadInput, line);
 }
@@ -90,17 +78,17 @@ void CheckRun::loadScript() {
     if (const XmlElement* const undecidable = findOrInsidePart(root)) {
         refuse(problemAt(path, undecidable->Row(), undecidable->Column(), OR_INSIDE_PART_REASON));
     }
-    m_outcome.content = contentOf(root);
+    m_report.content = contentOf(root);
 }
 
 void CheckRun::loadState() {
     try {
         loadMachine(m_request.statePath, m_store, m_session);
     } catch (const MachineFailure& failure) {
-        m_outcome.fileErrors = failure.texts();
+        m_report.fileErrors = failure.texts();
         throw;
     }
-    m_outcome.machine = &m_store;
+    m_report.machine = &m_store;
 }
 
 void CheckRun::check() {
@@ -111,31 +99,31 @@ void CheckRun::check() {
         const CombinationProgress progress(m_session.console, m_session.logLevel);
         passed = m_inventory.run(&inventorySatisfied);
     }
-    m_outcome.inventorySatisfied = inventorySatisfied;
-    m_outcome.givenUpPatterns = Regex::exceededCount() - givenUpBefore;
-    m_outcome.events = std::move(m_observer.events);
-    m_outcome.missing = m_inventory.unsatisfiedDevices();
-    m_outcome.extra = m_inventory.extraDevices();
-    m_outcome.annotatedScript = &m_inventory.script();
-    m_outcome.verdict = verdictOf(passed);
+    m_report.inventorySatisfied = inventorySatisfied;
+    m_report.givenUpPatterns = Regex::exceededCount() - givenUpBefore;
+    m_report.events = std::move(m_observer.events);
+    m_report.missing = m_inventory.unsatisfiedDevices();
+    m_report.extra = m_inventory.extraDevices();
+    m_report.annotatedScript = &m_inventory.script();
+    m_report.verdict = verdictOf(passed);
 }
 
 /// A pattern that is given up counts as "no match". A check that failed might have passed with the true answer. One
 /// that passed is right all the same, unless the script forbids what that pattern describes.
 Verdict CheckRun::verdictOf(bool passed) const {
-    if (m_outcome.givenUpPatterns > 0 && (!passed || hasElement(*m_inventory.script().RootElement(), u"not") ||
-                                          hasElement(*m_inventory.script().RootElement(), u"fail-on-extra"))) {
+    const XmlElement& root = *m_inventory.script().RootElement();
+    if (m_report.givenUpPatterns > 0 && (!passed || hasElement(root, vocabulary::ElementKind::Not) ||
+                                         hasElement(root, vocabulary::ElementKind::FailOnExtra))) {
         return Verdict::Undecided;
     }
     if (!passed) {
         return Verdict::Failed;
     }
-    const bool asksForNothing = m_outcome.content.devices + m_outcome.content.extraDeviceRules == 0;
-    return asksForNothing ? Verdict::NothingToCheck : Verdict::Passed;
+    return m_report.content.asksForAnything() ? Verdict::Passed : Verdict::NothingToCheck;
 }
 
 ExitStatus CheckRun::status() const noexcept {
-    switch (m_outcome.verdict) {
+    switch (m_report.verdict) {
         case Verdict::Passed: return ExitStatus::Success;
         case Verdict::Failed: return ExitStatus::NotPassed;
         case Verdict::NotRun: return ExitStatus::BadInput;

@@ -5,7 +5,7 @@
 #include "cli/program/Session.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryTestObserver.h"
-#include "libReport/check/CheckOutcome.h"
+#include "libReport/CheckReport.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx::cli {
@@ -30,13 +30,13 @@ public:
         bool hasUnsatisfiedTips = true;
     };
 
-    CheckRun(const Request& request, const Session& session);
+    CheckRun(Request request, const Session& session);
 
     /// Loads the script, refuses one that cannot be decided, loads the machine, runs. Throws a CommandFailure when one
-    /// of them is of no use; `outcome` then holds the reasons in `fileErrors`.
+    /// of them is of no use; `report` then holds the reasons in `fileErrors`.
     void run();
 
-    const CheckOutcome& outcome() const noexcept { return m_outcome; }
+    const CheckReport& report() const noexcept { return m_report; }
 
     /// How the program ends after such an outcome.
     ExitStatus status() const noexcept;
@@ -48,12 +48,12 @@ private:
     void check();
     Verdict verdictOf(bool passed) const;
 
-    const Request& m_request;
+    const Request m_request;
     const Session& m_session;
     RunObserver m_observer;
     StateManager m_store;
     Inventory m_inventory;
-    CheckOutcome m_outcome;
+    CheckReport m_report;
 };
 
 }  // namespace vrx::cli

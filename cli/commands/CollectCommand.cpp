@@ -45,10 +45,9 @@ std::string sourceList() {
 }
 
 // An import gives every property the same category, so what changes by itself would end up in scripts of the recording.
-ExitStatus collect(const CollectCommandOptions& options, Session& session) {
+CommandResult collect(const CollectCommandOptions& options, Session& session) {
     if (options.listsSources) {
-        options.writeResult(session, sourceList());
-        return ExitStatus::Success;
+        return {ExitStatus::Success, sourceList()};
     }
     if (const std::string problem = SourceChoice::problem(options.collect); !problem.empty()) {
         throw CommandFailure(ExitStatus::BadInput, problem);
@@ -62,8 +61,7 @@ ExitStatus collect(const CollectCommandOptions& options, Session& session) {
     if (!isRead) {
         throw MachineFailure(ExitStatus::Undetermined, "nothing could be read of this machine", std::move(notes));
     }
-    options.writeResult(session, sysInfoXml(store, options.hasAllCategories));
-    return ExitStatus::Success;
+    return {ExitStatus::Success, sysInfoXml(store, options.hasAllCategories)};
 }
 
 void addChoice(CLI::App& command, CollectCommandOptions& options) {
@@ -102,12 +100,7 @@ void addCollectCommand(CLI::App& parent, Session& session) {
                      "Pseudonyms for serial numbers, addresses, UUIDs and host names");
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return collect(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return collect(*options, session); });
 }
 
 }  // namespace vrx::cli

@@ -32,7 +32,7 @@ struct ConvertOptions : CommonOptions {
     bool isAnonymous = false;
 };
 
-ExitStatus convert(const ConvertOptions& options, Session& session) {
+CommandResult convert(const ConvertOptions& options, Session& session) {
     LoadOptions load;
     load.isAnonymous = options.isAnonymous;
     if (!options.from.empty()) {
@@ -47,8 +47,7 @@ ExitStatus convert(const ConvertOptions& options, Session& session) {
     session.say(fmt::format("{}: {}, {}", inputName(options.inputPath),
                             formatTitle(isForeign(format) ? format : RecordingFormat::SysInfo),
                             counted(static_cast<std::size_t>(store.deviceCount()), "device")));
-    options.writeResult(session, sysInfoXml(store, options.hasAllCategories));
-    return ExitStatus::Success;
+    return {ExitStatus::Success, sysInfoXml(store, options.hasAllCategories)};
 }
 
 }  // namespace
@@ -65,12 +64,7 @@ void addConvertCommand(CLI::App& parent, Session& session) {
                      "Pseudonyms for serial numbers, addresses, UUIDs and host names");
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return convert(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return convert(*options, session); });
 }
 
 }  // namespace vrx::cli

@@ -75,7 +75,7 @@ bool loadDefaultFilter(SysinfoFilter& filter, const Session& session) {
     return problem.empty();
 }
 
-ExitStatus generate(const GenerateOptions& options, Session& session) {
+CommandResult generate(const GenerateOptions& options, Session& session) {
     SysinfoFilter filter;
     const bool isFilterGiven = !options.filterPath.empty();
     if (isFilterGiven) {
@@ -100,8 +100,7 @@ ExitStatus generate(const GenerateOptions& options, Session& session) {
     for (const std::string& notice : generationNotices(store, isFiltered ? &filter : nullptr, script)) {
         session.say(notice);
     }
-    options.writeResult(session, script.toUtf8());
-    return ExitStatus::Success;
+    return {ExitStatus::Success, script.toUtf8()};
 }
 
 }  // namespace
@@ -120,12 +119,7 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
     options->addOutput(command);
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return generate(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return generate(*options, session); });
 }
 
 }  // namespace vrx::cli

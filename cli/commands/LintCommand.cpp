@@ -50,15 +50,12 @@ void look(Lint& lint, const std::string& path) {
     }
 }
 
-ExitStatus lintFile(const LintOptions& options, const Session& session) {
+CommandResult lintFile(const LintOptions& options, const Session& session) {
     Lint lint;
     look(lint, options.path);
-    const LintFindings& findings = lint.findings();
-    options.writeResult(session, options.format == "json"
-                                     ? lintJson(findings, options.path)
-                                     : lintText(findings, options.path, options.textFormat(session)));
-    const bool isClean = findings.count(Severity::Error) + findings.count(Severity::Warning) == 0;
-    return isClean ? ExitStatus::Success : ExitStatus::NotPassed;
+    const LintReport report{options.path, lint.findings()};
+    const bool isClean = report.findings.count(Severity::Error) + report.findings.count(Severity::Warning) == 0;
+    return {isClean ? ExitStatus::Success : ExitStatus::NotPassed, options.written(report, lintWriters(), session)};
 }
 
 }  // namespace
@@ -68,16 +65,11 @@ void addLintCommand(CLI::App& parent, Session& session) {
     CLI::App& command =
         *parent.add_subcommand("lint", "Find mistakes in an inventory script or a parts list, without a machine");
     command.add_option("FILE", options->path, "The script or parts list, - for standard input")->required();
-    options->addFormat(command, {"text", "json"});
+    options->addFormat(command, lintWriters());
     options->addOutput(command);
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return lintFile(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return lintFile(*options, session); });
 }
 
 }  // namespace vrx::cli

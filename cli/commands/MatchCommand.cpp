@@ -36,7 +36,7 @@ void sayWhenBroken(const String& pattern, const Session& session) {
     }
 }
 
-ExitStatus match(const MatchOptions& options, const Session& session) {
+CommandResult match(const MatchOptions& options, const Session& session) {
     const String pattern = String::UTF8Decode(options.pattern);
     sayWhenBroken(pattern, session);
     const std::size_t givenUpBefore = Regex::exceededCount();
@@ -44,8 +44,8 @@ ExitStatus match(const MatchOptions& options, const Session& session) {
     if (!matches && Regex::exceededCount() > givenUpBefore) {
         throw CommandFailure(ExitStatus::Undetermined, "undecided: the pattern took too much work on this value");
     }
-    options.writeResult(session, matches ? "match\n" : "no match\n");
-    return matches ? ExitStatus::Success : ExitStatus::NotPassed;
+    return matches ? CommandResult{ExitStatus::Success, "match\n", {}, {}}
+                   : CommandResult{ExitStatus::NotPassed, "no match\n"};
 }
 
 }  // namespace
@@ -57,12 +57,7 @@ void addMatchCommand(CLI::App& parent, Session& session) {
     command.add_option("VALUE", options->value, "The value, as a machine reports it")->required();
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return match(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return match(*options, session); });
 }
 
 }  // namespace vrx::cli

@@ -30,41 +30,28 @@ struct PartsGenerateOptions : CommonOptions {
     std::string basePath;
 };
 
-std::string reportText(const PartsGenerateOptions& options, const PartGenerationOutcome& outcome,
-                       const Session& session) {
-    if (options.format == "json") {
-        return partGenerationJson(outcome);
-    }
-    if (options.format == "xml") {
-        String text;
-        outcome.report.GetFormattedStr(text, 0);
-        return text.toUtf8();
-    }
-    return partGenerationText(outcome, options.textFormat(session));
-}
-
-ExitStatus generate(const PartsGenerateOptions& options, Session& session) {
-    PartGenerationOutcome& outcome = session.make<PartGenerationOutcome>();
-    outcome.partsList = loadPartsForGeneration(options.listPath);
+CommandResult generate(const PartsGenerateOptions& options, Session& session) {
+    PartGenerationReport& report = session.make<PartGenerationReport>();
+    report.partsList = loadPartsForGeneration(options.listPath);
     const String base = loadBaseScript(options.basePath);
     StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
-    outcome.machine = &store;
-    outcome.machineName = machineName(options.statePath);
+    report.machine = &store;
+    report.machineName = machineName(options.statePath);
     // The report says it in words that help.
     const ErrorStreamLog::Hush hush(*session.log, u"findAmbiguousParts() Parts check failed. Unknown Logic error");
-    outcome.result =
-        Inventory::generatePartsListDataAndXml(outcome.partsList, base, outcome.generatedParts, outcome.deviceToParts,
-                                               outcome.ambiguousGroups, outcome.extraDevices, outcome.report, &store);
-    options.writeResult(session, reportText(options, outcome, session));
-    if (!outcome.isGenerated()) {
-        return ExitStatus::NotPassed;
+    report.result =
+        Inventory::generatePartsListDataAndXml(report.partsList, base, report.generatedParts, report.deviceToParts,
+                                               report.ambiguousGroups, report.extraDevices, report.document, &store);
+    CommandResult result;
+    result.text = options.written(report, partGenerationWriters(), session);
+    if (!report.isGenerated()) {
+        result.status = ExitStatus::NotPassed;
+    } else if (report.generatedParts.isEmpty() && trimmed(base).empty()) {
+        result.status = ExitStatus::Undetermined;
+        result.note = options.listPath + ": nothing to check: the machine holds none of the parts";
     }
-    if (outcome.generatedParts.isEmpty() && trimmed(base).empty()) {
-        session.say(options.listPath + ": nothing to check: the machine holds none of the parts");
-        return ExitStatus::Undetermined;
-    }
-    return ExitStatus::Success;
+    return result;
 }
 
 }  // namespace
@@ -76,16 +63,11 @@ void addPartsGenerateCommand(CLI::App& parent, Session& session) {
     options->addState(command);
     command.add_option("--base", options->basePath, "What the machine must hold besides: a script's inner XML")
         ->type_name("FILE");
-    options->addFormat(command, {"text", "json", "xml"});
+    options->addFormat(command, partGenerationWriters());
     options->addOutput(command);
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return generate(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return generate(*options, session); });
 }
 
 }  // namespace vrx::cli

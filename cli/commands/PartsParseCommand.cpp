@@ -28,15 +28,16 @@ struct PartsParseOptions : CommonOptions {
 };
 
 /// Why nothing was read. The engine names the file and the place in its own form "(row,column): reason".
-std::string problemOf(const std::string& path, const PartsOutcome& outcome) {
-    if (outcome.result != Inventory::PartsXmlError) {
+std::string problemOf(const PartsReport& report) {
+    const std::string& path = report.path;
+    if (report.result != Inventory::PartsXmlError) {
         return fileProblem(path, u"it holds no part", EXPECTED);
     }
     XmlDocument document;
     std::string bytes;
     String reason;
     if (path == "-") {
-        return inputName(path) + ": " + outcome.error.toUtf8() + "; " + EXPECTED;
+        return inputName(path) + ": " + report.error.toUtf8() + "; " + EXPECTED;
     }
     if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
         return fileProblem(path, reason, EXPECTED);
@@ -45,20 +46,23 @@ std::string problemOf(const std::string& path, const PartsOutcome& outcome) {
     return xmlProblem(path, document, EXPECTED);
 }
 
-ExitStatus parse(const PartsParseOptions& options, const Session& session) {
-    PartsOutcome outcome;
-    outcome.result = Inventory::parsePartsListFile(String::UTF8Decode(options.path), outcome.parts, outcome.error);
-    const bool hasParts = outcome.result == Inventory::PartsBlank ||
-                          (outcome.result == Inventory::PartsParsed && !outcome.parts.isEmpty());
-    if (options.format == "json") {
-        options.writeResult(session, partsJson(outcome));
-    } else if (hasParts) {
-        options.writeResult(session, partsText(outcome, options.path, options.textFormat(session)));
+CommandResult parse(const PartsParseOptions& options, const Session& session) {
+    PartsReport report;
+    report.path = options.path;
+    report.result = Inventory::parsePartsListFile(String::UTF8Decode(options.path), report.parts, report.error);
+    const bool hasParts =
+        report.result == Inventory::PartsBlank || (report.result == Inventory::PartsParsed && !report.parts.isEmpty());
+    CommandResult result;
+    if (hasParts || options.format != "text") {
+        result.text = options.written(report, partsWriters(), session);
     }
     if (!hasParts) {
-        throw CommandFailure(ExitStatus::BadInput, problemOf(options.path, outcome));
+        result.note = problemOf(report);
     }
-    return outcome.result == Inventory::PartsBlank ? ExitStatus::NotPassed : ExitStatus::Success;
+    result.status = !hasParts                                ? ExitStatus::BadInput
+                    : report.result == Inventory::PartsBlank ? ExitStatus::NotPassed
+                                                             : ExitStatus::Success;
+    return result;
 }
 
 }  // namespace
@@ -67,16 +71,11 @@ void addPartsParseCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<PartsParseOptions>();
     CLI::App& command = *parent.add_subcommand("parse", "Read a parts list and print its parts");
     command.add_option("LIST", options->path, "The parts list, - for standard input")->required();
-    options->addFormat(command, {"text", "json"});
+    options->addFormat(command, partsWriters());
     options->addOutput(command);
     options->addLogging(command);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return parse(*options, session);
-        };
-    });
+    setAction(command, session, options, [options, &session] { return parse(*options, session); });
 }
 
 }  // namespace vrx::cli

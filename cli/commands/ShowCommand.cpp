@@ -6,11 +6,8 @@
 #include "cli/input/DeviceChoice.h"
 #include "cli/input/MachineSource.h"
 #include "cli/program/CommonOptions.h"
-#include "libInventory/recording/SysInfoWriter.h"
 #include "libReport/changes/ChangesReport.h"
-#include "libReport/show/ShowJson.h"
-#include "libReport/show/ShowText.h"
-#include "libSystemState/devices/IDeviceImp.h"
+#include "libReport/show/ShowReport.h"
 
 namespace vrx::cli {
 
@@ -37,40 +34,20 @@ struct ShowOptions : CommonOptions {
 
 using Devices = std::vector<const IDeviceImp*>;
 
-/// A recording of the devices alone, the first as its root.
-std::string recordingOf(const Devices& devices) {
-    StateManager store;
-    for (const IDeviceImp* const device : devices) {
-        store.addDevice(StateManager::DevicePointer(device->clone()), nullptr);
-    }
-    return sysInfoXml(store, true);
-}
-
-std::string textOf(const ShowOptions& options, const StateManager& store, const Devices& devices,
-                   const Session& session) {
-    if (options.format == "json") {
-        return showJson(devices);
-    }
-    if (options.format == "xml") {
-        return options.choice.isEverything() ? sysInfoXml(store, true) : recordingOf(devices);
-    }
-    return showText(store, devices, machineName(options.statePath), options.hasProperties, options.textFormat(session));
-}
-
 [[noreturn]] void failWithoutDevice(const ShowOptions& options, const StateManager& store) {
     throw CommandFailure(ExitStatus::BadInput,
                          noSuchDevice(options.choice.device, machineName(options.statePath), store));
 }
 
-ExitStatus showMachine(const ShowOptions& options, Session& session) {
+CommandResult showMachine(const ShowOptions& options, Session& session) {
     StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
-    const Devices devices = chosenDevices(store, options.choice);
-    if (devices.empty() && !options.choice.device.empty()) {
+    const ShowReport report{store, machineName(options.statePath), chosenDevices(store, options.choice),
+                            !options.choice.isEverything(), options.hasProperties};
+    if (report.devices.empty() && !options.choice.device.empty()) {
         failWithoutDevice(options, store);
     }
-    options.writeResult(session, textOf(options, store, devices, session));
-    return ExitStatus::Success;
+    return {ExitStatus::Success, options.written(report, showWriters(), session)};
 }
 
 /// Keeps the changes of devices that are chosen in either machine.
@@ -89,9 +66,10 @@ void keepChosen(const ShowOptions& options, const StateManager& before, const St
     });
 }
 
-ExitStatus showChanges(const ShowOptions& options, Session& session) {
-    if (options.format == "xml") {
-        throw CommandFailure(ExitStatus::BadInput, "--changed-from has no format xml; take text or json");
+CommandResult showChanges(const ShowOptions& options, Session& session) {
+    if (writerNamed(changesWriters(), options.format) == nullptr) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             "--changed-from has no format " + options.format + "; take text or json");
     }
     if (options.otherPath == "-" && options.statePath == "-") {
         throw CommandFailure(ExitStatus::BadInput, "the two machines cannot both come from standard input");
@@ -100,14 +78,13 @@ ExitStatus showChanges(const ShowOptions& options, Session& session) {
     StateManager& after = session.make<StateManager>();
     loadMachine(options.otherPath, before, session);
     loadMachine(options.statePath, after, session);
-    ChangesOutcome outcome{machineName(options.otherPath), machineName(options.statePath),
-                           machineChanges(before, after, options.hasAllCategories)};
+    ChangesReport report{machineName(options.otherPath), machineName(options.statePath),
+                         machineChanges(before, after, options.hasAllCategories)};
     if (!options.choice.isEverything()) {
-        keepChosen(options, before, after, outcome.changes);
+        keepChosen(options, before, after, report.changes);
     }
-    options.writeResult(
-        session, options.format == "json" ? changesJson(outcome) : changesText(outcome, options.textFormat(session)));
-    return outcome.changes.empty() ? ExitStatus::Success : ExitStatus::NotPassed;
+    return {report.changes.empty() ? ExitStatus::Success : ExitStatus::NotPassed,
+            options.written(report, changesWriters(), session)};
 }
 
 void addOptions(CLI::App& command, ShowOptions& options) {
@@ -123,7 +100,7 @@ void addOptions(CLI::App& command, ShowOptions& options) {
         ->type_name("OTHER");
     command.add_flag("--all-categories", options.hasAllCategories,
                      "Compare what changes by itself as well (--changed-from)");
-    options.addFormat(command, {"text", "json", "xml"});
+    options.addFormat(command, showWriters());
     options.addOutput(command);
     options.addLogging(command);
 }
@@ -135,11 +112,8 @@ void addShowCommand(CLI::App& parent, Session& session) {
     CLI::App& command = *parent.add_subcommand("show", "Print the devices of a machine, or what changed on it");
     addOptions(command, *options);
     command.footer(FOOTER);
-    command.callback([options, &session] {
-        options->applyLogging(session);
-        session.action = [options, &session] {
-            return options->otherPath.empty() ? showMachine(*options, session) : showChanges(*options, session);
-        };
+    setAction(command, session, options, [options, &session] {
+        return options->otherPath.empty() ? showMachine(*options, session) : showChanges(*options, session);
     });
 }
 

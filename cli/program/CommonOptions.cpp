@@ -56,8 +56,8 @@ bool isReplaced(const std::string& path) {
     return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
 }
 
-}  // namespace
-
+/// Replaces a file in one step. An interrupt that comes meanwhile ends the program only afterwards, so that no
+/// temporary file is left behind.
 void writeFile(const std::string& path, std::string_view bytes) {
     String error;
     const String name = String::UTF8Decode(path);
@@ -73,6 +73,8 @@ void writeFile(const std::string& path, std::string_view bytes) {
     }
 }
 
+}  // namespace
+
 void CommonOptions::addState(CLI::App& command) {
     command
         .add_option(
@@ -81,7 +83,7 @@ void CommonOptions::addState(CLI::App& command) {
         ->type_name("FILE");
 }
 
-void CommonOptions::addFormat(CLI::App& command, const std::vector<std::string>& formats) {
+void CommonOptions::addFormats(CLI::App& command, const std::vector<std::string>& formats) {
     std::string choices;
     for (const std::string& name : formats) {
         choices += (choices.empty() ? "" : ", ") + name;
@@ -125,6 +127,29 @@ void CommonOptions::writeResult(const Session& session, std::string_view bytes) 
 
 TextFormat CommonOptions::textFormat(const Session& session) const {
     return outputPath.empty() ? session.console.outFormat() : TextFormat{};
+}
+
+ExitStatus CommonOptions::finish(const Session& session, const CommandResult& result) const {
+    if (result.text) {
+        writeResult(session, *result.text);
+    }
+    if (!result.note.empty()) {
+        session.say(result.note);
+    }
+    for (const OutputFile& file : result.files) {
+        writeFile(file.path, file.bytes);
+    }
+    return result.status;
+}
+
+void setAction(CLI::App& command, Session& session, std::shared_ptr<const CommonOptions> options,
+               std::function<CommandResult()> run) {
+    command.callback([&session, options = std::move(options), run = std::move(run)] {
+        options->applyLogging(session);
+        session.action = [&session, options, run] {
+            return options->finish(session, run());
+        };
+    });
 }
 
 }  // namespace vrx::cli

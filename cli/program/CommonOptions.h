@@ -1,9 +1,13 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "cli/program/CommandResult.h"
 #include "cli/program/Session.h"
+#include "libReport/ReportWriter.h"
 
 namespace CLI {
 class App;
@@ -20,24 +24,44 @@ struct CommonOptions {
     std::string logFile;
 
     void addState(CLI::App& command);
-    void addFormat(CLI::App& command, const std::vector<std::string>& formats);
+
+    /// The formats are those that the reports can be written in.
+    template <typename Report>
+    void addFormat(CLI::App& command, ReportWriters<Report> writers) {
+        std::vector<std::string> names;
+        for (const ReportWriter<Report>& writer : writers) {
+            names.emplace_back(writer.name);
+        }
+        addFormats(command, names);
+    }
     void addOutput(CLI::App& command);
 
     /// Every command has these.
     void addLogging(CLI::App& command);
 
-    /// Opens the log file and tells the session the level.
-    void applyLogging(Session& session) const;
-
-    /// Writes a command's result to `outputPath`, in one step, or to standard output.
-    void writeResult(const Session& session, std::string_view bytes) const;
+    /// The report in the format that was asked for, which must be one of them.
+    template <typename Report>
+    std::string written(const Report& report, ReportWriters<Report> writers, const Session& session) const {
+        return writerNamed(writers, format)->write(report, textFormat(session));
+    }
 
     /// How text results are laid out: plain in a file, whatever standard output is.
     TextFormat textFormat(const Session& session) const;
+
+    /// Opens the log file and tells the session the level.
+    void applyLogging(Session& session) const;
+
+    /// Does what every command does at its end: writes the result to `outputPath`, in one step, or to standard output,
+    /// says the note, writes the other files. Returns the status.
+    ExitStatus finish(const Session& session, const CommandResult& result) const;
+
+private:
+    void addFormats(CLI::App& command, const std::vector<std::string>& formats);
+    void writeResult(const Session& session, std::string_view bytes) const;
 };
 
-/// Replaces a file in one step. An interrupt that comes meanwhile ends the program only afterwards, so that no
-/// temporary file is left behind.
-void writeFile(const std::string& path, std::string_view bytes);
+/// Makes `run` what the session does when the command line names the command.
+void setAction(CLI::App& command, Session& session, std::shared_ptr<const CommonOptions> options,
+               std::function<CommandResult()> run);
 
 }  // namespace vrx::cli

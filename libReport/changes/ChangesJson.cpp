@@ -68,14 +68,14 @@ void writeChange(JsonWriter& json, const DeviceChange& change) {
 
 }  // namespace
 
-std::string changesJson(const ChangesOutcome& outcome) {
+std::string changesJson(const ChangesReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
-    json.key("equal").value(outcome.changes.empty());
-    json.key("before").value(outcome.before);
-    json.key("after").value(outcome.after);
+    json.key("equal").value(report.changes.empty());
+    json.key("before").value(report.before);
+    json.key("after").value(report.after);
     json.key("changes").beginArray();
-    for (const DeviceChange& change : outcome.changes) {
+    for (const DeviceChange& change : report.changes) {
         writeChange(json, change);
     }
     json.endArray();

@@ -4,21 +4,21 @@
 #include <vector>
 
 #include "libDiagnosis/MachineChanges.h"
-#include "libReport/text/TextFormat.h"
+#include "libReport/ReportWriter.h"
 
 namespace vrx {
 
 /// What differs between two machines, and how reports call the two. Devices are borrowed.
-struct ChangesOutcome {
+struct ChangesReport {
     std::string before;
     std::string after;
     std::vector<DeviceChange> changes;
 };
 
-/// For people: whether the two are equal, then missing, added, moved and changed devices.
-std::string changesText(const ChangesOutcome& outcome, const TextFormat& format);
+/// text: whether the two are equal, then missing, added, moved and changed devices. json: the same for programs.
+ReportWriters<ChangesReport> changesWriters();
 
-/// The same for programs.
-std::string changesJson(const ChangesOutcome& outcome);
+std::string changesText(const ChangesReport& report, const TextFormat& format);
+std::string changesJson(const ChangesReport& report, const TextFormat& format);
 
 }  // namespace vrx

@@ -77,9 +77,9 @@ private:
 
 }  // namespace
 
-std::string changesText(const ChangesOutcome& outcome, const TextFormat& format) {
+std::string changesText(const ChangesReport& report, const TextFormat& format) {
     ChangesWriter writer(format);
-    const auto& changes = outcome.changes;
+    const auto& changes = report.changes;
     const std::size_t missing =
         writer.write("Missing devices", changes, [](const DeviceChange& change) { return change.after == nullptr; });
     const std::size_t added =
@@ -95,10 +95,15 @@ std::string changesText(const ChangesOutcome& outcome, const TextFormat& format)
             : styled("DIFFERENT", Style::Bad, format.colour) +
                   fmt::format("  {} missing, {} added, {} moved, {} changed\n", missing, added, moved, changed);
     TextTable table(2, {Style::Dim, Style::Plain});
-    table.addRow({"before", printable(std::string_view(outcome.before))});
-    table.addRow({"after", printable(std::string_view(outcome.after))});
+    table.addRow({"before", printable(std::string_view(report.before))});
+    table.addRow({"after", printable(std::string_view(report.after))});
     table.write(out, format);
     return out + writer.take();
+}
+
+ReportWriters<ChangesReport> changesWriters() {
+    static constexpr ReportWriter<ChangesReport> WRITERS[] = {{"text", changesText}, {"json", changesJson}};
+    return WRITERS;
 }
 
 }  // namespace vrx

@@ -22,10 +22,11 @@ void writeFinding(JsonWriter& json, const LintFinding& finding) {
 
 }  // namespace
 
-std::string lintJson(const LintFindings& findings, const std::string& file) {
+std::string lintJson(const LintReport& report, const TextFormat&) {
+    const LintFindings& findings = report.findings;
     JsonWriter json;
     json.beginObject();
-    json.key("file").value(std::string_view(file));
+    json.key("file").value(std::string_view(report.file));
     json.key("diagnostics").beginArray();
     for (const LintFinding& finding : findings.list()) {
         writeFinding(json, finding);

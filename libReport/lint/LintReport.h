@@ -3,14 +3,21 @@
 #include <string>
 
 #include "libLint/LintFindings.h"
-#include "libReport/text/TextFormat.h"
+#include "libReport/ReportWriter.h"
 
 namespace vrx {
 
-/// For people and for grep: "file:row:column: severity: message [rule-id]" on one line each, then the counts.
-std::string lintText(const LintFindings& findings, const std::string& file, const TextFormat& format);
+/// The mistakes in one file. The findings are borrowed.
+struct LintReport {
+    std::string file;  ///< its path as given
+    const LintFindings& findings;
+};
 
-/// {"file", "diagnostics": [{"row", "column", "severity", "rule", "message"}], "errors", "warnings", "notes"}.
-std::string lintJson(const LintFindings& findings, const std::string& file);
+/// text: for people and for grep, "file:row:column: severity: message [rule-id]" on one line each, then the counts.
+/// json: {"file", "diagnostics": [{"row", "column", "severity", "rule", "message"}], "errors", "warnings", "notes"}.
+ReportWriters<LintReport> lintWriters();
+
+std::string lintText(const LintReport& report, const TextFormat& format);
+std::string lintJson(const LintReport& report, const TextFormat& format);
 
 }  // namespace vrx

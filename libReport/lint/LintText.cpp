@@ -20,8 +20,9 @@ Style styleOf(Severity severity) noexcept {
 
 }  // namespace
 
-std::string lintText(const LintFindings& findings, const std::string& file, const TextFormat& format) {
-    const std::string name = printable(std::string_view(file));
+std::string lintText(const LintReport& report, const TextFormat& format) {
+    const LintFindings& findings = report.findings;
+    const std::string name = printable(std::string_view(report.file));
     std::string out;
     for (const LintFinding& finding : findings.list()) {
         const LintRuleInfo& rule = infoOf(finding.rule);
@@ -33,6 +34,11 @@ std::string lintText(const LintFindings& findings, const std::string& file, cons
     return out + fmt::format("{}: {}, {}, {}\n", name, counted(findings.count(Severity::Error), "error"),
                              counted(findings.count(Severity::Warning), "warning"),
                              counted(findings.count(Severity::Note), "note"));
+}
+
+ReportWriters<LintReport> lintWriters() {
+    static constexpr ReportWriter<LintReport> WRITERS[] = {{"text", lintText}, {"json", lintJson}};
+    return WRITERS;
 }
 
 }  // namespace vrx

@@ -131,25 +131,25 @@ void addDiffering(const StateManager::DeviceArray& devices, std::vector<PartDiff
 
 }  // namespace
 
-PartDifferences differencesOf(const Array<Inventory::PartSpec>& group, const PartGenerationOutcome& outcome) {
+PartDifferences differencesOf(const Array<Inventory::PartSpec>& group, const PartGenerationReport& report) {
     PartDifferences result;
     std::map<std::string, std::size_t> claims;
     std::set<std::string> types;
     for (const Inventory::PartSpec& part : group) {
         for (const String& guid : part.devices) {
-            const auto device = outcome.machine->deviceByGuid(guid);
+            const auto device = report.machine->deviceByGuid(guid);
             const std::size_t count = device ? ++claims[guid.toUtf8()] : 0;
             if (count == 2) {
                 result.sharedDevices.push_back(device);
             }
             if (count == 2 && types.insert(device->type().toString(0, false).toUtf8()).second) {
-                const StateManager::DeviceArray& alike = outcome.machine->devicesCapableOf(device->type());
+                const StateManager::DeviceArray& alike = report.machine->devicesCapableOf(device->type());
                 result.alikeCount += alike.size();
                 addDiffering(alike, result.differing);
             }
         }
     }
-    result.asked = askedBySome(group, outcome.partsList);
+    result.asked = askedBySome(group, report.partsList);
     return result;
 }
 

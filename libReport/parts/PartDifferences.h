@@ -29,6 +29,6 @@ struct PartDifferences {
     std::vector<Differing> differing;  ///< among those of one type
 };
 
-PartDifferences differencesOf(const Array<Inventory::PartSpec>& group, const PartGenerationOutcome& outcome);
+PartDifferences differencesOf(const Array<Inventory::PartSpec>& group, const PartGenerationReport& report);
 
 }  // namespace vrx

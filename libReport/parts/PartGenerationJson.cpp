@@ -1,5 +1,5 @@
-#include "libReport/check/DeviceSpecJson.h"
 #include "libReport/parts/PartGenerationReport.h"
+#include "libReport/text/DeviceSpecJson.h"
 #include "libReport/text/JsonWriter.h"
 
 namespace vrx {
@@ -33,26 +33,26 @@ void writeDeviceToParts(JsonWriter& json, const Inventory::DeviceToPartsTable& t
 
 }  // namespace
 
-std::string partGenerationJson(const PartGenerationOutcome& outcome) {
+std::string partGenerationJson(const PartGenerationReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
-    json.key("generated").value(outcome.isGenerated());
+    json.key("generated").value(report.isGenerated());
     json.key("result").beginObject();
-    json.key("code").value(std::int64_t{outcome.result.code()});
-    json.key("text").value(outcome.result.toString());
+    json.key("code").value(std::int64_t{report.result.code()});
+    json.key("text").value(report.result.toString());
     json.endObject();
     json.key("generatedParts");
-    writeParts(json, outcome.generatedParts);
+    writeParts(json, report.generatedParts);
     json.key("ambiguousGroups").beginArray();
-    for (const Array<Inventory::PartSpec>& group : outcome.ambiguousGroups) {
+    for (const Array<Inventory::PartSpec>& group : report.ambiguousGroups) {
         writeParts(json, group);
     }
     json.endArray();
     json.key("extraDevices");
-    writeDevices(json, outcome.extraDevices);
+    writeDevices(json, report.extraDevices);
     json.key("deviceToParts");
-    writeDeviceToParts(json, outcome.deviceToParts);
-    json.key("report").value(outcome.report.toString());
+    writeDeviceToParts(json, report.deviceToParts);
+    json.key("report").value(report.document.toString());
     json.endObject();
     return json.take();
 }

@@ -3,13 +3,13 @@
 #include <string>
 
 #include "libInventory/Inventory.h"
-#include "libReport/text/TextFormat.h"
+#include "libReport/ReportWriter.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx {
 
 /// What parts generation found, and what it was made from.
-struct PartGenerationOutcome {
+struct PartGenerationReport {
     std::string machineName;
     const StateManager* machine = nullptr;  ///< set before a report is made
     Array<Inventory::PartSpec> partsList;
@@ -18,17 +18,19 @@ struct PartGenerationOutcome {
     Inventory::DeviceToPartsTable deviceToParts{32};
     Array<Array<Inventory::PartSpec>> ambiguousGroups;
     Array<Inventory::DeviceSpec> extraDevices;
-    XmlDocument report;
+    XmlDocument document;  ///< the engine's own report
 
     bool isGenerated() const noexcept {
         return result.code() == TestResultImp::Passed || result.code() == TestResultImp::PassedWithExtraDevices;
     }
 };
 
-std::string partGenerationJson(const PartGenerationOutcome& outcome);
+/// text: how many of each part were found, which devices each instance stands for, and for parts that cannot be told
+/// apart which devices they share and what would tell them apart. json: all that was found. xml: the report document.
+ReportWriters<PartGenerationReport> partGenerationWriters();
 
-/// How many of each part were found, which devices each instance stands for, and for parts that cannot be told apart
-/// which devices they share and what would tell them apart.
-std::string partGenerationText(const PartGenerationOutcome& outcome, const TextFormat& format);
+std::string partGenerationText(const PartGenerationReport& report, const TextFormat& format);
+std::string partGenerationJson(const PartGenerationReport& report, const TextFormat& format);
+std::string partGenerationXml(const PartGenerationReport& report, const TextFormat& format);
 
 }  // namespace vrx

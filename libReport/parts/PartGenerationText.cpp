@@ -33,19 +33,19 @@ void writeTitle(std::string& out, const std::string& title, const TextFormat& fo
 
 using Instances = std::map<std::string, std::vector<const Inventory::PartSpec*>>;
 
-Instances instancesOf(const PartGenerationOutcome& outcome) {
+Instances instancesOf(const PartGenerationReport& report) {
     Instances instances;
-    for (const Inventory::PartSpec& part : outcome.generatedParts) {
+    for (const Inventory::PartSpec& part : report.generatedParts) {
         instances[part.name.toUtf8()].push_back(&part);
     }
     return instances;
 }
 
 /// The parts of the list, those of one name once.
-std::vector<const Inventory::PartSpec*> differentParts(const PartGenerationOutcome& outcome) {
+std::vector<const Inventory::PartSpec*> differentParts(const PartGenerationReport& report) {
     std::vector<const Inventory::PartSpec*> parts;
     std::set<std::string> names;
-    for (const Inventory::PartSpec& part : outcome.partsList) {
+    for (const Inventory::PartSpec& part : report.partsList) {
         if (names.insert(part.name.toUtf8()).second) {
             parts.push_back(&part);
         }
@@ -53,12 +53,12 @@ std::vector<const Inventory::PartSpec*> differentParts(const PartGenerationOutco
     return parts;
 }
 
-void writeCounts(std::string& out, const PartGenerationOutcome& outcome, const Instances& instances,
+void writeCounts(std::string& out, const PartGenerationReport& report, const Instances& instances,
                  const TextFormat& format) {
     out += "\n";
     TextTable table(2, {Style::Plain, Style::Plain, Style::Plain, Style::Plain});
     table.setHeader({"found", "part", "id", "description"});
-    for (const Inventory::PartSpec* const part : differentParts(outcome)) {
+    for (const Inventory::PartSpec* const part : differentParts(report)) {
         const auto found = instances.find(part->name.toUtf8());
         table.addRow({std::to_string(found == instances.end() ? 0 : found->second.size()), orDash(part->name),
                       orDash(part->id), orDash(part->description)});
@@ -66,9 +66,9 @@ void writeCounts(std::string& out, const PartGenerationOutcome& outcome, const I
     table.write(out, format);
 }
 
-void writeInstances(std::string& out, const PartGenerationOutcome& outcome, const Instances& instances,
+void writeInstances(std::string& out, const PartGenerationReport& report, const Instances& instances,
                     const TextFormat& format) {
-    for (const Inventory::PartSpec* const part : differentParts(outcome)) {
+    for (const Inventory::PartSpec* const part : differentParts(report)) {
         const auto found = instances.find(part->name.toUtf8());
         if (found == instances.end()) {
             continue;
@@ -78,7 +78,7 @@ void writeInstances(std::string& out, const PartGenerationOutcome& outcome, cons
         for (std::size_t i = 0; i < found->second.size(); ++i) {
             std::string number = std::to_string(i + 1) + ".";
             for (const String& guid : found->second[i]->devices) {
-                if (const auto device = outcome.machine->deviceByGuid(guid)) {
+                if (const auto device = report.machine->deviceByGuid(guid)) {
                     table.addRow(deviceCells(number, *device));
                     number.clear();
                 }
@@ -135,26 +135,26 @@ void writeWhatTellsApart(std::string& out, const PartDifferences& differences, c
     }
 }
 
-void writeGroups(std::string& out, const PartGenerationOutcome& outcome, const TextFormat& format) {
-    for (const Array<Inventory::PartSpec>& group : outcome.ambiguousGroups) {
+void writeGroups(std::string& out, const PartGenerationReport& report, const TextFormat& format) {
+    for (const Array<Inventory::PartSpec>& group : report.ambiguousGroups) {
         std::vector<std::string> names;
         for (const Inventory::PartSpec& part : group) {
             names.push_back(orDash(part.name));
         }
         writeTitle(out, "ambiguous: " + fewOf(names, ", ", MOST_NAMES), format);
-        const PartDifferences differences = differencesOf(group, outcome);
+        const PartDifferences differences = differencesOf(group, report);
         writeSharedDevices(out, differences, format);
         writeWhatTellsApart(out, differences, format);
     }
 }
 
-void writeExtraDevices(std::string& out, const PartGenerationOutcome& outcome, const TextFormat& format) {
-    if (outcome.extraDevices.isEmpty()) {
+void writeExtraDevices(std::string& out, const PartGenerationReport& report, const TextFormat& format) {
+    if (report.extraDevices.isEmpty()) {
         return;
     }
-    writeTitle(out, "extra devices: " + std::to_string(outcome.extraDevices.size()), format);
+    writeTitle(out, "extra devices: " + std::to_string(report.extraDevices.size()), format);
     TextTable table = deviceTable();
-    for (const Inventory::DeviceSpec& device : outcome.extraDevices) {
+    for (const Inventory::DeviceSpec& device : report.extraDevices) {
         table.addRow(
             {"", orDash(device.type), orDash(device.name), orDash(device.hwLocator), orDash(device.osLocator)});
     }
@@ -163,25 +163,37 @@ void writeExtraDevices(std::string& out, const PartGenerationOutcome& outcome, c
 
 }  // namespace
 
-std::string partGenerationText(const PartGenerationOutcome& outcome, const TextFormat& format) {
-    const bool isGenerated = outcome.isGenerated();
-    const std::string machine = printable(std::string_view(outcome.machineName)) + " (" +
-                                counted(outcome.machine->deviceCount(), "device") + ")";
-    std::string out = styled(outcome.result.toString().toUtf8(), isGenerated ? Style::Good : Style::Bad, format.colour);
-    const Instances instances = instancesOf(outcome);
+std::string partGenerationText(const PartGenerationReport& report, const TextFormat& format) {
+    const bool isGenerated = report.isGenerated();
+    const std::string machine =
+        printable(std::string_view(report.machineName)) + " (" + counted(report.machine->deviceCount(), "device") + ")";
+    std::string out = styled(report.result.toString().toUtf8(), isGenerated ? Style::Good : Style::Bad, format.colour);
+    const Instances instances = instancesOf(report);
     if (isGenerated) {
-        out += ": " + counted(outcome.generatedParts.size(), "part") + " found on " + machine + "\n";
-        writeCounts(out, outcome, instances, format);
-        writeInstances(out, outcome, instances, format);
+        out += ": " + counted(report.generatedParts.size(), "part") + " found on " + machine + "\n";
+        writeCounts(out, report, instances, format);
+        writeInstances(out, report, instances, format);
     } else {
-        out += outcome.ambiguousGroups.isEmpty()
+        out += report.ambiguousGroups.isEmpty()
                    ? ": the base script and the parts together are not met on " + machine +
                          "; no two parts claim the same devices\n"
                    : ": the parts that were found on " + machine + " do not fit together\n";
-        writeGroups(out, outcome, format);
+        writeGroups(out, report, format);
     }
-    writeExtraDevices(out, outcome, format);
+    writeExtraDevices(out, report, format);
     return out;
+}
+
+std::string partGenerationXml(const PartGenerationReport& report, const TextFormat&) {
+    String text;
+    report.document.GetFormattedStr(text, 0);
+    return text.toUtf8();
+}
+
+ReportWriters<PartGenerationReport> partGenerationWriters() {
+    static constexpr ReportWriter<PartGenerationReport> WRITERS[] = {
+        {"text", partGenerationText}, {"json", partGenerationJson}, {"xml", partGenerationXml}};
+    return WRITERS;
 }
 
 }  // namespace vrx

@@ -18,14 +18,14 @@ StringView nameOf(Inventory::ParsePartsResult result) noexcept {
 
 }  // namespace
 
-std::string partsJson(const PartsOutcome& outcome) {
+std::string partsJson(const PartsReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
-    json.key("result").value(std::int64_t{outcome.result});
-    json.key("resultName").value(nameOf(outcome.result));
-    json.key("error").value(outcome.error);
+    json.key("result").value(std::int64_t{report.result});
+    json.key("resultName").value(nameOf(report.result));
+    json.key("error").value(report.error);
     json.key("parts").beginArray();
-    for (const Inventory::PartSpec& part : outcome.parts) {
+    for (const Inventory::PartSpec& part : report.parts) {
         json.beginObject();
         json.key("id").value(part.id);
         json.key("name").value(part.name);

@@ -3,20 +3,22 @@
 #include <string>
 
 #include "libInventory/Inventory.h"
-#include "libReport/text/TextFormat.h"
+#include "libReport/ReportWriter.h"
 
 namespace vrx {
 
 /// What reading a parts list gave.
-struct PartsOutcome {
+struct PartsReport {
+    std::string path;  ///< as given
     Inventory::ParsePartsResult result = Inventory::PartsNoRoot;
     String error;
     Array<Inventory::PartSpec> parts;
 };
 
-std::string partsJson(const PartsOutcome& outcome);
+/// text: the blank parts first, then a table of the others; requires that parts were read. json: all of it.
+ReportWriters<PartsReport> partsWriters();
 
-/// The blank parts first, then a table of the others. Requires: parts were read.
-std::string partsText(const PartsOutcome& outcome, const std::string& path, const TextFormat& format);
+std::string partsText(const PartsReport& report, const TextFormat& format);
+std::string partsJson(const PartsReport& report, const TextFormat& format);
 
 }  // namespace vrx

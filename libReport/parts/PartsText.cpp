@@ -24,24 +24,29 @@ std::string orDash(const String& text) { return text.isEmpty() ? "-" : printable
 
 }  // namespace
 
-std::string partsText(const PartsOutcome& outcome, const std::string& path, const TextFormat& format) {
-    std::string out = printable(std::string_view(inputName(path))) + ": " + counted(outcome.parts.size(), "part") +
-                      " with a description\n";
-    if (outcome.result == Inventory::PartsBlank) {
-        for (const std::string& line : wrapped("blank: " + blankNames(outcome.error), format.width)) {
+std::string partsText(const PartsReport& report, const TextFormat& format) {
+    std::string out = printable(std::string_view(inputName(report.path))) + ": " +
+                      counted(report.parts.size(), "part") + " with a description\n";
+    if (report.result == Inventory::PartsBlank) {
+        for (const std::string& line : wrapped("blank: " + blankNames(report.error), format.width)) {
             out += styled(line, Style::Bad, format.colour) + "\n";
         }
     }
-    if (!outcome.parts.isEmpty()) {
+    if (!report.parts.isEmpty()) {
         out += "\n";
         TextTable table(2, {Style::Plain, Style::Plain, Style::Plain});
         table.setHeader({"name", "id", "description"});
-        for (const Inventory::PartSpec& part : outcome.parts) {
+        for (const Inventory::PartSpec& part : report.parts) {
             table.addRow({orDash(part.name), orDash(part.id), orDash(part.description)});
         }
         table.write(out, format);
     }
     return out;
+}
+
+ReportWriters<PartsReport> partsWriters() {
+    static constexpr ReportWriter<PartsReport> WRITERS[] = {{"text", partsText}, {"json", partsJson}};
+    return WRITERS;
 }
 
 }  // namespace vrx

@@ -1,5 +1,4 @@
-#include "libReport/show/ShowJson.h"
-
+#include "libReport/show/ShowReport.h"
 #include "libReport/text/JsonWriter.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -37,11 +36,11 @@ void writeDevice(JsonWriter& json, const IDeviceImp& device) {
 
 }  // namespace
 
-std::string showJson(const std::vector<const IDeviceImp*>& devices) {
+std::string showJson(const ShowReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
     json.key("devices").beginArray();
-    for (const IDeviceImp* const device : devices) {
+    for (const IDeviceImp* const device : report.devices) {
         writeDevice(json, *device);
     }
     json.endArray();

@@ -3,12 +3,11 @@
 /// text pushes what follows to the right, or on to the next line when little room is left. In a file or a pipe every
 /// device is one line, so that other programs can look for it.
 
-#include "libReport/show/ShowText.h"
-
 #include <algorithm>
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/show/DeviceTree.h"
+#include "libReport/show/ShowReport.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
@@ -166,19 +165,23 @@ void writeBlock(std::string& out, const IDeviceImp& device, const TextFormat& fo
 
 }  // namespace
 
-std::string showText(const StateManager& store, const std::vector<const IDeviceImp*>& devices,
-                     const std::string& machine, bool withProperties, const TextFormat& format) {
-    const std::string shown = devices.size() == store.deviceCount() ? "" : std::to_string(devices.size()) + " of ";
-    std::string out =
-        printable(std::string_view(machine)) + ": " + shown + counted(store.deviceCount(), "device") + "\n";
-    if (withProperties) {
-        for (const IDeviceImp* const device : devices) {
+std::string showText(const ShowReport& report, const TextFormat& format) {
+    const std::size_t count = report.machine.deviceCount();
+    const std::string shown = report.devices.size() == count ? "" : std::to_string(report.devices.size()) + " of ";
+    std::string out = printable(std::string_view(report.machineName)) + ": " + shown + counted(count, "device") + "\n";
+    if (report.hasProperties) {
+        for (const IDeviceImp* const device : report.devices) {
             writeBlock(out, *device, format);
         }
-    } else if (!devices.empty()) {
-        out += "\n" + TreeWriter(deviceTree(store, devices), format).take();
+    } else if (!report.devices.empty()) {
+        out += "\n" + TreeWriter(deviceTree(report.machine, report.devices), format).take();
     }
     return out;
+}
+
+ReportWriters<ShowReport> showWriters() {
+    static constexpr ReportWriter<ShowReport> WRITERS[] = {{"text", showText}, {"json", showJson}, {"xml", showXml}};
+    return WRITERS;
 }
 
 }  // namespace vrx

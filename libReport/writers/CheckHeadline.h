@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "libReport/check/CheckOutcome.h"
+#include "libReport/CheckReport.h"
 
 namespace vrx {
 
@@ -10,6 +10,6 @@ namespace vrx {
 /// many more there are. Problems are, in this order: devices that are missing or differ (in the order of the script),
 /// devices too many, devices that must not be there. A missing device and an extra one that are the two sides of one
 /// changed device are one problem. Requires: the check ran and failed.
-std::string problemSentence(const CheckOutcome& outcome, const Array<Inventory::DeviceSpec>& missing);
+std::string problemSentence(const CheckReport& report, const Array<Inventory::DeviceSpec>& missing);
 
 }  // namespace vrx

@@ -7,7 +7,7 @@
 /// with the locators that the element asks for were candidates. Devices that share a hardware locator are told apart by
 /// the order of their messages on one element.
 
-#include "libReport/check/NearestCandidate.h"
+#include "libReport/writers/NearestCandidate.h"
 
 #include <algorithm>
 #include <map>

@@ -1,9 +1,9 @@
 #include "libCommon/text/PrintableText.h"
 #include "libCommon/xml/XmlDocument.h"
-#include "libReport/check/DeviceCheckReport.h"
-#include "libReport/check/FindingText.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextTable.h"
+#include "libReport/writers/FindingText.h"
+#include "libReport/writers/Writers.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/results/TipImp.h"
 
@@ -40,22 +40,23 @@ std::string indentedScript(const String& xml) {
 
 }  // namespace
 
-std::string deviceCheckText(const DeviceCheckOutcome& outcome, const IDeviceImp& device, const TextFormat& format) {
+std::string deviceCheckText(const DeviceCheckReport& report, const TextFormat& format) {
+    const IDeviceImp& device = report.device;
     std::string out =
-        outcome.askedForNothing
+        report.askedForNothing
             ? styled("NOTHING CHECKED", Style::Caution, format.colour) + "  the content asks for no property\n"
-        : outcome.passed ? styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n"
-                         : styled("FAILED", Style::Bad, format.colour) + "  the device does not meet the content\n";
+        : report.passed ? styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n"
+                        : styled("FAILED", Style::Bad, format.colour) + "  the device does not meet the content\n";
     TextTable table(2, {Style::Dim, Style::Plain});
     table.addRow({"device", printable(device.type().toString().view()) + "  " + printable(device.name().view())});
     table.addRow({"guid", printable(device.guid().view())});
     table.write(out, format);
-    if (outcome.annotatedScript) {
-        out += "\n" + indentedScript(*outcome.annotatedScript);
+    if (report.annotatedScript) {
+        out += "\n" + indentedScript(*report.annotatedScript);
         return out;
     }
     XmlDocument script;
-    if (!outcome.passed && script.Parse(failedScript(outcome.events))) {
+    if (!report.passed && script.Parse(failedScript(report.events))) {
         out += "\n" + findingText(findingsOf(script), "", nullptr, format).text;
     }
     return out;

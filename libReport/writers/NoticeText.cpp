@@ -1,4 +1,4 @@
-#include "libReport/check/NoticeText.h"
+#include "libReport/writers/NoticeText.h"
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/text/Style.h"

@@ -6,7 +6,7 @@
 /// meant. A device that is there is said to differ, in the first thing that does: its name, its other locator, or the
 /// first property that its nearest candidate fails.
 
-#include "libReport/check/CheckHeadline.h"
+#include "libReport/writers/CheckHeadline.h"
 
 #include <algorithm>
 #include <set>
@@ -15,13 +15,13 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libDiagnosis/MissingDevices.h"
-#include "libReport/check/NearestCandidate.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libRegex/Regex.h"
-#include "libReport/check/ScriptFinding.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
+#include "libReport/writers/NearestCandidate.h"
+#include "libReport/writers/ScriptFinding.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
 namespace vrx {
@@ -205,21 +205,21 @@ std::vector<const XmlElement*> forbiddenDevices(const XmlDocument& script) {
 
 }  // namespace
 
-std::string problemSentence(const CheckOutcome& outcome, const Array<Inventory::DeviceSpec>& missing) {
-    const std::vector<const XmlElement*> elements = missingElements(missing, *outcome.annotatedScript);
+std::string problemSentence(const CheckReport& report, const Array<Inventory::DeviceSpec>& missing) {
+    const std::vector<const XmlElement*> elements = missingElements(missing, *report.annotatedScript);
     std::string first;
     std::set<const IDeviceImp*> changed;
     for (const XmlElement* const element : elements) {
-        if (first.empty() || !outcome.extra.isEmpty()) {
-            const Problem problem = problemOfMissing(*element, *outcome.machine);
+        if (first.empty() || !report.extra.isEmpty()) {
+            const Problem problem = problemOfMissing(*element, *report.machine);
             first = first.empty() ? problem.text : first;
             if (problem.device != nullptr) {
                 changed.insert(problem.device);
             }
         }
     }
-    const std::vector<const Inventory::DeviceSpec*> extra = unpaired(outcome.extra, changed);
-    const std::vector<const XmlElement*> forbidden = forbiddenDevices(*outcome.annotatedScript);
+    const std::vector<const Inventory::DeviceSpec*> extra = unpaired(report.extra, changed);
+    const std::vector<const XmlElement*> forbidden = forbiddenDevices(*report.annotatedScript);
     if (first.empty() && !extra.empty()) {
         first = titleOf(*extra.front()) + " is too many";
     } else if (first.empty() && !forbidden.empty()) {

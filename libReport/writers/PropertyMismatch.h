@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "libCommon/text/String.h"
-#include "libReport/check/ScriptFinding.h"
+#include "libReport/writers/ScriptFinding.h"
 
 namespace vrx {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "libReport/check/ScriptFinding.h"
 #include "libReport/text/TextFormat.h"
+#include "libReport/writers/ScriptFinding.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx {

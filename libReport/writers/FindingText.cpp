@@ -5,16 +5,16 @@
 /// place, what the device itself lacks, then the properties that the nearest candidate fails, each with its own place.
 /// Other elements (groups, rules, the root) are a line each. Blocks come in the order of the script.
 
-#include "libReport/check/FindingText.h"
+#include "libReport/writers/FindingText.h"
 
 #include <algorithm>
 
 #include "libCommon/text/PrintableText.h"
-#include "libReport/check/NearestCandidate.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libRegex/Regex.h"
-#include "libReport/check/DeviceMessage.h"
 #include "libReport/text/Style.h"
+#include "libReport/writers/DeviceMessage.h"
+#include "libReport/writers/NearestCandidate.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
 namespace vrx {

@@ -1,4 +1,4 @@
-#include "libReport/check/ScriptFinding.h"
+#include "libReport/writers/ScriptFinding.h"
 
 #include "libInventory/script/ScriptElement.h"
 

@@ -1,4 +1,4 @@
-#include "libReport/check/DeviceMessage.h"
+#include "libReport/writers/DeviceMessage.h"
 
 #include <algorithm>
 #include <vector>

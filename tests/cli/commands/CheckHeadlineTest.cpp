@@ -5,7 +5,7 @@
 
 #include "tests/cli/TestConsole.h"
 
-namespace vrx {
+namespace vrx::cli {
 namespace {
 
 constexpr const char* MACHINE = R"(<SysInfo>
@@ -78,4 +78,4 @@ TEST(CheckHeadline, NamesWhatIsTooManyOrForbidden) {
 }
 
 }  // namespace
-}  // namespace vrx
+}  // namespace vrx::cli

@@ -8,7 +8,7 @@
 /// Locators, keys, names and values may hold any text, so a message is recognised by its fixed words and by the key,
 /// which the element itself tells.
 
-#include "libReport/check/PropertyMismatch.h"
+#include "libReport/writers/PropertyMismatch.h"
 
 #include <optional>
 

@@ -1,27 +1,26 @@
-#include "libReport/check/CheckTextReport.h"
-
 #include <fmt/format.h>
 
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
 #include "libDiagnosis/MissingDevices.h"
-#include "libReport/check/CheckHeadline.h"
-#include "libReport/check/FindingText.h"
-#include "libReport/check/NoticeText.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
+#include "libReport/writers/CheckHeadline.h"
+#include "libReport/writers/FindingText.h"
+#include "libReport/writers/NoticeText.h"
+#include "libReport/writers/Writers.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx {
 
 namespace {
 
-std::string machineText(const CheckOutcome& outcome) {
-    const std::string name = outcome.state ? inputName(*outcome.state) : "this machine";
-    return printable(std::string_view(name)) + " (" + counted(outcome.machine->deviceCount(), "device") + ")";
+std::string machineText(const CheckReport& report) {
+    const std::string name = report.state ? inputName(*report.state) : "this machine";
+    return printable(std::string_view(name)) + " (" + counted(report.machine->deviceCount(), "device") + ")";
 }
 
 std::string orDash(const std::string& text) { return text.empty() ? "-" : text; }
@@ -53,54 +52,54 @@ struct Headline {
     std::string sentence;
 };
 
-Headline headlineOf(const CheckOutcome& outcome, const Array<Inventory::DeviceSpec>& missing) {
-    switch (outcome.verdict) {
+Headline headlineOf(const CheckReport& report, const Array<Inventory::DeviceSpec>& missing) {
+    switch (report.verdict) {
         case Verdict::Passed: return {"PASSED", Style::Good, "the machine holds what the script asks for"};
         case Verdict::NothingToCheck:
             return {"NOTHING CHECKED", Style::Caution, "the script asks for no device and has no fail-on-extra rule"};
         case Verdict::Undecided:
             return {"UNDECIDED", Style::Caution,
-                    counted(outcome.givenUpPatterns, "pattern test") + " took too much work and had to be given up"};
-        default: return {"FAILED", Style::Bad, problemSentence(outcome, missing)};
+                    counted(report.givenUpPatterns, "pattern test") + " took too much work and had to be given up"};
+        default: return {"FAILED", Style::Bad, problemSentence(report, missing)};
     }
 }
 
-void writeHead(std::string& out, const CheckOutcome& outcome, const Array<Inventory::DeviceSpec>& missing,
+void writeHead(std::string& out, const CheckReport& report, const Array<Inventory::DeviceSpec>& missing,
                const TextFormat& format) {
-    const Headline headline = headlineOf(outcome, missing);
+    const Headline headline = headlineOf(report, missing);
     out += styled(headline.verdict, headline.style, format.colour) + "  " + headline.sentence + "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
-    table.addRow({"script", printable(std::string_view(inputName(outcome.script))) + " (" +
-                                counted(outcome.content.devices, "device element") + ")"});
-    table.addRow({"machine", machineText(outcome)});
+    table.addRow({"script", printable(std::string_view(inputName(report.script))) + " (" +
+                                counted(report.content.devices, "device element") + ")"});
+    table.addRow({"machine", machineText(report)});
     table.write(out, format);
 }
 
 }  // namespace
 
-std::string checkTextReport(const CheckOutcome& outcome, const TextFormat& format) {
-    const std::string script = inputName(outcome.script);
+std::string checkText(const CheckReport& report, const TextFormat& format) {
+    const std::string script = inputName(report.script);
     std::string out;
-    const Array<Inventory::DeviceSpec> missing = missingDevices(outcome.missing, *outcome.annotatedScript);
-    writeHead(out, outcome, missing, format);
-    const std::string notices = noticeText(outcome.events, script, format);
+    const Array<Inventory::DeviceSpec> missing = missingDevices(report.missing, *report.annotatedScript);
+    writeHead(out, report, missing, format);
+    const std::string notices = noticeText(report.events, script, format);
     if (!notices.empty()) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
-    const bool showsFindings = outcome.verdict == Verdict::Failed || outcome.verdict == Verdict::Undecided;
+    const bool showsFindings = report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided;
     if (!showsFindings) {
-        out += fmt::format("  checked in {}\n", durationText(outcome.duration));
+        out += fmt::format("  checked in {}\n", durationText(report.duration));
         return out;
     }
     writeDevices(out, "Missing devices", missing, true, format);
-    writeDevices(out, "Extra devices", outcome.extra, false, format);
-    const FindingText findings = findingText(findingsOf(*outcome.annotatedScript), script, outcome.machine, format);
+    writeDevices(out, "Extra devices", report.extra, false, format);
+    const FindingText findings = findingText(findingsOf(*report.annotatedScript), script, report.machine, format);
     if (findings.count > 0) {
         out += "\n" + styled(fmt::format("Findings: {}", findings.count), Style::Bold, format.colour) + "\n" +
                findings.text;
     }
-    out += fmt::format("\n{} missing, {} extra, {}; checked in {}\n", missing.size(), outcome.extra.size(),
-                       counted(findings.count, "finding"), durationText(outcome.duration));
+    out += fmt::format("\n{} missing, {} extra, {}; checked in {}\n", missing.size(), report.extra.size(),
+                       counted(findings.count, "finding"), durationText(report.duration));
     return out;
 }
 

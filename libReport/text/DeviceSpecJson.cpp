@@ -1,4 +1,4 @@
-#include "libReport/check/DeviceSpecJson.h"
+#include "libReport/text/DeviceSpecJson.h"
 
 namespace vrx {
 

@@ -1,4 +1,4 @@
-#include "libReport/check/EventJson.h"
+#include "libReport/writers/EventJson.h"
 
 namespace vrx {
 

@@ -10,6 +10,7 @@
 #include "libCommon/text/String.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/script/ScriptContent.h"
+#include "libReport/ReportWriter.h"
 #include "libSystemState/results/TestRunEventImp.h"
 
 namespace vrx {
@@ -22,8 +23,8 @@ enum class Verdict {
     Undecided,       ///< patterns were given up at their work limit, and another answer to them could change the result
 };
 
-/// Everything that a report of a check is made from. Documents and devices are borrowed.
-struct CheckOutcome {
+/// Everything that a check found. Documents and devices are borrowed.
+struct CheckReport {
     Verdict verdict = Verdict::NotRun;
     std::optional<bool> inventorySatisfied;
     std::string script;                ///< path as given
@@ -38,5 +39,9 @@ struct CheckOutcome {
     std::size_t givenUpPatterns = 0;
     std::chrono::steady_clock::duration duration{};  ///< loading included
 };
+
+/// text: the verdict, the devices that are missing and those too many, the findings in the order of the script, counts
+/// and time; requires that the script and the machine were loaded. json: one object.
+ReportWriters<CheckReport> checkWriters();
 
 }  // namespace vrx

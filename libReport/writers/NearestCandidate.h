@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "libReport/check/PropertyMismatch.h"
+#include "libReport/writers/PropertyMismatch.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 

@@ -1,4 +1,4 @@
-#include "libReport/check/FindingText.h"
+#include "libReport/writers/FindingText.h"
 
 #include <gtest/gtest.h>
 

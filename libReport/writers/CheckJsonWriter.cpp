@@ -1,10 +1,9 @@
-#include "libReport/check/CheckJsonReport.h"
-
 #include "libInventory/script/ScriptElement.h"
-#include "libReport/check/DeviceSpecJson.h"
-#include "libReport/check/EventJson.h"
-#include "libReport/check/ScriptFinding.h"
+#include "libReport/text/DeviceSpecJson.h"
 #include "libReport/text/JsonWriter.h"
+#include "libReport/writers/EventJson.h"
+#include "libReport/writers/ScriptFinding.h"
+#include "libReport/writers/Writers.h"
 
 namespace vrx {
 
@@ -38,27 +37,27 @@ void writeFileErrors(JsonWriter& json, const Array<String>& errors) {
 
 }  // namespace
 
-std::string checkJsonReport(const CheckOutcome& outcome) {
+std::string checkJson(const CheckReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
-    json.key("passed").value(outcome.verdict == Verdict::Passed);
+    json.key("passed").value(report.verdict == Verdict::Passed);
     json.key("inventorySatisfied");
-    outcome.inventorySatisfied ? json.value(*outcome.inventorySatisfied) : json.null();
-    json.key("script").value(outcome.script);
+    report.inventorySatisfied ? json.value(*report.inventorySatisfied) : json.null();
+    json.key("script").value(report.script);
     json.key("state");
-    outcome.state ? json.value(*outcome.state) : json.null();
+    report.state ? json.value(*report.state) : json.null();
     json.key("fileErrors");
-    writeFileErrors(json, outcome.fileErrors);
+    writeFileErrors(json, report.fileErrors);
     json.key("events");
-    writeEvents(json, outcome.events);
+    writeEvents(json, report.events);
     json.key("unsatisfiedDevices");
-    writeDevices(json, outcome.missing);
+    writeDevices(json, report.missing);
     json.key("extraDevices");
-    writeDevices(json, outcome.extra);
+    writeDevices(json, report.extra);
     json.key("findings");
-    writeFindings(json, outcome.annotatedScript);
+    writeFindings(json, report.annotatedScript);
     json.key("annotatedScript");
-    outcome.annotatedScript ? json.value(outcome.annotatedScript->toString()) : json.null();
+    report.annotatedScript ? json.value(report.annotatedScript->toString()) : json.null();
     json.endObject();
     return json.take();
 }

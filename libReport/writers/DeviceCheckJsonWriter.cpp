@@ -1,0 +1,19 @@
+#include "libReport/text/JsonWriter.h"
+#include "libReport/writers/EventJson.h"
+#include "libReport/writers/Writers.h"
+
+namespace vrx {
+
+std::string deviceCheckJson(const DeviceCheckReport& report, const TextFormat&) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("passed").value(report.passed && !report.askedForNothing);
+    json.key("events");
+    writeEvents(json, report.events);
+    json.key("annotatedScript");
+    report.annotatedScript ? json.value(*report.annotatedScript) : json.null();
+    json.endObject();
+    return json.take();
+}
+
+}  // namespace vrx
