@@ -25,13 +25,13 @@ int main(int argc, char** argv) {
     try {
         return static_cast<int>(vrx::cli::runProgram(argc, argv, session));
     } catch (const vrx::StructuredException& broken) {
-        return internalError(console, vrx::cli::printable(broken.text().view()));
+        return internalError(console, vrx::printable(broken.text().view()));
     } catch (const vrx::Exception& unexpected) {
-        return internalError(console, vrx::cli::printable(unexpected.text().view()));
+        return internalError(console, vrx::printable(unexpected.text().view()));
     } catch (const std::bad_alloc&) {
         console.writeErr("vrx-inventory: internal error: out of memory\n");
     } catch (const std::exception& unexpected) {
-        return internalError(console, vrx::cli::printable(std::string_view(unexpected.what())));
+        return internalError(console, vrx::printable(std::string_view(unexpected.what())));
     }
     return static_cast<int>(ExitStatus::InternalError);
 }

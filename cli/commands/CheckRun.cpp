@@ -5,6 +5,7 @@
 #include "cli/terminal/CombinationProgress.h"
 #include "libCommon/io/FileLoader.h"
 #include "libInventory/script/OrInsidePart.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libRegex/Regex.h"
 
 namespace vrx::cli {

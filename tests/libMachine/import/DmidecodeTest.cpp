@@ -68,7 +68,7 @@ struct Converted {
         }
     }
 
-    std::string dump() const { return host::dump(store); }
+    std::string dump() const { return vrx::dump(store); }
 
     StateManager store;
     std::vector<std::string> damage;
