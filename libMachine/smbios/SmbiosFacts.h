@@ -6,7 +6,7 @@
 #include <vector>
 
 /// What firmware tells of a machine in its SMBIOS table, whoever read it: the table itself (readSmbiosFacts), or the
-/// text that another program made of it. SmbiosDevices.h and MemoryDevices.h make devices of it.
+/// text that another program made of it. FirmwareDevices.h and its neighbours make devices of it.
 ///
 /// Texts are as the vendor wrote them, placeholders included, and empty where there is none. Words of fixed lists
 /// ("DDR4", "Rack Mount Chassis") are those of SmbiosNames.h, empty for "other" and "unknown". Numbers are 0 where
@@ -23,6 +23,7 @@ struct SmbiosPlace {
 };
 
 struct BiosFacts {
+    SmbiosPlace place;
     std::string vendor;
     std::string version;
     std::string releaseDate;         ///< in whatever form
@@ -32,6 +33,7 @@ struct BiosFacts {
 };
 
 struct SystemFacts {
+    SmbiosPlace place;
     std::string vendor;
     std::string model;
     std::string version;
