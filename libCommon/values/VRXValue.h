@@ -20,6 +20,8 @@ public:
     explicit VRXValue(std::uint64_t value) : m_value(value) {}
     explicit VRXValue(double value) : m_value(value) {}
     explicit VRXValue(String value) : m_value(std::move(value)) {}
+    explicit VRXValue(const char16_t* text) : m_value(String(text)) {}
+    explicit VRXValue(const void*) = delete;  ///< no other pointer is a value, least of all a truth value
 
     static const VRXValue& nilValue();
 

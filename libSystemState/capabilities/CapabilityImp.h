@@ -21,6 +21,7 @@ public:
     /// its text for `toString`.
     explicit CapabilityImp(const String& name);
     explicit CapabilityImp(StringView name);
+    explicit CapabilityImp(const char16_t* name) : CapabilityImp(StringView(name)) {}
 
     /// What unknown names equal; prints "INVALID".
     static const CapabilityImp& INVALID();

@@ -32,6 +32,8 @@ public:
     ValueImp() : m_value(String()) {}
 
     explicit ValueImp(String value) : m_value(std::move(value)) {}
+    explicit ValueImp(const char16_t* text) : m_value(String(text)) {}
+    explicit ValueImp(const void*) = delete;  ///< no other pointer is a value, least of all a BOOLEAN
     explicit ValueImp(Array<String> value) : m_value(std::move(value)) {}
     explicit ValueImp(DiscreteMeasurement value) : m_value(value) {}
     explicit ValueImp(NonDiscreteMeasurement value) : m_value(value) {}

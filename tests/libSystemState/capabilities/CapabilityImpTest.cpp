@@ -5,7 +5,7 @@
 namespace vrx {
 namespace {
 
-CapabilityImp named(const char16_t* name) { return CapabilityImp(StringView(name)); }
+CapabilityImp named(const char16_t* name) { return CapabilityImp(name); }
 
 TEST(CapabilityImp, looksUpNamesAndAliasesWithoutCase) {
     const std::pair<const char16_t*, const char*> cases[] = {{u"machine", "System"},

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 #include "libCommon/error/StructuredException.h"
+#include "libCommon/values/VRXValue.h"
 #include "tests/libSystemState/TestDevices.h"
 
 namespace vrx {
@@ -30,7 +33,7 @@ TEST(ValueImp, hasTheTextFormsOfItsType) {
         {ValueImp(std::uint64_t{18446744073709551615u}), "UINT64", "18446744073709551615", "18446744073709551615", 1},
         {ValueImp(true), "BOOLEAN", "true", "true", 1},
         {ValueImp(2999.7), "DOUBLE", "2999.7", "2999.7", 1},
-        {ValueImp(String(u"x y")), "STRING", "x y", "x y", 1},
+        {ValueImp(u"x y"), "STRING", "x y", "x y", 1},
         {ValueImp(DateTime(0)), "DATETIME", "1970-01-01T00:00:00Z", "1970-01-01T00:00:00Z", 1},
         {ValueImp(Percent{12.5}), "PERCENT", "12.5%", "12.5", 1},
         {ValueImp(texts), "STRINGARRAY", "a, , c", "a  c", 3},
@@ -70,6 +73,12 @@ TEST(ValueImp, givesItsContentOnlyAsWhatItIs) {
     EXPECT_EQ(*ValueImp().text(), u"");
     EXPECT_EQ(ValueImp(Array<String>{u"a"}).text(), nullptr);
 }
+
+// A pointer converts to bool by itself, so each of these would be one.
+static_assert(!std::is_constructible_v<ValueImp, const char*>);
+static_assert(!std::is_constructible_v<ValueImp, String*>);
+static_assert(!std::is_constructible_v<VRXValue, const char*>);
+static_assert(std::is_constructible_v<ValueImp, StringView>);
 
 }  // namespace
 }  // namespace vrx
