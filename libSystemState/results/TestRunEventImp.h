@@ -49,6 +49,12 @@ public:
     const String& source() const noexcept { return m_source; }
     const String& name() const noexcept { return m_name; }
     const EventTypeImp& type() const noexcept { return m_type; }
+    const String& detail() const noexcept { return m_detail; }
+
+    /// The place in the program that raised the event; empty and 0 before `setEventOccurence`.
+    const String& file() const noexcept { return m_file; }
+    int line() const noexcept { return m_line; }
+
     const Array<Variable>& variables() const noexcept { return m_variables; }
     const Array<std::unique_ptr<TipImp>>& tips() const noexcept { return m_tips; }
 

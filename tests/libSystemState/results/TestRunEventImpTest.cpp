@@ -12,9 +12,9 @@ namespace {
 
 TEST(TestRunEventImp, copiesOwnCopiesOfTheTips) {
     TestRunEventImp event(u"libInventory", u"FoundNotUnderNot");
-    event.setEventOccurence(EventTypeImp(2), u"", u"file", 12);
-    event.setVariable(u"location", VRXValue(String(u"(1:2)"))).setVariable(u"count", VRXValue(std::uint32_t{3}));
-    event.setVariable(u"location", VRXValue(String(u"(4:5)")));
+    event.setEventOccurence(EventTypeImp(2), u"why", u"file", 12);
+    event.setVariable(u"location", VRXValue(u"(1:2)")).setVariable(u"count", VRXValue(std::uint32_t{3}));
+    event.setVariable(u"location", VRXValue(u"(4:5)"));
     event.addTip(new InventoryXmlTip(u"<a/>"));
     event.addTip(new InventoryTip(u"message", u"", nullptr, u"", u""));
 
@@ -28,6 +28,9 @@ TEST(TestRunEventImp, copiesOwnCopiesOfTheTips) {
     for (const TestRunEventImp* kept : {&copy, static_cast<const TestRunEventImp*>(&assigned)}) {
         EXPECT_EQ(kept->toString(), u"libInventory: FoundNotUnderNot, location = (4:5), count = 3");
         EXPECT_EQ(kept->type().code(), 2);
+        EXPECT_EQ(kept->detail(), u"why");
+        EXPECT_EQ(kept->file(), u"file");
+        EXPECT_EQ(kept->line(), 12);
         ASSERT_EQ(kept->tips().size(), 2u);
         EXPECT_NE(kept->tips()[0].get(), original);
         EXPECT_EQ(kept->tips()[0]->type(), TipImp::Type::InventoryXml);
