@@ -27,7 +27,10 @@ Associations::InventoryDeviceAssociations(const InventoryDeviceAssociations& oth
     append(other);
 }
 
-Associations::InventoryDeviceAssociations(InventoryDeviceAssociations&& other) noexcept = default;
+Associations::InventoryDeviceAssociations(InventoryDeviceAssociations&& other) noexcept
+    : InventoryDeviceAssociations() {
+    swap(other);
+}
 
 // Contract: assignment merges; the existing content is kept.
 Associations& Associations::operator=(const InventoryDeviceAssociations& other) {

@@ -31,9 +31,11 @@ public:
 
     InventoryDeviceAssociations();
     InventoryDeviceAssociations(const InventoryDeviceAssociations& other);
+    /// Merges, whether `other` is a temporary or not.
     InventoryDeviceAssociations& operator=(const InventoryDeviceAssociations& other);
+
+    /// Takes the other's content; the other is empty afterwards.
     InventoryDeviceAssociations(InventoryDeviceAssociations&& other) noexcept;
-    InventoryDeviceAssociations& operator=(InventoryDeviceAssociations&&) = delete;
     ~InventoryDeviceAssociations();
 
     /// Links the two, making their nodes when needed; the same pair associated twice has two links. An empty device

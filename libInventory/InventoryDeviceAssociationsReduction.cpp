@@ -7,11 +7,16 @@
 /// What holds afterwards: every node has at most one link; every kept link was there before; a link is kept or gone on
 /// both ends alike; and of a node that had links, at least one end of each of them still has one.
 ///
+/// Devices that the graph was made to forget are in no table, so they are not reduced and may keep several links; their
+/// elements, which still count them as partners, are.
+///
 /// Cost: a link is taken off a list in constant time, because each entry knows its counterpart's index and removal
 /// leaves a hole. That bookkeeping is only exact while no pair is linked twice. Parallel links (a script that was run
 /// twice, a graph merged with itself) are found beforehand, and then entries are really erased and searched for from
 /// the end of the list, as the rule for them says: the last of equal entries goes first, and the walk over a node's
 /// links goes by the indices of the list as it is at that moment.
+
+#include <algorithm>
 
 #include "libCommon/Assertion.h"
 #include "libInventory/InventoryDeviceAssociations.h"
@@ -32,8 +37,8 @@ public:
 
     void reduce(GraphNode& node);
 
-    /// Sweeps the holes of nodes that have at most one link left.
-    static void sweep(GraphNode& node);
+    /// Sweeps the holes that the reduction left, once every element has at most one link.
+    static void sweep(Storage& storage);
 
 private:
     Uint32 leastLinkedPartner(const GraphNode& node) const;
@@ -56,13 +61,7 @@ void Associations::removeExtraLinks() {
     for (const auto& entry : m_inventoryNodes) {
         reduction.reduce(*entry.value);
     }
-    // Nodes that left the tables may have links as well, so the sweep goes over all that are in use.
-    for (std::size_t i = 0; i < m_storage->usedDeviceNodes; ++i) {
-        LinkReduction::sweep(m_storage->deviceNodes[i]);
-    }
-    for (std::size_t i = 0; i < m_storage->usedInventoryNodes; ++i) {
-        LinkReduction::sweep(m_storage->inventoryNodes[i]);
-    }
+    LinkReduction::sweep(*m_storage);
 }
 
 bool Associations::LinkReduction::findParallelLinks(Storage& storage) {
@@ -176,19 +175,22 @@ bool Associations::LinkReduction::removeAllLinksExcept(GraphNode& node, const Gr
     return true;
 }
 
-void Associations::LinkReduction::sweep(GraphNode& node) {
-    GraphNode::Link last{nullptr, 0};
-    for (const GraphNode::Link& link : node.m_links) {
-        if (link.partner != nullptr) {
-            last = {link.partner, 0};
+void Associations::LinkReduction::sweep(Storage& storage) {
+    const auto dropHoles = [](GraphNode& node) {
+        const auto isHole = [](const GraphNode::Link& link) {
+            return link.partner == nullptr;
+        };
+        node.m_links.erase(std::remove_if(node.m_links.begin(), node.m_links.end(), isHole), node.m_links.end());
+        VRX_ASSERT(node.m_links.size() == node.m_linkCount);
+    };
+    std::for_each_n(storage.inventoryNodes.begin(), storage.usedInventoryNodes, dropHoles);
+    std::for_each_n(storage.deviceNodes.begin(), storage.usedDeviceNodes, [&](GraphNode& node) {
+        dropHoles(node);
+        for (Uint32 i = 0; i < node.m_links.size(); ++i) {
+            node.m_links[i].counterpart = 0;
+            node.m_links[i].partner->m_links[0].counterpart = i;
         }
-    }
-    node.m_links.clear();
-    node.m_linkCount = 0;
-    if (last.partner != nullptr) {
-        node.m_links.push_back(last);
-        node.m_linkCount = 1;
-    }
+    });
 }
 
 void Associations::LinkReduction::logKeeping(const GraphNode& node, Uint32 leastIndex) {

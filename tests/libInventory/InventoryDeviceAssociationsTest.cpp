@@ -115,6 +115,33 @@ TEST(InventoryDeviceAssociations, AssignmentMergesAndForgetsWhatHadMatched) {
     EXPECT_EQ(g.partners(other, 0), (std::vector<int>{0, 0}));
 }
 
+TEST(InventoryDeviceAssociations, ForgottenDevicesKeepTheLinksOfOthers) {
+    Graph g;
+    g.link(0, 0);
+    g.link(1, 0);
+    g.graph.removeDeviceAssociations(g.elements[0]);
+    g.graph.removeExtraLinks();
+    EXPECT_EQ(g.partners(0), std::vector<int>{0});
+    EXPECT_EQ(g.partners(1), std::vector<int>{0});
+    g.link(0, 1);
+    g.graph.removeExtraLinks();
+    EXPECT_EQ(g.partners(0), std::vector<int>{1});  // the other candidate has two elements
+    EXPECT_EQ(g.partners(1), std::vector<int>{0});
+}
+
+TEST(InventoryDeviceAssociations, AssignmentFromATemporaryMergesAndAMovedGraphIsEmpty) {
+    Graph g;
+    g.link(0, 0);
+    Associations moved(std::move(g.graph));
+    EXPECT_TRUE(g.partners(0).empty());
+    g.link(1, 1);
+    g.graph.removeExtraLinks();
+    EXPECT_EQ(g.partners(1), std::vector<int>{1});
+    g.graph = Associations(moved);
+    EXPECT_EQ(g.partners(1), std::vector<int>{1});
+    EXPECT_EQ(g.partners(0), std::vector<int>{0});
+}
+
 TEST(InventoryDeviceAssociations, GoesBackToItsMarkAsIfItWereBuiltAnew) {
     std::mt19937 random(7);
     Graph g(12, 12);
