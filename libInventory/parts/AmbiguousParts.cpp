@@ -6,7 +6,8 @@
 /// nothing is. A group is recorded once, whichever of its parts it was found from.
 ///
 /// A part that stands several times in the list gives the same group every time, and so do parts that stand in the same
-/// entries of the table, so each set of entries is looked at once. The entries that hold a name are found through an
+/// entries of the table, so each set of entries is looked at once; every part has its log lines all the same. The
+/// entries that hold a name are found through an
 /// index, so that the cost grows with what is shared and not with the number of devices times the number of parts.
 
 #include "libInventory/parts/AmbiguousParts.h"
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <boost/unordered/unordered_flat_set.hpp>
+#include <optional>
 #include <vector>
 
 #include "libInventory/parts/PartComparison.h"
@@ -48,37 +50,94 @@ public:
             NameSet namesHere;
             for (const PartSpec& part : entry.value) {
                 if (namesHere.insert(part.name).second) {
-                    m_entriesByName[part.name].push_back(&entry.value);
+                    m_placesByName[part.name].entries.push_back(&entry.value);
                 }
             }
         }
     }
 
     void examine(const PartSpec& part) {
-        const auto entries = m_entriesByName.find(part.name);
-        if (entries == m_entriesByName.end() || !m_examined.insert(entries->second).second) {
+        const auto at = m_placesByName.find(part.name);
+        if (at == m_placesByName.end()) {
             return;
         }
-        PartArray group;
-        String names;
-        collectGroup(entries->second, group, names);
-        if (group.size() < 2) {
-            return;
+        Places& places = at->second;
+        if (!places.examined) {
+            const auto [known, isNew] = m_examinedByEntries.try_emplace(places.entries, m_examined.size());
+            places.examined = known->second;
+            if (isNew) {
+                m_examined.push_back(examineEntries(places.entries));
+                return;
+            }
         }
-        chooseDiscards(group);
-        std::vector<std::size_t>& likely = m_groupsByHash[hashOfSet(group)];
-        const bool isKnown = std::any_of(likely.begin(), likely.end(),
-                                         [&](std::size_t index) { return samePartSet(m_groups[index], group); });
-        if (!isKnown) {
-            VRX_LOG(inventoryLog(), LogPriority::Debug, u"UUT: Non-duplicate ambiguous parts found: " << names);
-            likely.push_back(m_groups.size());
-            m_groups.append(std::move(group));
+        if (inventoryLog().isEnabled(LogPriority::Debug)) {
+            logExamined(m_examined[*places.examined]);
         }
     }
 
 private:
     /// The lists of the table that hold a part: all that its group depends on.
     using Entries = std::vector<const PartArray*>;
+
+    struct Places {
+        Entries entries;
+        std::optional<std::size_t> examined;  ///< index in m_examined
+    };
+
+    /// What became of a set of entries, for the log lines of the next part that stands in the same.
+    struct Examined {
+        std::vector<StringView> names;
+        StringView bestName;
+        std::size_t bestDevices = 0;
+        bool hasBest = false;
+    };
+
+    Examined examineEntries(const Entries& entries) {
+        Examined examined;
+        PartArray group;
+        collectGroup(entries, group, examined.names);
+        if (group.size() < 2) {
+            return examined;
+        }
+        chooseDiscards(group, examined);
+        std::vector<std::size_t>& likely = m_groupsByHash[hashOfSet(group)];
+        const bool isKnown = std::any_of(likely.begin(), likely.end(),
+                                         [&](std::size_t index) { return samePartSet(m_groups[index], group); });
+        if (!isKnown) {
+            VRX_LOG(inventoryLog(), LogPriority::Debug,
+                    u"UUT: Non-duplicate ambiguous parts found: " << listOf(examined.names));
+            likely.push_back(m_groups.size());
+            m_groups.append(std::move(group));
+        }
+        return examined;
+    }
+
+    static String listOf(const std::vector<StringView>& names) {
+        String text;
+        for (const StringView name : names) {
+            text.append(text.isEmpty() ? StringView() : StringView(u", ")).append(name);
+        }
+        return text;
+    }
+
+    static void logName(StringView name) {
+        VRX_LOG(inventoryLog(), LogPriority::Debug, u" matching ambiguous name: " << name);
+    }
+
+    static void logBest(const Examined& examined) {
+        VRX_LOG(inventoryLog(), LogPriority::Debug,
+                u" Least ambiguous (best match) part: " << examined.bestName << u" matched: " << examined.bestDevices
+                                                        << u" devices");
+    }
+
+    static void logExamined(const Examined& examined) {
+        for (const StringView name : examined.names) {
+            logName(name);
+        }
+        if (examined.hasBest) {
+            logBest(examined);
+        }
+    }
 
     /// The same for all orders of the same names.
     static std::size_t hashOfSet(const PartArray& group) noexcept {
@@ -89,20 +148,21 @@ private:
         return sum;
     }
 
-    void collectGroup(const Entries& entries, PartArray& group, String& names) const {
+    /// The group and, beside it, the names of its parts.
+    void collectGroup(const Entries& entries, PartArray& group, std::vector<StringView>& names) const {
         NameSet joined;
         for (const PartArray* const entry : entries) {
             for (const PartSpec& candidate : *entry) {
                 if (m_wanted.contains(candidate.name) && joined.insert(candidate.name).second) {
-                    VRX_LOG(inventoryLog(), LogPriority::Debug, u" matching ambiguous name: " << candidate.name);
+                    logName(candidate.name);
                     group.append(candidate);
-                    names.append(names.isEmpty() ? StringView() : StringView(u", ")).append(candidate.name);
+                    names.push_back(candidate.name);
                 }
             }
         }
     }
 
-    void chooseDiscards(const PartArray& group) {
+    void chooseDiscards(const PartArray& group, Examined& examined) {
         const auto most = std::max_element(group.begin(), group.end(), [](const PartSpec& a, const PartSpec& b) {
             return a.devices.size() < b.devices.size();
         });
@@ -112,9 +172,10 @@ private:
         if (equals != 1) {
             return;
         }
-        VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u" Least ambiguous (best match) part: " << most->name << u" matched: " << most->devices.size()
-                                                        << u" devices");
+        examined.bestName = examined.names[static_cast<std::size_t>(most - group.begin())];
+        examined.bestDevices = most->devices.size();
+        examined.hasBest = true;
+        logBest(examined);
         NameSet devicesOfBest;
         for (const String& guid : most->devices) {
             devicesOfBest.insert(guid);
@@ -132,8 +193,9 @@ private:
     PartArray& m_discard;
     Array<PartArray>& m_groups;
     NameSet m_wanted;
-    boost::unordered_flat_map<StringView, Entries, TextHash> m_entriesByName;
-    boost::unordered_flat_set<Entries> m_examined;
+    boost::unordered_flat_map<StringView, Places, TextHash> m_placesByName;
+    boost::unordered_flat_map<Entries, std::size_t> m_examinedByEntries;  ///< index in m_examined
+    std::vector<Examined> m_examined;
     boost::unordered_flat_map<std::size_t, std::vector<std::size_t>> m_groupsByHash;
 };
 
@@ -176,15 +238,12 @@ void findAmbiguousParts(PartArray& discard, Array<PartArray>& ambiguousGroups,
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"Parts check failed. Potential ambiguous parts:.");
     AmbiguitySearch search(discard, ambiguousGroups, singlePartTable, fullParts);
-    NameSet examined;
     for (std::size_t i = 0; i < fullParts.size(); ++i) {
         const PartSpec& part = fullParts[i];
         VRX_LOG(inventoryLog(), LogPriority::Debug,
                 u"Possible ambiguous name: " << part.name << u" at index: " << i
                                              << u" looking for matching ambiguous parts");
-        if (examined.insert(part.name).second) {
-            search.examine(part);
-        }
+        search.examine(part);
     }
     if (inventoryLog().isEnabled(LogPriority::Debug)) {
         logFindings(discard, ambiguousGroups, state);

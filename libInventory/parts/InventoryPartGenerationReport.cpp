@@ -1,5 +1,5 @@
 /// The outcome of parts-list generation as a test result and a `part-generation-report` document: on success the parts
-/// with their devices and the devices too many, on failure the groups of parts that cannot be told apart.
+/// with their devices and the extra devices, on failure the groups of parts that cannot be told apart.
 
 #include "libCommon/xml/XmlDocument.h"
 #include "libInventory/Inventory.h"

@@ -134,6 +134,21 @@ TEST_F(PartsGeneration, oneCopyIsDiscardedForEachEntryOfTheDiscardList) {
     EXPECT_EQ(textOf(groups[0]), " one(1|) two(1|2|b|)");
 }
 
+TEST_F(PartsGeneration, everyCopyOfAnAmbiguousPartHasItsLines) {
+    addDevice(store, "Fan", "fan", "1");
+    addDevice(store, "Fan", "fan", "2");
+    addDevice(store, "Battery", "battery", "b");
+    addPart(u"one", fan(u"fan"));
+    addPart(u"two", fan(u"fan") + fan(u"fan") + u"<device type='Battery'/>");
+    const LineCollector log(LogPriority::Debug, " ");
+    EXPECT_EQ(generate(), "no");
+    const std::string names = "1  matching ambiguous name: one\n1  matching ambiguous name: two\n";
+    const std::string best = "1  Least ambiguous (best match) part: two matched: 3 devices\n";
+    const std::string first = names + best + "1  part to discard: one\n";
+    const std::string ofThreeParts = first + names + best + names + best;
+    EXPECT_NE(log.lines.find(ofThreeParts), std::string::npos) << log.lines;
+}
+
 TEST_F(PartsGeneration, failsWithoutGroupsWhenTheBaseScriptIsNotMet) {
     addDevice(store, "Fan", "fan", "1");
     addPart(u"A", u"<device type='Fan'/>");
