@@ -15,7 +15,7 @@
 //      a number with that very unit, and the first step has decided it.
 //   3. Everything else is searched for.
 //
-// Tests that had to be given up are remembered, so that a hopeless test costs its limit once.
+// Tests that had to be given up are remembered, so that each costs its limit once.
 
 namespace vrx {
 
@@ -62,7 +62,7 @@ void CompiledPattern::classify(const RangeSite& lastRange) {
     m_unit = UnitRange::parse(tail);
     const bool isAnchored = lastRange.begin == 1 && m_pattern.view().front() == u'^';
     if ((isAnchored || lastRange.begin == 0) && (m_unit || tail.empty() || tail == u"$")) {
-        m_lonelyRange = lastRange.range;
+        m_singleRange = lastRange.range;
         // Without letter case the unit may stand there in a spelling that is not in the unit table.
         m_isWholeRange = isAnchored && tail.ends_with(u'$') && (!m_unit || m_letterCase == LetterCase::Matters);
     }
@@ -71,7 +71,7 @@ void CompiledPattern::classify(const RangeSite& lastRange) {
 bool CompiledPattern::matches(StringView value) {
     if (m_unit) {
         if (const auto number = m_unit->numberOf(value)) {
-            return m_lonelyRange ? m_lonelyRange->contains(*number)
+            return m_singleRange ? m_singleRange->contains(*number)
                                  : search(concat(toText(*number), u" ", m_unit->unitText()));
         }
     }
@@ -79,7 +79,7 @@ bool CompiledPattern::matches(StringView value) {
 }
 
 bool CompiledPattern::isInWholeRange(StringView value) const noexcept {
-    return !m_unit && numberEnd(value, 0) == value.size() && m_lonelyRange->contains(numberValue(value));
+    return !m_unit && numberEnd(value, 0) == value.size() && m_singleRange->contains(numberValue(value));
 }
 
 bool CompiledPattern::search(StringView value) {

@@ -39,8 +39,8 @@ private:
     String m_pattern;
     LetterCase m_letterCase;
     std::optional<UnitRange> m_unit;           ///< the unit behind the last range, borrowed from m_pattern
-    std::optional<NumberRange> m_lonelyRange;  ///< the range of a pattern that is one range, anchors and unit aside
-    bool m_isWholeRange = false;               ///< a lonely range with both anchors, decided without a program
+    std::optional<NumberRange> m_singleRange;  ///< the range of a pattern that is one range, anchors and unit aside
+    bool m_isWholeRange = false;               ///< a single range with both anchors, decided without a program
     std::optional<PatternProgram> m_program;   ///< none for a whole range
     std::size_t m_hash;                        ///< of the pattern and its letter case
     bool m_hasExceeded;                        ///< some test of this pattern was given up

@@ -9,8 +9,9 @@
 
 namespace vrx {
 
-/// The tests (a pattern on a value) that were given up at a limit, for all threads. Patterns and values are known by
-/// their hashes; the memory is bounded, so what was met long ago may be forgotten.
+/// The tests (a pattern on a value) that were given up at a limit, for all threads, so that each pattern is logged
+/// once. Patterns and values are known by their hashes; the memory is bounded, so what was met long ago may be
+/// forgotten. Locked; only patterns that were given up before come here.
 class ExceededTests {
 public:
     static ExceededTests& instance();
@@ -18,14 +19,15 @@ public:
     /// Whether some test of the pattern is known.
     bool knowsPattern(std::size_t patternHash);
 
-    /// Whether this test is known; if it is, it counts as given up once more.
+    /// Whether this test is known; if it is, it counts as given up once more on this thread.
     bool meets(std::size_t patternHash, std::size_t valueHash);
 
-    /// Counts and keeps a test that was given up just now. True when it is the first one known of its pattern.
+    /// Keeps a test that was given up just now and counts it on this thread. True when it is the first one known of its
+    /// pattern.
     bool add(std::size_t patternHash, std::size_t valueHash);
 
-    /// Tests given up since the program started, known ones that were met again included.
-    std::size_t count() const noexcept { return m_count.load(std::memory_order_relaxed); }
+    /// Tests that the calling thread has given up since it started, known ones that were met again included.
+    static std::size_t countOfThread() noexcept;
 
 private:
     struct Test {
@@ -44,7 +46,7 @@ private:
     std::mutex m_mutex;
     TwoGenerationTable<Test, Nothing, TestHash> m_tests;
     TwoGenerationTable<std::size_t, Nothing, std::hash<std::size_t>> m_patterns;
-    std::atomic<std::size_t> m_count = 0;
+    std::atomic<bool> m_knowsAny = false;
 };
 
 }  // namespace vrx

@@ -43,8 +43,8 @@ public:
     /// Why the pattern does not compile; empty when it does. `offset`, when given, is set to the place in the pattern.
     static String compileError(StringView pattern, std::size_t* offset = nullptr);
 
-    /// Tests of patterns that were given up at their match limit since the program started; a host that wants to tell
-    /// "did not match" from "could not be decided" compares the number before and after.
+    /// Tests of patterns that the calling thread has given up at their match limit since it started. Whoever wants to
+    /// tell "did not match" from "could not be decided" compares the number before and after.
     static std::size_t exceededCount() noexcept;
 };
 
