@@ -20,10 +20,14 @@ VRX_EXPORT String uuEncode(StringView text, bool escapeUnrepresentable, bool pro
 /// Decodes. With `protectLiterals` alone, only `%u0025` is turned back; with `escapeUnrepresentable` every escape is.
 VRX_EXPORT String uuDecode(StringView text, bool escapeUnrepresentable, bool protectLiterals);
 
-/// Whether `uuEncode(text, true, true)` would change the text; a fast scan that allocates nothing.
+/// Any text as one that XML can hold, and back: both kinds of escapes.
+inline String toXmlSafe(StringView text) { return uuEncode(text, true, true); }
+inline String fromXmlSafe(StringView text) { return uuDecode(text, true, true); }
+
+/// Whether `toXmlSafe` would change the text; a fast scan that allocates nothing.
 VRX_EXPORT bool needsUuEncode(StringView text) noexcept;
 
-/// Whether decoding would change the text.
+/// Whether `fromXmlSafe` would change the text.
 VRX_EXPORT bool needsUuDecode(StringView text) noexcept;
 
 /// Whether XML 1.0 can hold the unit at `index` of `text` (looks at its neighbours for surrogate pairs).

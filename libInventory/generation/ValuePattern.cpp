@@ -25,7 +25,7 @@ void escapeRegex(String& text) {
 String exactValuePattern(const String& text) {
     String escaped = text;
     escapeRegex(escaped);
-    return concat(u"^", needsUuEncode(escaped) ? uuEncode(escaped, true, true) : escaped, u"$");
+    return concat(u"^", needsUuEncode(escaped) ? toXmlSafe(escaped) : escaped, u"$");
 }
 
 String rangePattern(double low, double high, const String& units) {

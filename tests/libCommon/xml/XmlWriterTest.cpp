@@ -38,7 +38,7 @@ private:
         for (unsigned count = below(12); count > 0; --count) {
             result += PIECES[below(std::size(PIECES))];
         }
-        return result.uuEncode(true, true);
+        return toXmlSafe(result);
     }
 
     String name() {
