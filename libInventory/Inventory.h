@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "libCommon/Export.h"
@@ -25,6 +27,7 @@ struct DeviceOutcome;
 struct ElementContext;
 struct ExtraDevice;
 struct Finding;
+struct ImportReport;
 struct RunProgress;
 struct RunSummary;
 
@@ -113,6 +116,9 @@ public:
     /// Reads a script file (UTF-8; invalid sequences become U+FFFD and are reported in one log line) and loads it.
     /// False, after telling the observers, when it cannot be read; the script loaded before then stays.
     bool loadInventoryScriptFile(const String& path);
+
+    /// The same for what a host has read itself; `name` stands for the path.
+    bool loadInventoryScriptBytes(std::string bytes, const String& name);
 
     /// "inventory-check".
     static String inventoryCheckElementName();
@@ -220,6 +226,10 @@ public:
     static ParsePartsResult parsePartsList(const String& xml, Array<PartSpec>& parts, String& error);
     static ParsePartsResult parsePartsListFile(const String& path, Array<PartSpec>& parts, String& error);
 
+    /// As parsePartsListFile, of what a host has read itself; `name` is what errors call it.
+    static ParsePartsResult parsePartsListBytes(std::string_view bytes, const String& name, Array<PartSpec>& parts,
+                                                String& error);
+
     /// Whether the machine holds all devices that the script describes, whatever other devices it has. `extraDevices`,
     /// when given, receives the devices too many (untouched when the script does not load). A null `state` means the
     /// process-wide store.
@@ -243,12 +253,16 @@ public:
     static XmlDocument generatePartsListXml(const Array<PartSpec>& partsList, const String& baseScript,
                                             StateManager* state);
 
-    // ---- Recorded machines (import/) ----
+    // ---- Recorded machines (recording/) ----
 
     /// Adds the devices of a SysInfo XML recording to `store`. False, after a log line that says why, when it does not
     /// parse or holds no device list; devices added before a failure stay.
     static bool importStateFromXmlString(const String& xml, StateManager& store);
     static bool importStateFromXmlFile(const String& path, StateManager& store);
+
+    /// The same; `report`, which is replaced, says what was done, what was left out and why it failed.
+    static bool importStateFromXmlString(const String& xml, StateManager& store, ImportReport& report);
+    static bool importStateFromXmlFile(const String& path, StateManager& store, ImportReport& report);
 
 private:
     struct State;
@@ -361,10 +375,6 @@ private:
 
     /// What runs of this object share with others about candidates; borrowed, null for none.
     void setMatchCache(MatchCache* cache);
-
-    // generation/InventoryScriptGeneration.cpp
-    void generateInventoryScriptRecursive(const boost::shared_ptr<IDeviceImp>& device, XmlElement* parent,
-                                          SysinfoFilter* filter, bool includeAllCategories);
 
     /// The store that generation reads.
     StateManager& stateManager() const;

@@ -4,6 +4,8 @@
 /// Names, locators and exact values are encoded while they pass through the XML layer, and the finished text is decoded
 /// as a whole; loading a script encodes its text again. So any 16-bit text survives, in a text held in memory.
 
+#include <utility>
+
 #include "libCommon/Assertion.h"
 #include "libCommon/text/UuCode.h"
 #include "libCommon/time/DateTime.h"
@@ -80,6 +82,51 @@ void addPropertyElement(const IPropertyImp& property, const boost::shared_ptr<ID
     deviceElement->LinkEndChild(element);
 }
 
+class DeviceElements {
+public:
+    DeviceElements(XmlElement* root, SysinfoFilter* filter, bool includeAllCategories)
+        : m_root(root), m_filter(filter), m_excluded(excludedCategories(includeAllCategories)) {}
+
+    /// A device tree may be deeper than the stack, so what is still to come is kept aside.
+    void addTree(const boost::shared_ptr<IDeviceImp>& root) {
+        VRX_ASSERT_TEXT(root, "d");
+        Array<boost::shared_ptr<IDeviceImp>> pending{root};
+        while (!pending.isEmpty()) {
+            const boost::shared_ptr<IDeviceImp> device = std::move(pending.back());
+            pending.truncate(pending.size() - 1);
+            addDevice(device);
+            const Array<boost::shared_ptr<IDeviceImp>> children = device->children();
+            for (std::size_t i = children.size(); i-- > 0;) {
+                pending.append(children[i]);
+            }
+        }
+    }
+
+private:
+    void addDevice(const boost::shared_ptr<IDeviceImp>& device) {
+        Array<boost::shared_ptr<IPropertyImp>> properties;
+        if (m_filter != nullptr && !m_filter->includeDevice(*device, properties)) {
+            return;
+        }
+        XmlElement* const element = m_root->Document().NewElement(vocabulary::DEVICE);
+        element->SetAttribute(vocabulary::TYPE, device->type().toString(0, false));
+        element->SetAttribute(vocabulary::NAME, exactValuePattern(device->name()));
+        element->SetAttribute(vocabulary::HW_LOCATOR, toXmlSafe(device->hwLocator()));
+        element->SetAttribute(vocabulary::OS_LOCATOR, toXmlSafe(device->osLocator()));
+        if (m_filter == nullptr) {
+            properties = device->properties(PropertyCategoryImp::ALL());
+        }
+        for (const auto& property : properties) {
+            addPropertyElement(*property, device, element, m_excluded, m_filter);
+        }
+        m_root->LinkEndChild(element);
+    }
+
+    XmlElement* m_root;
+    SysinfoFilter* m_filter;
+    PropertyCategoryImp m_excluded;
+};
+
 }  // namespace
 
 void Inventory::generateInventoryScript(String& script, bool includeAllCategories, bool checkLocators, bool checkNames,
@@ -104,36 +151,12 @@ void Inventory::generateInventoryScript(String& script, bool includeAllCategorie
                             << DEFAULT_FILTER_FILE << u" result = " << static_cast<int>(result));
             }
         }
-        generateInventoryScriptRecursive(rootDevice, root, chosen, includeAllCategories);
+        DeviceElements(root, chosen, includeAllCategories).addTree(rootDevice);
     }
     document.LinkEndChild(root);
     document.GetFormattedStr(script, 0);
     if (needsUuDecode(script)) {
-        script = uuDecode(script, true, true);
-    }
-}
-
-void Inventory::generateInventoryScriptRecursive(const boost::shared_ptr<IDeviceImp>& device, XmlElement* parent,
-                                                 SysinfoFilter* filter, bool includeAllCategories) {
-    VRX_ASSERT_TEXT(device, "d");
-    Array<boost::shared_ptr<IPropertyImp>> properties;
-    if (filter == nullptr || filter->includeDevice(*device, properties)) {
-        const PropertyCategoryImp excluded = excludedCategories(includeAllCategories);
-        XmlElement* const element = parent->Document().NewElement(vocabulary::DEVICE);
-        element->SetAttribute(vocabulary::TYPE, device->type().toString(0, false));
-        element->SetAttribute(vocabulary::NAME, exactValuePattern(device->name()));
-        element->SetAttribute(vocabulary::HW_LOCATOR, uuEncode(device->hwLocator(), true, true));
-        element->SetAttribute(vocabulary::OS_LOCATOR, uuEncode(device->osLocator(), true, true));
-        if (filter == nullptr) {
-            properties = device->properties(PropertyCategoryImp::ALL());
-        }
-        for (const auto& property : properties) {
-            addPropertyElement(*property, device, element, excluded, filter);
-        }
-        parent->LinkEndChild(element);
-    }
-    for (const auto& child : device->children()) {
-        generateInventoryScriptRecursive(child, parent, filter, includeAllCategories);
+        script = fromXmlSafe(script);
     }
 }
 

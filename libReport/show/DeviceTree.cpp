@@ -59,13 +59,38 @@ Parents parentsOf(const StateManager& store) {
 
 using Children = std::unordered_map<const IDeviceImp*, std::vector<const IDeviceImp*>>;
 
-DeviceTreeNode nodeOf(const IDeviceImp* device, const Children& children) {
-    DeviceTreeNode node{device, {}};
-    if (const auto at = children.find(device); at != children.end()) {
-        node.children.reserve(at->second.size());
-        for (const IDeviceImp* const child : at->second) {
-            node.children.push_back(nodeOf(child, children));
+/// A tree in text that is deeper than this serves nobody, and walks over it are recursive.
+constexpr unsigned DEEPEST = 256;
+
+const std::vector<const IDeviceImp*>& childrenOf(const IDeviceImp* device, const Children& children) {
+    static const std::vector<const IDeviceImp*> none;
+    const auto at = children.find(device);
+    return at == children.end() ? none : at->second;
+}
+
+/// Adds everything below a device without nesting it, each device before those below it.
+void addFlat(const IDeviceImp* device, const Children& children, std::vector<DeviceTreeNode>& out) {
+    std::vector<const IDeviceImp*> pending{device};
+    while (!pending.empty()) {
+        const std::vector<const IDeviceImp*>& below = childrenOf(pending.back(), children);
+        pending.pop_back();
+        pending.insert(pending.end(), below.rbegin(), below.rend());
+        if (!pending.empty()) {
+            out.push_back({pending.back(), {}});
         }
+    }
+}
+
+DeviceTreeNode nodeOf(const IDeviceImp* device, const Children& children, unsigned depth) {
+    DeviceTreeNode node{device, {}};
+    if (depth == DEEPEST) {
+        addFlat(device, children, node.children);
+        return node;
+    }
+    const std::vector<const IDeviceImp*>& below = childrenOf(device, children);
+    node.children.reserve(below.size());
+    for (const IDeviceImp* const child : below) {
+        node.children.push_back(nodeOf(child, children, depth + 1));
     }
     return node;
 }
@@ -88,7 +113,7 @@ DeviceTreeNode deviceTree(const StateManager& store, const std::vector<const IDe
         }
         children[above].push_back(device);
     }
-    return nodeOf(nullptr, children);
+    return nodeOf(nullptr, children, 0);
 }
 
 }  // namespace vrx

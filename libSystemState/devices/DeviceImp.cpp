@@ -85,7 +85,20 @@ DeviceImp::DeviceImp(Token, const CapabilityImp& type, const CapabilityImp& capa
       m_description(std::move(description)),
       m_capabilities(capabilities) {}
 
-DeviceImp::~DeviceImp() = default;
+// A chain of devices may be longer than the stack is deep, so children that nobody else keeps go one by one.
+DeviceImp::~DeviceImp() {
+    DeviceArray going = std::move(m_children);
+    while (!going.isEmpty()) {
+        const boost::shared_ptr<IDeviceImp> child = std::move(going.back());
+        going.truncate(going.size() - 1);
+        if (auto* const plain = child.use_count() == 1 ? dynamic_cast<DeviceImp*>(child.get()) : nullptr) {
+            for (boost::shared_ptr<IDeviceImp>& grandchild : plain->m_children) {
+                going.append(std::move(grandchild));
+            }
+            plain->m_children.clear();
+        }
+    }
+}
 
 boost::shared_ptr<IDeviceImp> DeviceImp::createGeneric(const CapabilityImp& type, const CapabilityImp& capabilities,
                                                        unsigned, String name, String description, String osLocator,

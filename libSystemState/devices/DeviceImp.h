@@ -54,6 +54,7 @@ public:
               String osLocator, String hwLocator);
 
 private:
+    using DeviceArray = Array<boost::shared_ptr<IDeviceImp>>;
     using PropertyArray = Array<boost::shared_ptr<IPropertyImp>>;
 
     /// All properties; made of the recorded ones when they have not been.
@@ -70,7 +71,7 @@ private:
     mutable std::unique_ptr<const RecordedProperties> m_recorded;  ///< gone once m_properties holds them
     mutable PropertyArray m_properties;
     mutable std::unique_ptr<KeyIndex> m_keyIndex;
-    Array<boost::shared_ptr<IDeviceImp>> m_children;
+    DeviceArray m_children;
     String m_description;
     CapabilityImp m_capabilities;
 };

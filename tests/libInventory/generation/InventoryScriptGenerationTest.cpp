@@ -225,5 +225,26 @@ TEST_F(ScriptGeneration, tolerancesWidenNumbersAndNothingElse) {
     }
 }
 
+TEST_F(ScriptGeneration, aChainOfDevicesMayBeDeeperThanTheStack) {
+    constexpr int DEPTH = 100'000;
+    StateManager::DevicePointer last;
+    for (int i = 0; i < DEPTH; ++i) {
+        last = store.addDevice(DeviceImp::createGeneric(CapabilityImp(u"Fan"), CapabilityImp(), 0, u"f", u"", u"", u""),
+                               nullptr, last);
+    }
+    SysinfoFilter nothing;
+    EXPECT_EQ(generate(false, false, false, &nothing).find("<device"), std::string::npos);
+    const std::string script = generate(false, false, false, nullptr);
+    std::size_t devices = 0;
+    for (std::size_t at = 0; (at = script.find("<device ", at)) != std::string::npos; ++at) {
+        ++devices;
+    }
+    EXPECT_EQ(devices, std::size_t{DEPTH});
+
+    const StateManager::DevicePointer root = store.rootDevice();
+    last.reset();
+    store.clear();  // the chain hangs on its root alone now
+}
+
 }  // namespace
 }  // namespace vrx::test
