@@ -17,6 +17,7 @@ namespace vrx {
 struct XmlError {
     String description;
     XmlPlace place;
+    bool isOfFile = false;  ///< the file could not be read
 };
 
 /// What a document consists of. It stays where it is when the document is moved, so nodes can point to it.

@@ -68,7 +68,7 @@ bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader) {
         return replaceBy(source, reader);
     }
     Clear();
-    content().error = XmlError{std::move(error), XmlPlace()};
+    content().error = XmlError{std::move(error), XmlPlace(), true};
     return false;
 }
 
@@ -88,6 +88,8 @@ bool XmlDocument::replaceBy(XmlSource& source, XmlElementReader* reader) {
 void XmlDocument::Clear() { m_content.reset(); }
 
 bool XmlDocument::Error() const noexcept { return m_content && m_content->error; }
+
+bool XmlDocument::IsFileError() const noexcept { return Error() && m_content->error->isOfFile; }
 
 const String& XmlDocument::ErrorDesc() const noexcept {
     return Error() ? m_content->error->description : String::EMPTY;

@@ -33,7 +33,7 @@ public:
     XmlDocument& operator=(XmlDocument&& other) noexcept;
 
     /// Parses text held in memory, replacing what the document held. Rows and columns count in this text (a leading
-    /// byte-order mark takes no column). With a reader, elements tell no place, only errors do.
+    /// byte-order mark takes no column). With a reader few elements tell places (XmlElementReader).
     bool Parse(StringView text, XmlElementReader* reader = nullptr);
 
     /// The same for UTF-8 bytes; invalid UTF-8 is a parse error.
@@ -47,6 +47,9 @@ public:
 
     /// Whether the last parse failed.
     bool Error() const noexcept;
+
+    /// Whether it failed because the file could not be read; then there is no place.
+    bool IsFileError() const noexcept;
 
     /// What the last parse failed on ("mismatched tag"), and its 0-based place in the parsed text.
     const String& ErrorDesc() const noexcept;

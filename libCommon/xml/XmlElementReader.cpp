@@ -4,4 +4,6 @@ namespace vrx {
 
 XmlElementReader::~XmlElementReader() = default;
 
+const char* XmlElementReader::attributeOfPlacedElements() const noexcept { return ""; }
+
 }  // namespace vrx

@@ -15,6 +15,10 @@ public:
     /// element's attributes and children any more: they are gone when the call has returned. The element itself stays,
     /// with its name and user data. What was read counts only if the parse succeeds.
     virtual bool readElement(XmlElement& element) = 0;
+
+    /// Following places through the text takes time, so only the root and the elements that have an attribute of this
+    /// name (UTF-8) tell theirs; the others say 0. Asked once. Empty, the default, for the root alone.
+    virtual const char* attributeOfPlacedElements() const noexcept;
 };
 
 }  // namespace vrx

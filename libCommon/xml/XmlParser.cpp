@@ -84,7 +84,7 @@ std::optional<XmlError> XmlParser::run() {
         }
         const std::size_t size = m_source.read(buffer, capacity);
         if (bytesRead == 0 && startsLikeUtf16({buffer, size})) {
-            return XmlError{u"the text is not UTF-8", XmlPlace()};
+            return XmlError{u"the text is not UTF-8", XmlPlace(), false};
         }
         bytesRead += size;
         atEnd = m_source.isAtEnd();
@@ -131,7 +131,7 @@ void XmlParser::onStartElement(void* self, const char* name, const char** attrib
         XML_SetDefaultHandler(parser.m_parser.get(), nullptr);  // the prolog is over
     }
     const auto count = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser.m_parser.get())) / 2;
-    const XmlPlace place = parser.m_builder.keepsPlaces() ? parser.placeOfEvent() : XmlPlace();
+    const XmlPlace place = parser.m_builder.keepsPlace(attributes, count) ? parser.placeOfEvent() : XmlPlace();
     parser.m_builder.startElement(name, attributes, count, place);
 }
 
@@ -145,7 +145,7 @@ void XmlParser::onComment(void* self, const char* text) { parserOf(self).m_build
 
 // The library may still report what it has recognised already, so nobody listens any more.
 void XmlParser::stop(String description) {
-    m_error = XmlError{std::move(description), placeOfEvent()};
+    m_error = XmlError{std::move(description), placeOfEvent(), false};
     XML_Parser const parser = m_parser.get();
     XML_SetElementHandler(parser, nullptr, nullptr);
     XML_SetDefaultHandler(parser, nullptr);

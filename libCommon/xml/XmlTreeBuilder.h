@@ -23,9 +23,21 @@ class XmlTreeBuilder {
 public:
     /// Both are borrowed; without a reader the whole document is kept.
     explicit XmlTreeBuilder(XmlContent& content, XmlElementReader* reader = nullptr)
-        : m_content(content), m_names(content.names()), m_parent(&content.top()), m_reader(reader) {}
+        : m_content(content),
+          m_names(content.names()),
+          m_parent(&content.top()),
+          m_reader(reader),
+          m_placing(reader != nullptr ? reader->attributeOfPlacedElements() : "") {}
 
-    bool keepsPlaces() const noexcept { return m_reader == nullptr; }
+    /// Whether the place of the element that is about to start is wanted.
+    bool keepsPlace(const char* const* attributes, std::size_t count) const noexcept {
+        bool isWanted = m_reader == nullptr || m_level == 0;
+        for (std::size_t i = 0; i < count && !isWanted; ++i) {
+            const char* const name = attributes[2 * i];
+            isWanted = name[0] == m_placing[0] && m_placing == name;
+        }
+        return isWanted;
+    }
 
     /// `attributes` holds `count` names, each followed by its value.
     void startElement(const char* name, const char* const* attributes, std::size_t count, XmlPlace place);
@@ -54,6 +66,7 @@ private:
     XmlNameCache m_names;
     XmlContainer* m_parent;
     XmlElementReader* m_reader;
+    std::string m_placing;                   // attribute of the elements that tell their places to a reader
     std::vector<XmlContent::Mark> m_starts;  // of the open elements' contents, when there is a reader
     unsigned m_level = 0;
     std::string m_text;

@@ -1,11 +1,10 @@
-/// Loading a recorded machine: parse the document, find its root, read the devices under it (SysInfoReader.h). The two
-/// operations differ in where the text comes from and in how their log lines begin; only a log line says why an import
-/// failed. There is no roll-back: devices that were added before a failure stay.
+/// Loading a recorded machine: parse the document, find its root, read the devices under it (SysInfoReader.h). The
+/// operations differ in where the text comes from. There is no roll-back: devices that were added before a failure
+/// stay.
 ///
-/// Devices are read while the document is parsed, unless each of them is logged: the lines stand in the order in which
-/// the store gets the devices.
+/// Devices are read while the document is parsed, and added to the store once it is known to be whole.
 
-#include "libCommon/text/NumberText.h"
+#include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/recording/SysInfoReader.h"
 #include "libInventory/support/InventoryLog.h"
@@ -14,55 +13,67 @@ namespace vrx {
 
 namespace {
 
-/// What the parser complained of and, 1-based, where. A file that could not be read has no place.
-String parseError(const XmlDocument& document) {
-    if (document.ErrorRow() == 0 && document.ErrorColumn() == 0) {
-        return document.ErrorDesc();
+using Failure = ImportReport::Failure;
+
+void noteParseError(const XmlDocument& document, ImportReport& report) {
+    report.reason = document.ErrorDesc();
+    report.failure = document.IsFileError() ? Failure::Unreadable : Failure::Malformed;
+    if (report.failure == Failure::Malformed) {
+        report.row = document.ErrorRow() + 1;
+        report.column = document.ErrorColumn() + 1;
     }
-    return concat(document.ErrorDesc(), u" (", toText(std::uint64_t{document.ErrorRow()} + 1), u":",
-                  toText(std::uint64_t{document.ErrorColumn()} + 1), u")");
 }
 
-XmlElementReader* readAhead(SysInfoReader& reader) {
-    return inventoryLog().isEnabled(LogPriority::Debug) ? nullptr : &reader;
-}
-
-bool importDocument(XmlDocument& document, SysInfoReader& reader, StringView operation, StringView noRoot) {
+void importDevices(XmlDocument& document, SysInfoReader& reader, ImportReport& report) {
     XmlElement* const root = document.RootElement();
-    if (!root) {
-        VRX_LOG(inventoryLog(), LogPriority::Error, operation << noRoot);
-        return false;
+    if (root == nullptr) {
+        report.failure = Failure::NoRoot;
+    } else if (!reader.readDevices(*root)) {
+        report.failure = Failure::NoDevices;
+        report.row = root->Row() + 1;
+        report.column = root->Column() + 1;
     }
-    if (!reader.readDevices(*root)) {
-        VRX_LOG(inventoryLog(), LogPriority::Error, operation << u" populateStateManagerRecursive failed.");
-        return false;
+}
+
+template <typename Load>
+bool importInto(StateManager& store, ImportReport& report, const Load& load) {
+    XmlDocument document;
+    SysInfoReader reader(store, report);
+    if (load(document, &reader)) {
+        importDevices(document, reader, report);
+    } else {
+        noteParseError(document, report);
     }
-    return true;
+    for (const String& line : report.failureLines()) {
+        VRX_LOG(inventoryLog(), LogPriority::Error, line);
+    }
+    return report.failure == Failure::None;
 }
 
 }  // namespace
 
+bool Inventory::importStateFromXmlString(const String& xml, StateManager& store, ImportReport& report) {
+    report = ImportReport();
+    return importInto(store, report,
+                      [&](XmlDocument& document, XmlElementReader* reader) { return document.Parse(xml, reader); });
+}
+
+bool Inventory::importStateFromXmlFile(const String& path, StateManager& store, ImportReport& report) {
+    report = ImportReport();
+    report.isFile = true;
+    report.path = path;
+    return importInto(store, report,
+                      [&](XmlDocument& document, XmlElementReader* reader) { return document.LoadFile(path, reader); });
+}
+
 bool Inventory::importStateFromXmlString(const String& xml, StateManager& store) {
-    XmlDocument document;
-    SysInfoReader reader(store);
-    if (!document.Parse(xml, readAhead(reader))) {
-        VRX_LOG(inventoryLog(), LogPriority::Error,
-                u"importStateFromXmlString() Parse failed: " << parseError(document));
-        return false;
-    }
-    // Contract: the two operations spell the missing root differently.
-    return importDocument(document, reader, u"importStateFromXmlString()", u" root element notforfound in xml.");
+    ImportReport report;
+    return importStateFromXmlString(xml, store, report);
 }
 
 bool Inventory::importStateFromXmlFile(const String& path, StateManager& store) {
-    const String operation = concat(u"importStateFromXmlFile(", path, u")");
-    XmlDocument document;
-    SysInfoReader reader(store);
-    if (!document.LoadFile(path, readAhead(reader))) {
-        VRX_LOG(inventoryLog(), LogPriority::Error, operation << u" LoadFile failed: " << parseError(document));
-        return false;
-    }
-    return importDocument(document, reader, operation, u" root element not found in xml.");
+    ImportReport report;
+    return importStateFromXmlFile(path, store, report);
 }
 
 }  // namespace vrx

@@ -13,9 +13,9 @@
 /// specification. Documents nest no deeper than XmlDocument::MAXIMUM_DEPTH, so the walk may recurse.
 ///
 /// Nor is the document ever held as a whole. When a device's end tag is parsed, the device is made and its element
-/// emptied, as long as that cannot be told from reading it later: whether the element counts at all, and as the how
-/// manieth of its list, is known only at the end. So nothing is registered, logged or added ahead, and a device that
-/// needs its position (for a locator that is missing) or a log line (for unknown units) waits for the walk.
+/// emptied, as long as that cannot be told from reading it later: whether the element counts at all, and its position
+/// in its list, are known only at the end. So nothing is registered, logged or added ahead, and a device that needs its
+/// position (for a locator that is missing) or a place in the report (for unknown units) waits for the walk.
 
 #include "libInventory/recording/SysInfoReader.h"
 
@@ -26,6 +26,7 @@
 #include "libCommon/values/Measurement.h"
 #include "libCommon/values/Unit.h"
 #include "libCommon/xml/XmlElement.h"
+#include "libInventory/ImportReport.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libSystemState/StateManager.h"
@@ -213,7 +214,6 @@ bool SysInfoReader::readElement(XmlElement& element) {
 bool SysInfoReader::readDevices(XmlElement& parent) {
     XmlElement* const first = firstDevice(parent);
     if (!first) {
-        VRX_LOG(inventoryLog(), LogPriority::Error, u"Failed to parse sysinfo file");
         return false;
     }
     std::uint32_t counter = 0;
@@ -228,7 +228,8 @@ bool SysInfoReader::readDevices(XmlElement& parent) {
 void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
     if (auto* const ahead = static_cast<DeviceAhead*>(element.GetUserData())) {
         registerSpecs(*ahead->properties);
-        addDevice(std::exchange(ahead->device, nullptr));
+        logProperties(*ahead->properties);
+        addDevice(std::exchange(ahead->device, nullptr), *ahead->properties);
         if (ahead->hasDevices) {
             readDevices(element);
         }
@@ -249,14 +250,19 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
         name.emplace();
         hwLocator = generatedText(u"gen-name", counter);
     }
+    std::unique_ptr<const RecordedProperties> properties = propertiesOf(element);
+    const RecordedProperties& recorded = *properties;
     addDevice(newDevice(element, items, std::move(*name), std::move(*osLocator), std::move(*hwLocator),
-                        propertiesOf(element)));
+                        std::move(properties)),
+              recorded);
     if (items.hasDevices) {
         readDevices(element);
     }
 }
 
-void SysInfoReader::addDevice(const boost::shared_ptr<IDeviceImp>& device) {
+void SysInfoReader::addDevice(const boost::shared_ptr<IDeviceImp>& device, const RecordedProperties& properties) {
+    ++m_report.devices;
+    m_report.properties += static_cast<std::uint32_t>(properties.entries().size());
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"populateStateManagerRecursive() adding device: " << device->guid());
     m_store.addDevice(device, nullptr);
 }
@@ -273,6 +279,9 @@ std::unique_ptr<const RecordedProperties> SysInfoReader::propertiesOf(XmlElement
 bool SysInfoReader::readProperties(XmlElement& parent) {
     for (XmlElement* element = firstProperty(parent); element; element = element->NextSiblingElement()) {
         if (isProperty(element->Name()) && !readProperty(*element)) {
+            if (!m_isAhead) {
+                skip(*element);
+            }
             return false;
         }
     }
@@ -292,15 +301,42 @@ bool SysInfoReader::readProperty(XmlElement& element) {
         m_hasToWait = true;
         return false;
     } else {
-        VRX_LOG(inventoryLog(), LogPriority::Error, u"Could not find UnitType for string: " << attributes.units);
         return false;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"populatePropertiesRecursive() adding property: " << (*m_specs)[spec]->key());
+    if (!m_isAhead) {
+        logProperty(spec);
+    }
     if (!element.NoChildren()) {
         readProperties(element);
     }
     return true;
+}
+
+void SysInfoReader::skip(const XmlElement& element) {
+    ImportReport::Skipped& skipped = m_report.skipped.emplace();
+    const PropertyAttributes attributes = attributesOf(element);
+    const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(u"Key") : nullptr;
+    skipped.key = keyChild ? keyChild->GetText() : String(attributes.key);
+    skipped.text = attributes.units;
+    skipped.row = element.Row() + 1;
+    skipped.column = element.Column() + 1;
+    for (const XmlElement* next = element.NextSiblingElement(); next; next = next->NextSiblingElement()) {
+        skipped.propertiesBehind += isProperty(next->Name()) ? 1U : 0U;
+    }
+    VRX_LOG(inventoryLog(), LogPriority::Error, skipped.line());
+}
+
+void SysInfoReader::logProperty(std::uint32_t spec) const {
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"populatePropertiesRecursive() adding property: " << (*m_specs)[spec]->key());
+}
+
+void SysInfoReader::logProperties(const RecordedProperties& properties) const {
+    if (inventoryLog().isEnabled(LogPriority::Debug)) {
+        for (const RecordedProperties::Entry& entry : properties.entries()) {
+            logProperty(entry.spec);
+        }
+    }
 }
 
 void SysInfoReader::addPlain(std::uint32_t spec, XmlElement& property, StringView attribute) {

@@ -19,19 +19,26 @@
 
 namespace vrx {
 
-/// Reads the devices of one SysInfo document into a store. A reader serves one document and must not outlive the store.
+struct ImportReport;
+
+/// Reads the devices of one SysInfo document into a store. A reader serves one document and must not outlive the store
+/// or the report.
 ///
 /// Devices may be read while the document is being parsed, with the reader given to `XmlDocument`; the store gets them
 /// from `readDevices` afterwards in any case.
 class SysInfoReader final : public XmlElementReader {
 public:
-    explicit SysInfoReader(StateManager& store) noexcept : m_store(store) {}
+    /// What is added and what is left out goes into the report.
+    SysInfoReader(StateManager& store, ImportReport& report) : m_store(store), m_report(report) {}
 
     /// Reads ahead what the element says of one device, if it is one that says all that a device needs.
     bool readElement(XmlElement& element) override;
 
-    /// Adds the devices that are listed under an element, each followed by those nested in it. False, after a log line,
-    /// when the element holds no device list.
+    /// Those that may be left out, which the report then tells the places of.
+    const char* attributeOfPlacedElements() const noexcept override { return "units"; }
+
+    /// Adds the devices that are listed under an element, each followed by those nested in it. False when the element
+    /// holds no device list.
     bool readDevices(XmlElement& parent);
 
 private:
@@ -43,15 +50,20 @@ private:
     };
 
     void readDevice(XmlElement& element, std::uint32_t counter);
-    void addDevice(const boost::shared_ptr<IDeviceImp>& device);
+    void addDevice(const boost::shared_ptr<IDeviceImp>& device, const RecordedProperties& properties);
 
     /// The properties that stand under the element of a device.
     std::unique_ptr<const RecordedProperties> propertiesOf(XmlElement& element);
 
-    /// Adds the properties that stand under an element to m_entries. False, after a log line, when it had to stop at
-    /// one with unknown units.
+    /// Adds the properties that stand under an element to m_entries. False when it had to stop at one with unknown
+    /// units, which is in the report then.
     bool readProperties(XmlElement& parent);
     bool readProperty(XmlElement& element);
+
+    /// Enters a property with unknown units, and those behind it, as left out.
+    void skip(const XmlElement& property);
+    void logProperty(std::uint32_t spec) const;
+    void logProperties(const RecordedProperties& properties) const;
 
     /// Adds the property with the attribute's value or, when that is empty, with the values of its children.
     void addPlain(std::uint32_t spec, XmlElement& property, StringView attribute);
@@ -67,6 +79,7 @@ private:
     void registerSpec(std::uint32_t position);
 
     StateManager& m_store;
+    ImportReport& m_report;
     struct KeyHash {
         std::size_t operator()(StringView key) const noexcept { return hashOf(key); }
     };

@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "libCommon/logging/Logger.h"
+#include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/recording/SysInfoReader.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
@@ -17,14 +21,13 @@ struct CollectedLines : LogSink {
     CollectedLines() { Logger::addSink(*this); }
     ~CollectedLines() override { Logger::removeSink(*this); }
     void writeLine(const std::string&, LogPriority priority, StringView message) override {
-        if (priority != LogPriority::Debug) {
-            text += toUtf8(message.substr(message.find(u' ') + 1)) + "\n";
-        }
+        text += toUtf8(message.substr(message.find(u' ') + 1)) + "\n";
+        warnings += priority == LogPriority::Debug ? 0 : 1;
     }
     std::string text;
+    int warnings = 0;
 };
 
-/// Has every device logged, so that none is read before the whole document is there.
 struct DebugLogging {
     DebugLogging() { log.setPriority(LogPriority::Debug); }
     ~DebugLogging() { log.inheritPriority(); }
@@ -92,9 +95,11 @@ TEST(InventoryStateImport, lenientForms) {
         EXPECT_EQ(machineText(store), test.machine);
         EXPECT_EQ(lines.text, test.lines);
 
-        const DebugLogging debug;
+        XmlDocument whole;
+        ASSERT_TRUE(whole.Parse(test.xml));
         StateManager later;
-        EXPECT_TRUE(Inventory::importStateFromXmlString(test.xml, later));
+        ImportReport report;
+        EXPECT_TRUE(SysInfoReader(later, report).readDevices(*whole.RootElement()));
         EXPECT_EQ(machineText(later), test.machine);
     }
 }
@@ -109,16 +114,59 @@ TEST(InventoryStateImport, devicesOfADocumentThatTurnsOutBrokenAreNotEvenKnown) 
 }
 
 TEST(InventoryStateImport, failuresSayWhy) {
+    using Failure = ImportReport::Failure;
     StateManager store;
     CollectedLines lines;
-    EXPECT_FALSE(Inventory::importStateFromXmlString(u"<s>\n <a", store));
-    EXPECT_FALSE(Inventory::importStateFromXmlString(u"<s><SysInfo><device/></SysInfo></s>", store));
-    EXPECT_FALSE(Inventory::importStateFromXmlFile(u"/none.xml", store));
+    ImportReport report;
+    std::string reported;
+    const auto outcome = [&](bool imported) {
+        EXPECT_FALSE(imported);
+        for (const String& line : report.errorLines()) {
+            reported += line.toUtf8() + "\n";
+        }
+        return std::tuple(report.failure, report.reason.toUtf8(), report.row, report.column);
+    };
+    EXPECT_EQ(outcome(Inventory::importStateFromXmlString(u"<s>\n <a", store, report)),
+              std::tuple(Failure::Malformed, std::string("unclosed token"), 2U, 2U));
+    EXPECT_EQ(outcome(Inventory::importStateFromXmlString(u"\n<s><SysInfo><device/></SysInfo></s>", store, report)),
+              std::tuple(Failure::NoDevices, std::string(), 2U, 1U));
+    EXPECT_EQ(outcome(Inventory::importStateFromXmlFile(u"/none.xml", store, report)),
+              std::tuple(Failure::Unreadable, std::string("No such file or directory"), 0U, 0U));
+    EXPECT_EQ(report.path, u"/none.xml");
+    EXPECT_EQ(lines.text, reported);
     EXPECT_EQ(lines.text, R"(importStateFromXmlString() Parse failed: unclosed token (2:2)
 Failed to parse sysinfo file
 importStateFromXmlString() populateStateManagerRecursive failed.
 importStateFromXmlFile(/none.xml) LoadFile failed: No such file or directory
 )");
+}
+
+TEST(InventoryStateImport, saysWhatItTookAndWhatItSkipped) {
+    constexpr StringView XML =
+        u"<s><Device name='A' hwLocator='h' osLocator='o'><property key='K' value='1'/></Device>\n"
+        u"<Device name='B' hwLocator='i' osLocator='o'><property key='L' value='2'/>\n<property units='ells'>"
+        u"<Key>M</Key></property><x/><property key='N'/><property key='O'/></Device></s>";
+    const DebugLogging debug;
+    CollectedLines lines;
+    StateManager store;
+    ImportReport report;
+    EXPECT_TRUE(Inventory::importStateFromXmlString(XML, store, report));
+    EXPECT_EQ(lines.text, R"(populatePropertiesRecursive() adding property: K
+populateStateManagerRecursive() adding device: h|o
+populatePropertiesRecursive() adding property: L
+Could not find UnitType for string: ells
+populateStateManagerRecursive() adding device: i|o
+)");
+    EXPECT_EQ(lines.warnings, 1);
+    EXPECT_EQ(report.devices, 2U);
+    EXPECT_EQ(report.properties, 2U);
+    ASSERT_EQ(report.skipped.size(), 1U);
+    const ImportReport::Skipped& skipped = report.skipped[0];
+    EXPECT_EQ(skipped.key, u"M");
+    EXPECT_EQ(skipped.text, u"ells");
+    EXPECT_EQ(skipped.row, 3U);
+    EXPECT_EQ(skipped.column, 1U);
+    EXPECT_EQ(skipped.propertiesBehind, 2U);
 }
 
 TEST(InventoryStateImport, specificationsAreSharedAndGoToTheProcessWideStore) {
