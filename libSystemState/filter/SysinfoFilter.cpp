@@ -35,18 +35,16 @@ struct Rule {
     HashTable<String, std::optional<double>> tolerances;  ///< by selected key; no keys: every property is selected
 };
 
-/// Why and where a load failed.
+/// Why and where (1-based; 0 for nowhere) a load failed.
 struct Mistake {
-    SysinfoFilter::PARSE_RET code;
-    String text;
+    SysinfoFilter::PARSE_RET code = SysinfoFilter::PARSE_SUCCESS;
+    String reason;
+    std::uint32_t row = 0;
+    std::uint32_t column = 0;
 };
 
-String placed(StringView text, std::uint32_t row, std::uint32_t column) {
-    return concat(text, u" (", toText(row + 1), u":", toText(column + 1), u")");
-}
-
 Mistake mistakeAt(const XmlElement& element, SysinfoFilter::PARSE_RET code, StringView text, StringView value) {
-    return {code, placed(concat(text, u" \"", value, u"\""), element.Row(), element.Column())};
+    return {code, concat(text, u" \"", value, u"\""), element.Row() + 1, element.Column() + 1};
 }
 
 std::optional<Mistake> readProperty(const XmlElement& element, Rule& rule) {
@@ -77,15 +75,10 @@ std::optional<Mistake> readRule(const XmlElement& element, Rule& rule) {
     return std::nullopt;
 }
 
-std::optional<Mistake> readDocument(const String& path, XmlDocument& document) {
-    std::string bytes;
-    String error;
-    if (!vrx::loadFile(path, bytes, error)) {
-        return Mistake{SysinfoFilter::PARSE_UNREADABLE, std::move(error)};
-    }
+std::optional<Mistake> readDocument(std::string_view bytes, XmlDocument& document) {
     if (!document.ParseUtf8(bytes)) {
-        return Mistake{SysinfoFilter::PARSE_XML_ERROR,
-                       placed(document.ErrorDesc(), document.ErrorRow(), document.ErrorColumn())};
+        return Mistake{SysinfoFilter::PARSE_XML_ERROR, document.ErrorDesc(), document.ErrorRow() + 1,
+                       document.ErrorColumn() + 1};
     }
     const XmlElement& root = *document.RootElement();
     if (root.Name() != u"system-information-filter") {
@@ -95,9 +88,9 @@ std::optional<Mistake> readDocument(const String& path, XmlDocument& document) {
     return std::nullopt;
 }
 
-std::optional<Mistake> readFile(const String& path, Array<Rule>& rules) {
+std::optional<Mistake> readRules(std::string_view bytes, Array<Rule>& rules) {
     XmlDocument document;
-    if (std::optional<Mistake> mistake = readDocument(path, document)) {
+    if (std::optional<Mistake> mistake = readDocument(bytes, document)) {
         return mistake;
     }
     for (const XmlElement* child = document.RootElement()->FirstChildElement(u"device"); child != nullptr;
@@ -113,7 +106,8 @@ std::optional<Mistake> readFile(const String& path, Array<Rule>& rules) {
 
 struct SysinfoFilter::Rules {
     Array<Rule> rules;
-    String errorText;
+    Mistake mistake;
+    String errorText;                                               ///< the mistake in words
     boost::unordered_flat_map<std::uint16_t, const Rule*> decided;  ///< by node of the device's type; null: no rule
 
     const Rule* firstFor(const CapabilityImp& type) const {
@@ -143,15 +137,30 @@ SysinfoFilter::SysinfoFilter() : m_rules(std::make_unique<Rules>()) {}
 SysinfoFilter::~SysinfoFilter() = default;
 
 const String& SysinfoFilter::errorText() const noexcept { return m_rules->errorText; }
+const String& SysinfoFilter::errorReason() const noexcept { return m_rules->mistake.reason; }
+std::uint32_t SysinfoFilter::errorRow() const noexcept { return m_rules->mistake.row; }
+std::uint32_t SysinfoFilter::errorColumn() const noexcept { return m_rules->mistake.column; }
 
 SysinfoFilter::PARSE_RET SysinfoFilter::loadFile(const String& path) {
-    m_rules = std::make_unique<Rules>();
-    if (std::optional<Mistake> mistake = readFile(path, m_rules->rules)) {
-        m_rules->rules.clear();
-        m_rules->errorText = std::move(mistake->text);
-        return mistake->code;
+    std::string bytes;
+    String error;
+    if (vrx::loadFile(path, bytes, error)) {
+        return load(bytes);
     }
-    return PARSE_SUCCESS;
+    m_rules = std::make_unique<Rules>();
+    m_rules->mistake = Mistake{PARSE_UNREADABLE, error, 0, 0};
+    m_rules->errorText = error;
+    return PARSE_UNREADABLE;
+}
+
+SysinfoFilter::PARSE_RET SysinfoFilter::load(std::string_view bytes) {
+    m_rules = std::make_unique<Rules>();
+    if (std::optional<Mistake> mistake = readRules(bytes, m_rules->rules)) {
+        m_rules->rules.clear();
+        m_rules->errorText = concat(mistake->reason, u" (", toText(mistake->row), u":", toText(mistake->column), u")");
+        m_rules->mistake = std::move(*mistake);
+    }
+    return m_rules->mistake.code;
 }
 
 bool SysinfoFilter::includeDevice(const IDeviceImp& device, Array<boost::shared_ptr<IPropertyImp>>& properties) const {

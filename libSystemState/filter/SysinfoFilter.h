@@ -1,7 +1,9 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstdint>
 #include <memory>
+#include <string_view>
 
 #include "libCommon/Export.h"
 #include "libCommon/containers/Array.h"
@@ -34,8 +36,16 @@ public:
     /// Loads the rules, replacing those it had; on failure it has none.
     PARSE_RET loadFile(const String& path);
 
+    /// The same for the bytes of such a file.
+    PARSE_RET load(std::string_view bytes);
+
     /// Why the last load failed, with "(row:column)" where there is a place; empty after a success.
     const String& errorText() const noexcept;
+
+    /// The reason without its place, and the place, 1-based; 0 where there is none.
+    const String& errorReason() const noexcept;
+    std::uint32_t errorRow() const noexcept;
+    std::uint32_t errorColumn() const noexcept;
 
     /// Whether the device belongs in the script; `properties` is then replaced by the properties that are selected for
     /// it.

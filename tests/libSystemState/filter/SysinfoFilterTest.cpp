@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "libCommon/text/NumberText.h"
 #include "tests/libSystemState/TestDevices.h"
 
 namespace vrx {
@@ -90,10 +91,17 @@ TEST_F(SysinfoFilterTest, reportsWhatKeepsAFileFromLoading) {
         ASSERT_EQ(selected(u"Fan", {u"a"}), "a");
         EXPECT_EQ(load(xml), result);
         EXPECT_NE(m_filter.errorText().toUtf8().find(text), std::string::npos) << m_filter.errorText().toUtf8();
+        EXPECT_EQ(m_filter.errorText(), concat(m_filter.errorReason(), u" (", toText(m_filter.errorRow()), u":",
+                                               toText(m_filter.errorColumn()), u")"));
         EXPECT_EQ(selected(u"Fan", {u"a"}), "-");
     }
+    EXPECT_EQ(m_filter.errorReason(), u"tolerance is not a number: \"\"");
+    EXPECT_EQ(m_filter.errorRow(), 1U);
+    EXPECT_EQ(m_filter.errorColumn(), 47U);
     EXPECT_EQ(m_filter.loadFile(u"/nowhere/filter.xml"), SysinfoFilter::PARSE_UNREADABLE);
     EXPECT_EQ(m_filter.errorText(), u"No such file or directory");
+    EXPECT_EQ(m_filter.errorReason(), u"No such file or directory");
+    EXPECT_EQ(m_filter.errorRow(), 0U);
 }
 
 }  // namespace
