@@ -7,11 +7,11 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/NearGuids.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
-#include "libCommon/io/FileLoader.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryTestObserver.h"
 #include "libInventory/script/OrInsidePart.h"
@@ -68,7 +68,7 @@ Content readContent(const std::string& argument) {
     content.name = argument.substr(1);
     std::string bytes;
     String reason;
-    if (!loadFile(String::UTF8Decode(content.name), bytes, reason)) {
+    if (!loadInput(content.name, bytes, reason)) {
         throw CommandFailure(ExitStatus::BadInput, fileProblem(content.name, reason, EXPECTED));
     }
     content.text = String::UTF8Decode(bytes);

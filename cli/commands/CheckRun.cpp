@@ -1,9 +1,9 @@
 #include "cli/commands/CheckRun.h"
 
+#include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/terminal/CombinationProgress.h"
-#include "libCommon/io/FileLoader.h"
 #include "libInventory/script/OrInsidePart.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libRegex/Regex.h"
@@ -22,11 +22,6 @@ std::string scriptProblem(const std::string& path, const XmlDocument& script, co
     if (const XmlElement* const root = script.RootElement()) {
         return problemAt(path, root->Row(), root->Column(),
                          "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED_SCRIPT);
-    }
-    std::string bytes;
-    String reason;
-    if (path != "-" && !loadFile(String::UTF8Decode(path), bytes, reason)) {
-        return fileProblem(path, reason, EXPECTED_SCRIPT);
     }
     return fileProblem(path, fileErrors.isEmpty() ? String(u"it cannot be read") : fileErrors.back(), EXPECTED_SCRIPT);
 }
@@ -71,7 +66,13 @@ void CheckRun::refuse(const std::string& line) {
 void CheckRun::loadScript() {
     ErrorStreamLog::Capture capture(*m_session.log);
     const std::string& path = m_request.scriptPath;
-    if (!m_inventory.loadInventoryScriptFile(String::UTF8Decode(path))) {
+    std::string bytes;
+    String reason;
+    if (!loadInput(path, bytes, reason)) {
+        m_observer.handleFileError(u"Could not open Inventory Script file: " + String::UTF8Decode(path));
+        refuse(fileProblem(path, reason, EXPECTED_SCRIPT));
+    }
+    if (!m_inventory.loadInventoryScriptBytes(std::move(bytes), String::UTF8Decode(path))) {
         refuse(scriptProblem(path, m_inventory.script(), m_observer.fileErrors));
     }
     capture.show();

@@ -1,8 +1,11 @@
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
@@ -42,23 +45,19 @@ struct GenerateOptions : CommonOptions {
     bool failsOnExtra = false;
 };
 
-/// "text (row:column)" of a filter as "file:row:column: text".
-std::string filterProblem(const std::string& path, const String& errorText, bool isUnreadable) {
-    const std::string text = errorText.toUtf8();
-    const std::size_t bracket = text.rfind(" (");
-    if (isUnreadable || bracket == std::string::npos || text.back() != ')') {
-        return fileProblem(path, errorText, EXPECTED);
-    }
-    const std::string place = text.substr(bracket + 2, text.size() - bracket - 3);
-    return path + ":" + place + ": " + text.substr(0, bracket) + "; " + EXPECTED;
+std::string filterProblem(const std::string& path, const SysinfoFilter& filter) {
+    return fmt::format("{}:{}:{}: {}; {}", path, filter.errorRow(), filter.errorColumn(), filter.errorReason().toUtf8(),
+                       EXPECTED);
 }
 
 /// Why the filter does not load; empty when it does.
 std::string loadFilter(const std::string& path, SysinfoFilter& filter) {
-    const SysinfoFilter::PARSE_RET result = filter.loadFile(String::UTF8Decode(path));
-    return result == SysinfoFilter::PARSE_SUCCESS
-               ? std::string()
-               : filterProblem(path, filter.errorText(), result == SysinfoFilter::PARSE_UNREADABLE);
+    std::string bytes;
+    String reason;
+    if (!loadInput(path, bytes, reason)) {
+        return fileProblem(path, reason, EXPECTED);
+    }
+    return filter.load(bytes) == SysinfoFilter::PARSE_SUCCESS ? std::string() : filterProblem(path, filter);
 }
 
 /// Whether the default filter is there and loads. That there is none is normal; one that does not load is passed over,

@@ -2,9 +2,9 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
-#include "libCommon/io/FileLoader.h"
 #include "libLint/Lint.h"
 #include "libReport/lint/LintReport.h"
 
@@ -35,7 +35,7 @@ struct LintOptions : CommonOptions {
 void look(Lint& lint, const std::string& path) {
     std::string bytes;
     String reason;
-    if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
+    if (!loadInput(path, bytes, reason)) {
         refuse(fileProblem(path, reason, EXPECTED));
     }
     switch (lint.run(bytes)) {

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "libCommon/io/FileLoader.h"
@@ -46,10 +47,22 @@ std::string problemOf(const PartsReport& report) {
     return xmlProblem(path, document, EXPECTED);
 }
 
+void parseList(PartsReport& report) {
+    const String name = String::UTF8Decode(report.path);
+    if (report.path != "-") {
+        report.result = Inventory::parsePartsListFile(name, report.parts, report.error);
+        return;
+    }
+    std::string bytes;
+    report.result = loadInput(report.path, bytes, report.error)
+                        ? Inventory::parsePartsListBytes(bytes, name, report.parts, report.error)
+                        : Inventory::PartsXmlError;
+}
+
 CommandResult parse(const PartsParseOptions& options, const Session& session) {
     PartsReport report;
     report.path = options.path;
-    report.result = Inventory::parsePartsListFile(String::UTF8Decode(options.path), report.parts, report.error);
+    parseList(report);
     const bool hasParts =
         report.result == Inventory::PartsBlank || (report.result == Inventory::PartsParsed && !report.parts.isEmpty());
     CommandResult result;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/xml/XmlDocument.h"
@@ -44,7 +45,7 @@ std::string problemOf(const std::string& name, std::string_view bytes) {
 std::string loadBytes(const std::string& path) {
     std::string bytes;
     String reason;
-    if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
+    if (!loadInput(path, bytes, reason)) {
         fail(fileProblem(path, reason, EXPECTED), {});
     }
     return bytes;

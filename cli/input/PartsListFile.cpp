@@ -1,8 +1,8 @@
 #include "cli/input/PartsListFile.h"
 
+#include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/Session.h"
-#include "libCommon/io/FileLoader.h"
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/OrInsidePart.h"
 
@@ -18,7 +18,7 @@ constexpr const char* EXPECTED_BASE = "expected the content of an <inventory-che
 std::string readFile(const std::string& path, const char* expected) {
     std::string bytes;
     String reason;
-    if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
+    if (!loadInput(path, bytes, reason)) {
         refuse(fileProblem(path, reason, expected));
     }
     return bytes;

@@ -67,18 +67,20 @@ bool readAll(const FileDescriptor& file, std::string& bytes, String& error) {
 
 bool loadFile(const String& path, std::string& bytes, String& error) {
     error.clear();
-    if (path == u"-") {
-        FileDescriptor input(STDIN_FILENO);
-        const bool isRead = readAll(input, bytes, error);
-        input.release();
-        return isRead;
-    }
     const std::string name = path.toUtf8();
     if (isDevice(name)) {
         return fail(bytes, error, u"Is a device");
     }
     const FileDescriptor file(name, O_RDONLY);
     return file.isOpen() ? readAll(file, bytes, error) : failWithErrno(bytes, error);
+}
+
+bool loadDescriptor(int descriptor, std::string& bytes, String& error) {
+    error.clear();
+    FileDescriptor file(descriptor);
+    const bool isRead = readAll(file, bytes, error);
+    file.release();
+    return isRead;
 }
 
 }  // namespace vrx

@@ -12,10 +12,13 @@ namespace vrx {
 /// Files larger than this are refused (a recording of a million properties has about 60 MB).
 inline constexpr std::size_t MAXIMUM_FILE_SIZE = std::size_t{1} << 30;
 
-/// Reads a whole file into `bytes`; the path "-" reads standard input. On failure `bytes` is empty, `error` says why in
+/// Reads a whole file into `bytes`. On failure `bytes` is empty, `error` says why in
 /// the operating system's words ("No such file or directory", "Is a directory", "file is larger than 1 GiB") and the
 /// result is false. Pipes are read to their end; block and character devices are refused.
 VRX_EXPORT bool loadFile(const String& path, std::string& bytes, String& error);
+
+/// The same for an open descriptor, such as that of standard input, which is left open.
+VRX_EXPORT bool loadDescriptor(int descriptor, std::string& bytes, String& error);
 
 /// Replaces the file's content in one step: the bytes go to a temporary file in the same folder, which takes the
 /// place of the old one only when everything was written. On failure the old file is as it was, nothing is left

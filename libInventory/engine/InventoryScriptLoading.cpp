@@ -2,6 +2,7 @@
 /// why, and leaves the document in whatever state the parser left it.
 
 #include <string>
+#include <utility>
 
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/text/NumberText.h"
@@ -77,6 +78,11 @@ bool Inventory::loadInventoryScriptFile(const String& path) {
         tellFileError(m_state->m_observers, u"Could not open Inventory Script file: " + path);
         return false;
     }
+    return loadInventoryScriptBytes(std::move(bytes), path);
+}
+
+bool Inventory::loadInventoryScriptBytes(std::string bytes, const String& name) {
+    m_state->m_scriptFileName = name;
     // Nearly all scripts need no encoding and parse as they stand. What does not goes the long way, which also says
     // why.
     State& state = *m_state;
@@ -93,7 +99,7 @@ bool Inventory::loadInventoryScriptFile(const String& path) {
     std::string().swap(bytes);
     if (damage.count > 0) {
         VRX_LOG(inventoryLog(), LogPriority::Warning,
-                u"loadInventoryScriptFile() " << path << u"(" << damage.row + 1 << u":" << damage.column + 1 << u"): "
+                u"loadInventoryScriptFile() " << name << u"(" << damage.row + 1 << u":" << damage.column + 1 << u"): "
                                               << damage.count
                                               << u" invalid UTF-8 sequence(s), the first at this place, each read as "
                                                  u"U+FFFD");

@@ -72,6 +72,11 @@ Inventory::ParsePartsResult readParts(XmlDocument& document, Array<Inventory::Pa
     return Inventory::PartsBlank;
 }
 
+Inventory::ParsePartsResult fileFailure(const String& name, const XmlDocument& document, String& error) {
+    error = concat(u"Failed to Parse xml file ", name, u" (", parseError(document));
+    return Inventory::PartsXmlError;
+}
+
 }  // namespace
 
 Inventory::ParsePartsResult Inventory::parsePartsList(const String& xml, Array<PartSpec>& parts, String& error) {
@@ -89,11 +94,13 @@ Inventory::ParsePartsResult Inventory::parsePartsList(const String& xml, Array<P
 
 Inventory::ParsePartsResult Inventory::parsePartsListFile(const String& path, Array<PartSpec>& parts, String& error) {
     XmlDocument document;
-    if (!document.LoadFile(path)) {
-        error = concat(u"Failed to Parse xml file ", path, u" (", parseError(document));
-        return PartsXmlError;
-    }
-    return readParts(document, parts, error);
+    return document.LoadFile(path) ? readParts(document, parts, error) : fileFailure(path, document, error);
+}
+
+Inventory::ParsePartsResult Inventory::parsePartsListBytes(std::string_view bytes, const String& name,
+                                                           Array<PartSpec>& parts, String& error) {
+    XmlDocument document;
+    return document.ParseUtf8(bytes) ? readParts(document, parts, error) : fileFailure(name, document, error);
 }
 
 }  // namespace vrx

@@ -87,16 +87,26 @@ TEST_F(FileTest, loadsWhatTellsNoTrueSize) {
     writer.join();
 }
 
-TEST_F(FileTest, loadsStandardInput) {
-    put("input", "from standard input");
-    const int saved = dup(STDIN_FILENO);
+TEST_F(FileTest, loadsAnOpenDescriptorAndLeavesItOpen) {
+    put("input", "what it holds");
     const int input = open((m_folder / "input").c_str(), O_RDONLY);
-    dup2(input, STDIN_FILENO);
-    EXPECT_EQ(get(u"-"), "from standard input");
-    EXPECT_EQ(get(u"-"), "");  // still open, at its end
-    dup2(saved, STDIN_FILENO);
+    std::string bytes;
+    String error = u"left over";
+    EXPECT_TRUE(loadDescriptor(input, bytes, error));
+    EXPECT_EQ(bytes, "what it holds");
+    EXPECT_EQ(error, u"");
+    EXPECT_TRUE(loadDescriptor(input, bytes, error));
+    EXPECT_EQ(bytes, "");  // at its end
     close(input);
-    close(saved);
+    EXPECT_FALSE(loadDescriptor(input, bytes, error));
+}
+
+TEST_F(FileTest, aHyphenIsAFileOfThatName) {
+    const fs::path before = fs::current_path();
+    fs::current_path(m_folder);
+    put("-", "in a file");
+    EXPECT_EQ(get(u"-"), "in a file");
+    fs::current_path(before);
 }
 
 TEST_F(FileTest, saysWhyItCannotLoad) {
