@@ -22,10 +22,12 @@ endif()
 # An installed program finds shared libraries beside it (BUILD_SHARED_LIBS).
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 
-# The working folder is kept out of the hash, so that build folders of one source tree share their objects.
+# The build folder is kept out of the hash, so that build folders of one source tree share their objects. Sources that
+# use precompiled headers need some leniency: the macros and the time stamps of what was precompiled are not compared.
 find_program(VRX_CCACHE ccache)
 if(VRX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_NOHASHDIR=true "${VRX_CCACHE}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_NOHASHDIR=true "CCACHE_BASEDIR=${PROJECT_BINARY_DIR}"
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime "${VRX_CCACHE}")
 endif()
 
 # vrx_compile_options(<target>): warnings, sanitizers and file names for a target of ours; never part of the package.

@@ -1,10 +1,10 @@
-# vrx_library(<name> [STATIC] SOURCES <file>... [PUBLIC <target>...] [PRIVATE <target>...])
+# vrx_library(<name> [STATIC] SOURCES <file>... [ALONE <file>...] [PUBLIC <target>...] [PRIVATE <target>...])
 #
 # A library of the project: its sources are listed by hand, its include root is the root of the repository.
 # PUBLIC and PRIVATE name the targets that it links, as in target_link_libraries. STATIC keeps it a static
-# library under BUILD_SHARED_LIBS. A library whose list of sources is empty is an interface library.
+# library under BUILD_SHARED_LIBS. ALONE names sources that a unity build leaves alone (say why beside it). A library whose list of sources is empty is an interface library.
 function(vrx_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 ARG "STATIC" "" "SOURCES;PUBLIC;PRIVATE")
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "STATIC" "" "SOURCES;ALONE;PUBLIC;PRIVATE")
     if(ARG_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "vrx_library(${name}): unknown arguments ${ARG_UNPARSED_ARGUMENTS}")
     endif()
@@ -28,6 +28,11 @@ function(vrx_library name)
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
     vrx_compile_options(${name})
+    vrx_use_headers(${name} vrxHeaders)
+    vrx_unity_batches(${name} ${ARG_SOURCES})
+    if(ARG_ALONE)
+        set_source_files_properties(${ARG_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
 endfunction()
 
 # vrx_program(<name> SOURCES <file>... [LIBRARIES <target>...])

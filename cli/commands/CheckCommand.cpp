@@ -11,7 +11,7 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* FOOTER =
+constexpr const char* CHECK_FOOTER =
     "Exit status: 0 the machine holds what the script asks for; 1 it does not;\n"
     "2 a file cannot be read, parsed or written; 3 undetermined: the script asks for\n"
     "nothing, a pattern took too much work, or this machine cannot be read;\n"
@@ -86,7 +86,7 @@ void addCheckCommand(CLI::App& parent, Session& session) {
     command.add_flag("--no-unsatisfied-tips", options->hasNoUnsatisfiedTips,
                      "Leave out the error that says that a device is not satisfied");
     options->addLogging(command);
-    command.footer(FOOTER);
+    command.footer(CHECK_FOOTER);
     setAction(command, session, options, [options, &session] { return check(*options, session); });
 }
 

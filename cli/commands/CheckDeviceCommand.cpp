@@ -24,11 +24,11 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED = "expected the inner XML of a <device> element: <property>, <and>, <or>, <not>";
+constexpr const char* EXPECTED_CONTENT = "expected the inner XML of a <device> element: <property>, <and>, <or>, <not>";
 constexpr StringView ENVELOPE = u"<inventory-check><device>";
 constexpr StringView ENVELOPE_END = u"</device></inventory-check>";
 
-constexpr const char* FOOTER =
+constexpr const char* CHECK_DEVICE_FOOTER =
     "CONTENT is what would stand inside a <device> element: property, and, or, not.\n"
     "A guid is HARDWARE-LOCATOR|OS-LOCATOR; show --properties prints them.\n"
     "Exit status: 0 the device meets the content; 1 it does not; 2 the content or the\n"
@@ -69,7 +69,7 @@ Content readContent(const std::string& argument) {
     std::string bytes;
     String reason;
     if (!loadInput(content.name, bytes, reason)) {
-        throw CommandFailure(ExitStatus::BadInput, fileProblem(content.name, reason, EXPECTED));
+        throw CommandFailure(ExitStatus::BadInput, fileProblem(content.name, reason, EXPECTED_CONTENT));
     }
     content.text = String::UTF8Decode(bytes);
     return content;
@@ -98,7 +98,7 @@ bool examine(const Content& content) {
     XmlDocument document;
     if (!document.Parse(concat(ENVELOPE, content.text, ENVELOPE_END).uuEncode(true, true))) {
         throw CommandFailure(ExitStatus::BadInput, problemIn(content, document.ErrorRow(), document.ErrorColumn(),
-                                                             document.ErrorDesc().toUtf8() + "; " + EXPECTED));
+                                                             document.ErrorDesc().toUtf8() + "; " + EXPECTED_CONTENT));
     }
     if (const XmlElement* const found = findOrInsidePart(*document.RootElement())) {
         throw CommandFailure(ExitStatus::BadInput,
@@ -168,7 +168,7 @@ void addCheckDeviceCommand(CLI::App& parent, Session& session) {
     options->addFormat(command, deviceCheckWriters());
     options->addOutput(command);
     options->addLogging(command);
-    command.footer(FOOTER);
+    command.footer(CHECK_DEVICE_FOOTER);
     setAction(command, session, options, [options, &session] { return checkDevice(*options, session); });
 }
 

@@ -14,7 +14,7 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* FOOTER =
+constexpr const char* COLLECT_FOOTER =
     "What cannot be read is left out and said on standard error.\n"
     "NAME is a source (--list-sources) in small letters, or a device type (--exclude only); several\n"
     "with commas between them. What is below a device that is left out moves up.\n"
@@ -99,7 +99,7 @@ void addCollectCommand(CLI::App& parent, Session& session) {
     command.add_flag("--anonymize", options->collect.isAnonymous,
                      "Pseudonyms for serial numbers, addresses, UUIDs and host names");
     options->addLogging(command);
-    command.footer(FOOTER);
+    command.footer(COLLECT_FOOTER);
     setAction(command, session, options, [options, &session] { return collect(*options, session); });
 }
 

@@ -14,7 +14,7 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* FOOTER =
+constexpr const char* CONVERT_FOOTER =
     "FILE may be the output of lshw (-xml or -json), of dmidecode, of lstopo (--of xml), or SysInfo\n"
     "XML; what it is shows in its content. What it was taken for, how many devices it holds, and what\n"
     "was damaged is said on standard error. Whatever a file of another program lacks is left out.\n"
@@ -63,7 +63,7 @@ void addConvertCommand(CLI::App& parent, Session& session) {
     command.add_flag("--anonymize", options->isAnonymous,
                      "Pseudonyms for serial numbers, addresses, UUIDs and host names");
     options->addLogging(command);
-    command.footer(FOOTER);
+    command.footer(CONVERT_FOOTER);
     setAction(command, session, options, [options, &session] { return convert(*options, session); });
 }
 

@@ -22,9 +22,9 @@ namespace {
 constexpr const char* DEFAULT_FILTER = "SystemInformationFilter.xml";
 constexpr StringView DEFAULT_FILTER_LINE =
     u"generateInventoryScript(): SysinfoFilter failed loading defaultFilter file";
-constexpr const char* EXPECTED = "expected a filter, XML with the root <system-information-filter>";
+constexpr const char* EXPECTED_FILTER = "expected a filter, XML with the root <system-information-filter>";
 
-constexpr const char* FOOTER =
+constexpr const char* GENERATE_FOOTER =
     "The script names every device of the machine, or, with a filter, those that the filter\n"
     "selects; \"check\" on the same machine passes it. Without --filter the file\n"
     "SystemInformationFilter.xml of the working directory is used when there is one.\n"
@@ -47,7 +47,7 @@ struct GenerateOptions : CommonOptions {
 
 std::string filterProblem(const std::string& path, const SysinfoFilter& filter) {
     return fmt::format("{}:{}:{}: {}; {}", path, filter.errorRow(), filter.errorColumn(), filter.errorReason().toUtf8(),
-                       EXPECTED);
+                       EXPECTED_FILTER);
 }
 
 /// Why the filter does not load; empty when it does.
@@ -55,7 +55,7 @@ std::string loadFilter(const std::string& path, SysinfoFilter& filter) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
-        return fileProblem(path, reason, EXPECTED);
+        return fileProblem(path, reason, EXPECTED_FILTER);
     }
     return filter.load(bytes) == SysinfoFilter::PARSE_SUCCESS ? std::string() : filterProblem(path, filter);
 }
@@ -74,7 +74,7 @@ bool loadDefaultFilter(SysinfoFilter& filter, const Session& session) {
     return problem.empty();
 }
 
-CommandResult generate(const GenerateOptions& options, Session& session) {
+CommandResult generateScript(const GenerateOptions& options, Session& session) {
     SysinfoFilter filter;
     const bool isFilterGiven = !options.filterPath.empty();
     if (isFilterGiven) {
@@ -117,8 +117,8 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
                      "A check of the script fails on devices too many: a rule for each type that it names wholly");
     options->addOutput(command);
     options->addLogging(command);
-    command.footer(FOOTER);
-    setAction(command, session, options, [options, &session] { return generate(*options, session); });
+    command.footer(GENERATE_FOOTER);
+    setAction(command, session, options, [options, &session] { return generateScript(*options, session); });
 }
 
 }  // namespace vrx::cli

@@ -12,10 +12,10 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED =
+constexpr const char* EXPECTED_INPUT =
     "expected an inventory script (root <inventory-check>) or a parts list (<part> elements in the root)";
 
-constexpr const char* FOOTER =
+constexpr const char* LINT_FOOTER =
     "One line for each finding: file:row:column: severity: what to do [rule]. The rules\n"
     "are explained in docs/lint-rules.md.\n"
     "Exit status: 0 neither errors nor warnings (notes are fine); 1 there are some; 2 the\n"
@@ -36,15 +36,15 @@ void look(Lint& lint, const std::string& path) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
-        refuse(fileProblem(path, reason, EXPECTED));
+        refuse(fileProblem(path, reason, EXPECTED_INPUT));
     }
     switch (lint.run(bytes)) {
-        case Lint::Result::NotXml: refuse(xmlProblem(path, lint.document(), EXPECTED));
+        case Lint::Result::NotXml: refuse(xmlProblem(path, lint.document(), EXPECTED_INPUT));
         case Lint::Result::Neither: {
             const XmlElement* const root = lint.document().RootElement();
-            refuse(root == nullptr ? fileProblem(path, u"it has no root", EXPECTED)
+            refuse(root == nullptr ? fileProblem(path, u"it has no root", EXPECTED_INPUT)
                                    : problemAt(path, root->Row(), root->Column(),
-                                               "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED));
+                                               "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED_INPUT));
         }
         case Lint::Result::Done: break;
     }
@@ -68,7 +68,7 @@ void addLintCommand(CLI::App& parent, Session& session) {
     options->addFormat(command, lintWriters());
     options->addOutput(command);
     options->addLogging(command);
-    command.footer(FOOTER);
+    command.footer(LINT_FOOTER);
     setAction(command, session, options, [options, &session] { return lintFile(*options, session); });
 }
 

@@ -10,7 +10,7 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* FOOTER =
+constexpr const char* MATCH_FOOTER =
     "The pattern is a regular expression that is searched for in the value, with\n"
     "letter case; VRXRRANGE[low-high] in it stands for a number between the two. A\n"
     "pattern that does not match is compared as plain text, without letter case.\n"
@@ -56,7 +56,7 @@ void addMatchCommand(CLI::App& parent, Session& session) {
     command.add_option("PATTERN", options->pattern, "The pattern, as in a script")->required();
     command.add_option("VALUE", options->value, "The value, as a machine reports it")->required();
     options->addLogging(command);
-    command.footer(FOOTER);
+    command.footer(MATCH_FOOTER);
     setAction(command, session, options, [options, &session] { return match(*options, session); });
 }
 

@@ -12,7 +12,7 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* FOOTER =
+constexpr const char* PARTS_GENERATE_FOOTER =
     "Counts how many of each part the machine holds and checks them all together, behind\n"
     "the base script. Parts that claim the same devices are reported in groups.\n"
     "Exit status: 0 the parts were generated; 1 they were not; 2 a file cannot be read,\n"
@@ -30,7 +30,7 @@ struct PartsGenerateOptions : CommonOptions {
     std::string basePath;
 };
 
-CommandResult generate(const PartsGenerateOptions& options, Session& session) {
+CommandResult generateParts(const PartsGenerateOptions& options, Session& session) {
     PartGenerationReport& report = session.make<PartGenerationReport>();
     report.partsList = loadPartsForGeneration(options.listPath);
     const String base = loadBaseScript(options.basePath);
@@ -66,8 +66,8 @@ void addPartsGenerateCommand(CLI::App& parent, Session& session) {
     options->addFormat(command, partGenerationWriters());
     options->addOutput(command);
     options->addLogging(command);
-    command.footer(FOOTER);
-    setAction(command, session, options, [options, &session] { return generate(*options, session); });
+    command.footer(PARTS_GENERATE_FOOTER);
+    setAction(command, session, options, [options, &session] { return generateParts(*options, session); });
 }
 
 }  // namespace vrx::cli

@@ -13,9 +13,9 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED = "expected a parts list, XML with <part> elements in its root";
+constexpr const char* EXPECTED_PARTS_LIST = "expected a parts list, XML with <part> elements in its root";
 
-constexpr const char* FOOTER =
+constexpr const char* PARTS_PARSE_FOOTER =
     "A part without any device description is blank.\n"
     "Exit status: 0 every part has a description; 1 there are blank parts; 2 the list\n"
     "cannot be read or parsed, or holds no part; 4 internal error.\n"
@@ -32,19 +32,19 @@ struct PartsParseOptions : CommonOptions {
 std::string problemOf(const PartsReport& report) {
     const std::string& path = report.path;
     if (report.result != Inventory::PartsXmlError) {
-        return fileProblem(path, u"it holds no part", EXPECTED);
+        return fileProblem(path, u"it holds no part", EXPECTED_PARTS_LIST);
     }
     XmlDocument document;
     std::string bytes;
     String reason;
     if (path == "-") {
-        return inputName(path) + ": " + report.error.toUtf8() + "; " + EXPECTED;
+        return inputName(path) + ": " + report.error.toUtf8() + "; " + EXPECTED_PARTS_LIST;
     }
     if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
-        return fileProblem(path, reason, EXPECTED);
+        return fileProblem(path, reason, EXPECTED_PARTS_LIST);
     }
     document.ParseUtf8(bytes);
-    return xmlProblem(path, document, EXPECTED);
+    return xmlProblem(path, document, EXPECTED_PARTS_LIST);
 }
 
 void parseList(PartsReport& report) {
@@ -59,7 +59,7 @@ void parseList(PartsReport& report) {
                         : Inventory::PartsXmlError;
 }
 
-CommandResult parse(const PartsParseOptions& options, const Session& session) {
+CommandResult parseParts(const PartsParseOptions& options, const Session& session) {
     PartsReport report;
     report.path = options.path;
     parseList(report);
@@ -87,8 +87,8 @@ void addPartsParseCommand(CLI::App& parent, Session& session) {
     options->addFormat(command, partsWriters());
     options->addOutput(command);
     options->addLogging(command);
-    command.footer(FOOTER);
-    setAction(command, session, options, [options, &session] { return parse(*options, session); });
+    command.footer(PARTS_PARSE_FOOTER);
+    setAction(command, session, options, [options, &session] { return parseParts(*options, session); });
 }
 
 }  // namespace vrx::cli

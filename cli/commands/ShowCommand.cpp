@@ -13,7 +13,7 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* FOOTER =
+constexpr const char* SHOW_FOOTER =
     "Exit status: 0 done, or the two machines are equal; 1 they differ; 2 no such device,\n"
     "or a file cannot be read, parsed or written; 3 this machine cannot be read;\n"
     "4 internal error.\n"
@@ -111,7 +111,7 @@ void addShowCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<ShowOptions>();
     CLI::App& command = *parent.add_subcommand("show", "Print the devices of a machine, or what changed on it");
     addOptions(command, *options);
-    command.footer(FOOTER);
+    command.footer(SHOW_FOOTER);
     setAction(command, session, options, [options, &session] {
         return options->otherPath.empty() ? showMachine(*options, session) : showChanges(*options, session);
     });

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t ESCAPE_LENGTH = 6;  // %uXXXX
 constexpr StringView DIGITS = u"0123456789ABCDEF";
-constexpr std::size_t BLOCK = 16;  // units that are tested together
+constexpr std::size_t UU_BLOCK = 16;  // units that are tested together
 
 int hexDigit(char16_t unit) noexcept {
     if (unit >= u'0' && unit <= u'9') {
@@ -48,10 +48,10 @@ constexpr bool isSuspect(char16_t unit) noexcept {
 /// Index of the first suspect from `index` on, or the size. Tests whole blocks first; their fixed length and a sum as
 /// wide as the units let the compiler use vector code.
 std::size_t findSuspect(StringView text, std::size_t index) noexcept {
-    for (; text.size() - index >= BLOCK; index += BLOCK) {
+    for (; text.size() - index >= UU_BLOCK; index += UU_BLOCK) {
         const char16_t* const units = text.data() + index;
         std::uint16_t suspects = 0;
-        for (std::size_t k = 0; k < BLOCK; ++k) {
+        for (std::size_t k = 0; k < UU_BLOCK; ++k) {
             suspects = static_cast<std::uint16_t>(suspects | (isSuspect(units[k]) ? 1 : 0));
         }
         if (suspects != 0) {

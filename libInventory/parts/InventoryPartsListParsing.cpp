@@ -41,7 +41,7 @@ bool describesDevices(XmlElement& part) {
 }
 
 /// Where the parser stopped, "row,column" counted from 1, and why.
-String parseError(const XmlDocument& document) {
+String placedError(const XmlDocument& document) {
     return concat(toText(std::uint64_t{document.ErrorRow()} + 1), u",",
                   toText(std::uint64_t{document.ErrorColumn()} + 1), u"): ", document.ErrorDesc());
 }
@@ -73,7 +73,7 @@ Inventory::ParsePartsResult readParts(XmlDocument& document, Array<Inventory::Pa
 }
 
 Inventory::ParsePartsResult fileFailure(const String& name, const XmlDocument& document, String& error) {
-    error = concat(u"Failed to Parse xml file ", name, u" (", parseError(document));
+    error = concat(u"Failed to Parse xml file ", name, u" (", placedError(document));
     return Inventory::PartsXmlError;
 }
 
@@ -86,7 +86,7 @@ Inventory::ParsePartsResult Inventory::parsePartsList(const String& xml, Array<P
     }
     XmlDocument document;
     if (!document.Parse(text)) {
-        error = concat(u"Failed to Parse xml (", parseError(document));
+        error = concat(u"Failed to Parse xml (", placedError(document));
         return PartsXmlError;
     }
     return readParts(document, parts, error);

@@ -28,11 +28,11 @@ bool isBlank(const XmlElement& part) {
 }
 
 /// Whether the part holds a device that has to be there.
-bool needsDevice(const XmlElement& element) {
+bool asksForDevice(const XmlElement& element) {
     for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
         const LintKind kind = lintKindOf(*child);
         const bool isGroup = kind == LintKind::And || kind == LintKind::Or || kind == LintKind::Part;
-        if (kind == LintKind::Device || (isGroup && needsDevice(*child))) {
+        if (kind == LintKind::Device || (isGroup && asksForDevice(*child))) {
             return true;
         }
     }
@@ -70,7 +70,7 @@ private:
         if (isBlank(part)) {
             m_findings.add(LintRule::BlankPart, part,
                            "a blank part, from which no parts can be generated; add the devices that make it up");
-        } else if (!needsDevice(part)) {
+        } else if (!asksForDevice(part)) {
             m_findings.add(LintRule::PartNeedsNoDevice, part,
                            "a part that needs no device fits every machine any number of times; add a <device> outside "
                            "<not>");

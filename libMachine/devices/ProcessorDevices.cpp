@@ -38,7 +38,7 @@ std::string kernelVendor(const ProcessorFacts& facts) {
     return facts.vendor;
 }
 
-void addText(DeviceRecord& device, StringView key, std::string_view text) {
+void addMissingText(DeviceRecord& device, StringView key, std::string_view text) {
     if (!device.has(key)) {
         device.text(key, text);
     }
@@ -85,17 +85,17 @@ std::vector<const ProcessorFacts*> populatedSockets(const SmbiosFacts& facts) {
 }
 
 void addSocketFacts(DeviceRecord& processor, const ProcessorFacts& facts) {
-    addText(processor, property::VENDOR, kernelVendor(facts));
-    addText(processor, property::MODEL, facts.version);
+    addMissingText(processor, property::VENDOR, kernelVendor(facts));
+    addMissingText(processor, property::MODEL, facts.version);
     addNumber(processor, property::FAMILY, facts.family);
     addNumber(processor, property::MODEL_NUMBER, facts.model);
     addNumber(processor, property::STEPPING, facts.stepping);
     addNumber(processor, property::CORES, ifKnown(facts.cores));
     addNumber(processor, property::THREADS, ifKnown(facts.threads));
-    addText(processor, property::SLOT, facts.socket);
-    addText(processor, property::SERIAL_NUMBER, facts.serialNumber);
-    addText(processor, property::PART_NUMBER, facts.partNumber);
-    addText(processor, property::ASSET_TAG, facts.assetTag);
+    addMissingText(processor, property::SLOT, facts.socket);
+    addMissingText(processor, property::SERIAL_NUMBER, facts.serialNumber);
+    addMissingText(processor, property::PART_NUMBER, facts.partNumber);
+    addMissingText(processor, property::ASSET_TAG, facts.assetTag);
     addWord(processor, property::SOCKET_TYPE, facts.socketType);
     if (!processor.has(property::CLOCK)) {
         processor.measure(property::CLOCK, facts.clock, u"MHz");

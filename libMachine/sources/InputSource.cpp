@@ -41,7 +41,7 @@ struct InputFunction {
 /// hardware is.
 int rankOf(StringView kind) noexcept { return kind.starts_with(u"Touch") ? 0 : kind == u"Keyboard" ? 1 : 2; }
 
-std::vector<InputFunction> readFunctions(const RootFolder& root) {
+std::vector<InputFunction> readInputFunctions(const RootFolder& root) {
     std::vector<InputFunction> functions;
     for (const std::string& name : root.list(INPUTS)) {
         InputFunction function;
@@ -85,7 +85,7 @@ DeviceRecord newInput(const RootFolder& root, const InputFunction& function) {
 
 void collectInput(CollectContext& context) {
     std::map<std::string, std::size_t> byPath;
-    for (const InputFunction& function : readFunctions(context.root)) {
+    for (const InputFunction& function : readInputFunctions(context.root)) {
         const std::size_t above = context.recording.nearest(function.sysPath);
         if (above != Recording::NONE && context.recording.at(above).hwLocator.starts_with("usb:")) {
             context.recording.amend(above).isAlso(function.kind);

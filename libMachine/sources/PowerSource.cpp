@@ -50,7 +50,7 @@ void forget(DeviceRecord& device, StringView key) {
     std::erase_if(device.properties, [key](const PropertyRecord& property) { return property.key == key; });
 }
 
-void addText(DeviceRecord& device, StringView key, const std::string& value) {
+void replaceText(DeviceRecord& device, StringView key, const std::string& value) {
     if (!cleanName(value).empty()) {
         forget(device, key);
     }
@@ -76,7 +76,7 @@ void addCapacity(DeviceRecord& battery, const Supply& supply, StringView key, co
 }
 
 void addBattery(DeviceRecord& battery, const Supply& supply) {
-    addText(battery, property::TECHNOLOGY, supply.text("technology"));
+    replaceText(battery, property::TECHNOLOGY, supply.text("technology"));
     addCapacity(battery, supply, property::DESIGN_CAPACITY, "full_design", Category::SysInfo());
     addMeasure(battery, property::DESIGN_VOLTAGE, supply.units("voltage_min_design"), u"V", Category::SysInfo());
     addCapacity(battery, supply, property::FULL_CAPACITY, "full", Category::Volatile());
@@ -110,9 +110,9 @@ DeviceRecord newSupply(const Supply& supply) {
 void addSupply(DeviceRecord& device, const Supply& supply, const std::string& name) {
     device.hwLocator = (supply.isBattery() ? "battery:" : "power:") + name;
     device.osLocator = SUPPLIES + name;
-    addText(device, property::VENDOR, supply.text("manufacturer"));
-    addText(device, property::MODEL, supply.text("model_name"));
-    addText(device, property::SERIAL_NUMBER, supply.text("serial_number"));
+    replaceText(device, property::VENDOR, supply.text("manufacturer"));
+    replaceText(device, property::MODEL, supply.text("model_name"));
+    replaceText(device, property::SERIAL_NUMBER, supply.text("serial_number"));
     if (supply.isBattery() || supply.isUps()) {
         addBattery(device, supply);
     } else if (const auto isOnline = supply.number("online")) {

@@ -7,7 +7,7 @@ namespace vrx {
 
 namespace {
 
-std::string_view nameOf(ValueChange::What what) {
+std::string_view kindName(ValueChange::What what) {
     switch (what) {
         case ValueChange::What::Name: return "name";
         case ValueChange::What::OsLocator: return "osLocator";
@@ -56,7 +56,7 @@ void writeChange(JsonWriter& json, const DeviceChange& change) {
     json.key("values").beginArray();
     for (const ValueChange& value : change.values) {
         json.beginObject();
-        json.key("what").value(nameOf(value.what));
+        json.key("what").value(kindName(value.what));
         json.key("key").value(value.key);
         writeText(json, "before", value.before);
         writeText(json, "after", value.after);

@@ -18,8 +18,6 @@ constexpr std::size_t MOST_NAMES = 10;
 constexpr std::size_t MOST_VALUES = 4;
 constexpr std::size_t MOST_PROPERTIES = 10;
 
-std::string orDash(const String& text) { return text.isEmpty() ? "-" : printable(text.view()); }
-
 std::vector<std::string> deviceCells(const std::string& first, const IDeviceImp& device) {
     return {first, printable(device.type().toString(0, false).view()), orDash(device.name()),
             orDash(device.hwLocator()), orDash(device.osLocator())};

@@ -20,8 +20,6 @@ std::string blankNames(const String& error) {
     return printableValue(text.substr(BEFORE.size(), end - BEFORE.size()));
 }
 
-std::string orDash(const String& text) { return text.isEmpty() ? "-" : printable(text.view()); }
-
 }  // namespace
 
 std::string partsText(const PartsReport& report, const TextFormat& format) {

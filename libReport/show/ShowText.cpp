@@ -31,8 +31,6 @@ const String& locatorOf(const IDeviceImp& device) {
     return device.hwLocator().isEmpty() ? device.osLocator() : device.hwLocator();
 }
 
-std::string orDash(const String& text) { return text.isEmpty() ? "-" : printable(text.view()); }
-
 /// The four pieces that a tree is drawn with, each as wide as one level.
 struct TreePieces {
     const char* child;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "libCommon/text/PrintableText.h"
+
 namespace vrx {
 
 std::string counted(std::size_t count, const std::string& noun) {
@@ -9,6 +11,8 @@ std::string counted(std::size_t count, const std::string& noun) {
 }
 
 std::string inputName(const std::string& path) { return path == "-" ? "standard input" : path; }
+
+std::string orDash(const String& text) { return text.isEmpty() ? "-" : printable(text.view()); }
 
 std::string durationText(std::chrono::steady_clock::duration duration) {
     const double milliseconds = std::chrono::duration<double, std::milli>(duration).count();

@@ -8,7 +8,7 @@ namespace {
 
 /// The engine appends its errors after the other children, so an element's finding is complete before its children's
 /// are looked for.
-void collect(const XmlElement& element, std::vector<ScriptFinding>& findings) {
+void collectFindings(const XmlElement& element, std::vector<ScriptFinding>& findings) {
     Array<String> messages;
     for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
         if (isNamed(*child, u"error")) {
@@ -20,7 +20,7 @@ void collect(const XmlElement& element, std::vector<ScriptFinding>& findings) {
     }
     for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
         if (!isNamed(*child, u"error")) {
-            collect(*child, findings);
+            collectFindings(*child, findings);
         }
     }
 }
@@ -34,7 +34,7 @@ std::vector<ScriptFinding> findingsOf(const XmlDocument& annotatedScript) {
 
 std::vector<ScriptFinding> findingsIn(const XmlElement& element) {
     std::vector<ScriptFinding> findings;
-    collect(element, findings);
+    collectFindings(element, findings);
     return findings;
 }
 

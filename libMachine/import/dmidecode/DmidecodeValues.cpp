@@ -60,19 +60,19 @@ std::optional<unsigned> DmidecodeValues::handle(std::string_view key) const {
 }
 
 std::uint64_t DmidecodeValues::size(std::string_view key) const {
-    struct Unit {
+    struct SizeUnit {
         std::string_view names;
         unsigned bits;
     };
-    static constexpr Unit UNITS[] = {{"bytes|byte|B", 0}, {"kB|KB|kbytes", 10}, {"MB|MiB", 20},
-                                     {"GB|GiB", 30},      {"TB|TiB", 40},       {"PB", 50}};
+    static constexpr SizeUnit UNITS[] = {{"bytes|byte|B", 0}, {"kB|KB|kbytes", 10}, {"MB|MiB", 20},
+                                         {"GB|GiB", 30},      {"TB|TiB", 40},       {"PB", 50}};
     double number = 0;
     std::string_view name;
     if (!split(key, number, name)) {
         return 0;
     }
     const auto unit = std::find_if(std::begin(UNITS), std::end(UNITS),
-                                   [name](const Unit& known) { return isOneOf(name, known.names); });
+                                   [name](const SizeUnit& known) { return isOneOf(name, known.names); });
     static constexpr double LARGEST = 1e18;
     const double bytes =
         unit == std::end(UNITS) ? LARGEST : number * static_cast<double>(std::uint64_t{1} << unit->bits);

@@ -39,7 +39,7 @@ double rotationOf(const LshwNode& node, const LshwConnection& connection) {
     return 0;
 }
 
-StringView typeOf(const LshwNode& node, const LshwConnection& connection) {
+StringView diskTypeOf(const LshwNode& node, const LshwConnection& connection) {
     if (isOptical(node)) {
         return u"OpticalDrive";
     }
@@ -143,7 +143,7 @@ std::optional<std::size_t> addLshwDisk(LshwConversion& conversion, std::size_t p
     }
     const LshwConnection connection = lshwConnection(conversion, place);
     DeviceRecord disk;
-    disk.type = typeOf(node, connection);
+    disk.type = diskTypeOf(node, connection);
     disk.parent = connection.controller;
     disk.hwLocator =
         (connection.controller == 0 ? "unplaced" : conversion.recording.at(connection.controller).hwLocator) +

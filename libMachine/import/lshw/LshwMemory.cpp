@@ -49,7 +49,7 @@ bool isNameIn(std::string_view (*nameOf)(unsigned) noexcept, std::string_view wo
     return false;
 }
 
-void addKind(MemoryModuleFacts& module, std::string_view description) {
+void addModuleKind(MemoryModuleFacts& module, std::string_view description) {
     while (!description.empty()) {
         const std::size_t end = std::min(description.find(' '), description.size());
         const std::string_view word = description.substr(0, end);
@@ -76,7 +76,7 @@ MemoryModuleFacts moduleOf(const LshwNode& node, unsigned instance) {
     module.place.osLocator = node.smbiosHandle() ? smbiosEntry(17, instance) : std::string();
     module.isInstalled = node.size > 0;
     module.slot = lshwText(node.slot);
-    addKind(module, node.description);
+    addModuleKind(module, node.description);
     if (module.isInstalled) {
         module.vendor = lshwText(node.vendor);
         module.partNumber = lshwText(node.product);

@@ -22,7 +22,7 @@ namespace {
 using Category = PropertyCategoryImp;
 
 /// What a row looks at; empty fields fit everything.
-struct TypeRow {
+struct PciTypeRow {
     std::string_view kind;
     std::string_view name;         ///< of the node, see LshwNode::isCalled
     std::string_view capability;   ///< how it starts
@@ -30,7 +30,7 @@ struct TypeRow {
     StringView type;
 };
 
-constexpr TypeRow ROWS[] = {
+constexpr PciTypeRow PCI_TYPES[] = {
     {"bridge", "", "pci", "", u"PciBridge"},
     {"bridge", "", "", "", u"Bus"},
     {"storage", "nvme", "", "", u"NvmeController"},
@@ -82,7 +82,7 @@ constexpr TypeRow ROWS[] = {
     {"", "", "", "", u"PciDevice"},
 };
 
-bool fits(const TypeRow& row, const LshwNode& node) {
+bool fits(const PciTypeRow& row, const LshwNode& node) {
     return (row.kind.empty() || node.kind == row.kind) && (row.name.empty() || node.isCalled(row.name)) &&
            node.description.starts_with(row.description) &&
            (row.capability.empty() ||
@@ -90,12 +90,12 @@ bool fits(const TypeRow& row, const LshwNode& node) {
                         [&row](const std::string& capability) { return capability.starts_with(row.capability); }));
 }
 
-StringView typeOf(const LshwNode& node) {
+StringView pciTypeOf(const LshwNode& node) {
     if (node.kind == "network") {
         return lshwNetworkType(node, u"Network");
     }
-    const auto* const row = std::find_if(std::begin(ROWS), std::end(ROWS),
-                                         [&node](const TypeRow& candidate) { return fits(candidate, node); });
+    const auto* const row = std::find_if(std::begin(PCI_TYPES), std::end(PCI_TYPES),
+                                         [&node](const PciTypeRow& candidate) { return fits(candidate, node); });
     const bool isSound = row->type == u"Multimedia" && node.setting("driver").starts_with("snd");
     return isSound ? StringView(u"AudioDevice") : row->type;
 }
@@ -175,7 +175,7 @@ std::optional<std::size_t> addLshwPciFunction(LshwConversion& conversion, std::s
     }
     const bool isDrive = node.isCalled("nvme") && hasDriveBelow(conversion, place);
     DeviceRecord function;
-    function.type = typeOf(node);
+    function.type = pciTypeOf(node);
     if (function.type != u"PciDevice") {
         function.capabilities.push_back(u"PciDevice");
     }

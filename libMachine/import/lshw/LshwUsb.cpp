@@ -16,14 +16,14 @@ namespace vrx {
 
 namespace {
 
-struct TypeRow {
+struct UsbTypeRow {
     std::string_view kind;
     std::string_view driver;
     std::string_view description;  ///< how it starts; in English alone, as a last resort
     StringView type;
 };
 
-constexpr TypeRow ROWS[] = {
+constexpr UsbTypeRow USB_TYPES[] = {
     {"bus", "", "", u"UsbHub"},
     {"input", "", "Keyboard", u"Keyboard"},
     {"input", "", "Mouse", u"PointingDevice"},
@@ -42,12 +42,13 @@ constexpr TypeRow ROWS[] = {
     {"", "", "", u"UsbDevice"},
 };
 
-StringView typeOf(const LshwNode& node) {
-    const auto* const row = std::find_if(std::begin(ROWS), std::end(ROWS), [&node](const TypeRow& candidate) {
-        return (candidate.kind.empty() || node.kind == candidate.kind) &&
-               (candidate.driver.empty() || node.setting("driver") == candidate.driver) &&
-               node.description.starts_with(candidate.description);
-    });
+StringView usbTypeOf(const LshwNode& node) {
+    const auto* const row =
+        std::find_if(std::begin(USB_TYPES), std::end(USB_TYPES), [&node](const UsbTypeRow& candidate) {
+            return (candidate.kind.empty() || node.kind == candidate.kind) &&
+                   (candidate.driver.empty() || node.setting("driver") == candidate.driver) &&
+                   node.description.starts_with(candidate.description);
+        });
     return row->type;
 }
 
@@ -98,7 +99,7 @@ std::optional<std::size_t> addLshwUsbDevice(LshwConversion& conversion, std::siz
     const bool isRootHub = port.find('-') == std::string::npos;
     const std::string_view usbVersion = node.capabilityBehind("usb-");
     DeviceRecord device;
-    device.type = isRootHub ? StringView(u"UsbHub") : typeOf(node);
+    device.type = isRootHub ? StringView(u"UsbHub") : usbTypeOf(node);
     if (device.type != u"UsbDevice") {
         device.capabilities.push_back(u"UsbDevice");
     }

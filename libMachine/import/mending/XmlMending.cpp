@@ -26,7 +26,7 @@ constexpr const char* NOT_CLOSED = "XML elements that are not closed, closed";
 constexpr const char* NO_TAG = "XML tags that make no sense, left out";
 constexpr std::size_t DEEPEST = 200;
 constexpr std::size_t LOOK_BACK = 64;  // how many open elements an end tag may close
-constexpr std::string_view BLANKS = " \t\r\n";
+constexpr std::string_view XML_BLANKS = " \t\r\n";
 
 bool isNameStart(char byte) noexcept {
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_';
@@ -167,7 +167,7 @@ private:
     void takeEndTag() {
         std::size_t at = m_at + 2;
         const std::string_view name = takeName(at);
-        at = std::min(m_text.find_first_not_of(BLANKS, at), m_text.size());
+        at = std::min(m_text.find_first_not_of(XML_BLANKS, at), m_text.size());
         if (at == m_text.size()) {
             cutOff();
             return;
@@ -252,7 +252,7 @@ private:
     /// Reads up to and with the tag's end; false when something there is neither. Stops at the end of the text.
     bool takeAttributes(StartTag& tag, std::size_t& at) const {
         while (true) {
-            at = std::min(m_text.find_first_not_of(BLANKS, at), m_text.size());
+            at = std::min(m_text.find_first_not_of(XML_BLANKS, at), m_text.size());
             if (m_text.substr(at).starts_with('>')) {
                 ++at;
                 return true;
@@ -271,11 +271,11 @@ private:
     bool takeAttribute(StartTag& tag, std::size_t& at) const {
         static constexpr std::size_t MOST = 64;  // no element that is read has more
         const std::string_view name = takeName(at);
-        at = std::min(m_text.find_first_not_of(BLANKS, at), m_text.size());
+        at = std::min(m_text.find_first_not_of(XML_BLANKS, at), m_text.size());
         if (name.empty() || at == m_text.size() || m_text[at] != '=') {
             return false;
         }
-        at = std::min(m_text.find_first_not_of(BLANKS, at + 1), m_text.size());
+        at = std::min(m_text.find_first_not_of(XML_BLANKS, at + 1), m_text.size());
         if (at == m_text.size() || (m_text[at] != '"' && m_text[at] != '\'')) {
             return false;
         }
