@@ -47,10 +47,11 @@ TEST(LiteralPattern, anchoredLiteralsAreRecognised) {
     EXPECT_EQ(literal, u"");
 
     literal = u"kept";
-    const StringView others[] = {u"a\\.b",     u"^a\\.b",   u"a\\.b$",          u"^a.b$", u"^a\\d$", u"^a\\n$",
-                                 u"^\\Qa\\E$", u"^\\1$",    u"^ab\\$",          u"^ab\\", u"^a|b$",  u"^a^b$",
-                                 u"^a$b$",     u"^a?$",     u"^(ab)$",          u"^[a]$", u"^a{2}$", u"^a{b}$$",
-                                 u"",          u"^\\x41b$", u"^VRXRRANGE[1-2]$"};
+    const StringView others[] = {u"a\\.b",     u"^a\\.b",   u"a\\.b$",          u"^a.b$",  u"^a\\d$", u"^a\\n$",
+                                 u"^\\Qa\\E$", u"^\\1$",    u"^ab\\$",          u"^ab\\",  u"^a|b$",  u"^a^b$",
+                                 u"^a$b$",     u"^a?$",     u"^(ab)$",          u"^[a]$",  u"^a{2}$", u"^a{b}$$",
+                                 u"",          u"^\\x41b$", u"^\\Aa$",          u"^a\\Z$", u"^a\\z$", u"^\\aa$",
+                                 u"^\\0$",     u"^\\9$",    u"^VRXRRANGE[1-2]$"};
     for (const StringView pattern : others) {
         EXPECT_FALSE(Regex::isAnchoredLiteral(pattern, literal)) << toUtf8(pattern);
     }

@@ -135,6 +135,13 @@ TEST(RangeForm, isOrdinaryTextElsewhere) {
         {u"^\\c[@[1-2]$", u"\x1B\x32", true},
         {u"^\\@[1-2]$", u"2", false},
         {u"^[[:digit:]]@[1-2]$", u"x1", false},
+        {u"^[a[bxb]@[1-2]$", u"[1", true},
+        {u"^[[:x]@[1-2]$", u":1", true},
+        {u"^[[:]@[1-2]$", u":1", true},
+        {u"^[^]]@[1-2]$", u"x1", true},
+        {u"^[^]]@[1-2]$", u"]1", false},
+        {u"^\\Q[\\E@[1-2]$", u"[1", true},
+        {u"^\\c\\@[1-2]$", u"\x1C\x31", true},
     });
 }
 

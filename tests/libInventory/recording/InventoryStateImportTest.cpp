@@ -74,6 +74,9 @@ const ImportCase CASES[] = {
      u"osLocator='o'/></property><Device name='B' hwLocator='i' osLocator='o'><property key='L' value='2'/></Device>"
      u"<property key='M' value='3'/><SysInfo><Device name='C' hwLocator='j' osLocator='o'/></SysInfo></Device></s>",
      " [] A @h @o K=1 M=3\n [] C @j @o\n"},
+    {u"<s><Device name='A' hwLocator='h' osLocator='o'><Device name='B' hwLocator='i' osLocator='o'/></Device>"
+     u"<Device name='C' hwLocator='j' osLocator='o'><SysInfo/></Device></s>",
+     " [] A @h @o\n [] B @i @o\n [] C @j @o\n"},
     // Values; properties before the first lower-case one are skipped; nested ones follow their parent.
     {u"<s><Device name='A' hwLocator='h' osLocator='o'><Property/><property key='A' "
      u"value='x'><Value>y</Value></property>"

@@ -70,6 +70,23 @@ TEST_F(SysinfoFilterTest, letsTheFirstFittingRuleDecide) {
     EXPECT_EQ(tolerance(u"Fan", u"Size"), -1);
 }
 
+TEST_F(SysinfoFilterTest, decidesForEverySetOfTypesAnew) {
+    ASSERT_EQ(loadRules(R"(<device type="Fan"><property key="K" tolerance="1"/></device>
+        <device type="Network"><property key="K" tolerance="2"/></device>)"),
+              SysinfoFilter::PARSE_SUCCESS);
+    const auto ofSet = [this](const char16_t* first, const char16_t* second) {
+        double percent = -1;
+        m_filter.inventoryTolerance(CapabilityImp(StringView(first)) | CapabilityImp(StringView(second)), u"K",
+                                    percent);
+        return percent;
+    };
+    EXPECT_EQ(ofSet(u"Fan", u"Clock"), 1);
+    EXPECT_EQ(ofSet(u"Network", u"Clock"), 2);
+    EXPECT_EQ(ofSet(u"Printer", u"Clock"), -1);
+    EXPECT_EQ(tolerance(u"Fan", u"K"), 1);
+    EXPECT_EQ(tolerance(u"Clock", u"K"), -1);
+}
+
 TEST_F(SysinfoFilterTest, reportsWhatKeepsAFileFromLoading) {
     const std::tuple<const char*, SysinfoFilter::PARSE_RET, const char*> cases[] = {
         {"<system-information-filter>\n <device>", SysinfoFilter::PARSE_XML_ERROR, "(2:"},

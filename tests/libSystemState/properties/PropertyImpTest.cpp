@@ -30,6 +30,8 @@ TEST(PropertyImp, resolvesItsChildrenThroughTheDevice) {
     EXPECT_FALSE(top->addChild(*top));
 
     EXPECT_FALSE(top->isLeaf());
+    EXPECT_FALSE(top->partOfGroup());
+    EXPECT_FALSE(top->willBeDiscoveredLater());
     EXPECT_EQ(top->childrenCount(), 3u);
     EXPECT_EQ(keysOf(top->children(*device)), "middle other");
     EXPECT_EQ(top->toStringTree(*device, 1, 0),
