@@ -14,7 +14,7 @@ endif()
 
 # NDEBUG is for the libraries that we use: our own assertions are part of the contract and never look at it.
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
-if(VRX_SANITIZE)
+if(VRX_SANITIZE OR VRX_SANITIZE_THREAD)
     # Instrumented code without any optimisation is too slow for the larger cases.
     set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
 endif()
@@ -43,6 +43,11 @@ function(vrx_compile_options target)
             -fno-omit-frame-pointer $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
         target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+    if(VRX_SANITIZE_THREAD)
+        target_compile_options(${target} PRIVATE -fsanitize=thread
+            $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+        target_link_options(${target} PRIVATE -fsanitize=thread)
     endif()
     if(VRX_BUILD_FUZZ)
         target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)

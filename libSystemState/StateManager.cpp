@@ -1,6 +1,7 @@
 #include "libSystemState/StateManager.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "libCommon/Assertion.h"
 #include "libCommon/containers/HashTable.h"
@@ -20,8 +21,9 @@ struct StateManager::Content {
     static constexpr std::size_t FEW_DEVICES = 8;
 
     DeviceArray devices;
-    HashTable<String, boost::shared_ptr<PropertySpecImp>> specs;
     std::unique_ptr<StateIndexes> indexesWhenMade;
+    std::mutex specsMutex;
+    HashTable<String, boost::shared_ptr<PropertySpecImp>> specs;
 
     bool isAtMostOneDevice() const { return devices.size() <= 1; }
 
@@ -120,14 +122,22 @@ StateManager::DevicePointer StateManager::addDevice(const DevicePointer& device,
 
 void StateManager::addPropertySpec(const boost::shared_ptr<PropertySpecImp>& spec) {
     VRX_ASSERT(spec != nullptr);
+    const std::lock_guard lock(m_content->specsMutex);
     m_content->specs.insert(spec->guid(), spec);
 }
 
 boost::shared_ptr<PropertySpecImp> StateManager::propertySpec(const String& guid) const {
+    const std::lock_guard lock(m_content->specsMutex);
     const boost::shared_ptr<PropertySpecImp>* found = m_content->specs.find(guid);
     return found ? *found : boost::shared_ptr<PropertySpecImp>();
 }
 
-void StateManager::clear() { m_content = std::make_unique<Content>(); }
+// The content stays, because other threads may be about to lock it.
+void StateManager::clear() {
+    m_content->indexesWhenMade.reset();
+    m_content->devices = DeviceArray();
+    const std::lock_guard lock(m_content->specsMutex);
+    m_content->specs = {};
+}
 
 }  // namespace vrx

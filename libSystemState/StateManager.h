@@ -16,7 +16,8 @@ struct MergeChanges;
 /// The store: every device once, as a tree under one root, and the registered property specifications.
 ///
 /// Look-ups by type, guid, locator and name are answered from indexes, which are made on the first question that needs
-/// them. Used from one thread at a time.
+/// them. Used from one thread at a time, save for the specifications: every import registers those of its properties in
+/// the process-wide store, so they are locked.
 class VRX_EXPORT StateManager {
 public:
     using DevicePointer = boost::shared_ptr<IDeviceImp>;

@@ -20,7 +20,8 @@ enum class LogPriority : int {
     Off = 5       ///< as a setting only: nothing is written
 };
 
-/// Receives every line that is written, whatever else is configured; for hosts that show or collect lines.
+/// Receives every line that is written, whatever else is configured; for hosts that show or collect lines. Lines of all
+/// threads come on the threads that wrote them, several at a time.
 class VRX_EXPORT LogSink {
 public:
     virtual ~LogSink() = default;
@@ -67,7 +68,8 @@ public:
     /// Appends lines to a file from now on. False when the file cannot be opened for writing.
     static bool logToFile(const String& path);
 
-    /// Registers or removes a sink; it is borrowed and must be removed before it is destroyed.
+    /// Registers or removes a sink; it is borrowed and must be removed before it is destroyed. Removing it waits until
+    /// no other thread is writing to it.
     static void addSink(LogSink& sink);
     static void removeSink(LogSink& sink);
 

@@ -4,6 +4,48 @@
 
 namespace vrx {
 
+/// A line on its way to one receiver. A sink that logs has several of its thread, one inside the other.
+class LoggerRegistry::Delivery {
+public:
+    Delivery(LoggerRegistry& registry, Receiver& receiver)
+        : m_registry(registry), m_receiver(receiver), m_outer(innermost) {
+        const std::lock_guard lock(registry.m_mutex);
+        m_isWanted = !receiver.isRemoved;
+        ++receiver.writing;
+        innermost = this;
+    }
+    Delivery(const Delivery&) = delete;
+    Delivery& operator=(const Delivery&) = delete;
+    ~Delivery() {
+        innermost = m_outer;
+        const std::lock_guard lock(m_registry.m_mutex);
+        --m_receiver.writing;
+        m_registry.m_written.notify_all();
+    }
+
+    /// False when the sink was removed in the meantime.
+    bool isWanted() const noexcept { return m_isWanted; }
+
+    /// How many lines this thread is handing to a receiver.
+    static unsigned ofThisThread(const Receiver& receiver) noexcept {
+        unsigned count = 0;
+        for (const Delivery* delivery = innermost; delivery != nullptr; delivery = delivery->m_outer) {
+            count += &delivery->m_receiver == &receiver ? 1U : 0U;
+        }
+        return count;
+    }
+
+private:
+    static thread_local const Delivery* innermost;
+
+    LoggerRegistry& m_registry;
+    Receiver& m_receiver;
+    const Delivery* m_outer;
+    bool m_isWanted = false;
+};
+
+constinit thread_local const LoggerRegistry::Delivery* LoggerRegistry::Delivery::innermost = nullptr;
+
 LoggerRegistry& LoggerRegistry::instance() {
     static LoggerRegistry& registry = *new LoggerRegistry;
     return registry;
@@ -46,22 +88,34 @@ void LoggerRegistry::setRootPriority(LogPriority priority) {
 
 void LoggerRegistry::addSink(LogSink& sink) {
     const std::lock_guard lock(m_mutex);
-    m_sinks.push_back(&sink);
+    m_receivers.push_back(std::make_shared<Receiver>(Receiver{&sink}));
 }
 
 void LoggerRegistry::removeSink(LogSink& sink) {
-    const std::lock_guard lock(m_mutex);
-    std::erase(m_sinks, &sink);
+    std::unique_lock lock(m_mutex);
+    const auto sinkOf = [](const std::shared_ptr<Receiver>& receiver) {
+        return receiver->sink;
+    };
+    for (auto at = m_receivers.begin(); (at = std::ranges::find(m_receivers, &sink, sinkOf)) != m_receivers.end();) {
+        const std::shared_ptr<Receiver> removed = *at;
+        m_receivers.erase(at);
+        removed->isRemoved = true;
+        // A sink that removes itself while it gets a line must not wait for that line.
+        m_written.wait(lock, [&] { return removed->writing <= Delivery::ofThisThread(*removed); });
+    }
 }
 
 void LoggerRegistry::deliver(const Logger& logger, LogPriority priority, StringView message) {
-    std::vector<LogSink*> sinks;
+    std::vector<std::shared_ptr<Receiver>> receivers;
     {
         const std::lock_guard lock(m_mutex);
-        sinks = m_sinks;
+        receivers = m_receivers;
     }
-    for (LogSink* sink : sinks) {
-        sink->writeLine(logger.name(), priority, message);
+    for (const std::shared_ptr<Receiver>& receiver : receivers) {
+        const Delivery delivery(*this, *receiver);
+        if (delivery.isWanted()) {
+            receiver->sink->writeLine(logger.name(), priority, message);
+        }
     }
     m_output.write(logger.name(), priority, message);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <condition_variable>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -28,6 +29,8 @@ public:
     void setRootPriority(LogPriority priority);
 
     void addSink(LogSink& sink);
+
+    /// Waits until no other thread is writing to the sink.
     void removeSink(LogSink& sink);
 
     LogOutput& output() noexcept { return m_output; }
@@ -36,6 +39,13 @@ public:
     void deliver(const Logger& logger, LogPriority priority, StringView message);
 
 private:
+    struct Receiver {
+        LogSink* sink;
+        unsigned writing = 0;  ///< lines that are being handed to it
+        bool isRemoved = false;
+    };
+    class Delivery;
+
     LogPriority resolvedPriority(std::string_view name) const;
     int admittedPriority(const Logger& logger) const;
     void recompute();
@@ -44,7 +54,8 @@ private:
     std::map<std::string, std::unique_ptr<Logger>, std::less<>> m_loggers;
     LogPriority m_globalPriority = LogPriority::Debug;
     LogPriority m_rootPriority = LogPriority::Warning;
-    std::vector<LogSink*> m_sinks;
+    std::vector<std::shared_ptr<Receiver>> m_receivers;
+    std::condition_variable m_written;  ///< some sink has got a line
     LogOutput m_output;
 };
 

@@ -7,6 +7,9 @@
 /// and put back afterwards; what a user may have set there to make hwloc show some other machine (HWLOC_XMLFILE,
 /// HWLOC_SYNTHETIC, HWLOC_COMPONENTS) is hidden for as long, because a recording is of this machine.
 ///
+/// The environment belongs to the whole process: one topology is loaded at a time, and a host must not read or change
+/// the environment on other threads meanwhile.
+///
 /// Where the kernel shows no topology, hwloc makes one up from the number of processors. That is not asked for.
 
 #include "libMachine/linux/CpuTopology.h"
@@ -16,6 +19,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <numeric>
 #include <string>
 
@@ -54,6 +58,8 @@ private:
 using Topology = std::unique_ptr<hwloc_topology, decltype(&hwloc_topology_destroy)>;
 
 Topology loadTopology(const RootFolder& root) {
+    static std::mutex oneAtATime;
+    const std::lock_guard lock(oneAtATime);
     const std::string folder = root.folder();
     const ScopedVariable rootFolder("HWLOC_FSROOT", root.isLive() ? nullptr : folder.c_str());
     const ScopedVariable quiet("HWLOC_HIDE_ERRORS", "2");

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <mutex>
+#include <utility>
 
 #include "libSystemState/capabilities/CapabilityNames.h"
 
@@ -11,17 +13,15 @@
 /// before it.
 ///
 /// Every name and alias is entered in one hash table under its folded text, so a look-up costs one folding and one
-/// probe. Numbers grow from parent to child, which bounds the walk of `isWithin`: it climbs only while the number is
-/// greater than the one it looks for.
+/// probe; a host's names have a table of their own, which is looked at when the first does not have the name. Numbers
+/// grow from parent to child, which bounds the walk of `isWithin`: it climbs only while the number is greater than the
+/// one it looks for.
 
 namespace vrx {
 
 namespace {
 
 constexpr StringView RESERVED_NAMES[] = {u"ALL", u"INVALID"};
-
-/// Numbers from here on have meanings of their own in CapabilityImp.
-constexpr std::size_t MAXIMUM_SIZE = 0xFFFE;
 
 struct Row {
     unsigned level;
@@ -159,48 +159,78 @@ std::vector<StringView> capabilityNames() {
 }
 
 CapabilityTree& CapabilityTree::instance() {
-    static CapabilityTree tree;
+    static auto& tree = *new CapabilityTree;  // never destroyed: threads may end after main
     return tree;
 }
 
 CapabilityTree::CapabilityTree() {
-    m_nodes.push_back(NodeData{String(), 0});
+    m_parents[0] = 0;
+    m_ownNames.emplace_back();
     Node top = 0;
     for (const Row& row : TABLE) {
-        const Node node = append(row.name, row.level == 0 ? Node{0} : top);
+        const Node node = append(row.level == 0 ? Node{0} : top);
+        m_ownNames.emplace_back(row.name);
         if (row.level == 0) {
             top = node;
         }
+        enterName(m_ownByFoldedName, foldCase(row.name), node);
         for (const StringView alias : row.aliases) {
             if (!alias.empty()) {
-                enterName(alias, node);
+                enterName(m_ownByFoldedName, foldCase(alias), node);
             }
         }
     }
 }
 
 CapabilityTree::Node CapabilityTree::find(StringView name) const {
-    const auto at = m_byFoldedName.find(foldCase(name));
-    return at == m_byFoldedName.end() ? Node{0} : at->second;
+    const String folded = foldCase(name);
+    const Node own = findOwn(folded);
+    if (own != 0 || !m_hasDefined.load(std::memory_order_acquire)) {
+        return own;
+    }
+    const std::shared_lock lock(m_mutex);
+    const auto at = m_definedByFoldedName.find(folded);
+    return at == m_definedByFoldedName.end() ? Node{0} : at->second;
+}
+
+CapabilityTree::Node CapabilityTree::findOwn(const String& foldedName) const {
+    const auto at = m_ownByFoldedName.find(foldedName);
+    return at == m_ownByFoldedName.end() ? Node{0} : at->second;
+}
+
+const String& CapabilityTree::nameOf(Node node) const {
+    if (node < m_ownNames.size()) {
+        return m_ownNames[node];
+    }
+    const std::shared_lock lock(m_mutex);
+    return m_definedNames[node - m_ownNames.size()];
 }
 
 bool CapabilityTree::define(const String& name, Node parent) {
-    if (name.isEmpty() || parent == 0 || m_nodes.size() >= MAXIMUM_SIZE || isReserved(name) || find(name) != 0) {
+    if (name.isEmpty() || parent == 0 || isReserved(name)) {
         return false;
     }
-    append(name, parent);
+    String folded = foldCase(name);
+    const std::unique_lock lock(m_mutex);
+    if (size() >= MAXIMUM_SIZE || findOwn(folded) != 0 || m_definedByFoldedName.contains(folded)) {
+        return false;
+    }
+    const Node node = append(parent);
+    m_definedNames.push_back(name);
+    enterName(m_definedByFoldedName, std::move(folded), node);
+    m_hasDefined.store(true, std::memory_order_release);
     return true;
 }
 
-CapabilityTree::Node CapabilityTree::append(StringView name, Node parent) {
-    const Node node = static_cast<Node>(m_nodes.size());
-    m_nodes.push_back(NodeData{String(name), parent});
-    enterName(name, node);
-    return node;
+CapabilityTree::Node CapabilityTree::append(Node parent) {
+    const std::size_t node = m_size.load(std::memory_order_relaxed);
+    m_parents[node] = parent;
+    m_size.store(node + 1, std::memory_order_release);
+    return static_cast<Node>(node);
 }
 
-void CapabilityTree::enterName(StringView name, Node node) {
-    const bool isNew = m_byFoldedName.try_emplace(foldCase(name), node).second;
+void CapabilityTree::enterName(NodesByName& nodes, String foldedName, Node node) {
+    const bool isNew = nodes.try_emplace(std::move(foldedName), node).second;
     VRX_ASSERT(isNew);
 }
 

@@ -1,0 +1,250 @@
+/// One thread for each engine, any number of engines, and no lock around them: eight threads do everything at once, and
+/// each gets what a thread alone gets. Under the thread sanitizer this also finds what only could go wrong.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <functional>
+#include <latch>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "libCommon/io/FileLoader.h"
+#include "libCommon/logging/Logger.h"
+#include "libCommon/text/NumberText.h"
+#include "libInventory/ImportReport.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/recording/SysInfoWriter.h"
+#include "libLint/Lint.h"
+#include "libMachine/MachineImport.h"
+#include "libMachine/record/Recording.h"
+#include "libRegex/Regex.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/IPropertyImp.h"
+#include "libSystemState/properties/PropertyCategoryImp.h"
+#include "libSystemState/properties/PropertySpecImp.h"
+#include "tests/libInventory/support/World.h"
+
+namespace vrx::test {
+namespace {
+
+constexpr std::size_t THREADS = 8;
+constexpr std::size_t ROUNDS = 2;
+
+/// Runs a task on all threads at once; the task gets the number of its thread.
+void onAllThreads(const std::function<void(std::size_t)>& task) {
+    std::latch start(THREADS);
+    std::vector<std::jthread> threads;
+    for (std::size_t i = 0; i < THREADS; ++i) {
+        threads.emplace_back([&start, &task, i] {
+            start.arrive_and_wait();
+            task(i);
+        });
+    }
+}
+
+String pathOf(const std::string& file) { return text(std::string(VRX_TEST_DATA) + "/" + file); }
+
+std::string bytesOf(const std::string& file) {
+    std::string bytes;
+    String error;
+    EXPECT_TRUE(loadFile(pathOf(file), bytes, error)) << file;
+    return bytes;
+}
+
+/// A generated script without its comment, which holds the time.
+std::string withoutComment(const String& script) {
+    std::string all = utf8(script);
+    const std::size_t begin = all.find("<!--");
+    return begin == std::string::npos ? all : all.erase(begin, all.find("-->") + 3 - begin);
+}
+
+std::string checked(StateManager& store, const String& script) {
+    Inventory inventory;
+    RecordingObserver observer;
+    inventory.setStateManager(store);
+    inventory.registerInventoryObserver(observer);
+    EXPECT_TRUE(inventory.loadInventoryScript(script));
+    std::string result = inventory.run(nullptr) ? "passed" : "failed";
+    result += utf8(inventory.script().toString());
+    for (const auto& device : inventory.unsatisfiedDevices()) {
+        result += " -" + utf8(device.name);
+    }
+    for (const auto& device : inventory.extraDevices()) {
+        result += " +" + utf8(device.name);
+    }
+    for (const TestRunEventImp& event : observer.events) {
+        result += utf8(event.toString());
+    }
+    return result;
+}
+
+std::string partsOf(StateManager& store) {
+    Array<Inventory::PartSpec> parts;
+    parts.emplace(u"disk", u"1", u"", u"", u"<part name='disk' id='1'><device type='Storage'/></part>");
+    parts.emplace(u"fan", u"2", u"", u"", u"<part name='fan' id='2'><device type='Fan'/></part>");
+    parts.emplace(u"any", u"3", u"", u"", u"<part name='any' id='3'><device type='Storage'/></part>");
+    return utf8(Inventory::generatePartsListXml(parts, u"", &store).toString());
+}
+
+std::string linted(std::string_view script) {
+    Lint lint;
+    EXPECT_EQ(lint.run(script), Lint::Result::Done);
+    std::string result;
+    for (const LintFinding& finding : lint.findings().list()) {
+        result += std::to_string(finding.row) + ":" + std::to_string(finding.column) + finding.message + "\n";
+    }
+    return result;
+}
+
+std::string converted(const std::string& file) {
+    const std::string bytes = bytesOf(file);
+    Recording recording;
+    DamageList damage;
+    EXPECT_TRUE(convertForeign(recognisedFormat(bytes), bytes, recording, damage)) << file;
+    StateManager store;
+    recording.storeIn(store);
+    std::string result = sysInfoXml(store, true);
+    for (const String& line : damage.lines()) {
+        result += utf8(line);
+    }
+    return result;
+}
+
+/// Everything that one engine does with a machine, as one text.
+std::string allOf(const std::string& file) {
+    StateManager store;
+    ImportReport report;
+    EXPECT_TRUE(Inventory::importStateFromXmlFile(pathOf(file), store, report));
+    StateManager copy;
+    EXPECT_TRUE(Inventory::importStateFromXmlString(text(bytesOf(file)), copy));
+    EXPECT_EQ(copy.deviceCount(), report.devices);
+
+    Inventory inventory;
+    inventory.setStateManager(store);
+    String script;
+    inventory.generateInventoryScript(script, true, true, true, nullptr);
+    const std::string generated = withoutComment(script);
+    std::string result =
+        std::to_string(report.properties) + generated + checked(copy, text(generated)) + linted(generated);
+    result += linted("<inventory-check><device type='Fna' hwlocatr='x'/><part/></inventory-check>");
+
+    const std::size_t givenUp = Regex::exceededCount();
+    result += checked(store,
+                      u"<inventory-check><or><device type='Fan' name='^(x+x+)+y$'/><device type='CPU'>"
+                      u"<property key='Clock' value='^VRXRRANGE[1-9] GHz$'/></device></or><not><device type='memory'>"
+                      u"<property key='Size' value='^(.*)*~$'/></device></not><odd/><fail-on-extra type='Disk'/>"
+                      u"</inventory-check>");
+    EXPECT_FALSE(Regex::rangeMatches(u"^(a+)+$", concat(String(40, u'a'), u"!"), Regex::CASE_SENSITIVE));
+    return result + " " + std::to_string(Regex::exceededCount() - givenUp) + partsOf(store);
+}
+
+/// Counts the lines that it gets; several threads may bring some at once.
+class LineCounter final : public LogSink {
+public:
+    LineCounter() { Logger::addSink(*this); }
+    ~LineCounter() override {
+        Logger::removeSink(*this);
+        isAlive = false;
+    }
+    void writeLine(const std::string& loggerName, LogPriority, StringView message) override {
+        EXPECT_TRUE(isAlive);
+        lines += message.empty() ? 0U : 1U;
+        aboutPatterns += loggerName == "libRegex.Regex" ? 1U : 0U;
+    }
+    std::atomic<unsigned> lines = 0;
+    std::atomic<unsigned> aboutPatterns = 0;
+    std::atomic<bool> isAlive = true;
+};
+
+TEST(Threads, everyEngineFindsWhatItFindsAlone) {
+    const std::array<std::string, 2> machines = {"machines/small.xml", "machines/workshop.xml"};
+    std::vector<std::string> alone;
+    for (const std::string& machine : machines) {
+        alone.push_back(allOf(machine));
+    }
+    onAllThreads([&](std::size_t thread) {
+        for (std::size_t round = 0; round < ROUNDS; ++round) {
+            const std::size_t machine = (thread + round) % machines.size();
+            EXPECT_EQ(allOf(machines[machine]), alone[machine]);
+        }
+    });
+}
+
+TEST(Threads, recordingsOfOtherProgramsAreConverted) {
+    const std::array<std::string, 4> files = {"data/convert/blade.lshw.json", "data/convert/workstation.lshw.xml",
+                                              "data/convert/dmidecode-blade.txt", "data/convert/node.hwloc2.xml"};
+    std::vector<std::string> alone;
+    for (const std::string& file : files) {
+        alone.push_back(converted(file));
+    }
+    onAllThreads([&](std::size_t thread) {
+        const std::size_t file = thread % files.size();
+        EXPECT_EQ(converted(files[file]), alone[file]);
+    });
+}
+
+TEST(Threads, importsShareTheSpecificationsOfTheirProperties) {
+    onAllThreads([](std::size_t thread) {
+        for (int round = 0; round < 40; ++round) {
+            StateManager store;
+            String xml = u"<s>";
+            for (int device = 0; device < 10; ++device) {
+                const String key = toText(static_cast<std::int32_t>(thread) * 100 + (round + device) % 60);
+                xml += concat(u"<Device name='d' hwLocator='", toText(device), u"' osLocator=''><property key='K-", key,
+                              u"' value='v'/></Device>");
+            }
+            EXPECT_TRUE(Inventory::importStateFromXmlString(xml + u"</s>", store));
+            const auto property = store.rootDevice()->properties(PropertyCategoryImp::ALL())[0];
+            EXPECT_TRUE(property->spec(StateManager::instance()));
+        }
+    });
+}
+
+TEST(Threads, eachCountsThePatternsThatItGivesUpAndOneOfThemSaysSo) {
+    const LineCounter lines;
+    const String value = concat(String(5'000, u'b'), u"!");
+    onAllThreads([&value](std::size_t) {
+        EXPECT_EQ(Regex::exceededCount(), 0U);
+        EXPECT_FALSE(Regex::rangeMatches(u"^(b+)+$", value, Regex::CASE_SENSITIVE));
+        EXPECT_FALSE(Regex::rangeMatches(u"^(b+)+$", value, Regex::CASE_SENSITIVE));
+        EXPECT_EQ(Regex::exceededCount(), 2U);
+    });
+    EXPECT_EQ(lines.aboutPatterns.load(), 1U);
+}
+
+TEST(Threads, typesAreDefinedWhileOthersAreLookedUp) {
+    onAllThreads([](std::size_t thread) {
+        for (std::int32_t i = 0; i < 50; ++i) {
+            const String shared = concat(u"Shared", toText(i));
+            CapabilityImp::define(shared, u"Fan");
+            const String own = concat(u"Own", toText(static_cast<std::int32_t>(thread)), u"-", toText(i));
+            EXPECT_TRUE(CapabilityImp::define(own, shared));
+            EXPECT_TRUE(CapabilityImp(u"Cooling").isCapable(CapabilityImp(own)));
+            EXPECT_EQ(CapabilityImp(own).toString(), own);
+            EXPECT_FALSE(CapabilityImp(u"Disk").isCapable(CapabilityImp(shared)));
+        }
+    });
+}
+
+TEST(Threads, loggersAreSetAndListenedToWhileTheyWrite) {
+    LineCounter all;
+    onAllThreads([](std::size_t thread) {
+        Logger& shared = Logger::get("threads.shared");
+        for (int i = 0; i < 50; ++i) {
+            const LineCounter own;
+            Logger& logger = Logger::get(("threads." + std::to_string(thread) + "." + std::to_string(i)).c_str());
+            VRX_LOG(logger, LogPriority::Error, u"own");
+            VRX_LOG(shared, LogPriority::Warning, u"shared " << i);
+            shared.setPriority(i % 2 == 0 ? LogPriority::Debug : LogPriority::Warning);
+            EXPECT_GE(own.lines.load(), 2U);
+        }
+    });
+    EXPECT_EQ(all.lines.load(), 2 * 50 * THREADS);
+}
+
+}  // namespace
+}  // namespace vrx::test
