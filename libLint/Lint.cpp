@@ -32,7 +32,7 @@ bool hasPart(const XmlElement& root) {
 bool Lint::parseScript(std::string_view bytes) {
     Utf8Damage damage;
     const String text = String::UTF8Decode(bytes, &damage);
-    m_document.Parse(needsUuEncode(text) ? uuEncode(text, true, true) : text);
+    m_document.Parse(needsUuEncode(text) ? toXmlSafe(text) : text);
     const XmlElement* const root = m_document.RootElement();
     if (root == nullptr || !isNamed(*root, u"inventory-check")) {
         return false;

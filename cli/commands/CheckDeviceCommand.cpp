@@ -12,6 +12,7 @@
 #include "cli/input/NearGuids.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
+#include "libCommon/text/UuCode.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryTestObserver.h"
 #include "libInventory/script/OrInsidePart.h"
@@ -96,7 +97,7 @@ bool asksForProperty(const XmlElement& element) {
 /// Whether the content asks for anything. Throws when it does not load or cannot be decided.
 bool examine(const Content& content) {
     XmlDocument document;
-    if (!document.Parse(concat(ENVELOPE, content.text, ENVELOPE_END).uuEncode(true, true))) {
+    if (!document.Parse(toXmlSafe(concat(ENVELOPE, content.text, ENVELOPE_END)))) {
         throw CommandFailure(ExitStatus::BadInput, problemIn(content, document.ErrorRow(), document.ErrorColumn(),
                                                              document.ErrorDesc().toUtf8() + "; " + EXPECTED_CONTENT));
     }

@@ -61,7 +61,7 @@ String loadBaseScript(const std::string& path) {
     constexpr StringView OPENING = u"<inventory-check>";
     const String content = String::UTF8Decode(readFile(path, EXPECTED_BASE));
     XmlDocument document;
-    if (!document.Parse(uuEncode(concat(OPENING, content, u"</inventory-check>"), true, true))) {
+    if (!document.Parse(toXmlSafe(concat(OPENING, content, u"</inventory-check>")))) {
         const auto shift = document.ErrorRow() == 0 ? static_cast<std::uint32_t>(OPENING.size()) : 0;
         const std::uint32_t column = document.ErrorColumn() < shift ? 0 : document.ErrorColumn() - shift;
         refuse(problemAt(path, document.ErrorRow(), column, document.ErrorDesc().toUtf8() + "; " + EXPECTED_BASE));

@@ -118,7 +118,7 @@ bool Inventory::matchInStore(XmlElement* element, bool underNot, unsigned associ
     const auto addFilter = [&](bool enabled, CandidateSearch::FilterKind kind, const XmlAttribute& attribute,
                                StringView tipWord, StringView logWord) {
         if (enabled) {
-            search.addFilter(kind, uuDecode(attribute.Value(), true, true));
+            search.addFilter(kind, fromXmlSafe(attribute.Value()));
             quoted.append({tipWord, logWord, attribute.Value()});
         }
     };

@@ -49,8 +49,7 @@ String Inventory::inventoryCheckElementName() { return vocabulary::INVENTORY_CHE
 bool Inventory::loadInventoryScript(const String& text) {
     resetState();
     State& state = *m_state;
-    const bool parsed =
-        needsUuEncode(text) ? state.m_script.Parse(uuEncode(text, true, true)) : state.m_script.Parse(text);
+    const bool parsed = needsUuEncode(text) ? state.m_script.Parse(toXmlSafe(text)) : state.m_script.Parse(text);
     if (!parsed) {
         const String message = concat(u"Invalid inventory script.  Xml error on line ",
                                       toText(std::uint64_t{state.m_script.ErrorRow()} + 1), u": ");

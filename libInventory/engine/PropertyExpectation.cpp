@@ -28,7 +28,7 @@ PropertyExpectation::PropertyExpectation(XmlElement& element)
 }
 
 StringView PropertyExpectation::decoded(StringView text) {
-    return needsUuDecode(text) ? m_decodedTexts.append(uuDecode(text, true, true)).view() : text;
+    return needsUuDecode(text) ? m_decodedTexts.append(fromXmlSafe(text)).view() : text;
 }
 
 String PropertyExpectation::quoted() const {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "libCommon/containers/HashFunctions.h"
+#include "libCommon/text/UuCode.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/script/ScriptElement.h"
@@ -27,7 +28,7 @@ struct NamedDevices {
 /// A generated script holds the locators also where its root switches their check off.
 String guidOf(const XmlElement& device) {
     const auto decoded = [&device](StringView attribute) {
-        return String(attributeOf(device, attribute)).uuDecode(true, true);
+        return fromXmlSafe(attributeOf(device, attribute));
     };
     return DeviceImp::guid(decoded(u"hwlocator"), decoded(u"oslocator"));
 }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "libCommon/text/PrintableText.h"
+#include "libCommon/text/UuCode.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 
@@ -58,12 +59,12 @@ const XmlElement* deviceAround(const XmlElement& element) noexcept {
 
 String askedFor(const XmlElement& device, StringView attribute) {
     const StringView text = attributeOf(device, attribute);
-    return text.empty() || isSwitchedOff(device, attribute) ? String() : String(text).uuDecode(true, true);
+    return text.empty() || isSwitchedOff(device, attribute) ? String() : fromXmlSafe(text);
 }
 
 std::vector<String> askedValues(const XmlElement& property) {
     const auto decoded = [](StringView text) {
-        return String(text).uuDecode(true, true);
+        return fromXmlSafe(text);
     };
     std::vector<String> values;
     for (const XmlElement* const entry : childElements(property)) {

@@ -71,7 +71,7 @@ void checkRanges(const XmlElement& element, StringView pattern, LintFindings& fi
 }  // namespace
 
 void checkPattern(const XmlElement& element, StringView written, LintFindings& findings) {
-    const String decoded = uuDecode(written, true, true);
+    const String decoded = fromXmlSafe(written);
     const StringView pattern = decoded;
     if (pattern.empty()) {
         findings.add(LintRule::EmptyPattern, element,

@@ -9,6 +9,7 @@
 #include <set>
 
 #include "libCommon/text/PrintableText.h"
+#include "libCommon/text/UuCode.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
@@ -21,7 +22,7 @@ namespace vrx {
 
 namespace {
 
-std::string decodedPattern(StringView pattern) { return readablePattern(String(pattern).uuDecode(true, true)); }
+std::string decodedPattern(StringView pattern) { return readablePattern(fromXmlSafe(pattern)); }
 
 std::string propertyTest(const XmlElement& property) {
     const std::string key = printable(attributeOf(property, u"key"));

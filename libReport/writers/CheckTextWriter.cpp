@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
+#include "libCommon/text/UuCode.h"
 #include "libDiagnosis/MissingDevices.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/Style.h"
@@ -36,11 +37,10 @@ void writeDevices(std::string& out, const char* title, const Array<Inventory::De
     for (const Inventory::DeviceSpec& device : devices) {
         // A script's texts are encoded and its name is a pattern; a machine's stand for themselves.
         const auto text = [areAskedFor](const String& raw) {
-            return orDash(printable(areAskedFor ? raw.uuDecode(true, true) : raw));
+            return orDash(printable(areAskedFor ? fromXmlSafe(raw) : raw));
         };
         const bool hasPattern = areAskedFor && !device.name.isEmpty();
-        table.addRow({text(device.type),
-                      hasPattern ? readablePattern(device.name.uuDecode(true, true)) : text(device.name),
+        table.addRow({text(device.type), hasPattern ? readablePattern(fromXmlSafe(device.name)) : text(device.name),
                       text(device.hwLocator), text(device.osLocator)});
     }
     table.write(out, format);
