@@ -21,13 +21,12 @@ namespace vrx {
 
 class InventoryTestObserver;
 class MatchCache;
-class UniqueTexts;
 struct ChosenAlternative;
 struct DeviceOutcome;
-struct ElementContext;
 struct ExtraDevice;
 struct Finding;
 struct ImportReport;
+struct InventoryState;
 struct RunProgress;
 struct RunSummary;
 
@@ -265,122 +264,19 @@ public:
     static bool importStateFromXmlFile(const String& path, StateManager& store, ImportReport& report);
 
 private:
-    struct State;
-    class ExtraDeviceRules;
     class PartsChecks;
-
-    // engine/InventoryLifecycle.cpp
-    void resetState();
-
-    // engine/InventoryRun.cpp
-    bool runCombinations(XmlElement* root, bool* inventorySatisfied, unsigned& errorsIndex);
-    bool runIteration(XmlElement* root, bool first, unsigned passNumber, unsigned errorsIndex, ErrorSpec& errors,
-                      bool& anySatisfied);
-    void takeCommonAssociations(bool first);
-    void keepBetterIteration(std::uint32_t iteration, const ErrorSpec& errors, ErrorSpec& previous);
-    void reportUnexpectedException(XmlElement* root, const String& text, unsigned errorsIndex);
-
-    // engine/InventoryNotices.cpp
-    void raiseTestFailed();
-    void notifyObservers(const TestRunEventImp& event);
-    void reportUnknownElement(const XmlElement& element);
-    void reportNotUnderNot(const XmlElement& element);
-
-    // engine/InventoryFirstPass.cpp
-    bool runFirstPass(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex);
-    bool firstPassOfAll(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex);
-    bool firstPassOfOr(XmlElement* element, ErrorSpec& errors, bool underNot);
-    bool firstPassOfAlternative(XmlElement* child, ErrorSpec& errors, bool underNot);
-    bool firstPassOfNot(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex);
-    bool firstPassOfFailOnExtra(XmlElement* element);
-
-    // engine/InventorySecondPass.cpp
-    bool runSecondPass(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                       ErrorSpec& errors);
-    bool secondPassOfAll(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                         ErrorSpec& errors);
-    bool secondPassOfPart(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                          ErrorSpec& errors);
-    bool secondPassOfOr(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                        ErrorSpec& errors);
-    bool secondPassOfNot(XmlElement* element, unsigned passNumber, unsigned errorsIndex, ErrorSpec& errors);
-    bool skipsPrunedOr(XmlElement* element, unsigned errorsIndex, ErrorSpec& errors);
-    bool secondPassOfDevice(XmlElement* element, bool underNot, unsigned errorsIndex);
-    void enterPart(XmlElement* part, bool underNot);
-
-    // engine/InventoryDeviceMatching.cpp
-    bool matchDevice(XmlElement* element, bool underNot, unsigned associationIndex);
-    bool matchThroughCache(XmlElement* element, bool underNot);
-    bool matchInStore(XmlElement* element, bool underNot, unsigned associationIndex);
-    bool matchCandidates(XmlElement* element, const Array<boost::shared_ptr<IDeviceImp>>& candidates, bool underNot,
-                         unsigned associationIndex);
-    bool matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, bool underNot, bool report);
-    bool failDevice(XmlElement* element, const String& message, unsigned slot);
-
-    // engine/InventoryPropertyMatching.cpp
-    bool matchDeviceRecursive(XmlElement* element, XmlElement* deviceElement,
-                              const boost::shared_ptr<IDeviceImp>& device, bool underNot, bool report);
-    bool matchOr(XmlElement* element, XmlElement* deviceElement, const boost::shared_ptr<IDeviceImp>& device,
-                 bool underNot, bool report);
-    bool matchAnd(XmlElement* element, XmlElement* deviceElement, const boost::shared_ptr<IDeviceImp>& device,
-                  bool underNot, bool report);
-    bool matchNot(XmlElement* element, XmlElement* deviceElement, const boost::shared_ptr<IDeviceImp>& device,
-                  bool underNot, bool report);
-    bool matchPropertyElement(XmlElement* element, XmlElement* deviceElement,
-                              const boost::shared_ptr<IDeviceImp>& device, bool report);
-    void tipMatchedProperty(XmlElement* element, XmlElement* deviceElement, const IDeviceImp& device,
-                            const IPropertyImp& property);
-    bool matchProperty(const IPropertyImp& property, StringView expected, StringView units);
-    bool matchProperty(const IPropertyImp& property, const Array<StringView>& expected, StringView units);
-    void flipErrorsVisible(XmlElement* element);
-
-    // engine/InventoryExtraDevices.cpp
-    bool checkForExtraDevices(bool failOnExtra, unsigned errorsIndex, unsigned passNumber);
-    bool checkForOneExtraDevice(const boost::shared_ptr<IDeviceImp>& device, unsigned errorsIndex, bool failOnExtra);
-    void recordExtraDevice(const IDeviceImp& device, unsigned errorsIndex, bool failOnExtra);
-
-    // engine/InventoryErrorFiling.cpp
-    void prependErrorElement(XmlElement* element, unsigned slot);
-    void appendErrorElement(XmlElement* element, unsigned slot);
-    void prependTip(XmlElement* element, const InventoryTip& tip, unsigned slot);
-    void appendTip(XmlElement* element, const InventoryTip& tip, unsigned slot);
-    void appendExtra(XmlElement* element, const DeviceSpec& spec, unsigned slot);
-    void appendPropertyTip(XmlElement* deviceElement, XmlElement* propertyElement, const String& message,
-                           const String& file, unsigned slot);
-    void appendPropertyFailure(XmlElement* propertyElement, std::uint8_t kind,
-                               const boost::shared_ptr<IDeviceImp>& device);
-    void clearErrors(XmlElement* element, unsigned slot);
-    void getErrorCount(XmlElement* element, unsigned slot, ErrorSpec& spec);
-    void addUnsatisfiedDevice(XmlElement* element);
-
-    // engine/InventoryErrorGathering.cpp
-    unsigned gatherErrorsForElement(XmlElement* element, unsigned slot);
-    unsigned gatherUnsatisfied(XmlElement* element);
-    void writeError(XmlElement* element, StringView text);
-    void settleFiledTips();
-    void gatherErrorsAndCleanUserData(XmlElement* element, unsigned slot);
-
-    // engine/InventorySubTreeMerging.cpp
-    void mergeSubTrees(XmlElement* element, InventoryDeviceAssociations& target, bool& more, bool& increment);
-    void mergeAlternative(XmlElement* element, InventoryDeviceAssociations& target, bool& more, bool& increment);
-    void assignIndices(XmlElement* element, StringView parentName, unsigned index);
-
-    // engine/InventoryPartAssociation.cpp
-    bool runPartAssociation(XmlElement* element, bool underNot, PartSpec& part, UniqueTexts& deviceGuids);
-    bool removeDeviceAssociations(XmlElement* element);
-
-    // parts/InventoryPartsMatching.cpp
-    static bool matchParts(const String& script, DeviceToPartsTable& deviceToParts, Array<DeviceSpec>* extraDevices,
-                           StateManager* state, MatchCache* matchCache);
 
     /// What runs of this object share with others about candidates; borrowed, null for none.
     void setMatchCache(MatchCache* cache);
 
+    /// The same with that.
+    static bool matchParts(const String& script, DeviceToPartsTable& deviceToParts, Array<DeviceSpec>* extraDevices,
+                           StateManager* state, MatchCache* matchCache);
+
     /// The store that generation reads.
     StateManager& stateManager() const;
 
-    friend struct InventoryTestAccess;  ///< tests reach single steps of the engine through it
-    std::unique_ptr<State> m_state;
+    std::unique_ptr<InventoryState> m_state;
 };
 
 }  // namespace vrx

@@ -42,6 +42,16 @@ Associations& Associations::operator=(const InventoryDeviceAssociations& other) 
 
 Associations::~InventoryDeviceAssociations() = default;
 
+namespace {
+
+// Contract: "Deivice" is how the line is spelt.
+void logLink(const XmlElement* element, const IDeviceImp& device) {
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"associate() associating InventoryElement" << locationOf(element) << u" to Deivice: " << device.guid());
+}
+
+}  // namespace
+
 void Associations::associate(const XmlElement* element, const boost::shared_ptr<IDeviceImp>& device) {
     VRX_ASSERT_TEXT(element, "invElement");
     link(nodeOf(element), device);
@@ -51,10 +61,7 @@ void Associations::link(InventoryNode& inventoryNode, const boost::shared_ptr<ID
     if (!device) {
         return;
     }
-    // Contract: "Deivice" is how the line is spelt.
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"associate() associating InventoryElement" << locationOf(inventoryNode.m_element) << u" to Deivice: "
-                                                        << device->guid());
+    logLink(inventoryNode.m_element, *device);
     DeviceNode& deviceNode = nodeOf(device);
     inventoryNode.m_hasEverMatched = true;
     const auto inventoryIndex = static_cast<std::uint32_t>(inventoryNode.m_links.size());
@@ -131,13 +138,13 @@ bool Associations::isExtra(const boost::shared_ptr<IDeviceImp>& device, bool& fo
 
 bool Associations::hasEverMatched(const XmlElement* element) const {
     const InventoryNode* const node = findNode(element);
-    VRX_ASSERT(node);
+    VRX_ASSERT_TEXT(node, "found");
     return node->hasEverMatched();
 }
 
 bool Associations::isSatisfied(const XmlElement* element) const {
     const InventoryNode* const node = findNode(element);
-    VRX_ASSERT(node);
+    VRX_ASSERT_TEXT(node, "found");
     return node->linkCount() > 0;
 }
 
@@ -150,12 +157,31 @@ void Associations::getUnsatisfiedInventories(Array<const InventoryNode*>& out) c
 }
 
 void Associations::getMatchedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const {
-    const InventoryNode* const node = findNode(element);
-    if (node == nullptr) {
+    if (const InventoryNode* const node = findNode(element)) {
+        node->forEachLink([&out](const DeviceNode& device) { out.append(device.device()); });
+    }
+}
+
+void Associations::getAssociatedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const {
+    if (const InventoryNode* const node = findNode(element)) {
+        for (const GraphNode::Link& link : node->links()) {
+            out.append(static_cast<const DeviceNode*>(link.partner)->device());
+        }
+    }
+}
+
+void Associations::getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const {
+    for (const auto& entry : m_inventoryNodes) {
+        entry.value->forEachLink([&](const DeviceNode& device) { out.emplace_back(entry.key, device.device().get()); });
+    }
+}
+
+void Associations::logLinks() const {
+    if (!inventoryLog().isEnabled(LogPriority::Debug)) {
         return;
     }
-    for (const GraphNode::Link& link : node->links()) {
-        out.append(static_cast<const DeviceNode*>(link.partner)->device());
+    for (const auto& entry : m_inventoryNodes) {
+        entry.value->forEachLink([&](const DeviceNode& device) { logLink(entry.key, *device.device()); });
     }
 }
 
@@ -168,14 +194,13 @@ void Associations::removeDeviceAssociations(const XmlElement* element) {
     if (node == nullptr) {
         return;
     }
-    m_storage->mark.reset();
-    for (const GraphNode::Link& link : node->links()) {
-        const boost::shared_ptr<IDeviceImp>& device = static_cast<const DeviceNode*>(link.partner)->device();
-        const bool removed = m_deviceNodes.remove(device.get());
+    node->forEachLink([this](const DeviceNode& linked) {
+        const IDeviceImp& device = *linked.device();
+        const bool removed = m_deviceNodes.remove(&device);
         VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u"InventoryDeviceAssociations::removeDeviceAssociations() devie: " << device->name() << u" removed: "
+                u"InventoryDeviceAssociations::removeDeviceAssociations() devie: " << device.name() << u" removed: "
                                                                                    << removed);
-    }
+    });
 }
 
 void Associations::clear() {
@@ -187,24 +212,24 @@ void Associations::clear() {
     m_storage->usedInventoryNodes = 0;
     m_storage->usedDeviceNodes = 0;
     m_storage->hasBranches = false;
+    m_storage->hasRemovedLinks = false;
     m_storage->mark.reset();
 }
 
 void Associations::mark() {
     Storage& storage = *m_storage;
+    storage.compact();
     Storage::Mark mark;
     mark.inventoryNodes = storage.usedInventoryNodes;
     mark.deviceNodes = storage.usedDeviceNodes;
     mark.hasBranches = storage.hasBranches;
-    const auto keepLinks = [&mark](const GraphNode& node) {
-        mark.links.insert(mark.links.end(), node.links().begin(), node.links().end());
-        mark.ends.push_back(mark.links.size());
-    };
+    mark.linkCounts.reserve(mark.inventoryNodes + mark.deviceNodes);
     std::for_each_n(storage.inventoryNodes.begin(), mark.inventoryNodes, [&](const InventoryNode& node) {
-        keepLinks(node);
+        mark.linkCounts.push_back(node.linkCount());
         mark.everMatched.push_back(node.hasEverMatched());
     });
-    std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes, keepLinks);
+    std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes,
+                    [&](const DeviceNode& node) { mark.linkCounts.push_back(node.linkCount()); });
     storage.mark = std::move(mark);
 }
 
@@ -223,12 +248,17 @@ bool Associations::rewind() {
         node.reset(boost::shared_ptr<IDeviceImp>());
     }
     storage.hasBranches = mark.hasBranches;
-    const GraphNode::Link* begin = mark.links.data();
-    auto end = mark.ends.begin();
+    storage.hasRemovedLinks = false;
+    const GraphNode::Link* links = mark.links.data();
+    auto count = mark.linkCounts.begin();
     const auto putBack = [&](GraphNode& node) {
-        const GraphNode::Link* const stop = mark.links.data() + *end++;
-        node.setLinks(begin, stop);
-        begin = stop;
+        if (mark.hasLinks) {
+            node.setLinks(links, links + *count);
+            links += *count;
+        } else {
+            node.restoreLinks(*count);
+        }
+        ++count;
     };
     auto everMatched = mark.everMatched.begin();
     std::for_each_n(storage.inventoryNodes.begin(), mark.inventoryNodes, [&](InventoryNode& node) {
@@ -236,7 +266,19 @@ bool Associations::rewind() {
         node.m_hasEverMatched = *everMatched++;
     });
     std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes, putBack);
+    rememberDevices();
     return true;
+}
+
+/// Enters devices that the graph was made to forget into their table again, in the order of first association.
+void Associations::rememberDevices() {
+    Storage& storage = *m_storage;
+    if (m_deviceNodes.size() == storage.usedDeviceNodes) {
+        return;
+    }
+    m_deviceNodes.clear();
+    std::for_each_n(storage.deviceNodes.begin(), storage.usedDeviceNodes,
+                    [this](DeviceNode& node) { m_deviceNodes[node.device().get()] = &node; });
 }
 
 void Associations::swap(InventoryDeviceAssociations& other) noexcept {
@@ -252,9 +294,7 @@ void Associations::append(const InventoryDeviceAssociations& other) {
     }
     for (const auto& entry : other.m_inventoryNodes) {
         InventoryNode& node = nodeOf(entry.key);
-        for (const GraphNode::Link& otherLink : entry.value->links()) {
-            link(node, static_cast<const DeviceNode*>(otherLink.partner)->device());
-        }
+        entry.value->forEachLink([&](const DeviceNode& device) { link(node, device.device()); });
     }
 }
 

@@ -3,6 +3,8 @@
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "libCommon/Export.h"
 #include "libCommon/containers/Array.h"
@@ -61,6 +63,12 @@ public:
     /// Appends the devices linked to the element, in link order; nothing when the element is unknown.
     void getMatchedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const;
 
+    /// The same with the devices whose links were reduced away.
+    void getAssociatedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const;
+
+    /// Appends every link, in the order of the elements. The devices live as long as the graph holds them.
+    void getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const;
+
     /// Makes the graph forget the devices linked to the element. The element keeps its links: it stays satisfied.
     void removeDeviceAssociations(const XmlElement* element);
 
@@ -76,8 +84,11 @@ public:
     void mark();
 
     /// Makes the graph what it was at the last `mark`, which costs less than building it once more. False, changing
-    /// nothing, when there is no mark, or when devices that it had were forgotten since.
+    /// nothing, when there is no mark.
     bool rewind();
+
+    /// Writes the log lines of associating everything that is associated.
+    void logLinks() const;
 
     /// Adds another graph's elements and links to this one. Devices without links are not taken over.
     void append(const InventoryDeviceAssociations& other);
@@ -87,6 +98,7 @@ private:
     InventoryNode& nodeOf(const XmlElement* element);
     DeviceNode& nodeOf(const boost::shared_ptr<IDeviceImp>& device);
     void link(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device);
+    void rememberDevices();
 
     OrderedHashTable<const XmlElement*, InventoryNode*> m_inventoryNodes;
     OrderedHashTable<const IDeviceImp*, DeviceNode*> m_deviceNodes;

@@ -10,11 +10,10 @@
 /// Devices that the graph was made to forget are in no table, so they are not reduced and may keep several links; their
 /// elements, which still count them as partners, are.
 ///
-/// Cost: a link is taken off a list in constant time, because each entry knows its counterpart's index and removal
-/// leaves a hole. That bookkeeping is only exact while no pair is linked twice. Parallel links (a script that was run
-/// twice, a graph merged with itself) are found beforehand, and then entries are really erased and searched for from
-/// the end of the list, as the rule for them says: the last of equal entries goes first, and the walk over a node's
-/// links goes by the indices of the list as it is at that moment.
+/// Cost: a link is taken off a list in constant time, because each entry knows its counterpart's index and removal only
+/// marks the entry. Parallel links (a script that was run twice, a graph merged with itself) are found beforehand, and
+/// then entries are really erased and searched for from the end of the list, as the rule for them says: the last of
+/// equal entries goes first, and the walk over a node's links goes by the indices of the list as it is at that moment.
 
 #include <algorithm>
 
@@ -37,8 +36,8 @@ public:
 
     void reduce(GraphNode& node);
 
-    /// Sweeps the holes that the reduction left, once every element has at most one link.
-    static void sweep(Storage& storage);
+    /// Puts the counterparts right after entries were erased, once every element has at most one link.
+    static void renumber(Storage& storage);
 
 private:
     Uint32 leastLinkedPartner(const GraphNode& node) const;
@@ -51,17 +50,27 @@ private:
 };
 
 void Associations::removeExtraLinks() {
-    if (!m_storage->hasBranches) {
+    Storage& storage = *m_storage;
+    if (!storage.hasBranches) {
         return;
     }
-    LinkReduction reduction(LinkReduction::findParallelLinks(*m_storage));
+    const bool hasParallelLinks = LinkReduction::findParallelLinks(storage);
+    if (hasParallelLinks) {
+        storage.backUpMarkedLinks();
+        storage.compact();
+    }
+    LinkReduction reduction(hasParallelLinks);
     for (const auto& entry : m_deviceNodes) {
         reduction.reduce(*entry.value);
     }
     for (const auto& entry : m_inventoryNodes) {
         reduction.reduce(*entry.value);
     }
-    LinkReduction::sweep(*m_storage);
+    if (hasParallelLinks) {
+        LinkReduction::renumber(storage);
+    } else {
+        storage.hasRemovedLinks = true;
+    }
 }
 
 bool Associations::LinkReduction::findParallelLinks(Storage& storage) {
@@ -71,10 +80,10 @@ bool Associations::LinkReduction::findParallelLinks(Storage& storage) {
     for (std::size_t i = 0; i < storage.usedInventoryNodes; ++i) {
         const auto mark = static_cast<Uint32>(i + 1);
         for (const GraphNode::Link& link : storage.inventoryNodes[i].m_links) {
-            if (link.partner->m_mark == mark) {
+            if (!link.isRemoved && link.partner->m_mark == mark) {
                 return true;
             }
-            link.partner->m_mark = mark;
+            link.partner->m_mark = link.isRemoved ? link.partner->m_mark : mark;
         }
     }
     return false;
@@ -91,7 +100,7 @@ void Associations::LinkReduction::reduce(GraphNode& node) {
     }
     for (Uint32 i = 0; i < node.m_links.size(); ++i) {
         const GraphNode::Link link = node.m_links[i];
-        if (link.partner == nullptr) {
+        if (link.isRemoved) {
             continue;
         }
         if (i != leastIndex) {
@@ -114,9 +123,9 @@ Uint32 Associations::LinkReduction::leastLinkedPartner(const GraphNode& node) co
     Uint32 leastIndex = 0;
     Uint32 fewest = 0xFFFFFFFF;
     for (Uint32 i = 0; i < node.m_links.size(); ++i) {
-        const GraphNode* const partner = node.m_links[i].partner;
-        if (partner != nullptr && partner->m_linkCount < fewest) {
-            fewest = partner->m_linkCount;
+        const GraphNode::Link& link = node.m_links[i];
+        if (!link.isRemoved && link.partner->m_linkCount < fewest) {
+            fewest = link.partner->m_linkCount;
             leastIndex = i;
         }
     }
@@ -127,7 +136,8 @@ Uint32 Associations::LinkReduction::leastLinkedPartner(const GraphNode& node) co
 /// already; that is all there is to know when no pair is linked twice.
 Uint32 Associations::LinkReduction::lastIndexOf(const GraphNode& node, const GraphNode& partner, Uint32 index) const {
     if (!m_hasParallelLinks) {
-        return index < node.m_links.size() && node.m_links[index].partner == &partner ? index : GraphNode::NONE;
+        const GraphNode::Link& link = node.m_links[index];
+        return !link.isRemoved && link.partner == &partner ? index : GraphNode::NONE;
     }
     for (auto i = static_cast<Uint32>(node.m_links.size()); i-- > 0;) {
         if (node.m_links[i].partner == &partner) {
@@ -146,7 +156,7 @@ bool Associations::LinkReduction::removeLink(GraphNode& node, const GraphNode& p
         node.m_links.erase(node.m_links.begin() + found);
         VRX_ASSERT_TEXT(node.m_links.size() == node.m_linkCount - 1, "m_links.size() == (Uint32)(links - 1)");
     } else {
-        node.m_links[found].partner = nullptr;
+        node.m_links[found].isRemoved = true;
     }
     --node.m_linkCount;
     return true;
@@ -158,34 +168,28 @@ bool Associations::LinkReduction::removeAllLinksExcept(GraphNode& node, const Gr
     const Uint32 keptIndex = lastIndexOf(node, kept, index);
     for (Uint32 i = 0; i < node.m_links.size(); ++i) {
         const GraphNode::Link link = node.m_links[i];
-        if (i != keptIndex && link.partner != nullptr) {
+        if (i != keptIndex && !link.isRemoved) {
             removeLink(*link.partner, node, link.counterpart);
         }
     }
     if (keptIndex == GraphNode::NONE) {
         return false;
     }
-    const GraphNode::Link keptLink = node.m_links[keptIndex];
-    node.m_links.clear();
-    node.m_links.push_back(keptLink);
-    node.m_linkCount = 1;
-    if (!m_hasParallelLinks) {
-        keptLink.partner->m_links[keptLink.counterpart].counterpart = 0;
+    if (m_hasParallelLinks) {
+        const GraphNode::Link keptLink = node.m_links[keptIndex];
+        node.m_links.clear();
+        node.m_links.push_back(keptLink);
+    } else {
+        for (Uint32 i = 0; i < node.m_links.size(); ++i) {
+            node.m_links[i].isRemoved = i != keptIndex;
+        }
     }
+    node.m_linkCount = 1;
     return true;
 }
 
-void Associations::LinkReduction::sweep(Storage& storage) {
-    const auto dropHoles = [](GraphNode& node) {
-        const auto isHole = [](const GraphNode::Link& link) {
-            return link.partner == nullptr;
-        };
-        node.m_links.erase(std::remove_if(node.m_links.begin(), node.m_links.end(), isHole), node.m_links.end());
-        VRX_ASSERT(node.m_links.size() == node.m_linkCount);
-    };
-    std::for_each_n(storage.inventoryNodes.begin(), storage.usedInventoryNodes, dropHoles);
-    std::for_each_n(storage.deviceNodes.begin(), storage.usedDeviceNodes, [&](GraphNode& node) {
-        dropHoles(node);
+void Associations::LinkReduction::renumber(Storage& storage) {
+    std::for_each_n(storage.deviceNodes.begin(), storage.usedDeviceNodes, [](GraphNode& node) {
         for (Uint32 i = 0; i < node.m_links.size(); ++i) {
             node.m_links[i].counterpart = 0;
             node.m_links[i].partner->m_links[0].counterpart = i;
@@ -193,10 +197,48 @@ void Associations::LinkReduction::sweep(Storage& storage) {
     });
 }
 
+// The ends of a link are renumbered one after the other: first those in the lists of the elements, which say where the
+// link will stand in its device's list, then the others.
+void Associations::Storage::compact() {
+    if (!hasRemovedLinks) {
+        return;
+    }
+    const auto compactNode = [](GraphNode& node) {
+        Uint32 kept = 0;
+        for (const GraphNode::Link link : node.m_links) {
+            if (!link.isRemoved) {
+                link.partner->m_links[link.counterpart].counterpart = kept;
+                node.m_links[kept++] = link;
+            }
+        }
+        node.m_links.erase(node.m_links.begin() + kept, node.m_links.end());
+    };
+    std::for_each_n(deviceNodes.begin(), usedDeviceNodes, compactNode);
+    std::for_each_n(inventoryNodes.begin(), usedInventoryNodes, compactNode);
+    hasRemovedLinks = false;
+}
+
+void Associations::Storage::backUpMarkedLinks() {
+    if (!mark || mark->hasLinks) {
+        return;
+    }
+    auto count = mark->linkCounts.begin();
+    const auto copyLinks = [&](const GraphNode& node) {
+        const auto begin = node.m_links.begin();
+        mark->links.insert(mark->links.end(), begin, begin + *count++);
+    };
+    std::for_each_n(inventoryNodes.begin(), mark->inventoryNodes, copyLinks);
+    std::for_each_n(deviceNodes.begin(), mark->deviceNodes, copyLinks);
+    for (GraphNode::Link& link : mark->links) {
+        link.isRemoved = false;
+    }
+    mark->hasLinks = true;
+}
+
 void Associations::LinkReduction::logKeeping(const GraphNode& node, Uint32 leastIndex) {
     Uint32 position = 0;
     for (Uint32 i = 0; i < leastIndex; ++i) {
-        position += node.m_links[i].partner != nullptr ? 1U : 0U;
+        position += node.m_links[i].isRemoved ? 0U : 1U;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"removeExtraLinks() \n\t this = " << node.toString(1, 3) << u" \n\t keeping: leastIndex = " << position

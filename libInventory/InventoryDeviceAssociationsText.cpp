@@ -36,7 +36,7 @@ String Associations::GraphNode::toString(unsigned indent, unsigned depth) const 
         return text;
     }
     for (const Link& link : m_links) {
-        if (link.partner != nullptr) {
+        if (!link.isRemoved) {
             text.append(link.partner->toString(indent, depth - 1));
         }
     }

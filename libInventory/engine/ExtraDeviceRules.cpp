@@ -1,12 +1,13 @@
 #include "libInventory/engine/ExtraDeviceRules.h"
 
 #include "libCommon/xml/XmlWriter.h"
+#include "libInventory/Inventory.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
 namespace vrx {
 
-Inventory::ExtraDeviceRules::ExtraDeviceRules(const Array<XmlElement*>& elements, const StateManager& store) {
+ExtraDeviceRules::ExtraDeviceRules(const Array<XmlElement*>& elements, const StateManager& store) {
     for (const XmlElement* const element : elements) {
         Rule rule{element,
                   CapabilityImp(element->Attribute(vocabulary::TYPE)),
@@ -30,18 +31,18 @@ Inventory::ExtraDeviceRules::ExtraDeviceRules(const Array<XmlElement*>& elements
     }
 }
 
-bool Inventory::ExtraDeviceRules::covers(std::size_t rule, const IDeviceImp& device) const {
+bool ExtraDeviceRules::covers(std::size_t rule, const IDeviceImp& device) const {
     return m_rules[rule].type.isCapable(device.type()) || m_rules[rule].capability.intersect(device.capabilities());
 }
 
-bool Inventory::ExtraDeviceRules::satisfiesConstraints(std::size_t rule, const IDeviceImp& device) {
+bool ExtraDeviceRules::satisfiesConstraints(std::size_t rule, const IDeviceImp& device) {
     Rule& asked = m_rules[rule];
     if (!asked.hasConstraints) {
         return true;
     }
     const auto [answer, isNew] = asked.answers.try_emplace(&device, false);
     if (isNew) {
-        answer->second = checkDevice(device, asked.constraints, nullptr, false);
+        answer->second = Inventory::checkDevice(device, asked.constraints, nullptr, false);
     }
     return answer->second;
 }

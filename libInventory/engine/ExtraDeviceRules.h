@@ -3,9 +3,9 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <vector>
 
+#include "libCommon/Forward.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
-#include "libInventory/Inventory.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
@@ -13,7 +13,7 @@ namespace vrx {
 
 /// The `fail-on-extra` elements of a script, read once for a run: which devices each covers, and which satisfy its
 /// constraints. Neither depends on the combination of alternatives, so answers are kept between combinations.
-class Inventory::ExtraDeviceRules {
+class ExtraDeviceRules {
 public:
     ExtraDeviceRules(const Array<XmlElement*>& elements, const StateManager& store);
 
@@ -25,6 +25,8 @@ public:
 
     /// Whether the rule's type is satisfied by the device's type, or its capability meets one of the device's.
     bool covers(std::size_t rule, const IDeviceImp& device) const;
+
+    bool hasConstraints(std::size_t rule) const { return m_rules[rule].hasConstraints; }
 
     /// Whether the device satisfies the rule's constraints; true when it has none.
     bool satisfiesConstraints(std::size_t rule, const IDeviceImp& device);

@@ -1,7 +1,11 @@
-/// The single-device check: the device's tests are wrapped in a script of one `device` element, and a private engine
-/// runs it on a private store that holds a copy of that device. Nothing outlives the call.
+/// The single-device check: the device's tests are wrapped in a script of one `device` element, and an engine of its
+/// own runs it on a store that holds a copy of that device. The store and the observer do not outlive the call.
+///
+/// Contract: the type's text is put into the script as it is.
 
 #include <memory>
+
+#include "libCommon/text/UuCode.h"
 
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryTestObserver.h"
@@ -15,25 +19,49 @@
 
 namespace vrx {
 
+namespace {
+
+/// Lends an engine a store with one device, and an observer, for as long as it lives.
+class Loan {
+public:
+    Loan(InventoryState& state, const IDeviceImp& device) : m_state(state), m_lender(state.m_stateManager) {
+        m_store.addDevice(boost::shared_ptr<IDeviceImp>(device.clone()), nullptr);
+        state.m_stateManager = &m_store;
+    }
+    ~Loan() {
+        m_state.m_stateManager = m_lender;
+        m_state.m_observers.clear();
+    }
+    Loan(const Loan&) = delete;
+    Loan& operator=(const Loan&) = delete;
+
+private:
+    InventoryState& m_state;
+    StateManager* m_lender;
+    StateManager m_store;
+};
+
+void tellReport(const XmlDocument& script, InventoryTestObserver& observer) {
+    TestRunEventImp event(eventSource::NAME, eventSource::TEST_FAILED);
+    event.setEventOccurence(eventSource::TEST_ENDED, String::EMPTY, eventSource::SOURCE_FILE, __LINE__);
+    event.addTip(std::make_unique<InventoryXmlTip>(script.toString()).release());
+    observer.handleEvent(event);
+}
+
+}  // namespace
+
 bool Inventory::checkDevice(const IDeviceImp& device, const String& content, InventoryTestObserver* observer,
                             bool report) {
     Inventory engine;
     return checkDevice(device, content, observer, report, engine);
 }
 
-bool Inventory::canCheckDevice(const IDeviceImp& device) {
-    return device.type().toString(0, false).view().find_first_of(u"\"&<>'") == StringView::npos;
-}
-
 bool Inventory::checkDevice(const IDeviceImp& device, const String& content, InventoryTestObserver* observer,
                             bool report, Inventory& engine) {
-    State& state = *engine.m_state;
+    InventoryState& state = *engine.m_state;
     state.m_enableUnsatisfiedDeviceTips = false;
-    StateManager store;
-    store.addDevice(boost::shared_ptr<IDeviceImp>(device.clone()), nullptr);
-    state.m_stateManager = &store;
     state.m_tipMatchedProperties = report;
-
+    const Loan loan(state, device);
     const String script = concat(u"<inventory-check><device type=\"", device.type().toString(0, false), u"\">", content,
                                  u"</device></inventory-check>");
     if (!engine.loadInventoryScript(script)) {
@@ -44,15 +72,15 @@ bool Inventory::checkDevice(const IDeviceImp& device, const String& content, Inv
         state.m_observers.append(observer);
     }
     const bool result = engine.run(nullptr);
-    if (report) {
-        TestRunEventImp event(eventSource::NAME, eventSource::TEST_FAILED);
-        event.setEventOccurence(eventSource::TEST_ENDED, String::EMPTY, eventSource::SOURCE_FILE, __LINE__);
-        event.addTip(std::make_unique<InventoryXmlTip>(state.m_script.toString()).release());
-        if (observer != nullptr) {
-            observer->handleEvent(event);
-        }
+    if (report && observer != nullptr) {
+        tellReport(state.m_script, *observer);
     }
     return result;
+}
+
+bool Inventory::canCheckDevice(const IDeviceImp& device) {
+    const String type = device.type().toString(0, false);
+    return type.view().find_first_of(u"\"&<\t\r\n") == StringView::npos && !needsUuEncode(type);
 }
 
 }  // namespace vrx

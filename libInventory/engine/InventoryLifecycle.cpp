@@ -2,12 +2,13 @@
 
 #include "libCommon/Assertion.h"
 #include "libInventory/Inventory.h"
-#include "libInventory/engine/ExtraDeviceRules.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/RunDriver.h"
+#include "libInventory/engine/findings/KeptLinks.h"
 
 namespace vrx {
 
-Inventory::State::State() : m_stateManager(&StateManager::instance()) {
+InventoryState::InventoryState() : m_stateManager(&StateManager::instance()) {
     m_associationSets.emplace();
     for (unsigned i = 0; i < slot::COUNT; ++i) {
         m_tipTables.emplace();
@@ -16,15 +17,15 @@ Inventory::State::State() : m_stateManager(&StateManager::instance()) {
     }
 }
 
-Inventory::State::~State() = default;
+InventoryState::~InventoryState() = default;
 
-ElementContext& Inventory::State::makeContext(XmlElement* element) {
+ElementContext& InventoryState::makeContext(XmlElement* element) {
     ElementContext& context = m_contexts.emplace_back();
     element->SetUserData(&context);
     return context;
 }
 
-ElementContext& Inventory::State::contextOf(XmlElement* element) {
+ElementContext& InventoryState::contextOf(XmlElement* element) {
     if (element->GetUserData() == nullptr) {
         ElementContext* const data = &makeContext(element);
         VRX_ASSERT(element->GetUserData());
@@ -33,7 +34,7 @@ ElementContext& Inventory::State::contextOf(XmlElement* element) {
     return *existingContext(element);
 }
 
-Inventory::Inventory() : m_state(std::make_unique<State>()) {}
+Inventory::Inventory() : m_state(std::make_unique<InventoryState>()) {}
 
 Inventory::~Inventory() = default;
 
@@ -45,6 +46,10 @@ void Inventory::setEnableUnsatisfiedDeviceTips(bool enable) { m_state->m_enableU
 
 void Inventory::registerInventoryObserver(InventoryTestObserver& observer) { m_state->m_observers.append(&observer); }
 
+void Inventory::setProgress(std::function<bool(const RunProgress&)> progress) {
+    m_state->m_progress = std::move(progress);
+}
+
 void Inventory::setDeviceToPartsTable(DeviceToPartsTable* table) { m_state->m_deviceToPartsTable = table; }
 
 void Inventory::setMatchCache(MatchCache* cache) { m_state->m_matchCache = cache; }
@@ -55,27 +60,41 @@ const Array<Inventory::DeviceSpec>& Inventory::extraDevices() const { return m_s
 
 const XmlDocument& Inventory::script() const { return m_state->m_script; }
 
+bool Inventory::run(bool* inventorySatisfied) { return RunDriver(*m_state).run(inventorySatisfied); }
+
+void InventoryState::returnBaseSet() {
+    if (m_hasBaseSetInUse) {
+        m_associations.rewind();
+        m_associations.swap(m_associationSets[0]);
+        m_associations.clear();
+        m_hasBaseSetInUse = false;
+    }
+}
+
 // The error slots are keyed by elements of the script that goes away, which nobody can ask for again; they are emptied
 // so that an element of the next script at the same address does not inherit findings.
-void Inventory::resetState() {
-    State& state = *m_state;
-    state.m_script.Clear();
-    state.m_contexts.clear();
+void InventoryState::reset() {
+    m_script.Clear();
+    m_contexts.clear();
     for (unsigned i = 0; i < slot::COUNT; ++i) {
-        state.m_tipTables[i].clear();
-        state.m_extraTables[i].clear();
-        state.m_errorElementLists[i].clear();
+        m_tipTables[i].clear();
+        m_extraTables[i].clear();
+        m_errorElementLists[i].clear();
     }
-    state.m_associationSets.clear();
-    state.m_associationSets.emplace();
-    state.m_failOnExtraElements.clear();
-    state.m_extraDeviceRules.reset();
-    state.m_unsatisfiedDevices.clear();
-    state.m_extraDevices.clear();
-    state.m_checkNames = true;
-    state.m_checkHwLocators = true;
-    state.m_checkOsLocators = true;
-    state.m_totalCombinations = 1;
+    m_associationSets.clear();
+    m_associationSets.emplace();
+    m_associations.clear();
+    m_hasBaseSetInUse = false;
+    m_failOnExtraElements.clear();
+    m_extraDeviceRules.reset();
+    m_unsatisfiedDevices.clear();
+    m_extraDevices.clear();
+    m_checkNames = true;
+    m_checkHwLocators = true;
+    m_checkOsLocators = true;
+    m_totalCombinations = 1;
+    m_record = RunRecord();
+    m_keptLinks.reset();
 }
 
 }  // namespace vrx

@@ -8,8 +8,8 @@
 #include "libCommon/text/NumberText.h"
 #include "libCommon/text/UuCode.h"
 #include "libInventory/Inventory.h"
-#include "libInventory/InventoryTestObserver.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/ScriptNotices.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/support/InventoryLog.h"
 
@@ -36,25 +36,19 @@ void readFlags(const XmlElement& root, bool& checkNames, bool& checkHwLocators, 
     readFlag(root, vocabulary::CHECK_OS_LOCATORS, checkOsLocators);
 }
 
-void tellFileError(const Array<InventoryTestObserver*>& observers, const String& message) {
-    for (InventoryTestObserver* const observer : observers) {
-        observer->handleFileError(message);
-    }
-}
-
 }  // namespace
 
 String Inventory::inventoryCheckElementName() { return vocabulary::INVENTORY_CHECK; }
 
 bool Inventory::loadInventoryScript(const String& text) {
-    resetState();
-    State& state = *m_state;
+    InventoryState& state = *m_state;
+    state.reset();
     const bool parsed = needsUuEncode(text) ? state.m_script.Parse(toXmlSafe(text)) : state.m_script.Parse(text);
     if (!parsed) {
         const String message = concat(u"Invalid inventory script.  Xml error on line ",
                                       toText(std::uint64_t{state.m_script.ErrorRow()} + 1), u": ");
         VRX_LOG(inventoryLog(), LogPriority::Error, message);
-        tellFileError(state.m_observers, message + state.m_script.ErrorDesc());
+        ScriptNotices(state).fileError(message + state.m_script.ErrorDesc());
         return false;
     }
     const XmlElement* const root = scriptRoot(state.m_script);
@@ -62,7 +56,7 @@ bool Inventory::loadInventoryScript(const String& text) {
         const String message =
             concat(u"Invalid inventory script.  Script must contain <", inventoryCheckElementName(), u"> element.");
         VRX_LOG(inventoryLog(), LogPriority::Error, message);
-        tellFileError(state.m_observers, message);
+        ScriptNotices(state).fileError(message);
         return false;
     }
     readFlags(*root, state.m_checkNames, state.m_checkHwLocators, state.m_checkOsLocators);
@@ -74,7 +68,7 @@ bool Inventory::loadInventoryScriptFile(const String& path) {
     std::string bytes;
     String reason;
     if (!loadFile(path, bytes, reason)) {
-        tellFileError(m_state->m_observers, u"Could not open Inventory Script file: " + path);
+        ScriptNotices(*m_state).fileError(u"Could not open Inventory Script file: " + path);
         return false;
     }
     return loadInventoryScriptBytes(std::move(bytes), path);
@@ -84,9 +78,9 @@ bool Inventory::loadInventoryScriptBytes(std::string bytes, const String& name) 
     m_state->m_scriptFileName = name;
     // Nearly all scripts need no encoding and parse as they stand. What does not goes the long way, which also says
     // why.
-    State& state = *m_state;
+    InventoryState& state = *m_state;
     if (bytes.find("%u") == std::string::npos) {
-        resetState();
+        state.reset();
         const XmlElement* const root = state.m_script.ParseUtf8(bytes) ? scriptRoot(state.m_script) : nullptr;
         if (root != nullptr) {
             readFlags(*root, state.m_checkNames, state.m_checkHwLocators, state.m_checkOsLocators);

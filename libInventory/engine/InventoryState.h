@@ -13,11 +13,16 @@
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryDeviceAssociations.h"
 #include "libInventory/engine/ElementContext.h"
-#include "libInventory/engine/ErrorElementList.h"
-#include "libInventory/engine/FiledTips.h"
+#include "libInventory/engine/ExtraDeviceRules.h"
+#include "libInventory/engine/findings/ErrorElementList.h"
+#include "libInventory/engine/findings/FiledFindings.h"
+#include "libInventory/engine/findings/RunRecord.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx {
+
+class CandidateList;
+class KeptLinks;
 
 /// The error slots and what each is for.
 namespace slot {
@@ -28,19 +33,24 @@ inline constexpr unsigned CURRENT = 3;   ///< the iteration under evaluation
 inline constexpr unsigned COUNT = 4;
 }  // namespace slot
 
-/// Everything that an `Inventory` object holds.
-struct Inventory::State {
-    using TipTable = HashTable<XmlElement*, FiledTips>;
-    using ExtraTable = HashTable<XmlElement*, Array<DeviceSpec>>;
+/// Everything that an `Inventory` object holds. The components of the engine (passes, matcher, filing, gathering) are
+/// made for a call and work on it.
+struct InventoryState {
+    using FindingTable = HashTable<XmlElement*, FiledFindings>;
+    using ExtraTable = HashTable<XmlElement*, Array<ExtraDevice>>;
+    using DeviceSpec = Inventory::DeviceSpec;
 
     /// Borrowed; when set, satisfied parts are entered under the guids of their devices.
-    DeviceToPartsTable* m_deviceToPartsTable = nullptr;
+    Inventory::DeviceToPartsTable* m_deviceToPartsTable = nullptr;
 
     /// [0] is the base set, of elements that lie in no alternative; the first pass appends one for each alternative.
-    Array<InventoryDeviceAssociations> m_associationSets;
+    Array<Inventory::InventoryDeviceAssociations> m_associationSets;
 
     /// The graph of the combination under evaluation.
-    InventoryDeviceAssociations m_associations;
+    Inventory::InventoryDeviceAssociations m_associations;
+
+    /// Whether the working graph is the base set, taken out of its place for the run.
+    bool m_hasBaseSetInUse = false;
 
     /// The path last given to `loadInventoryScriptFile`.
     String m_scriptFileName;
@@ -63,8 +73,8 @@ struct Inventory::State {
     Array<DeviceSpec> m_unsatisfiedDevices;
     Array<DeviceSpec> m_extraDevices;
 
-    /// Per error slot: element -> its tips.
-    Array<TipTable> m_tipTables;
+    /// Per error slot: element -> its findings, which become tips in the script.
+    Array<FindingTable> m_tipTables;
 
     /// Per error slot: element -> extra devices found against it.
     Array<ExtraTable> m_extraTables;
@@ -89,16 +99,28 @@ struct Inventory::State {
     /// Memory of the contexts that hang on the script's elements.
     std::deque<ElementContext> m_contexts;
 
-    /// Asked before each combination; empty for nobody.
-    std::function<bool(const RunProgress&)> m_progress;
-
-    RunSummary m_summary;
-
     /// What the `fail-on-extra` rules say of devices, for a run: it does not depend on the combination.
     std::unique_ptr<ExtraDeviceRules> m_extraDeviceRules;
 
-    State();
-    ~State();
+    /// The devices that are being tried; null while none are.
+    CandidateList* m_candidates = nullptr;
+
+    /// Asked before each combination; empty for nobody.
+    std::function<bool(const RunProgress&)> m_progress;
+
+    RunRecord m_record;
+
+    /// The links of the record, made when somebody asks for them.
+    std::unique_ptr<KeptLinks> m_keptLinks;
+
+    InventoryState();
+    ~InventoryState();
+
+    /// Puts the base set back in its place, as it was before the run took it, when a run has.
+    void returnBaseSet();
+
+    /// Forgets the script and all that was found out about it.
+    void reset();
 
     /// A new context for the element, replacing the pointer to the one that it has.
     ElementContext& makeContext(XmlElement* element);
@@ -113,6 +135,9 @@ struct Inventory::State {
 
     /// Takes the context off the element. Its memory goes when the script does.
     static void dropContext(XmlElement* element) { element->SetUserData(nullptr); }
+
+    /// The root of a script that parsed; null otherwise.
+    XmlElement* root() { return m_script.Error() ? nullptr : m_script.RootElement(); }
 };
 
 }  // namespace vrx

@@ -169,12 +169,38 @@ TEST(InventoryDeviceAssociations, GoesBackToItsMarkAsIfItWereBuiltAnew) {
                 graph->removeExtraLinks();
             }
             EXPECT_EQ(g.graph.toString(), anew.toString());
+            g.graph.removeDeviceAssociations(g.elements[random() % 8]);
+            g.graph.associate(g.elements[0], g.devices[0]);
             EXPECT_TRUE(g.graph.rewind());
             EXPECT_EQ(g.graph.toString(), Associations(common).toString());
         }
     }
-    g.graph.removeDeviceAssociations(g.elements[0]);
-    EXPECT_FALSE(g.graph.rewind());
+}
+
+TEST(InventoryDeviceAssociations, KnowsWhatWasReducedAway) {
+    Graph g;
+    g.link(0, 0);
+    g.link(1, 0);
+    g.link(1, 1);
+    g.link(1, 2);
+    g.graph.removeExtraLinks();
+    Array<DevicePointer> all;
+    g.graph.getAssociatedDevices(g.elements[1], all);
+    EXPECT_EQ(all.size(), 3U);
+    std::vector<std::pair<const XmlElement*, const IDeviceImp*>> links;
+    g.graph.getLinks(links);
+    EXPECT_EQ(links, (std::vector<std::pair<const XmlElement*, const IDeviceImp*>>{
+                         {g.elements[0], g.devices[0].get()}, {g.elements[1], g.devices[1].get()}}));
+
+    // What is linked again is linked once, and a mark now remembers no more than that.
+    g.link(1, 2);
+    g.graph.mark();
+    g.link(0, 2);
+    g.graph.removeExtraLinks();
+    EXPECT_TRUE(g.graph.rewind());
+    all.clear();
+    g.graph.getAssociatedDevices(g.elements[1], all);
+    EXPECT_EQ(all.size(), 2U);
 }
 
 TEST(InventoryDeviceAssociations, RemovedAssociationsLeaveTheElementSatisfied) {

@@ -5,8 +5,9 @@
 /// alternatives to the working graph. An `or` inside an alternative takes part only while that alternative is chosen.
 /// Alternatives that the first pass pruned are stepped over when there is a later one to go to.
 
+#include "libInventory/engine/AlternativeOdometer.h"
+
 #include "libCommon/Assertion.h"
-#include "libInventory/Inventory.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
@@ -16,27 +17,6 @@
 namespace vrx {
 
 using vocabulary::ElementKind;
-
-void Inventory::mergeSubTrees(XmlElement* element, InventoryDeviceAssociations& target, bool& more, bool& increment) {
-    if (element == nullptr) {
-        increment = false;
-        more = false;
-        return;
-    }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << locationOf(element) << element->Name());
-    switch (vocabulary::kindOf(*element)) {
-        case ElementKind::And:
-        case ElementKind::InventoryCheck:
-        case ElementKind::Not:
-            for (XmlElement* const child : childElements(element)) {
-                mergeSubTrees(child, target, more, increment);
-            }
-            break;
-        case ElementKind::Or: mergeAlternative(element, target, more, increment); break;
-        default: break;
-    }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << locationOf(element) << element->Name());
-}
 
 namespace {
 
@@ -87,12 +67,35 @@ XmlElement* skipPruned(XmlElement* start, std::uint32_t& selectedChild) {
 
 }  // namespace
 
-void Inventory::mergeAlternative(XmlElement* element, InventoryDeviceAssociations& target, bool& more,
-                                 bool& increment) {
-    ElementContext* const context = State::existingContext(element);
+void AlternativeOdometer::merge(XmlElement* root, bool step) {
+    // Without an `or` there is nothing to merge; the walk only has lines for the log.
+    if (!m_state.m_record.orElements.empty() || inventoryLog().isEnabled(LogPriority::Debug)) {
+        m_carries = step;
+        mergeTree(root);
+    }
+}
+
+void AlternativeOdometer::mergeTree(XmlElement* element) {
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << locationOf(element) << element->Name());
+    switch (vocabulary::kindOf(*element)) {
+        case ElementKind::And:
+        case ElementKind::InventoryCheck:
+        case ElementKind::Not:
+            for (XmlElement* const child : childElements(element)) {
+                mergeTree(child);
+            }
+            break;
+        case ElementKind::Or: mergeAlternative(element); break;
+        default: break;
+    }
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << locationOf(element) << element->Name());
+}
+
+void AlternativeOdometer::mergeAlternative(XmlElement* element) {
+    ElementContext* const context = InventoryState::existingContext(element);
     VRX_ASSERT(context);
-    if (increment) {
-        stepDigit(*context, increment);
+    if (m_carries) {
+        stepDigit(*context, m_carries);
     }
     XmlElement* const first = element->FirstChildElement();
     if (first == nullptr) {
@@ -100,22 +103,21 @@ void Inventory::mergeAlternative(XmlElement* element, InventoryDeviceAssociation
         return;
     }
     XmlElement* const chosen = skipPruned(childAt(first, context->m_selectedChild), context->m_selectedChild);
-    const ElementContext* const childContext = State::existingContext(chosen);
+    const ElementContext* const childContext = InventoryState::existingContext(chosen);
     VRX_ASSERT(childContext);
     VRX_ASSERT(childContext->m_associationIndex > 0);
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"mergeSubTrees() - " << locationOf(element) << u" index = " << context->m_selectedChild
                                   << u" appending associations[" << childContext->m_associationIndex << u"]");
-    target.append(m_state->m_associationSets[static_cast<std::size_t>(childContext->m_associationIndex)]);
-    mergeSubTrees(chosen, target, more, increment);
+    m_state.m_associations.append(
+        m_state.m_associationSets[static_cast<std::size_t>(childContext->m_associationIndex)]);
+    mergeTree(chosen);
     if (chosen->NextSiblingElement() == nullptr) {
         context->m_atLastChild = true;
-    } else {
-        more = true;
     }
 }
 
-void Inventory::assignIndices(XmlElement* element, StringView parentName, unsigned index) {
+void AlternativeOdometer::assignIndices(XmlElement* element, StringView parentName, unsigned index) {
     if (element == nullptr) {
         return;
     }
@@ -123,7 +125,7 @@ void Inventory::assignIndices(XmlElement* element, StringView parentName, unsign
     if (parentName.size() == vocabulary::AND.size() && vocabulary::kindOf(parentName) == ElementKind::And) {
         const ElementKind kind = vocabulary::kindOf(*element);
         if (kind != ElementKind::And && kind != ElementKind::Or && kind != ElementKind::Not) {
-            m_state->contextOf(element).m_andIndex = index;
+            m_state.contextOf(element).m_andIndex = index;
         }
     }
     unsigned position = 0;

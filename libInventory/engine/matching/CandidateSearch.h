@@ -13,9 +13,8 @@ namespace vrx {
 
 /// Finds the devices of a type that pass a list of filters (name, locators).
 ///
-/// Two ways lead to the same devices in the same order. With debug logging on, the filters run one after the other over
-/// all devices of the type and each removal is logged. Otherwise a short list that an index of the store offers is
-/// tested against all filters at once, so that a script with a locator in every element costs no scan of the store.
+/// A short list that an index of the store offers is tested against all filters at once, so that a script with a
+/// locator in every element costs no scan of the store.
 class CandidateSearch {
 public:
     using DeviceArray = Array<boost::shared_ptr<IDeviceImp>>;
@@ -35,6 +34,9 @@ public:
     /// After a `find` without result: the first filter that left no device.
     std::size_t firstExhaustedFilter() const;
 
+    /// Tests of patterns that were given up while lines were made for the log.
+    std::size_t givenUpInTrace() const noexcept { return m_givenUpInTrace; }
+
 private:
     struct Filter {
         FilterKind kind;
@@ -46,7 +48,7 @@ private:
     const DeviceArray& smallList(std::size_t filterCount) const;
     const DeviceArray* indexed(const Filter& filter) const;
     const DeviceArray* indexedByName(const String& pattern) const;
-    const DeviceArray& findWithTrace();
+    void logRemovals();
     void logRemoval(const IDeviceImp& device, const Filter& filter) const;
 
     const StateManager& m_store;
@@ -54,6 +56,7 @@ private:
     const DeviceArray& m_ofType;
     std::vector<Filter> m_filters;
     DeviceArray m_found;
+    std::size_t m_givenUpInTrace = 0;
 };
 
 }  // namespace vrx

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElement.h"
@@ -10,7 +12,11 @@ namespace vrx {
 /// nothing.
 class PropertyExpectation {
 public:
-    explicit PropertyExpectation(XmlElement& element);
+    static constexpr std::size_t ALL_CHILDREN = static_cast<std::size_t>(-1);
+
+    /// Reads the element with its first so many child elements: those behind them are `error` elements that were
+    /// written after it was matched.
+    explicit PropertyExpectation(const XmlElement& element, std::size_t children = ALL_CHILDREN);
     PropertyExpectation(const PropertyExpectation&) = delete;
     PropertyExpectation& operator=(const PropertyExpectation&) = delete;
 

@@ -1,19 +1,19 @@
-#include "libInventory/engine/PropertyExpectation.h"
+#include "libInventory/engine/matching/PropertyExpectation.h"
 
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/ScriptVocabulary.h"
-#include "libInventory/script/XmlChildren.h"
 
 namespace vrx {
 
-PropertyExpectation::PropertyExpectation(XmlElement& element)
+PropertyExpectation::PropertyExpectation(const XmlElement& element, std::size_t children)
     : m_key(element.Attribute(vocabulary::KEY)), m_units(element.Attribute(vocabulary::UNITS)) {
     std::size_t encodedTexts = 0;
     const XmlAttribute* const value = element.FindAttribute(vocabulary::VALUE);
     m_hasValue = value != nullptr;
     m_value = m_hasValue ? value->Value() : StringView();
     encodedTexts += needsUuDecode(m_value) ? 1U : 0U;
-    for (const XmlElement* const child : childElements(element)) {
+    for (const XmlElement* child = element.FirstChildElement(); child != nullptr && m_entries.size() < children;
+         child = child->NextSiblingElement()) {
         m_entries.append(child->Attribute(vocabulary::VALUE));
         encodedTexts += needsUuDecode(m_entries.back()) ? 1U : 0U;
     }

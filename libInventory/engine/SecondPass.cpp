@@ -5,11 +5,11 @@
 /// Every level that fails adds the count of its whole subtree, so an error deep in the tree counts once at each failing
 /// ancestor. That weighting is deliberate: combinations are compared by these sums.
 
-#include <optional>
+#include "libInventory/engine/SecondPass.h"
 
 #include "libCommon/Assertion.h"
-#include "libInventory/Inventory.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/PartAssociation.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/ElementLocation.h"
@@ -20,64 +20,59 @@ namespace vrx {
 
 using vocabulary::ElementKind;
 
-bool Inventory::runSecondPass(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                              ErrorSpec& errors) {
+bool SecondPass::run(XmlElement* element, bool underNot) {
     if (element == nullptr) {
         return true;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << locationOf(element) << element->Name());
     bool satisfied = true;
     switch (vocabulary::kindOf(*element)) {
-        case ElementKind::Part: satisfied = secondPassOfPart(element, underNot, passNumber, errorsIndex, errors); break;
+        case ElementKind::Part: satisfied = ofPart(element, underNot); break;
         case ElementKind::And:
-            satisfied = secondPassOfAll(element, underNot, passNumber, errorsIndex, errors);
+            satisfied = ofAll(element, underNot);
             if (!satisfied) {
-                prependErrorElement(element, errorsIndex);
+                m_filing.fileUnsatisfied(element, m_slot);
             }
             break;
-        case ElementKind::InventoryCheck:
-            satisfied = secondPassOfAll(element, underNot, passNumber, errorsIndex, errors);
-            break;
+        case ElementKind::InventoryCheck: satisfied = ofAll(element, underNot); break;
         case ElementKind::Or:
-            if (skipsPrunedOr(element, errorsIndex, errors)) {
+            if (skipsPrunedOr(element)) {
                 return false;
             }
             if (element->FirstChildElement() == nullptr) {
-                m_state->contextOf(element).m_atLastChild = true;
+                m_state.contextOf(element).m_atLastChild = true;
                 return true;
             }
-            satisfied = secondPassOfOr(element, underNot, passNumber, errorsIndex, errors);
+            satisfied = ofOr(element, underNot);
             break;
-        case ElementKind::Not: satisfied = secondPassOfNot(element, passNumber, errorsIndex, errors); break;
-        case ElementKind::Device: satisfied = secondPassOfDevice(element, underNot, errorsIndex); break;
+        case ElementKind::Not: satisfied = ofNot(element); break;
+        case ElementKind::Device: satisfied = ofDevice(element, underNot); break;
         default: break;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"runSecondPass() - " << locationOf(element) << element->Name() << u" status = " << satisfied);
     if (satisfied) {
-        clearErrors(element, errorsIndex);
+        m_filing.clear(element, m_slot);
     } else {
-        getErrorCount(element, errorsIndex, errors);
+        m_filing.count(element, m_slot, m_errors);
     }
     return satisfied;
 }
 
-bool Inventory::secondPassOfAll(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                                ErrorSpec& errors) {
+bool SecondPass::ofAll(XmlElement* element, bool underNot) {
     bool all = true;
     for (XmlElement* const child : childElements(element)) {
-        all = runSecondPass(child, underNot, passNumber, errorsIndex, errors) && all;
+        all = run(child, underNot) && all;
     }
     return all;
 }
 
-bool Inventory::secondPassOfPart(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                                 ErrorSpec& errors) {
-    const bool satisfied = secondPassOfAll(element, underNot, passNumber, errorsIndex, errors);
+bool SecondPass::ofPart(XmlElement* element, bool underNot) {
+    const bool satisfied = ofAll(element, underNot);
     if (!satisfied) {
-        prependErrorElement(element, errorsIndex);
+        m_filing.fileUnsatisfied(element, m_slot);
     }
-    if (m_state->m_deviceToPartsTable == nullptr) {
+    if (m_state.m_deviceToPartsTable == nullptr) {
         return satisfied;
     }
     if (satisfied) {
@@ -85,24 +80,24 @@ bool Inventory::secondPassOfPart(XmlElement* element, bool underNot, unsigned pa
         return true;
     }
     for (XmlElement* const child : childElements(element)) {
-        removeDeviceAssociations(child);
+        PartAssociation(m_state).remove(child);
     }
     return false;
 }
 
 /// Enters the part once under each of its devices, never twice under one device for the same name.
-void Inventory::enterPart(XmlElement* part, bool underNot) {
-    PartSpec spec(part->Attribute(vocabulary::NAME), part->Attribute(vocabulary::ID),
-                  part->Attribute(vocabulary::DESCRIPTION), locationOf(part), String::EMPTY);
+void SecondPass::enterPart(XmlElement* part, bool underNot) {
+    Inventory::PartSpec spec(part->Attribute(vocabulary::NAME), part->Attribute(vocabulary::ID),
+                             part->Attribute(vocabulary::DESCRIPTION), locationOf(part), String::EMPTY);
     UniqueTexts deviceGuids;
     for (XmlElement* const child : childElements(part)) {
-        runPartAssociation(child, underNot, spec, deviceGuids);
+        PartAssociation(m_state).collect(child, underNot, deviceGuids);
     }
     spec.devices = deviceGuids.texts();
     for (const String& guid : spec.devices) {
-        Array<PartSpec>& parts = (*m_state->m_deviceToPartsTable)[guid];
+        Array<Inventory::PartSpec>& parts = (*m_state.m_deviceToPartsTable)[guid];
         bool isListed = false;
-        for (const PartSpec& listed : parts) {
+        for (const Inventory::PartSpec& listed : parts) {
             isListed = isListed || listed == spec;
         }
         if (!isListed) {
@@ -111,10 +106,10 @@ void Inventory::enterPart(XmlElement* part, bool underNot) {
     }
 }
 
-/// A hopeless `or` is looked into once, so that the best of its alternatives shows its errors; after that it only gets
-/// an error of its own.
-bool Inventory::skipsPrunedOr(XmlElement* element, unsigned errorsIndex, ErrorSpec& errors) {
-    ElementContext* const context = State::existingContext(element);
+/// An `or` that cannot be met is looked into once, so that the best of its alternatives shows its errors; after that it
+/// only gets an error of its own.
+bool SecondPass::skipsPrunedOr(XmlElement* element) {
+    ElementContext* const context = InventoryState::existingContext(element);
     VRX_ASSERT(context);
     if (!context->m_pruned) {
         return false;
@@ -126,15 +121,14 @@ bool Inventory::skipsPrunedOr(XmlElement* element, unsigned errorsIndex, ErrorSp
         return false;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << locationOf(element) << u" pruned, skipping");
-    prependErrorElement(element, errorsIndex);
-    getErrorCount(element, errorsIndex, errors);
+    m_filing.fileUnsatisfied(element, m_slot);
+    m_filing.count(element, m_slot, m_errors);
     return true;
 }
 
-bool Inventory::secondPassOfOr(XmlElement* element, bool underNot, unsigned passNumber, unsigned errorsIndex,
-                               ErrorSpec& errors) {
+bool SecondPass::ofOr(XmlElement* element, bool underNot) {
     XmlElement* chosen = element->FirstChildElement();
-    const std::uint32_t steps = State::existingContext(element)->m_selectedChild;
+    const std::uint32_t steps = InventoryState::existingContext(element)->m_selectedChild;
     for (std::uint32_t i = 0; i < steps; ++i) {
         XmlElement* const next = chosen->NextSiblingElement();
         if (next == nullptr) {
@@ -142,31 +136,34 @@ bool Inventory::secondPassOfOr(XmlElement* element, bool underNot, unsigned pass
         }
         chosen = next;
     }
-    const bool satisfied = runSecondPass(chosen, underNot, passNumber, errorsIndex, errors);
+    const bool satisfied = run(chosen, underNot);
     if (!satisfied) {
-        prependErrorElement(element, errorsIndex);
+        m_filing.fileUnsatisfied(element, m_slot);
     }
     return satisfied;
 }
 
-bool Inventory::secondPassOfNot(XmlElement* element, unsigned passNumber, unsigned errorsIndex, ErrorSpec& errors) {
-    const bool all = secondPassOfAll(element, true, passNumber, errorsIndex, errors);
+bool SecondPass::ofNot(XmlElement* element) {
+    const bool all = ofAll(element, true);
     const bool satisfied = element->FirstChildElement() == nullptr || !all;
     if (!satisfied) {
-        prependErrorElement(element, errorsIndex);
+        m_filing.fileUnsatisfied(element, m_slot);
     }
     return satisfied;
 }
 
 /// Contract: an absent device that a `not` forbids is listed as unsatisfied although the `not` is satisfied.
-bool Inventory::secondPassOfDevice(XmlElement* element, bool underNot, unsigned errorsIndex) {
-    const InventoryDeviceAssociations& associations = m_state->m_associations;
+bool SecondPass::ofDevice(XmlElement* element, bool underNot) {
+    const Inventory::InventoryDeviceAssociations& associations = m_state.m_associations;
     const bool satisfied = associations.isSatisfied(element);
     if (satisfied || (underNot && associations.hasEverMatched(element))) {
         return true;
     }
-    addUnsatisfiedDevice(element);
-    prependErrorElement(element, errorsIndex);
+    m_state.m_unsatisfiedDevices.append(Inventory::DeviceSpec(
+        element->NormalizedAttributeValue(vocabulary::NAME), element->NormalizedAttributeValue(vocabulary::TYPE),
+        element->NormalizedAttributeValue(vocabulary::HW_LOCATOR),
+        element->NormalizedAttributeValue(vocabulary::OS_LOCATOR)));
+    m_filing.fileUnsatisfied(element, m_slot);
     return false;
 }
 

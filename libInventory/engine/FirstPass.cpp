@@ -1,12 +1,16 @@
 /// The first pass walks the script once, before any combination is tried. It matches every `device` element, records
 /// the links in the association set of the nearest alternative, and settles the shape of the search: which alternatives
-/// of each `or` can be met at all, how many combinations there are, which alternative of a hopeless `or` came nearest,
-/// and which `fail-on-extra` rules are in force. Mistakes in the script are told to the observers.
+/// of each `or` can be met at all, how many combinations there are, which alternative of a `or` that cannot be met came
+/// nearest, and which `fail-on-extra` rules are in force. Mistakes in the script are told to the observers.
 ///
 /// Every child is evaluated even after one failed: the findings of all are wanted.
 
-#include "libInventory/Inventory.h"
+#include "libInventory/engine/FirstPass.h"
+
+#include <limits>
+
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/ScriptNotices.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/ElementLocation.h"
@@ -17,7 +21,7 @@ namespace vrx {
 
 using vocabulary::ElementKind;
 
-bool Inventory::runFirstPass(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex) {
+bool FirstPass::run(XmlElement* element, bool underNot, unsigned associationIndex) {
     if (element == nullptr) {
         return true;
     }
@@ -26,44 +30,44 @@ bool Inventory::runFirstPass(XmlElement* element, ErrorSpec& errors, bool underN
     switch (vocabulary::kindOf(*element)) {
         case ElementKind::Part:
         case ElementKind::And:
-        case ElementKind::InventoryCheck: status = firstPassOfAll(element, errors, underNot, associationIndex); break;
-        case ElementKind::Or: status = firstPassOfOr(element, errors, underNot); break;
-        case ElementKind::Not: status = firstPassOfNot(element, errors, underNot, associationIndex); break;
-        case ElementKind::Device: status = matchDevice(element, underNot, associationIndex); break;
+        case ElementKind::InventoryCheck: status = ofAll(element, underNot, associationIndex); break;
+        case ElementKind::Or: status = ofOr(element, underNot); break;
+        case ElementKind::Not: status = ofNot(element, underNot, associationIndex); break;
+        case ElementKind::Device: status = m_matcher.match(element, underNot, associationIndex); break;
         case ElementKind::TestSet: break;
         case ElementKind::FailOnExtra:
-            if (!firstPassOfFailOnExtra(element)) {
+            if (!ofFailOnExtra(element)) {
                 return false;
             }
             break;
-        default: reportUnknownElement(*element);
+        default: ScriptNotices(m_state).unknownElement(*element);
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"runFirstPass() - " << locationOf(element) << element->Name() << u" status = " << status);
     return status;
 }
 
-bool Inventory::firstPassOfAll(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex) {
+bool FirstPass::ofAll(XmlElement* element, bool underNot, unsigned associationIndex) {
     bool all = true;
     for (XmlElement* const child : childElements(element)) {
-        all = runFirstPass(child, errors, underNot, associationIndex) && all;
+        all = run(child, underNot, associationIndex) && all;
     }
     return all;
 }
 
-bool Inventory::firstPassOfOr(XmlElement* element, ErrorSpec& errors, bool underNot) {
-    State& state = *m_state;
-    ElementContext& context = state.contextOf(element);
+bool FirstPass::ofOr(XmlElement* element, bool underNot) {
+    ElementContext& context = m_state.contextOf(element);
+    m_state.m_record.orElements.push_back(element);
     std::uint32_t possibleChildren = 0;
     std::uint32_t bestErrorPermutation = 0;
-    ErrorSpec previous;
+    Inventory::ErrorSpec previous;
     std::uint32_t position = 0;
     for (XmlElement* const child : childElements(element)) {
-        if (firstPassOfAlternative(child, errors, underNot)) {
+        if (ofAlternative(child, underNot)) {
             ++possibleChildren;
         } else {
-            ErrorSpec current;
-            getErrorCount(child, slot::MATCHING, current);
+            Inventory::ErrorSpec current;
+            m_filing.count(child, slot::MATCHING, current);
             if (position == 0) {
                 previous = current;
             }
@@ -79,7 +83,7 @@ bool Inventory::firstPassOfOr(XmlElement* element, ErrorSpec& errors, bool under
         ++position;
     }
     if (possibleChildren > 0) {
-        state.m_totalCombinations *= possibleChildren;
+        multiplyCombinations(possibleChildren);
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"runFirstPass() or branch, possibleChildren: " << possibleChildren);
     if (possibleChildren > 0) {
@@ -92,13 +96,21 @@ bool Inventory::firstPassOfOr(XmlElement* element, ErrorSpec& errors, bool under
     return false;
 }
 
-bool Inventory::firstPassOfAlternative(XmlElement* child, ErrorSpec& errors, bool underNot) {
-    State& state = *m_state;
-    const std::size_t set = state.m_associationSets.size();
-    state.m_associationSets.emplace();
-    ElementContext& context = state.makeContext(child);
+// Contract: the number that bounds the search is of 32 bits and may overflow. The one that people are told does not.
+void FirstPass::multiplyCombinations(std::uint32_t alternatives) {
+    m_state.m_totalCombinations *= alternatives;
+    std::uint64_t& combinations = m_state.m_record.summary.combinations;
+    constexpr std::uint64_t MOST = std::numeric_limits<std::uint64_t>::max();
+    combinations = combinations > MOST / alternatives ? MOST : combinations * alternatives;
+}
+
+bool FirstPass::ofAlternative(XmlElement* child, bool underNot) {
+    const std::size_t set = m_state.m_associationSets.size();
+    m_state.m_associationSets.emplace();
+    ElementContext& context = m_state.makeContext(child);
     context.m_associationIndex = static_cast<std::int32_t>(set);
-    const bool satisfied = runFirstPass(child, errors, underNot, static_cast<unsigned>(set));
+    m_state.m_record.alternatives[child] = static_cast<unsigned>(set);
+    const bool satisfied = run(child, underNot, static_cast<unsigned>(set));
     if (!satisfied) {
         VRX_LOG(inventoryLog(), LogPriority::Debug, u"runFirstPass() pruning or child branch");
     }
@@ -106,26 +118,24 @@ bool Inventory::firstPassOfAlternative(XmlElement* child, ErrorSpec& errors, boo
     return satisfied;
 }
 
-bool Inventory::firstPassOfNot(XmlElement* element, ErrorSpec& errors, bool underNot, unsigned associationIndex) {
+bool FirstPass::ofNot(XmlElement* element, bool underNot, unsigned associationIndex) {
     if (underNot) {
-        reportNotUnderNot(*element);
+        ScriptNotices(m_state).notUnderNot(*element);
     }
     if (element->FirstChildElement() == nullptr) {
         return true;
     }
-    return !firstPassOfAll(element, errors, true, associationIndex);
+    return !ofAll(element, true, associationIndex);
 }
 
-bool Inventory::firstPassOfFailOnExtra(XmlElement* element) {
+bool FirstPass::ofFailOnExtra(XmlElement* element) {
     const StringView type = element->Attribute(vocabulary::TYPE);
     const StringView capability = element->Attribute(vocabulary::CAPABILITY);
     if (CapabilityImp(type) == CapabilityImp::INVALID() && CapabilityImp(capability) == CapabilityImp::INVALID()) {
-        return failDevice(element,
-                          concat(u"Invalid device type: ", type, u" and Invalid device capability: ", capability,
-                                 u" Please refer to Valid Device Types in Documentation"),
-                          slot::SCRIPT);
+        m_filing.file(element, FindingKind::InvalidExtraRule, slot::SCRIPT);
+        return false;
     }
-    m_state->m_failOnExtraElements.append(element);
+    m_state.m_failOnExtraElements.append(element);
     return true;
 }
 

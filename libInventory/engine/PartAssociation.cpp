@@ -1,7 +1,9 @@
 /// Which devices belong to a `part` element, and taking the devices of a failing part out of the working graph.
 
-#include "libInventory/Inventory.h"
+#include "libInventory/engine/PartAssociation.h"
+
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/ElementLocation.h"
@@ -13,20 +15,17 @@ namespace vrx {
 
 using vocabulary::ElementKind;
 
-bool Inventory::runPartAssociation(XmlElement* element, bool underNot, PartSpec& part, UniqueTexts& deviceGuids) {
-    if (element == nullptr) {
-        return false;
-    }
+void PartAssociation::collect(XmlElement* element, bool underNot, UniqueTexts& deviceGuids) {
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << locationOf(element) << element->Name());
     const ElementKind kind = vocabulary::kindOf(*element);
     switch (kind) {
-        case ElementKind::Part: failDevice(element, u"Nested <part> nodes are not supported", slot::SCRIPT); break;
+        case ElementKind::Part: ErrorFiling(m_state).file(element, FindingKind::NestedPart, slot::SCRIPT); break;
         case ElementKind::And:
         case ElementKind::InventoryCheck:
         case ElementKind::Or:
         case ElementKind::Not:
             for (XmlElement* const child : childElements(element)) {
-                runPartAssociation(child, underNot || kind == ElementKind::Not, part, deviceGuids);
+                collect(child, underNot || kind == ElementKind::Not, deviceGuids);
             }
             break;
         case ElementKind::Device: {
@@ -34,7 +33,7 @@ bool Inventory::runPartAssociation(XmlElement* element, bool underNot, PartSpec&
                 break;
             }
             Array<boost::shared_ptr<IDeviceImp>> devices;
-            m_state->m_associations.getMatchedDevices(element, devices);
+            m_state.m_associations.getMatchedDevices(element, devices);
             VRX_LOG(inventoryLog(), LogPriority::Debug,
                     u"runPartAssociation() - " << locationOf(element) << u" device_count: " << devices.size());
             for (const auto& device : devices) {
@@ -45,13 +44,9 @@ bool Inventory::runPartAssociation(XmlElement* element, bool underNot, PartSpec&
         default: break;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << locationOf(element) << element->Name());
-    return true;
 }
 
-bool Inventory::removeDeviceAssociations(XmlElement* element) {
-    if (element == nullptr) {
-        return false;
-    }
+void PartAssociation::remove(XmlElement* element) {
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"removeDeviceAssociations() - " << locationOf(element) << element->Name());
     switch (vocabulary::kindOf(*element)) {
@@ -60,15 +55,14 @@ bool Inventory::removeDeviceAssociations(XmlElement* element) {
         case ElementKind::Or:
         case ElementKind::Not:
             for (XmlElement* const child : childElements(element)) {
-                removeDeviceAssociations(child);
+                remove(child);
             }
             break;
-        case ElementKind::Device: m_state->m_associations.removeDeviceAssociations(element); break;
+        case ElementKind::Device: m_state.m_associations.removeDeviceAssociations(element); break;
         default: break;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"removeDeviceAssociations() - " << locationOf(element) << element->Name());
-    return true;
 }
 
 }  // namespace vrx

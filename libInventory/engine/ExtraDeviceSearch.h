@@ -1,0 +1,29 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstddef>
+
+#include "libSystemState/Forward.h"
+
+namespace vrx {
+
+struct InventoryState;
+
+/// Looks for devices beyond the script in the working graph.
+class ExtraDeviceSearch {
+public:
+    explicit ExtraDeviceSearch(InventoryState& state) noexcept : m_state(state) {}
+
+    /// Files every extra device against the root, as a failure when there are rules; true when there is none.
+    bool findNone(unsigned slot);
+
+private:
+    bool examine(const boost::shared_ptr<IDeviceImp>& device, unsigned slot);
+    bool hasNoLinks(const boost::shared_ptr<IDeviceImp>& device) const;
+    void noteUndecided(const boost::shared_ptr<IDeviceImp>& device);
+    void logPassedOver(std::size_t& at, const IDeviceImp* next) const;
+
+    InventoryState& m_state;
+};
+
+}  // namespace vrx

@@ -1,0 +1,190 @@
+/// Which devices satisfy one `device` element: those of its type that pass its name and locator attributes, in the
+/// order in which the attributes stand, and then the tests inside it. Every device that passes is linked to the
+/// element; choosing one is left to the graph. When none passes, a tip says at which step the last candidates were
+/// lost.
+///
+/// Contract: `name` is a pattern and the locators are compared exactly, although the header of generated scripts says
+/// it the other way round.
+
+#include "libInventory/engine/matching/DeviceMatcher.h"
+
+#include <utility>
+
+#include "libCommon/text/UuCode.h"
+#include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/matching/CandidateList.h"
+#include "libInventory/engine/matching/DeviceAttributes.h"
+#include "libInventory/engine/matching/PropertyMatcher.h"
+#include "libInventory/script/XmlChildren.h"
+#include "libInventory/support/ElementLocation.h"
+#include "libInventory/support/InventoryLog.h"
+#include "libInventory/support/MatchCache.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+
+namespace vrx {
+
+namespace {
+
+/// The filters of an element's attributes, in order, with what a failure says of each.
+struct ElementFilters {
+    struct Filter {
+        CandidateSearch::FilterKind kind;
+        const XmlAttribute* attribute;
+    };
+
+    ElementFilters(const XmlElement& element, const InventoryState& state) {
+        for (const XmlAttribute& attribute : element.Attributes()) {
+            switch (deviceAttributeOf(attribute.Name())) {
+                case DeviceAttribute::Type: break;
+                case DeviceAttribute::Name:
+                    add(state.m_checkNames, CandidateSearch::FilterKind::Name, attribute);
+                    break;
+                case DeviceAttribute::OsLocator:
+                    add(state.m_checkOsLocators, CandidateSearch::FilterKind::OsLocator, attribute);
+                    break;
+                case DeviceAttribute::HwLocator:
+                    add(state.m_checkHwLocators, CandidateSearch::FilterKind::HwLocator, attribute);
+                    break;
+                case DeviceAttribute::Invalid: invalid = &attribute; return;
+            }
+        }
+    }
+
+    void add(bool enabled, CandidateSearch::FilterKind kind, const XmlAttribute& attribute) {
+        if (enabled) {
+            filters.append({kind, &attribute});
+        }
+    }
+
+    Array<Filter> filters;
+    const XmlAttribute* invalid = nullptr;  ///< the first attribute that devices do not have; later ones do not count
+};
+
+FindingKind kindOfLoss(CandidateSearch::FilterKind kind) noexcept {
+    switch (kind) {
+        case CandidateSearch::FilterKind::Name: return FindingKind::NoDeviceWithName;
+        case CandidateSearch::FilterKind::OsLocator: return FindingKind::NoDeviceWithOsLocator;
+        case CandidateSearch::FilterKind::HwLocator: return FindingKind::NoDeviceWithHwLocator;
+    }
+    return FindingKind::NoAvailableDevice;
+}
+
+/// The attribute as the log writes it.
+StringView logWordOf(CandidateSearch::FilterKind kind) noexcept {
+    switch (kind) {
+        case CandidateSearch::FilterKind::Name: return u"name";
+        case CandidateSearch::FilterKind::OsLocator: return u"osLocator";
+        case CandidateSearch::FilterKind::HwLocator: return u"hwlocator";
+    }
+    return StringView();
+}
+
+}  // namespace
+
+bool DeviceMatcher::match(XmlElement* element, bool underNot, unsigned associationIndex) {
+    if (element == nullptr) {
+        return false;
+    }
+    m_state.m_associationSets[associationIndex].associate(element, boost::shared_ptr<IDeviceImp>());
+    VRX_LOG(
+        inventoryLog(), LogPriority::Debug,
+        u"matchDevice() invElement" << locationOf(element) << u" devCount: " << m_state.m_stateManager->deviceCount());
+    // Findings in an alternative are counted, so they must be made each time.
+    const bool mayUseCache = m_state.m_matchCache != nullptr && associationIndex == 0;
+    return mayUseCache ? matchThroughCache(element, underNot) : matchInStore(element, underNot, associationIndex);
+}
+
+bool DeviceMatcher::matchThroughCache(XmlElement* element, bool underNot) {
+    Inventory::InventoryDeviceAssociations& associations = m_state.m_associationSets[0];
+    const String text = element->toString();
+    const MatchCache::DeviceArray* const known = m_state.m_matchCache->find(text);
+    // The log is told of every match in full, so for the log it is made again, with the same answer.
+    if (known != nullptr && !inventoryLog().isEnabled(LogPriority::Debug)) {
+        for (const auto& device : *known) {
+            associations.associate(element, device);
+        }
+        return !known->isEmpty();
+    }
+    const bool matched = matchInStore(element, underNot, 0);
+    MatchCache::DeviceArray devices;
+    associations.getMatchedDevices(element, devices);
+    m_state.m_matchCache->keep(text, std::move(devices));
+    return matched;
+}
+
+bool DeviceMatcher::matchInStore(XmlElement* element, bool underNot, unsigned associationIndex) {
+    const StateManager& store = *m_state.m_stateManager;
+    const CapabilityImp type(typeTextOf(*element));
+    if (type == CapabilityImp::INVALID()) {
+        m_filing.file(element, FindingKind::InvalidDeviceType, slot::SCRIPT);
+        return false;
+    }
+    if (store.devicesCapableOf(type).isEmpty()) {
+        m_filing.file(element, FindingKind::NoDeviceOfType, slot::MATCHING);
+        return false;
+    }
+    CandidateSearch search(store, type);
+    const ElementFilters asked(*element, m_state);
+    for (const ElementFilters::Filter& filter : asked.filters) {
+        search.addFilter(filter.kind, fromXmlSafe(filter.attribute->Value()));
+    }
+    const DeviceArray& candidates = search.find();
+    m_state.m_record.givenUpInTraces += search.givenUpInTrace();
+    if (candidates.isEmpty() && !asked.filters.isEmpty()) {
+        const ElementFilters::Filter& filter = asked.filters[search.firstExhaustedFilter()];
+        VRX_LOG(inventoryLog(), LogPriority::Debug,
+                u"matchDevice: No device of type: " << typeTextOf(*element) << u" with " << logWordOf(filter.kind)
+                                                    << u": " << filter.attribute->Value());
+        m_filing.file(element, kindOfLoss(filter.kind), slot::MATCHING, filter.attribute->Name());
+        return false;
+    }
+    if (asked.invalid != nullptr) {
+        m_filing.file(element, FindingKind::InvalidAttribute, slot::MATCHING, asked.invalid->Name());
+        return false;
+    }
+    if (candidates.isEmpty()) {
+        m_filing.file(element, FindingKind::NoAvailableDevice, slot::MATCHING);
+        return false;
+    }
+    return matchCandidates(element, candidates, underNot, associationIndex);
+}
+
+// Only while the first candidate is tried is anybody told anything, so only that one is held on to.
+bool DeviceMatcher::matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot,
+                                    unsigned associationIndex) {
+    CandidateList list(candidates, m_state.m_candidates);
+    const boost::shared_ptr<IDeviceImp> first = list[0];
+    bool anyMatched = false;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const boost::shared_ptr<IDeviceImp>& device = i == 0 ? first : list[i];
+        const bool ok = matchCandidate(element, device, static_cast<std::uint32_t>(i), underNot);
+        VRX_LOG(inventoryLog(), LogPriority::Debug,
+                u"matchDevice: device guid: " << device->toString() << u" recursive result = " << ok);
+        if (ok) {
+            m_state.m_associationSets[associationIndex].associate(element, device);
+            anyMatched = true;
+        }
+    }
+    return anyMatched;
+}
+
+/// Every child is evaluated, also after one has failed, so that every failing test leaves its findings.
+bool DeviceMatcher::matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device,
+                                   std::uint32_t candidate, bool underNot) {
+    PropertyMatcher content(m_state, device, candidate);
+    bool ok = true;
+    for (XmlElement* const child : childElements(element)) {
+        if (!content.matches(child, underNot)) {
+            ok = false;
+            VRX_LOG(
+                inventoryLog(), LogPriority::Debug,
+                u"matchDevice: device guid: " << device->toString() << u" element " << locationOf(child) << u" failed");
+        }
+    }
+    if (!ok && !content.hasFiled()) {
+        m_state.m_record.silentCandidates[element].push_back({device, candidate});
+    }
+    return ok;
+}
+
+}  // namespace vrx

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <cstdint>
+
+#include "libCommon/Forward.h"
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
+#include "libSystemState/Forward.h"
+
+namespace vrx {
+
+class PropertyExpectation;
+struct InventoryState;
+
+/// Matches the content of a `device` element against one device.
+class PropertyMatcher {
+public:
+    /// `candidate` is the device's position among those that are tried for the element. An empty device fails every
+    /// property.
+    PropertyMatcher(InventoryState& state, const boost::shared_ptr<IDeviceImp>& device,
+                    std::uint32_t candidate) noexcept
+        : m_state(state), m_device(device), m_candidate(candidate) {}
+
+    /// Whether the device satisfies an element of the content; false when it is null.
+    bool matches(XmlElement* element, bool underNot);
+
+    /// Whether some property test failed, so that there is a finding about the device.
+    bool hasFiled() const noexcept { return m_hasFiled; }
+
+private:
+    bool matchesAll(XmlElement* element, bool underNot);
+    bool matchesAny(XmlElement* element, bool underNot);
+    bool matchesNot(XmlElement* element, bool underNot);
+    bool matchesProperty(XmlElement* element);
+    void tellMatch(XmlElement* element, const IPropertyImp& property, const PropertyExpectation& expectation);
+    void flipErrorsVisible(XmlElement* element);
+
+    /// Mistakes in the script are told once, while the first candidate is tried.
+    bool tellsMistakes() const noexcept { return m_candidate == 0; }
+
+    InventoryState& m_state;
+    const boost::shared_ptr<IDeviceImp>& m_device;
+    std::uint32_t m_candidate;
+    bool m_hasFiled = false;
+};
+
+}  // namespace vrx
