@@ -5,21 +5,13 @@ include(CMakePackageConfigHelpers)
 set(VRX_INSTALL_CONFIGDIR "${CMAKE_INSTALL_LIBDIR}/cmake/VrxInventory")
 set(VRX_INSTALL_DATADIR "${CMAKE_INSTALL_DATADIR}/vrx-inventory")
 
-install(TARGETS vrxCommon vrxRegex vrxSystemState vrxInventory EXPORT VrxInventoryTargets)
+set(VRX_LIBRARIES vrxReport vrxDiagnosis vrxLint vrxMachine vrxInventory vrxRegex vrxSystemState vrxCommon)
+
+install(TARGETS ${VRX_LIBRARIES} EXPORT VrxInventoryTargets FILE_SET HEADERS DESTINATION "${VRX_INSTALL_INCLUDEDIR}")
 install(EXPORT VrxInventoryTargets NAMESPACE VrxInventory:: DESTINATION "${VRX_INSTALL_CONFIGDIR}")
 if(TARGET vrx-inventory)
     install(TARGETS vrx-inventory)
 endif()
-
-foreach(library libCommon libSystemState)
-    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${library}" DESTINATION "${VRX_INSTALL_INCLUDEDIR}"
-            FILES_MATCHING PATTERN "*.h")
-endforeach()
-# libRegex and libInventory keep what lies in their folders to themselves.
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/libInventory" DESTINATION "${VRX_INSTALL_INCLUDEDIR}"
-        FILES_MATCHING PATTERN "*.h" PATTERN "libInventory/*/*" EXCLUDE)
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/libRegex" DESTINATION "${VRX_INSTALL_INCLUDEDIR}"
-        FILES_MATCHING PATTERN "Regex.h")
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/VrxInventoryConfig.cmake.in"
                               "${PROJECT_BINARY_DIR}/VrxInventoryConfig.cmake"
@@ -28,6 +20,17 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/VrxInventoryConfigVersio
                                  COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/VrxInventoryConfig.cmake" "${PROJECT_BINARY_DIR}/VrxInventoryConfigVersion.cmake"
         DESTINATION "${VRX_INSTALL_CONFIGDIR}")
+
+# For pkg-config: the libraries of ours, those above before those below, and what the static ones of them link.
+list(TRANSFORM VRX_LIBRARIES PREPEND "-l" OUTPUT_VARIABLE VRX_PC_LIBRARIES)
+list(JOIN VRX_PC_LIBRARIES " " VRX_PC_LIBRARIES)
+set(VRX_PC_REQUIRES "fmt hwloc")
+if(NOT BUILD_SHARED_LIBS)
+    string(APPEND VRX_PC_REQUIRES " libpcre2-16 icu-uc expat")
+endif()
+file(RELATIVE_PATH VRX_PC_PREFIX "/p/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/p")
+configure_file("${PROJECT_SOURCE_DIR}/cmake/vrx-inventory.pc.in" "${PROJECT_BINARY_DIR}/vrx-inventory.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/vrx-inventory.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 foreach(folder docs/ schemas examples)

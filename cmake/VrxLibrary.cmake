@@ -1,10 +1,12 @@
-# vrx_library(<name> [STATIC] SOURCES <file>... [ALONE <file>...] [PUBLIC <target>...] [PRIVATE <target>...])
+# vrx_library(<name> [STATIC] SOURCES <file>... [ALONE <file>...] [HEADERS <file>...]
+#             [PUBLIC <target>...] [PRIVATE <target>...])
 #
 # A library of the project: its sources are listed by hand, its include root is the root of the repository.
 # PUBLIC and PRIVATE name the targets that it links, as in target_link_libraries. STATIC keeps it a static
-# library under BUILD_SHARED_LIBS. ALONE names sources that a unity build leaves alone (say why beside it). A library whose list of sources is empty is an interface library.
+# library under BUILD_SHARED_LIBS. ALONE names sources that a unity build leaves alone (say why beside it). HEADERS
+# are the public ones, which the package installs: all that a host may include, and what they include. A library whose list of sources is empty is an interface library.
 function(vrx_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 ARG "STATIC" "" "SOURCES;ALONE;PUBLIC;PRIVATE")
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "STATIC" "" "SOURCES;ALONE;HEADERS;PUBLIC;PRIVATE")
     if(ARG_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "vrx_library(${name}): unknown arguments ${ARG_UNPARSED_ARGUMENTS}")
     endif()
@@ -26,7 +28,11 @@ function(vrx_library name)
     target_compile_features(${name} PUBLIC cxx_std_20)
     target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
     set_target_properties(${name} PROPERTIES
+        DEFINE_SYMBOL "" # the same objects for static and shared libraries
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    if(ARG_HEADERS)
+        target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${ARG_HEADERS})
+    endif()
     vrx_compile_options(${name})
     vrx_use_headers(${name} vrxHeaders)
     vrx_unity_batches(${name} ${ARG_SOURCES})

@@ -4,13 +4,14 @@
 
 #include <string_view>
 
+#include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 
 namespace vrx {
 
 /// An open file of the operating system, closed at the end of its life. Failures are told by result, with the reason in
 /// `errno`.
-class FileDescriptor {
+class VRX_EXPORT FileDescriptor {
 public:
     /// Opens a file; see isOpen. A path that holds a zero unit is refused as invalid instead of being cut off there.
     FileDescriptor(const std::string& path, int flags, mode_t mode = 0);
@@ -42,6 +43,6 @@ private:
 };
 
 /// The operating system's words for an error number.
-String systemErrorText(int errorNumber);
+VRX_EXPORT String systemErrorText(int errorNumber);
 
 }  // namespace vrx

@@ -3,11 +3,12 @@
 #include <span>
 #include <string>
 
+#include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 
 namespace vrx {
 
 /// "; did you mean X?" with the name that is at most two letters away, in any letter case; empty when there is none.
-std::string suggestion(StringView written, std::span<const StringView> names);
+VRX_EXPORT std::string suggestion(StringView written, std::span<const StringView> names);
 
 }  // namespace vrx

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 
 /// Text from machines and scripts, made fit for a terminal.
@@ -12,17 +13,17 @@ namespace vrx {
 /// UTF-8 text without anything that a terminal would act on: line feed, carriage return and tab become `\n`, `\r` and
 /// `\t`; other control characters, invisible direction marks and unpaired surrogates become `\u` and four hexadecimal
 /// digits. Everything else stands as it is.
-std::string printable(StringView text);
-std::string printable(std::string_view utf8);
+VRX_EXPORT std::string printable(StringView text);
+VRX_EXPORT std::string printable(std::string_view utf8);
 
 /// `printable`, in double quotes where that shows something: the empty text, and blanks at either end.
-std::string printableValue(StringView text);
+VRX_EXPORT std::string printableValue(StringView text);
 
 /// Columns that printable UTF-8 text takes on a terminal.
-unsigned displayWidth(std::string_view utf8);
+VRX_EXPORT unsigned displayWidth(std::string_view utf8);
 
 /// Breaks printable UTF-8 text into lines of at most `width` columns, at blanks where there are any. Lines after the
 /// first of an indented text are indented two blanks further. At least one line. Requires: width is not 0.
-std::vector<std::string> wrapped(std::string_view utf8, unsigned width);
+VRX_EXPORT std::vector<std::string> wrapped(std::string_view utf8, unsigned width);
 
 }  // namespace vrx

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "libCommon/Export.h"
 #include "libSystemState/Forward.h"
 
 namespace vrx {
@@ -17,6 +18,6 @@ namespace vrx {
 /// values (a number comes back as its text, which matches the same), that an array has just one entry or none (they
 /// come back as that entry and as an empty text), that a property is another's child (it follows it), and code units
 /// that XML has no room for (control characters, unpaired surrogates), which stay visible as `%u` and four digits.
-std::string sysInfoXml(const StateManager& store, bool allCategories);
+VRX_EXPORT std::string sysInfoXml(const StateManager& store, bool allCategories);
 
 }  // namespace vrx

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 #include "libSystemState/Forward.h"
 
@@ -8,6 +9,6 @@ namespace vrx {
 /// A script that was generated from the machine, with a `fail-on-extra` rule at its end for every device type of which
 /// it names all devices: a check of it then fails on a device too many. A type of which a filter has left some out gets
 /// no rule, so the script still passes on its machine.
-String withExtraDeviceRules(const String& script, const StateManager& machine);
+VRX_EXPORT String withExtraDeviceRules(const String& script, const StateManager& machine);
 
 }  // namespace vrx

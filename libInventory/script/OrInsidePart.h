@@ -1,5 +1,6 @@
 #pragma once
 
+#include "libCommon/Export.h"
 #include "libCommon/xml/XmlElement.h"
 
 namespace vrx {
@@ -10,10 +11,10 @@ struct ScriptPlace;
 ///
 /// Such a script cannot be decided: the alternatives of a part are never merged into the combination that is tried, so
 /// the engine would ask for devices that it does not know and fail hard.
-bool isUndecidableOr(const ScriptPlace& place) noexcept;
+VRX_EXPORT bool isUndecidableOr(const ScriptPlace& place) noexcept;
 
 /// The first such `or` where a check looks; null when there is none.
-const XmlElement* findOrInsidePart(const XmlElement& root);
+VRX_EXPORT const XmlElement* findOrInsidePart(const XmlElement& root);
 
 /// What to say about it, without its place.
 inline constexpr const char* OR_INSIDE_PART_REASON =

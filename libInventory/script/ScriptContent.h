@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "libCommon/Export.h"
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 
@@ -16,12 +17,12 @@ struct ScriptContent {
     /// A check of a script that asks for nothing says nothing about the machine.
     bool asksForAnything() const noexcept { return devices + extraDeviceRules > 0; }
 };
-ScriptContent contentOf(const XmlElement& root);
+VRX_EXPORT ScriptContent contentOf(const XmlElement& root);
 
 /// Whether the element or anything in it, also where no check looks, is of that kind.
-bool hasElement(const XmlElement& element, vocabulary::ElementKind kind);
+VRX_EXPORT bool hasElement(const XmlElement& element, vocabulary::ElementKind kind);
 
 /// Whether the element is or holds a `device` that has to be there: one under no `not`, where a check looks.
-bool needsDevice(const XmlElement& element);
+VRX_EXPORT bool needsDevice(const XmlElement& element);
 
 }  // namespace vrx

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElement.h"
 
@@ -14,22 +15,22 @@ namespace vrx {
 inline bool isNamed(const XmlElement& element, StringView name) noexcept { return equalNoCase(element.Name(), name); }
 
 /// The attribute of exactly that name, else the first whose name equals it without letter case; empty when absent.
-StringView attributeOf(const XmlElement& element, StringView name) noexcept;
+VRX_EXPORT StringView attributeOf(const XmlElement& element, StringView name) noexcept;
 
 /// The `device` element that the element is or lies in; null when there is none.
-const XmlElement* deviceAround(const XmlElement& element) noexcept;
+VRX_EXPORT const XmlElement* deviceAround(const XmlElement& element) noexcept;
 
 /// What a `device` element asks for with that attribute, decoded; empty where the root of the script switches it off.
-String askedFor(const XmlElement& device, StringView attribute);
+VRX_EXPORT String askedFor(const XmlElement& device, StringView attribute);
 
 /// The patterns that a `property` element asks for, decoded: those of its entries or, when it has none, its own. Empty
 /// when it accepts any value. What a check has left in it does not count as an entry.
-std::vector<String> askedValues(const XmlElement& property);
+VRX_EXPORT std::vector<String> askedValues(const XmlElement& property);
 
 /// "(row:column)", 1-based.
-std::string placeOf(const XmlElement& element);
+VRX_EXPORT std::string placeOf(const XmlElement& element);
 
 /// "file:row:column", 1-based, fit for a terminal.
-std::string placeOf(const XmlElement& element, std::string_view file);
+VRX_EXPORT std::string placeOf(const XmlElement& element, std::string_view file);
 
 }  // namespace vrx

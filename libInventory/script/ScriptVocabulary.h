@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElement.h"
 
@@ -50,7 +51,7 @@ enum class ElementKind : std::uint8_t {
 };
 
 /// The kind that an element name stands for, without letter case.
-ElementKind kindOf(StringView elementName) noexcept;
+VRX_EXPORT ElementKind kindOf(StringView elementName) noexcept;
 inline ElementKind kindOf(const XmlElement& element) noexcept { return kindOf(element.Name()); }
 
 }  // namespace vrx::vocabulary

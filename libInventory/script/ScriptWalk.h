@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "libCommon/Export.h"
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 
@@ -34,9 +35,9 @@ struct ScriptPlace {
 };
 
 /// The place of an element that nothing is around.
-ScriptPlace topPlace(const XmlElement& element) noexcept;
+VRX_EXPORT ScriptPlace topPlace(const XmlElement& element) noexcept;
 
-class ScriptWalk {
+class VRX_EXPORT ScriptWalk {
 public:
     enum class Extent {
         Everything,
