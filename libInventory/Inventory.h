@@ -1,6 +1,5 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <functional>
 #include <memory>

@@ -1,7 +1,13 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
+namespace boost {
 
+template <class T>
+class shared_ptr;
+
+}  // namespace boost
+
+/// The classes of the store, for whoever only names them. <boost/shared_ptr.hpp> is for those who hold one.
 namespace vrx {
 
 class CapabilityImp;
