@@ -1,5 +1,5 @@
-/// Runs every case of tests/cases and compares what the program did with tests/golden. With --update the golden files
-/// are written instead; look at their difference before you keep it.
+/// Runs every case of tests/cases, each as a test of its own name, and compares what the program did with tests/golden.
+/// With --update the golden files are written instead; look at their difference before you keep it.
 ///
 /// A case is a text file:
 ///
@@ -97,10 +97,13 @@ std::string transcriptOf(const std::string& run) {
            "--- exit status " + std::to_string(status) + "\n\n";
 }
 
-class CaseTest : public testing::TestWithParam<std::string> {
+class CaseTest : public testing::Test {
+public:
+    explicit CaseTest(std::string name) : m_name(std::move(name)) {}
+
 protected:
     void SetUp() override {
-        m_folder = fs::path(testing::TempDir()) / ("vrx-case-" + std::to_string(getpid()) + "-" + GetParam());
+        m_folder = fs::path(testing::TempDir()) / ("vrx-case-" + std::to_string(getpid()) + "-" + m_name);
         fs::create_directories(m_folder);
         fs::current_path(m_folder);
     }
@@ -108,13 +111,15 @@ protected:
         fs::current_path("/");
         fs::remove_all(m_folder);
     }
+    void TestBody() override;
 
 private:
+    std::string m_name;
     fs::path m_folder;
 };
 
-TEST_P(CaseTest, DoesWhatTheGoldenFileSays) {
-    const Case theCase = readCase(dataFolder() / "cases" / (GetParam() + ".case"));
+void CaseTest::TestBody() {
+    const Case theCase = readCase(dataFolder() / "cases" / (m_name + ".case"));
     ASSERT_FALSE(theCase.runs.empty());
     for (const auto& [name, text] : theCase.files) {
         writeFile(name, text);
@@ -123,7 +128,7 @@ TEST_P(CaseTest, DoesWhatTheGoldenFileSays) {
     for (const std::string& run : theCase.runs) {
         transcript += transcriptOf(run);
     }
-    const fs::path golden = dataFolder() / "golden" / (GetParam() + ".txt");
+    const fs::path golden = dataFolder() / "golden" / (m_name + ".txt");
     if (isUpdating) {
         writeFile(golden, transcript);
         return;
@@ -131,10 +136,11 @@ TEST_P(CaseTest, DoesWhatTheGoldenFileSays) {
     EXPECT_EQ(transcript, readFile(golden));
 }
 
-std::vector<std::string> caseNames() {
+/// The names of the files of a folder, in order, without that ending; files with another ending are left out.
+std::vector<std::string> namesIn(const fs::path& folder, std::string_view ending) {
     std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(dataFolder() / "cases")) {
-        if (entry.path().extension() == ".case") {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        if (entry.path().extension() == ending) {
             names.push_back(entry.path().stem());
         }
     }
@@ -142,16 +148,27 @@ std::vector<std::string> caseNames() {
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, CaseTest, testing::ValuesIn(caseNames()), [](const auto& theCase) {
-    std::string name = theCase.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+void registerCases() {
+    for (const std::string& name : namesIn(dataFolder() / "cases", ".case")) {
+        std::string testName = name;
+        std::replace(testName.begin(), testName.end(), '-', '_');  // which --gtest_filter takes for "but not"
+        testing::RegisterTest("CaseTest", testName.c_str(), nullptr, nullptr, __FILE__, __LINE__,
+                              [name]() -> CaseTest* { return new CaseTest(name); });
+    }
+}
+
+TEST(GoldenFileTest, EachBelongsToACase) {
+    if (isUpdating) {
+        GTEST_SKIP() << "golden files are being written";
+    }
+    EXPECT_EQ(namesIn(dataFolder() / "golden", ".txt"), namesIn(dataFolder() / "cases", ".case"));
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    registerCases();
     isUpdating = std::find(argv, argv + argc, std::string("--update")) != argv + argc;
     return RUN_ALL_TESTS();
 }

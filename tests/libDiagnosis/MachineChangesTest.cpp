@@ -52,7 +52,7 @@ const StringView MACHINE =
 <Device type="Fan" name="F" hwLocator="" osLocator=""><property key="Speed" value="2"/></Device>
 <Device type="Fan" name="F" hwLocator="" osLocator=""><property key="Speed" value="2"/></Device>)";
 
-TEST(MachineChanges, KnowNoOrder) {
+TEST(MachineChangesTest, KnowNoOrder) {
     const StringView reversed =
         uR"(<Device type="Fan" name="F" hwLocator="" osLocator=""><property key="Speed" value="2"/></Device>
 <Device type="Fan" name="F" hwLocator="" osLocator=""><property key="Speed" value="2"/></Device>
@@ -64,7 +64,7 @@ TEST(MachineChanges, KnowNoOrder) {
     EXPECT_THAT(changesBetween(MACHINE, changed), ElementsAre(", Speed 1 -> 3"));
 }
 
-TEST(MachineChanges, TellMovedDevicesFromMissingAndAddedOnes) {
+TEST(MachineChangesTest, TellMovedDevicesFromMissingAndAddedOnes) {
     const auto disk = [](StringView place, StringView serial, StringView size) {
         return concat(u"<Device type='Storage' name='D' hwLocator='", place,
                       u"' osLocator=''><property key='SerialNumber' value='", serial,
@@ -80,7 +80,7 @@ TEST(MachineChanges, TellMovedDevicesFromMissingAndAddedOnes) {
     EXPECT_THAT(changesBetween(fan, otherType), ElementsAre("none -> fan:1", "fan:1 -> none"));
 }
 
-TEST(MachineChanges, PairPropertiesByKeyWhateverTheirOrder) {
+TEST(MachineChangesTest, PairPropertiesByKeyWhateverTheirOrder) {
     const auto fan = [](StringView properties) {
         return concat(u"<Device type='Fan' name='F' hwLocator='f' osLocator=''>", properties, u"</Device>");
     };
@@ -94,7 +94,7 @@ TEST(MachineChanges, PairPropertiesByKeyWhateverTheirOrder) {
                 ElementsAre("f,  F -> G,  a -> b,  Fan -> UsbDevice, Fan"));
 }
 
-TEST(MachineChanges, LeaveOutWhatChangesByItself) {
+TEST(MachineChangesTest, LeaveOutWhatChangesByItself) {
     StateManager live;
     StateManager recorded;
     load(recorded,

@@ -46,7 +46,7 @@ struct Graph {
     Associations graph;
 };
 
-TEST(InventoryDeviceAssociations, KnowsElementsWithoutDevices) {
+TEST(InventoryDeviceAssociationsTest, KnowsElementsWithoutDevices) {
     Graph g;
     g.graph.associate(g.elements[0], DevicePointer());
     EXPECT_FALSE(g.graph.isSatisfied(g.elements[0]));
@@ -56,7 +56,7 @@ TEST(InventoryDeviceAssociations, KnowsElementsWithoutDevices) {
     EXPECT_THROW(g.graph.associate(nullptr, g.devices[0]), StructuredException);
 }
 
-TEST(InventoryDeviceAssociations, TellsUnknownFromUnlinkedDevices) {
+TEST(InventoryDeviceAssociationsTest, TellsUnknownFromUnlinkedDevices) {
     Graph g;
     g.link(0, 0);
     g.link(0, 1);
@@ -69,7 +69,7 @@ TEST(InventoryDeviceAssociations, TellsUnknownFromUnlinkedDevices) {
     EXPECT_FALSE(g.graph.isExtra(g.devices[0], found));
 }
 
-TEST(InventoryDeviceAssociations, KeepsTheMostConstrainedPartner) {
+TEST(InventoryDeviceAssociationsTest, KeepsTheMostConstrainedPartner) {
     Graph g;
     g.link(1, 0);  // element 1 has two candidates,
     g.link(1, 1);
@@ -79,7 +79,7 @@ TEST(InventoryDeviceAssociations, KeepsTheMostConstrainedPartner) {
     EXPECT_EQ(g.partners(1), std::vector<int>{1});
 }
 
-TEST(InventoryDeviceAssociations, AmongEqualsTheFirstLinkStays) {
+TEST(InventoryDeviceAssociationsTest, AmongEqualsTheFirstLinkStays) {
     Graph g;
     g.link(2, 0);
     g.link(0, 0);
@@ -90,7 +90,7 @@ TEST(InventoryDeviceAssociations, AmongEqualsTheFirstLinkStays) {
     EXPECT_FALSE(g.graph.isSatisfied(g.elements[0]));
 }
 
-TEST(InventoryDeviceAssociations, APairLinkedTwiceKeepsOneLink) {
+TEST(InventoryDeviceAssociationsTest, APairLinkedTwiceKeepsOneLink) {
     Graph g;
     g.link(0, 0);
     g.link(0, 0);
@@ -100,7 +100,7 @@ TEST(InventoryDeviceAssociations, APairLinkedTwiceKeepsOneLink) {
     EXPECT_FALSE(g.graph.isExtra(g.devices[0], found));
 }
 
-TEST(InventoryDeviceAssociations, AssignmentMergesAndForgetsWhatHadMatched) {
+TEST(InventoryDeviceAssociationsTest, AssignmentMergesAndForgetsWhatHadMatched) {
     Graph g;
     g.link(0, 0);
     g.link(1, 0);
@@ -115,7 +115,7 @@ TEST(InventoryDeviceAssociations, AssignmentMergesAndForgetsWhatHadMatched) {
     EXPECT_EQ(g.partners(other, 0), (std::vector<int>{0, 0}));
 }
 
-TEST(InventoryDeviceAssociations, ForgottenDevicesKeepTheLinksOfOthers) {
+TEST(InventoryDeviceAssociationsTest, ForgottenDevicesKeepTheLinksOfOthers) {
     Graph g;
     g.link(0, 0);
     g.link(1, 0);
@@ -129,7 +129,7 @@ TEST(InventoryDeviceAssociations, ForgottenDevicesKeepTheLinksOfOthers) {
     EXPECT_EQ(g.partners(1), std::vector<int>{0});
 }
 
-TEST(InventoryDeviceAssociations, AssignmentFromATemporaryMergesAndAMovedGraphIsEmpty) {
+TEST(InventoryDeviceAssociationsTest, AssignmentFromATemporaryMergesAndAMovedGraphIsEmpty) {
     Graph g;
     g.link(0, 0);
     Associations moved(std::move(g.graph));
@@ -142,7 +142,7 @@ TEST(InventoryDeviceAssociations, AssignmentFromATemporaryMergesAndAMovedGraphIs
     EXPECT_EQ(g.partners(0), std::vector<int>{0});
 }
 
-TEST(InventoryDeviceAssociations, GoesBackToItsMarkAsIfItWereBuiltAnew) {
+TEST(InventoryDeviceAssociationsTest, GoesBackToItsMarkAsIfItWereBuiltAnew) {
     std::mt19937 random(7);
     Graph g(12, 12);
     const auto linkSome = [&](Associations& graph, int firstElement, int lastElement) {
@@ -177,7 +177,7 @@ TEST(InventoryDeviceAssociations, GoesBackToItsMarkAsIfItWereBuiltAnew) {
     }
 }
 
-TEST(InventoryDeviceAssociations, KnowsWhatWasReducedAway) {
+TEST(InventoryDeviceAssociationsTest, KnowsWhatWasReducedAway) {
     Graph g;
     g.link(0, 0);
     g.link(1, 0);
@@ -203,7 +203,7 @@ TEST(InventoryDeviceAssociations, KnowsWhatWasReducedAway) {
     EXPECT_EQ(all.size(), 2U);
 }
 
-TEST(InventoryDeviceAssociations, RemovedAssociationsLeaveTheElementSatisfied) {
+TEST(InventoryDeviceAssociationsTest, RemovedAssociationsLeaveTheElementSatisfied) {
     Graph g;
     g.link(0, 0);
     g.link(1, 0);
@@ -220,7 +220,7 @@ TEST(InventoryDeviceAssociations, RemovedAssociationsLeaveTheElementSatisfied) {
     EXPECT_TRUE(g.partners(0).empty());
 }
 
-TEST(InventoryDeviceAssociations, TextShowsEveryNodeWithItsPartners) {
+TEST(InventoryDeviceAssociationsTest, TextShowsEveryNodeWithItsPartners) {
     Graph g(1, 1);
     g.link(0, 0);
     EXPECT_EQ(utf8(g.graph.toString()),
@@ -230,7 +230,7 @@ TEST(InventoryDeviceAssociations, TextShowsEveryNodeWithItsPartners) {
               "DeviceNode device:hw0|\n    InventoryNode xml element (1:1) :\n        <device/>\n\n\n");
 }
 
-TEST(InventoryDeviceAssociations, ReductionEqualsThePlainRulesOnRandomGraphs) {
+TEST(InventoryDeviceAssociationsTest, ReductionEqualsThePlainRulesOnRandomGraphs) {
     std::mt19937 random(20261121);
     for (int round = 0; round < 600; ++round) {
         const int size = 1 + static_cast<int>(random() % 7);

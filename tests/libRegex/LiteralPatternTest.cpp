@@ -4,7 +4,7 @@
 
 namespace vrx::testing {
 
-TEST(LiteralPattern, anchorsChooseTheComparison) {
+TEST(LiteralPatternTest, anchorsChooseTheComparison) {
     const MatchCase rows[] = {
         {u"", u"", true},
         {u"", u"abc", true},
@@ -35,7 +35,7 @@ TEST(LiteralPattern, anchorsChooseTheComparison) {
     }
 }
 
-TEST(LiteralPattern, anchoredLiteralsAreRecognised) {
+TEST(LiteralPatternTest, anchoredLiteralsAreRecognised) {
     String literal;
     EXPECT_TRUE(Regex::isAnchoredLiteral(u"^a\\.b$", literal));
     EXPECT_EQ(literal, u"a.b");
@@ -59,7 +59,7 @@ TEST(LiteralPattern, anchoredLiteralsAreRecognised) {
 }
 
 // Inside a group the same pattern goes to the regular expression.
-TEST(LiteralPattern, decidesAsTheRegularExpressionDoes) {
+TEST(LiteralPatternTest, decidesAsTheRegularExpressionDoes) {
     constexpr StringView UNITS = u"ab.\\$^?*+{}|-_ /\t\u00E9\xD83D";
     std::mt19937 random(1);
     unsigned matched = 0;

@@ -19,7 +19,7 @@ void expectAll(std::initializer_list<MatchCase> rows) {
 
 }  // namespace
 
-TEST(RangeForm, boundsAreIncludedInEitherOrder) {
+TEST(RangeFormTest, boundsAreIncludedInEitherOrder) {
     expectAll({
         {u"^@[2700-3300]$", u"2700", true},     {u"^@[2700-3300]$", u"3300.0", true},
         {u"^@[2700-3300]$", u"2699.99", false}, {u"^@[2700-3300]$", u"3300.01", false},
@@ -40,7 +40,7 @@ TEST(RangeForm, boundsAreIncludedInEitherOrder) {
     EXPECT_TRUE(matches(withMarker(u"^@[0-1]$"), small + u"0") == false);
 }
 
-TEST(RangeForm, findsWholeNumbersOnly) {
+TEST(RangeFormTest, findsWholeNumbersOnly) {
     expectAll({
         {u"@[3000-3400]", u"DDR-3200", true},
         {u"@[-3400--3000]", u"DDR-3200", false},
@@ -66,7 +66,7 @@ TEST(RangeForm, findsWholeNumbersOnly) {
     });
 }
 
-TEST(RangeForm, anchorsHoldTheRangeToTheEnds) {
+TEST(RangeFormTest, anchorsHoldTheRangeToTheEnds) {
     expectAll({
         {u"^@[1-2]", u"1x", true},
         {u"^@[1-2]", u"x1", false},
@@ -88,7 +88,7 @@ TEST(RangeForm, anchorsHoldTheRangeToTheEnds) {
     });
 }
 
-TEST(RangeForm, standsWhereverAGroupDoes) {
+TEST(RangeFormTest, standsWhereverAGroupDoes) {
     expectAll({
         {u"^@[1-2]x@[3-4]$", u"1x4", true},
         {u"^@[1-2]x@[3-4]$", u"3x4", false},
@@ -117,7 +117,7 @@ TEST(RangeForm, standsWhereverAGroupDoes) {
     EXPECT_FALSE(matches(many, value.remove(value.size() - 2, 2) + u"2,"));
 }
 
-TEST(RangeForm, isOrdinaryTextElsewhere) {
+TEST(RangeFormTest, isOrdinaryTextElsewhere) {
     expectAll({
         {u"^@$", u"VRXRRANGE", true},
         {u"^@[ab]$", u"VRXRRANGEb", true},
@@ -145,7 +145,7 @@ TEST(RangeForm, isOrdinaryTextElsewhere) {
     });
 }
 
-TEST(RangeForm, unitsAreConverted) {
+TEST(RangeFormTest, unitsAreConverted) {
     expectAll({
         {u"^@[990-1010] MHz$", u"1.0 GHz", true},
         {u"^@[990-1010] MHz$", u"1000 MHz", true},
@@ -175,7 +175,7 @@ TEST(RangeForm, unitsAreConverted) {
 }
 
 // Every digit of a text belongs to a number, and the range steps over exactly that number.
-TEST(RangeForm, stepsOverWholeNumbers) {
+TEST(RangeFormTest, stepsOverWholeNumbers) {
     std::mt19937 random(3);
     for (int round = 0; round < 20'000; ++round) {
         const std::u16string value = randomText(random, u"01259..eE+-a ", 12);
@@ -204,7 +204,7 @@ std::vector<double> plainNumbers(const std::string& text) {
     return numbers;
 }
 
-TEST(RangeForm, findsTheNumbersThatAPlainScanFinds) {
+TEST(RangeFormTest, findsTheNumbersThatAPlainScanFinds) {
     constexpr StringView BOUNDS[] = {u"0-0", u"1-1", u"-1--1", u"10-99", u"-99--2", u"0.001-0.999", u"100-1e300"};
     std::mt19937 random(4);
     for (int round = 0; round < 2'000; ++round) {
@@ -223,7 +223,7 @@ TEST(RangeForm, findsTheNumbersThatAPlainScanFinds) {
 }
 
 // An empty group before it keeps a pattern from being decided without the regular expression.
-TEST(RangeForm, generatedFormDecidesAsTheRegularExpressionDoes) {
+TEST(RangeFormTest, generatedFormDecidesAsTheRegularExpressionDoes) {
     std::mt19937 random(2);
     unsigned matched = 0;
     for (int round = 0; round < 20'000; ++round) {

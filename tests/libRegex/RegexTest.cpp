@@ -25,7 +25,7 @@ public:
 
 }  // namespace
 
-TEST(Regex, dialect) {
+TEST(RegexTest, dialect) {
     const MatchCase rows[] = {
         {u"b.d", u"abcde", true},      {u"^b", u"ab", false},         {u"a.$", u"ab\n", false},
         {u"^a.b$", u"a\nb", false},    {u"^.$", u"\xD83D", true},     {u"^.$", u"\xD83D\xDE00", false},
@@ -39,7 +39,7 @@ TEST(Regex, dialect) {
     }
 }
 
-TEST(Regex, letterCaseIsIgnoredWithoutTheFlag) {
+TEST(RegexTest, letterCaseIsIgnoredWithoutTheFlag) {
     const MatchCase rows[] = {
         {u"^abc$", u"ABC", true},
         {u"^a.C$", u"AxC", true},
@@ -57,7 +57,7 @@ TEST(Regex, letterCaseIsIgnoredWithoutTheFlag) {
     EXPECT_FALSE(Regex::rangeMatches(u"^A.C$", u"abc", 3));
 }
 
-TEST(Regex, patternsThatDoNotCompileMatchNothing) {
+TEST(RegexTest, patternsThatDoNotCompileMatchNothing) {
     std::size_t offset = 0;
     EXPECT_EQ(Regex::compileError(u"ab(c", &offset), u"missing closing parenthesis");
     EXPECT_EQ(offset, 4U);
@@ -81,7 +81,7 @@ TEST(Regex, patternsThatDoNotCompileMatchNothing) {
 }
 
 // More patterns than the cache holds; one is in use all the while, the first of the others is asked for again.
-TEST(Regex, patternsOutliveTheCache) {
+TEST(RegexTest, patternsOutliveTheCache) {
     for (char16_t i = 0; i < 20'000; ++i) {
         const char16_t unit = static_cast<char16_t>(0x4E00 + i);
         const String pattern = concat(u"^x+", StringView(&unit, 1), u"$");
@@ -92,7 +92,7 @@ TEST(Regex, patternsOutliveTheCache) {
     EXPECT_TRUE(matches(u"^x+\u4E00$", u"x\u4E00"));
 }
 
-TEST(Regex, legitimateWorkIsDone) {
+TEST(RegexTest, legitimateWorkIsDone) {
     std::u16string value;
     while (value.size() < 2'000) {
         value += value.size() % 500 == 0 ? u"-foo-" : u"lorem";
@@ -107,7 +107,7 @@ TEST(Regex, legitimateWorkIsDone) {
     EXPECT_EQ(Regex::exceededCount(), before);
 }
 
-TEST(Regex, explodingPatternsAreGivenUpOnceForEachValue) {
+TEST(RegexTest, explodingPatternsAreGivenUpOnceForEachValue) {
     const std::u16string value = std::u16string(5'000, u'a') + u"!";
     const WarningCounter warnings;
     const std::size_t before = Regex::exceededCount();
@@ -130,7 +130,7 @@ TEST(Regex, explodingPatternsAreGivenUpOnceForEachValue) {
 }
 
 // Each of these would take minutes or gigabytes where only the steps from one start were bounded.
-TEST(Regex, everyTestIsBounded) {
+TEST(RegexTest, everyTestIsBounded) {
     const std::u16string value(200'000, u'a');
     const StringView hostile[] = {
         u"(?:a?){12}a{12}[xy]",         u"(a|aa)+$b?[xy]", u"a.{0,9000}+[xy]", u"^(?:[a-z]*+!|.)*$",

@@ -14,7 +14,7 @@ namespace {
 using test::makeDevice;
 using test::namesOf;
 
-TEST(StateManager, startsEmpty) {
+TEST(StateManagerTest, startsEmpty) {
     const StateManager store;
     EXPECT_EQ(store.rootDevice(), nullptr);
     EXPECT_EQ(store.deviceCount(), 0u);
@@ -24,7 +24,7 @@ TEST(StateManager, startsEmpty) {
     EXPECT_EQ(StateManager::instance().deviceCount(), 0u);
 }
 
-TEST(StateManager, placesDevicesInOneTree) {
+TEST(StateManagerTest, placesDevicesInOneTree) {
     StateManager store;
     const auto root = makeDevice(u"System", u"root");
     const auto disk = makeDevice(u"Storage", u"disk");
@@ -47,7 +47,7 @@ TEST(StateManager, placesDevicesInOneTree) {
     EXPECT_TRUE(store.getDevices(CapabilityImp::ALL(), false).isEmpty());
 }
 
-TEST(StateManager, givesTheFirstDeviceOfAGuid) {
+TEST(StateManagerTest, givesTheFirstDeviceOfAGuid) {
     StateManager store;
     const auto first = makeDevice(u"Fan", u"first", u"hw|", u"os");
     store.addDevice(first, nullptr);
@@ -62,7 +62,7 @@ TEST(StateManager, givesTheFirstDeviceOfAGuid) {
 }
 
 /// Asks everything after each addition, so that every index is made in a store of one and grows with it.
-TEST(StateManager, answersAsAScanWould) {
+TEST(StateManagerTest, answersAsAScanWould) {
     const char16_t* const types[] = {u"Storage", u"SSD", u"HDD", u"Network", u"WiFi", u"Fan", u"nonsense", u"Cooling"};
     const CapabilityImp all = CapabilityImp::ALL();
     std::vector<CapabilityImp> filters = {all, CapabilityImp(), CapabilityImp::INVALID()};
@@ -110,7 +110,7 @@ TEST(StateManager, answersAsAScanWould) {
     }
 }
 
-TEST(StateManager, keepsAnswersValidWhileNothingIsAdded) {
+TEST(StateManagerTest, keepsAnswersValidWhileNothingIsAdded) {
     StateManager store;
     store.addDevice(makeDevice(u"Fan", u"fan", u"1", u"a"), nullptr);
     store.addDevice(makeDevice(u"SSD", u"ssd", u"2", u"b"), nullptr);

@@ -27,7 +27,7 @@ std::string headlineOf(const std::string& content, const std::string& switches =
     return console.out.substr(0, console.out.find('\n')).substr(console.out.find("  ") + 2);
 }
 
-TEST(CheckHeadline, NamesTheDeviceThatIsMissing) {
+TEST(CheckHeadlineTest, NamesTheDeviceThatIsMissing) {
     EXPECT_EQ(headlineOf("<device type='Fan' name='^Fan 1$' hwlocator='fan:1'/><device type='Battery'/>"),
               "Fan \"Fan 1\" (fan:1) is missing, and 1 more problem");
     EXPECT_EQ(headlineOf("<device type='MemoryModule'/><device type='MemoryModule'/><device type='MemoryModule'/>"),
@@ -36,7 +36,7 @@ TEST(CheckHeadline, NamesTheDeviceThatIsMissing) {
               "Ethernet pattern H.*n (eth2) is missing");
 }
 
-TEST(CheckHeadline, SaysWhatIsDifferentAboutADeviceThatIsThere) {
+TEST(CheckHeadlineTest, SaysWhatIsDifferentAboutADeviceThatIsThere) {
     const std::string size = "<property key='Size' value='^16 GB$'/><property key='Speed'/>";
     EXPECT_EQ(headlineOf("<device type='MemoryModule' hwlocator='dimm:A2'>" + size + "</device>"),
               "MemoryModule \"M-16\" (dimm:A2) differs: Size: expected 16 GB, found 15.68 GB");
@@ -53,14 +53,14 @@ TEST(CheckHeadline, SaysWhatIsDifferentAboutADeviceThatIsThere) {
                   "..., found Heron");
 }
 
-TEST(CheckHeadline, PassesOverWhatTheScriptSwitchesOff) {
+TEST(CheckHeadlineTest, PassesOverWhatTheScriptSwitchesOff) {
     EXPECT_EQ(headlineOf("<device type='Ethernet' hwlocator='pci:1' oslocator='x'><property key='K'/></device>"
                          "<device type='Ethernet'/><device type='Ethernet'/><device type='Ethernet'/>",
                          " check-osLocators='false'"),
               "Ethernet \"Heron\" (pci:1) differs: K: expected any value, found no such property, and 1 more problem");
 }
 
-TEST(CheckHeadline, TakesTheTwoSidesOfAChangedDeviceForOneProblem) {
+TEST(CheckHeadlineTest, TakesTheTwoSidesOfAChangedDeviceForOneProblem) {
     const std::string changed =
         "<device type='MemoryModule' hwlocator='dimm:A1'><property key='Size' value='^8 GB$'/></device>";
     EXPECT_EQ(headlineOf(changed + "<device type='MemoryModule' hwlocator='dimm:A2'/><fail-on-extra type='Memory'/>"),
@@ -69,7 +69,7 @@ TEST(CheckHeadline, TakesTheTwoSidesOfAChangedDeviceForOneProblem) {
               "MemoryModule \"M-16\" (dimm:A1) differs: Size: expected 8 GB, found 16 GB, and 1 more problem");
 }
 
-TEST(CheckHeadline, NamesWhatIsTooManyOrForbidden) {
+TEST(CheckHeadlineTest, NamesWhatIsTooManyOrForbidden) {
     EXPECT_EQ(headlineOf("<device type='Ethernet' hwlocator='pci:1'/><fail-on-extra type='Network'/>"),
               "Ethernet (eth1) is too many");
     EXPECT_EQ(headlineOf("<not><device type='Ethernet' name='^Heron$'/></not>"),

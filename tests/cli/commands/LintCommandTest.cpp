@@ -10,9 +10,9 @@
 namespace vrx::cli {
 namespace {
 
-class LintCommand : public testing::Test {
+class LintCommandTest : public testing::Test {
 protected:
-    ~LintCommand() override { std::filesystem::remove(m_path); }
+    ~LintCommandTest() override { std::filesystem::remove(m_path); }
 
     int lint(const std::string& text, const std::vector<std::string>& options = {}) {
         std::ofstream(m_path) << text;
@@ -26,7 +26,7 @@ protected:
     TestConsole console;
 };
 
-TEST_F(LintCommand, PrintsOneLineForEachFindingAndTheCounts) {
+TEST_F(LintCommandTest, PrintsOneLineForEachFindingAndTheCounts) {
     EXPECT_EQ(lint("<inventory-check>\n  <not/><device type='Fan'/><testset/>\n</inventory-check>"), 1);
     EXPECT_EQ(console.out, m_path + ":2:3: warning: an empty <not> asks for nothing; remove it [empty-group]\n" +
                                m_path +
@@ -36,7 +36,7 @@ TEST_F(LintCommand, PrintsOneLineForEachFindingAndTheCounts) {
     EXPECT_EQ(lint("<inventory-check><device type='Fan'/><testset/></inventory-check>"), 0);
 }
 
-TEST_F(LintCommand, PrintsJson) {
+TEST_F(LintCommandTest, PrintsJson) {
     EXPECT_EQ(lint("<inventory-check>\n<device type='\033'/></inventory-check>", {"--format", "json"}), 1);
     const boost::json::value report = boost::json::parse(console.out);
     EXPECT_EQ(report.at("file").as_string(), m_path);
@@ -50,7 +50,7 @@ TEST_F(LintCommand, PrintsJson) {
     EXPECT_NE(finding.at("message").as_string().find("%u001B"), boost::json::string::npos);
 }
 
-TEST_F(LintCommand, RefusesWhatItCannotJudgeInOneLine) {
+TEST_F(LintCommandTest, RefusesWhatItCannotJudgeInOneLine) {
     EXPECT_EQ(lint("<a>\n<b></a>"), 2);
     EXPECT_THAT(console.err, testing::StartsWith("vrx-inventory: " + m_path + ":2:"));
     EXPECT_EQ(lint("<SysInfo/>"), 2);

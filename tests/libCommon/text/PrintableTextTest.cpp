@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(PrintableText, EscapesWhatATerminalWouldActOn) {
+TEST(PrintableTextTest, EscapesWhatATerminalWouldActOn) {
     EXPECT_EQ(printable(u"a\033[31m\tb\r\nc\x7F\u009B"), "a\\u001B[31m\\tb\\r\\nc\\u007F\\u009B");
     EXPECT_EQ(printable(u"\u202Eabc\u2066"), "\\u202Eabc\\u2066");
     EXPECT_EQ(printable(u"l\u00E4uft \U0001F600"), "l\u00E4uft \U0001F600");
@@ -16,19 +16,19 @@ TEST(PrintableText, EscapesWhatATerminalWouldActOn) {
     EXPECT_EQ(printable(std::string_view("a\x1b")), "a\\u001B");
 }
 
-TEST(PrintableText, ShowsBlanksAtTheEnds) {
+TEST(PrintableTextTest, ShowsBlanksAtTheEnds) {
     EXPECT_EQ(printableValue(u""), "\"\"");
     EXPECT_EQ(printableValue(u"a "), "\"a \"");
     EXPECT_EQ(printableValue(u"a b"), "a b");
 }
 
-TEST(PrintableText, CountsColumns) {
+TEST(PrintableTextTest, CountsColumns) {
     EXPECT_EQ(displayWidth("l\u00E4uft"), 5u);
     EXPECT_EQ(displayWidth("\u4E2D\u6587"), 4u);
     EXPECT_EQ(displayWidth("e\u0301"), 1u);
 }
 
-TEST(PrintableText, BreaksLinesAtBlanksAndLongWordsAnywhere) {
+TEST(PrintableTextTest, BreaksLinesAtBlanksAndLongWordsAnywhere) {
     EXPECT_THAT(wrapped("one two three", 8), ElementsAre("one two", "three"));
     EXPECT_THAT(wrapped("one two", 3), ElementsAre("one", "two"));
     EXPECT_THAT(wrapped("abcdefgh i", 3), ElementsAre("abc", "def", "gh", "i"));

@@ -33,9 +33,9 @@ std::string said(const Finding& finding) {
     return text + " / " + utf8(finding.found);
 }
 
-class Findings : public testing::Test {
+class FindingsTest : public testing::Test {
 protected:
-    Findings() { inventory.setStateManager(store); }
+    FindingsTest() { inventory.setStateManager(store); }
 
     bool run(const std::string& body) {
         EXPECT_TRUE(inventory.loadInventoryScript(text("<inventory-check>" + body + "</inventory-check>")));
@@ -92,7 +92,7 @@ void setValue(const boost::shared_ptr<IDeviceImp>& device, const char16_t* key, 
     device->property(key)->setValue(ValueImp(String(value)));
 }
 
-TEST_F(Findings, CandidatesThatShareALocatorAreToldApart) {
+TEST_F(FindingsTest, CandidatesThatShareALocatorAreToldApart) {
     addDevice(store, "MemoryModule", "A", "DIMM", "", {{"Size", {"32 GB"}}, {"Speed", {"2666"}}});
     addDevice(store, "MemoryModule", "B", "DIMM", "", {{"Size", {"16 GB"}}, {"Speed", {"3200"}}});
     EXPECT_FALSE(
@@ -105,7 +105,7 @@ TEST_F(Findings, CandidatesThatShareALocatorAreToldApart) {
     EXPECT_FALSE(inventory.outcomeOf(device).refusal);
 }
 
-TEST_F(Findings, TheLoserOfACompetitionKnowsWhoHasTheDevice) {
+TEST_F(FindingsTest, TheLoserOfACompetitionKnowsWhoHasTheDevice) {
     addDevice(store, "Fan", "fan", "f", "o1");
     EXPECT_FALSE(run("<and><device type='Fan'/></and><or><device type='Fan' hwlocator='f'/></or>"));
     const XmlElement& winner = element(u"device", 0);
@@ -117,7 +117,7 @@ TEST_F(Findings, TheLoserOfACompetitionKnowsWhoHasTheDevice) {
     EXPECT_TRUE(inventory.outcomeOf(winner).isSatisfied);
 }
 
-TEST_F(Findings, OnlyFailuresThatMadeADifferenceAreACandidates) {
+TEST_F(FindingsTest, OnlyFailuresThatMadeADifferenceAreACandidates) {
     addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}, {"y", {"1"}}});
     addDevice(store, "Fan", "b", "2", "", {{"x", {"2"}}, {"y", {"2"}}});
     addDevice(store, "Fan", "c", "3", "", {{"x", {"3"}}});
@@ -141,7 +141,7 @@ TEST_F(Findings, OnlyFailuresThatMadeADifferenceAreACandidates) {
     }
 }
 
-TEST_F(Findings, EachKindSaysWhatItIsMadeOf) {
+TEST_F(FindingsTest, EachKindSaysWhatItIsMadeOf) {
     addDevice(store, "Fan", "fan", "f", "o", {{"Ports", {"a", "b"}}});
     struct Case {
         std::string body;
@@ -182,7 +182,7 @@ TEST_F(Findings, EachKindSaysWhatItIsMadeOf) {
     EXPECT_EQ(inventory.outcomeOf(element(u"device")).refusal->kind, FindingKind::InvalidDeviceType);
 }
 
-TEST_F(Findings, SpeakOfTheBestCombinationNotTheLast) {
+TEST_F(FindingsTest, SpeakOfTheBestCombinationNotTheLast) {
     addDevice(store, "Fan", "a", "1");
     addDevice(store, "Fan", "b", "2");
     // The second of three alternatives fails on nothing but x; the others compete for the first fan as well.
@@ -199,7 +199,7 @@ TEST_F(Findings, SpeakOfTheBestCombinationNotTheLast) {
     EXPECT_THAT(kinds(), ElementsAre(FindingKind::UnsatisfiedDevice, FindingKind::NoDeviceWithName));
 }
 
-TEST_F(Findings, ExtraDevicesComeWithTheirRule) {
+TEST_F(FindingsTest, ExtraDevicesComeWithTheirRule) {
     addDevice(store, "Fan", "fan", "f");
     const auto disk = addDevice(store, "Storage", "disk", "d");
     EXPECT_FALSE(run("<fail-on-extra type='Processor'/><fail-on-extra type='Storage'/><device type='Fan'/>"));
@@ -217,7 +217,7 @@ TEST_F(Findings, ExtraDevicesComeWithTheirRule) {
     EXPECT_TRUE(inventory.extraDevicesWithRules().isEmpty());
 }
 
-TEST_F(Findings, AHostSeesHowFarARunIsAndCanStopIt) {
+TEST_F(FindingsTest, AHostSeesHowFarARunIsAndCanStopIt) {
     addDevice(store, "Fan", "a", "1");
     std::string ors;
     for (int i = 0; i < 64; ++i) {
@@ -236,7 +236,7 @@ TEST_F(Findings, AHostSeesHowFarARunIsAndCanStopIt) {
     EXPECT_EQ(inventory.missingElements().back(), &element(u"device", 128));
 }
 
-TEST_F(Findings, MistakesInTheScriptAreNotices) {
+TEST_F(FindingsTest, MistakesInTheScriptAreNotices) {
     addDevice(store, "Fan", "a", "1");
     addDevice(store, "Fan", "b", "2");
     EXPECT_TRUE(run("<wheel/><not><not><device type='Fan'/></not></not><device type='Fan'><spoke/></device>"));
@@ -247,7 +247,7 @@ TEST_F(Findings, MistakesInTheScriptAreNotices) {
     EXPECT_EQ(notices[2].element, &element(u"spoke"));
 }
 
-TEST_F(Findings, QuoteTheValuesOfTheirRun) {
+TEST_F(FindingsTest, QuoteTheValuesOfTheirRun) {
     const auto a = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}});
     const std::string script = "<device type='Fan'><property key='x' value='2'/></device>";
     EXPECT_FALSE(run(script));
@@ -270,7 +270,7 @@ TEST_F(Findings, QuoteTheValuesOfTheirRun) {
     EXPECT_EQ(candidates(element(u"device")).size(), 1U);
 }
 
-TEST_F(Findings, ARunAgainStillHasTheLinksOfTheFirst) {
+TEST_F(FindingsTest, ARunAgainStillHasTheLinksOfTheFirst) {
     const auto a = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}});
     for (const LogPriority priority : {LogPriority::Warning, LogPriority::Debug}) {
         Logger::setRootPriority(priority);
@@ -302,7 +302,7 @@ private:
     RecordingObserver m_other;
 };
 
-TEST_F(Findings, AnObserverMayAddDevicesAndObserversWhileItIsTold) {
+TEST_F(FindingsTest, AnObserverMayAddDevicesAndObserversWhileItIsTold) {
     addDevice(store, "Fan", "a", "1");
     addDevice(store, "Fan", "b", "2");
     Meddler meddler(inventory, store);
@@ -313,7 +313,7 @@ TEST_F(Findings, AnObserverMayAddDevicesAndObserversWhileItIsTold) {
     EXPECT_EQ(meddler.heardByOthers(), 0U);
 }
 
-TEST_F(Findings, OfOneDevice) {
+TEST_F(FindingsTest, OfOneDevice) {
     const auto fan = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}, {"y", {"2"}}});
     Inventory engine;
     EXPECT_FALSE(Inventory::checkDevice(*fan, u"<property key='x' value='2'/><property key='y' value='2'/>", nullptr,
@@ -335,7 +335,7 @@ struct WarningCounter : LogSink {
     int count = 0;
 };
 
-TEST_F(Findings, ATypeThatCannotStandInAScriptIsToldOf) {
+TEST_F(FindingsTest, ATypeThatCannotStandInAScriptIsToldOf) {
     EXPECT_TRUE(CapabilityImp::define(u"Fan \"&\"", u"Fan"));
     const auto odd = addDevice(store, "Fan \"&\"", "odd", "1", "", {{"x", {"1"}}});
     EXPECT_FALSE(Inventory::canCheckDevice(*odd));

@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-TEST(MatchString, PatternFirstThenPlainTextWithoutCase) {
+TEST(MatchStringTest, PatternFirstThenPlainTextWithoutCase) {
     const auto matches = [](const char16_t* pattern, const char16_t* value) {
         return Inventory::matchString(pattern, value);
     };
@@ -24,9 +24,9 @@ TEST(MatchString, PatternFirstThenPlainTextWithoutCase) {
     EXPECT_FALSE(matches(u"^VRXRRANGE[990-1010] MHz$", u"1.2 GHz"));
 }
 
-class Matching : public testing::Test {
+class MatchingTest : public testing::Test {
 protected:
-    Matching() {
+    MatchingTest() {
         addDevice(store, "System", "Box", "sys", "os-sys");
         addDevice(store, "SolidStateDrive", "Fast Disk (C:)", "bay1", "/dev/sda",
                   {{"Size", {"500"}}, {"Model", {"X1"}}, {"Ports", {"xy", "xz"}}});
@@ -40,7 +40,7 @@ protected:
     StateManager store;
 };
 
-TEST_F(Matching, DevicesAreFoundByTypeNameAndLocators) {
+TEST_F(MatchingTest, DevicesAreFoundByTypeNameAndLocators) {
     EXPECT_TRUE(passes(R"(<device type="Storage" name="^Fast Disk \(C:\)$" hwlocator="bay1" oslocator="/dev/sda"/>)"));
     EXPECT_TRUE(passes(R"x(<device type="disk" NAME="fast disk (c:)"/>)x"));
     EXPECT_TRUE(passes(R"(<DEVICE TYPE="Storage" HwLocator="bay2"/>)"));
@@ -53,7 +53,7 @@ TEST_F(Matching, DevicesAreFoundByTypeNameAndLocators) {
                        R"( check-hwLocators="no" check-osLocators="0")"));
 }
 
-TEST_F(Matching, TheTipNamesTheFilterThatLeftNobody) {
+TEST_F(MatchingTest, TheTipNamesTheFilterThatLeftNobody) {
     const std::string unsatisfied = "Unsatisfied device of type: Storage";
     EXPECT_THAT(errorsOf(R"(<device type="Storage" name="n" hwlocator="h"/>)"),
                 ElementsAre(unsatisfied, "No device of type: Storage with name: n"));
@@ -72,7 +72,7 @@ TEST_F(Matching, TheTipNamesTheFilterThatLeftNobody) {
                             "Unsatisfied device of type: Warp"));
 }
 
-TEST_F(Matching, TheLoggedWayFindsTheSameDevices) {
+TEST_F(MatchingTest, TheLoggedWayFindsTheSameDevices) {
     const std::vector<std::string> bodies = {
         R"(<device type="Storage" name="Disk" hwlocator="bay2"/>)", R"(<device type="Storage" name="n"/>)",
         R"(<device type="Storage" hwlocator="bay1" oslocator="/dev/sdb"/>)",
@@ -95,7 +95,7 @@ TEST_F(Matching, TheLoggedWayFindsTheSameDevices) {
     EXPECT_EQ(sink.removals, 1 + 2 + 2 + 1);
 }
 
-TEST_F(Matching, PropertiesMatchAsPatternsArraysGreedily) {
+TEST_F(MatchingTest, PropertiesMatchAsPatternsArraysGreedily) {
     const auto with = [this](const std::string& tests) {
         return passes(R"(<device type="SolidStateDrive">)" + tests + "</device>");
     };
@@ -110,7 +110,7 @@ TEST_F(Matching, PropertiesMatchAsPatternsArraysGreedily) {
     EXPECT_TRUE(with(R"(<property key="Ports" value="xy, xz"/>)"));
 }
 
-TEST_F(Matching, ListsOfValuesAreReadToTheirEndAndNoFurther) {
+TEST_F(MatchingTest, ListsOfValuesAreReadToTheirEndAndNoFurther) {
     // As many values as one word of marks holds.
     std::vector<std::string> values(64, "same");
     values.back() = "last";
@@ -129,7 +129,7 @@ TEST_F(Matching, ListsOfValuesAreReadToTheirEndAndNoFurther) {
     EXPECT_FALSE(with(entries + last));
 }
 
-TEST_F(Matching, GroupsInsideADevice) {
+TEST_F(MatchingTest, GroupsInsideADevice) {
     const auto with = [this](const std::string& tests) {
         return passes(R"(<device type="SolidStateDrive">)" + tests + "</device>");
     };
@@ -144,7 +144,7 @@ TEST_F(Matching, GroupsInsideADevice) {
     EXPECT_FALSE(with("<not><and>" + yes + yes + "</and></not>"));
 }
 
-TEST_F(Matching, FailedTestsSayWhatWasExpectedAndFound) {
+TEST_F(MatchingTest, FailedTestsSayWhatWasExpectedAndFound) {
     EXPECT_THAT(
         errorsOf(R"(<device type="SolidStateDrive"><property key="Model" value="a"><v value="b"/><v value="c"/>)"
                  R"(</property><property key="Colour"/></device>)"),
@@ -153,7 +153,7 @@ TEST_F(Matching, FailedTestsSayWhatWasExpectedAndFound) {
                     "Unsatisfied device of type: SolidStateDrive"));
 }
 
-TEST_F(Matching, ExpectedFailuresStayUnseen) {
+TEST_F(MatchingTest, ExpectedFailuresStayUnseen) {
     const std::string no = R"(<property key="Model" value="^never$"/>)";
     const std::string yes = R"(<property key="Model" value="X1"/>)";
     const std::string fail = R"(<property key="Gone"/>)";
@@ -168,13 +168,13 @@ TEST_F(Matching, ExpectedFailuresStayUnseen) {
     EXPECT_EQ(visible("<not><or>" + no + yes + "</or>" + fail + "</not>" + fail), 1);
 }
 
-TEST_F(Matching, NoticesComeOnceHoweverManyCandidates) {
+TEST_F(MatchingTest, NoticesComeOnceHoweverManyCandidates) {
     const Outcome outcome = check(store, R"(<device type="Storage"><wheel a="1"/><not><not/></not></device><wheel/>)");
     EXPECT_THAT(outcome.events,
                 ElementsAre("EncounteredUnknownElement", "FoundNotUnderNot", "EncounteredUnknownElement"));
 }
 
-TEST_F(Matching, EncodedTextIsDecodedForMatchingAndQuotedAsWritten) {
+TEST_F(MatchingTest, EncodedTextIsDecodedForMatchingAndQuotedAsWritten) {
     addDevice(store, "Fan", "a\x01z %u0041", "f\x01", "", {{"K", {"\x02"}}});
     EXPECT_TRUE(
         passes("<device type=\"Fan\" name=\"^a\x01z %u0041$\" hwlocator=\"f\x01\">"
@@ -183,7 +183,7 @@ TEST_F(Matching, EncodedTextIsDecodedForMatchingAndQuotedAsWritten) {
                 ElementsAre("Unsatisfied device of type: Fan", "No device of type: Fan with hwlocator: %u0003"));
 }
 
-TEST_F(Matching, ManyEqualCandidatesAllLeaveTheirTips) {
+TEST_F(MatchingTest, ManyEqualCandidatesAllLeaveTheirTips) {
     StateManager fans;
     for (int i = 0; i < 3; ++i) {
         addDevice(fans, "Fan", "f", "slot" + std::to_string(i), "", {{"Rpm", {"1"}}});

@@ -215,7 +215,7 @@ private:
     Inventory m_inventory;
 };
 
-TEST(RandomRun, theEngineSaysWhatThePlainRulesSay) {
+TEST(RandomRunTest, theEngineSaysWhatThePlainRulesSay) {
     int passed = 0;
     int withExtra = 0;
     int withParts = 0;

@@ -20,9 +20,9 @@ std::string device(const std::string& hwLocator, const std::string& inner = "") 
     return R"(<device type="Storage" hwlocator=")" + hwLocator + R"(">)" + inner + "</device>";
 }
 
-class Run : public testing::Test {
+class RunTest : public testing::Test {
 protected:
-    Run() {
+    RunTest() {
         for (const char* const locator : {"a", "b", "c"}) {
             addDevice(store, "Storage", std::string("disk ") + locator, locator, "", {{"Size", {"1"}}});
         }
@@ -31,7 +31,7 @@ protected:
     StateManager store;
 };
 
-TEST_F(Run, LogicalGroups) {
+TEST_F(RunTest, LogicalGroups) {
     const std::string yes = device("a");
     const std::string other = device("b");
     const std::string no = device("missing");
@@ -62,7 +62,7 @@ TEST_F(Run, LogicalGroups) {
     }
 }
 
-TEST_F(Run, APassingRunLeavesTheScriptAsItWas) {
+TEST_F(RunTest, APassingRunLeavesTheScriptAsItWas) {
     const std::string body = "<or>" + device("missing") + device("a") + "</or>";
     const Outcome outcome = check(store, body);
     EXPECT_TRUE(outcome.passed);
@@ -71,7 +71,7 @@ TEST_F(Run, APassingRunLeavesTheScriptAsItWas) {
     EXPECT_THAT(outcome.events, IsEmpty());
 }
 
-TEST_F(Run, ErrorsOfAllGroupsStandInTheScript) {
+TEST_F(RunTest, ErrorsOfAllGroupsStandInTheScript) {
     const Outcome outcome = check(
         store, "<and>" + device("x") + "</and><not>" + device("a") + "</not><part name='P'>" + device("y") + "</part>");
     EXPECT_THAT(
@@ -82,12 +82,12 @@ TEST_F(Run, ErrorsOfAllGroupsStandInTheScript) {
     EXPECT_THAT(outcome.unsatisfied, ElementsAre("x", "y"));
 }
 
-TEST_F(Run, AnAbsentForbiddenDeviceIsListedAlthoughTheNotHolds) {
+TEST_F(RunTest, AnAbsentForbiddenDeviceIsListedAlthoughTheNotHolds) {
     const Outcome outcome = check(store, "<not>" + device("x") + "</not>" + device("y"));
     EXPECT_THAT(outcome.unsatisfied, ElementsAre("x", "y"));
 }
 
-TEST_F(Run, OdometerReachesThePassingCombination) {
+TEST_F(RunTest, OdometerReachesThePassingCombination) {
     // Disk a is wanted outside, so the first alternatives of both ors must give way; only (second, third) is free.
     const std::string body = device("a") + "<or>" + device("a") + device("b") + "</or><or>" + device("a") +
                              device("b") + device("c") + "</or>";
@@ -97,12 +97,12 @@ TEST_F(Run, OdometerReachesThePassingCombination) {
     EXPECT_FALSE(outcome.passed);
 }
 
-TEST_F(Run, PrunedAlternativesAreSteppedOver) {
+TEST_F(RunTest, PrunedAlternativesAreSteppedOver) {
     const std::string body = device("a") + "<or>" + device("x") + device("a") + device("y") + device("b") + "</or>";
     EXPECT_TRUE(check(store, body).passed);
 }
 
-TEST_F(Run, AHopelessOrShowsItsNearestAlternativeInTheFirstIteration) {
+TEST_F(RunTest, AHopelessOrShowsItsNearestAlternativeInTheFirstIteration) {
     const std::string far = "<and>" + device("x") + device("y") + "</and>";
     const std::string near = "<and>" + device("a") + device("z") + "</and>";
     const Outcome outcome = check(store, "<or>" + far + near + "</or>");
@@ -111,7 +111,7 @@ TEST_F(Run, AHopelessOrShowsItsNearestAlternativeInTheFirstIteration) {
                             "unsatisfied and node", "unsatisfied or node"));
 }
 
-TEST_F(Run, TheBetterCombinationsFindingsAreKept) {
+TEST_F(RunTest, TheBetterCombinationsFindingsAreKept) {
     // Every combination fails on x; the second alternative fails on nothing else.
     const std::string body =
         device("a") + "<or><and>" + device("a") + device("b") + "</and>" + device("c") + "</or>" + device("x");
@@ -120,7 +120,7 @@ TEST_F(Run, TheBetterCombinationsFindingsAreKept) {
                 ElementsAre("Unsatisfied device of type: Storage", "No device of type: Storage with hwlocator: x"));
 }
 
-TEST_F(Run, OnAFullTieTheEarlierCombinationStaysButTheListIsOfTheLast) {
+TEST_F(RunTest, OnAFullTieTheEarlierCombinationStaysButTheListIsOfTheLast) {
     const std::string body = device("a") + device("b") + "<or>" + device("a") + device("b") + "</or>";
     const Outcome outcome = check(store, body);
     EXPECT_FALSE(outcome.passed);
@@ -129,7 +129,7 @@ TEST_F(Run, OnAFullTieTheEarlierCombinationStaysButTheListIsOfTheLast) {
     EXPECT_LT(firstError, outcome.annotated.find("<device", outcome.annotated.find("<or>") + 30));
 }
 
-TEST_F(Run, TheLargerIndexSumWinsAmongEqualErrors) {
+TEST_F(RunTest, TheLargerIndexSumWinsAmongEqualErrors) {
     // Both alternatives lack one device of two; in the second it is the later one.
     const std::string firstLacks = "<and>" + device("x") + device("a") + "</and>";
     const std::string secondLacks = "<and>" + device("a") + device("y") + "</and>";
@@ -137,14 +137,14 @@ TEST_F(Run, TheLargerIndexSumWinsAmongEqualErrors) {
     EXPECT_THAT(outcome.unsatisfied, ElementsAre("y"));
 }
 
-TEST_F(Run, EmptyOrFails) {
+TEST_F(RunTest, EmptyOrFails) {
     const Outcome outcome = check(store, "<or/>");
     // A pruned empty or passes in the one iteration that looks into it.
     EXPECT_TRUE(outcome.passed);
     EXPECT_FALSE(check(store, "<or/>" + device("x")).passed);
 }
 
-TEST_F(Run, ExtraDevices) {
+TEST_F(RunTest, ExtraDevices) {
     const std::string rule = R"(<fail-on-extra type="Storage"/>)";
     const std::string ab = device("a") + device("b");
     const Outcome outcome = check(store, ab + rule + R"(<fail-on-extra capability="Disk"/>)");
@@ -162,13 +162,13 @@ TEST_F(Run, ExtraDevices) {
     EXPECT_TRUE(check(store, ab + R"(<fail-on-extra type="Storage"><or/></fail-on-extra>)").passed);
 }
 
-TEST_F(Run, ExtraDevicesAreReportedBesideMissingOnes) {
+TEST_F(RunTest, ExtraDevicesAreReportedBesideMissingOnes) {
     const Outcome outcome = check(store, device("a") + device("x") + R"(<fail-on-extra type="Storage"/>)");
     EXPECT_FALSE(outcome.satisfied);
     EXPECT_THAT(outcome.extra, ElementsAre("disk b", "disk c"));
 }
 
-TEST_F(Run, AnInvalidExtraRuleIsToldOnlyWhenTheRunFails) {
+TEST_F(RunTest, AnInvalidExtraRuleIsToldOnlyWhenTheRunFails) {
     const std::string rule = R"(<fail-on-extra type="Warp" capability="Drive"/>)";
     EXPECT_TRUE(check(store, device("a") + rule).passed);
     EXPECT_THAT(check(store, device("x") + rule).errors,
@@ -176,7 +176,7 @@ TEST_F(Run, AnInvalidExtraRuleIsToldOnlyWhenTheRunFails) {
                                   "Valid Device Types in Documentation"));
 }
 
-TEST_F(Run, PartsAreEnteredUnderTheirDevicesOnce) {
+TEST_F(RunTest, PartsAreEnteredUnderTheirDevicesOnce) {
     Inventory inventory;
     Inventory::DeviceToPartsTable table;
     inventory.setStateManager(store);
@@ -194,7 +194,7 @@ TEST_F(Run, PartsAreEnteredUnderTheirDevicesOnce) {
     EXPECT_EQ(ofA[0].devices, (Array<String>{String(u"a|"), String(u"b|")}));
 }
 
-TEST_F(Run, NestedPartsAreToldAsATip) {
+TEST_F(RunTest, NestedPartsAreToldAsATip) {
     Inventory inventory;
     Inventory::DeviceToPartsTable table;
     inventory.setStateManager(store);
@@ -205,7 +205,7 @@ TEST_F(Run, NestedPartsAreToldAsATip) {
     EXPECT_THAT(utf8(inventory.script().toString()), HasSubstr("Nested &lt;part&gt; nodes are not supported"));
 }
 
-TEST(Loading, RejectsWithTheReasonAndKeepsNothing) {
+TEST(LoadingTest, RejectsWithTheReasonAndKeepsNothing) {
     Inventory inventory;
     RecordingObserver observer;
     inventory.registerInventoryObserver(observer);
@@ -224,7 +224,7 @@ TEST(Loading, RejectsWithTheReasonAndKeepsNothing) {
     EXPECT_TRUE(inventory.loadInventoryScript(u"<Inventory-CHECK/>"));
 }
 
-TEST(Loading, FlagsAreReadAnewAndTipsSettingStays) {
+TEST(LoadingTest, FlagsAreReadAnewAndTipsSettingStays) {
     StateManager store;
     addDevice(store, "Fan", "fan", "f");
     Inventory inventory;
@@ -238,7 +238,7 @@ TEST(Loading, FlagsAreReadAnewAndTipsSettingStays) {
     EXPECT_EQ(inventory.script().toString().view().find(u"Unsatisfied device"), StringView::npos);
 }
 
-TEST(Running, ASecondRunStartsFromTheAnnotatedScript) {
+TEST(RunningTest, ASecondRunStartsFromTheAnnotatedScript) {
     StateManager store;
     addDevice(store, "Fan", "fan", "f", "", {{"Rpm", {"1"}}});
     Inventory inventory;
@@ -256,7 +256,7 @@ TEST(Running, ASecondRunStartsFromTheAnnotatedScript) {
 }
 
 /// A device whose property look-up fails in an unexpected way.
-TEST(Running, AnUnexpectedExceptionIsReportedNotThrown) {
+TEST(RunningTest, AnUnexpectedExceptionIsReportedNotThrown) {
     struct ThrowingObserver : RecordingObserver {
         void handleEvent(const TestRunEventImp& event) override {
             RecordingObserver::handleEvent(event);
@@ -277,7 +277,7 @@ TEST(Running, AnUnexpectedExceptionIsReportedNotThrown) {
     EXPECT_THAT(utf8(inventory.script().toString()), HasSubstr("<error>Inventory Unexpected Error: boom</error>"));
 }
 
-TEST(CheckDevice, AnswersForOneDeviceAlone) {
+TEST(CheckDeviceTest, AnswersForOneDeviceAlone) {
     StateManager store;
     const auto fan = addDevice(store, "Fan", "fan", "f", "", {{"Rpm", {"900"}}});
     RecordingObserver observer;
@@ -302,7 +302,7 @@ TEST(CheckDevice, AnswersForOneDeviceAlone) {
 }
 
 /// Random scripts over devices that no two elements share: there the verdict is plain logic.
-class RandomScripts : public testing::Test {
+class RandomScriptsTest : public testing::Test {
 protected:
     struct Sample {
         std::string xml;
@@ -339,7 +339,7 @@ protected:
     bool m_noOr = false;
 };
 
-TEST_F(RandomScripts, VerdictEqualsPlainLogic) {
+TEST_F(RandomScriptsTest, VerdictEqualsPlainLogic) {
     StateManager store;
     for (int i = 0; i < 200; ++i) {
         addDevice(store, "Storage", "disk", "d" + std::to_string(i));

@@ -19,9 +19,9 @@ std::string missing(const std::string& hwLocator) { return "No device of type: S
 
 const std::string UNSATISFIED = "Unsatisfied device of type: Storage";
 
-class Search : public testing::Test {
+class SearchTest : public testing::Test {
 protected:
-    Search() {
+    SearchTest() {
         for (const char* const locator : {"a", "b", "c"}) {
             addDevice(store, "Storage", std::string("disk ") + locator, locator, "", {{"Size", {"1"}}});
         }
@@ -29,7 +29,7 @@ protected:
     StateManager store;
 };
 
-TEST_F(Search, AnAlternativeWhoseCandidatesAllFailIsPruned) {
+TEST_F(SearchTest, AnAlternativeWhoseCandidatesAllFailIsPruned) {
     const std::string threeFail = R"(<device type="Storage"><property key="Size" value="2"/></device>)";
     const std::string oneFails = disk("a", R"(<property key="Size" value="3"/>)");
     const Outcome outcome = check(store, "<or>" + threeFail + oneFails + "</or>");
@@ -38,7 +38,7 @@ TEST_F(Search, AnAlternativeWhoseCandidatesAllFailIsPruned) {
     EXPECT_THAT(outcome.unsatisfied, ElementsAre("a"));
 }
 
-TEST_F(Search, APrunedOrIsLookedIntoOnceAndThenOnlyCounted) {
+TEST_F(SearchTest, APrunedOrIsLookedIntoOnceAndThenOnlyCounted) {
     const std::string hopeless = "<or>" + disk("x") + disk("y") + "</or>";
     const Outcome once = check(store, hopeless + disk("z"));
     EXPECT_THAT(once.errors, ElementsAre(UNSATISFIED, missing("x"), "unsatisfied or node", UNSATISFIED, missing("z")));
@@ -47,7 +47,7 @@ TEST_F(Search, APrunedOrIsLookedIntoOnceAndThenOnlyCounted) {
     EXPECT_THAT(twice.unsatisfied, ElementsAre("z"));
 }
 
-TEST_F(Search, TheFirstOrTurnsFastestAndCarriesAtItsEnd) {
+TEST_F(SearchTest, TheFirstOrTurnsFastestAndCarriesAtItsEnd) {
     const auto passes = [this](const std::string& taken, const std::string& first, const std::string& second) {
         std::string body = disk(taken);
         for (const std::string& digit : {first, second}) {
@@ -61,14 +61,14 @@ TEST_F(Search, TheFirstOrTurnsFastestAndCarriesAtItsEnd) {
     EXPECT_FALSE(passes("b", "bb", "ac"));
 }
 
-TEST_F(Search, EachCombinationStartsFromAllCommonLinks) {
+TEST_F(SearchTest, EachCombinationStartsFromAllCommonLinks) {
     // The first alternative takes disk b from the named element, and fails because disk c is wanted outside.
     const std::string body = R"(<device type="Storage" name="disk [ab]"/>)" + disk("c") + "<or><and>" + disk("b") +
                              disk("c") + "</and>" + disk("a") + "</or>";
     EXPECT_TRUE(check(store, body).passed);
 }
 
-TEST_F(Search, ARunSeesDevicesThatWereAddedAfterTheLast) {
+TEST_F(SearchTest, ARunSeesDevicesThatWereAddedAfterTheLast) {
     Inventory inventory;
     inventory.setStateManager(store);
     inventory.loadInventoryScript(
@@ -78,14 +78,14 @@ TEST_F(Search, ARunSeesDevicesThatWereAddedAfterTheLast) {
     EXPECT_TRUE(inventory.run());
 }
 
-TEST_F(Search, ADeviceThatWasTakenByAnotherElementIsStillThereForANot) {
+TEST_F(SearchTest, ADeviceThatWasTakenByAnotherElementIsStillThereForANot) {
     const Outcome outcome = check(store, disk("a") + "<not>" + disk("a") + "</not>");
     EXPECT_THAT(outcome.errors, ElementsAre("matched device under not node"));
     EXPECT_THAT(outcome.unsatisfied, IsEmpty());
     EXPECT_THAT(check(store, disk("a") + disk("a")).errors, ElementsAre(UNSATISFIED));
 }
 
-class PartsInScripts : public Search {
+class PartsInScriptsTest : public SearchTest {
 protected:
     /// The guids of the table with the parts entered under each, "guid: name name".
     std::vector<std::string> partsOf(const std::string& body, std::vector<std::string>* extra = nullptr) {
@@ -113,7 +113,7 @@ protected:
     }
 };
 
-TEST_F(PartsInScripts, DevicesUnderANotBelongToNoPart) {
+TEST_F(PartsInScriptsTest, DevicesUnderANotBelongToNoPart) {
     EXPECT_THAT(partsOf("<not><part name='P'>" + disk("a") + "</part>" + disk("x") + "</not>"), IsEmpty());
     EXPECT_THAT(partsOf("<part name='P'>" + disk("a") + "<not>" + disk("b") + disk("x") + "</not></part>"),
                 ElementsAre("a|: P"));
@@ -122,7 +122,7 @@ TEST_F(PartsInScripts, DevicesUnderANotBelongToNoPart) {
                 ElementsAre("a|: P", "b|: P", "c|: Q"));
 }
 
-TEST_F(PartsInScripts, DevicesOfAFailingPartAreExtraWhereverTheyStandInIt) {
+TEST_F(PartsInScriptsTest, DevicesOfAFailingPartAreExtraWhereverTheyStandInIt) {
     const std::string rule = R"(<fail-on-extra type="Storage"/>)";
     const std::string failing = "<part name='P'>" + disk("a") + disk("x") + "<and>" + disk("b") + "</and></part>";
     std::vector<std::string> extra;

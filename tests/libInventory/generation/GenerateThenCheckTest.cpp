@@ -21,7 +21,7 @@ struct Way {
     bool hasFilter;
 };
 
-class GenerateThenCheck : public testing::Test {
+class GenerateThenCheckTest : public testing::Test {
 protected:
     void SetUp() override {
         m_folder = std::filesystem::path(testing::TempDir()) / ("vrx-generate-" + std::to_string(getpid()));
@@ -51,7 +51,7 @@ private:
     std::filesystem::path m_folder;
 };
 
-TEST_F(GenerateThenCheck, randomMachinesPass) {
+TEST_F(GenerateThenCheckTest, randomMachinesPass) {
     for (unsigned seed = 0; seed < 60 && !HasFailure(); ++seed) {
         for (unsigned bits = 0; bits < 16; ++bits) {
             const Way way{(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
@@ -65,7 +65,7 @@ TEST_F(GenerateThenCheck, randomMachinesPass) {
     }
 }
 
-TEST_F(GenerateThenCheck, hundredsOfEqualDevicesPass) {
+TEST_F(GenerateThenCheckTest, hundredsOfEqualDevicesPass) {
     StateManager store;
     for (int i = 0; i < 500; ++i) {
         addDevice(store, "MemoryModule", "module", "", "", {{"Size", {"32 GB"}}});

@@ -29,7 +29,7 @@ public:
 };
 
 /// Generation in a folder of its own, which may hold a default filter.
-class ScriptGeneration : public testing::Test {
+class ScriptGenerationTest : public testing::Test {
 protected:
     void SetUp() override {
         m_before = fs::current_path();
@@ -80,7 +80,7 @@ private:
     fs::path m_before;
 };
 
-TEST_F(ScriptGeneration, writesHeaderAndDevicesInDepthFirstOrder) {
+TEST_F(ScriptGenerationTest, writesHeaderAndDevicesInDepthFirstOrder) {
     const auto root = addDevice(store, "system", "Disk (C:) [1.0]", "a<b\x01", "o\"\t");
     const auto child = boost::shared_ptr<IDeviceImp>(
         DeviceImp::createGeneric(CapabilityImp(StringView(u"CPU")), CapabilityImp(), 0, u"", u"", u"", u"%u0041"));
@@ -135,14 +135,14 @@ TEST_F(ScriptGeneration, writesHeaderAndDevicesInDepthFirstOrder) {
     EXPECT_NE(generate(true, false, true, nullptr).find("key=\"Heat\""), std::string::npos);
 }
 
-TEST_F(ScriptGeneration, withoutDevicesTheRootAndTheCommentAreLeft) {
+TEST_F(ScriptGenerationTest, withoutDevicesTheRootAndTheCommentAreLeft) {
     SysinfoFilter filter;
     EXPECT_EQ(generate(false, true, false, &filter),
               "<inventory-check check-names=\"false\" check-hwLocators=\"true\" check-osLocators=\"true\">\n"
               "    <!---->\n</inventory-check>\n");
 }
 
-TEST_F(ScriptGeneration, filtersSelectDevicesButNotWhatLiesBelowThem) {
+TEST_F(ScriptGenerationTest, filtersSelectDevicesButNotWhatLiesBelowThem) {
     const auto root = addDevice(store, "System", "s", "", "", {{"A", {"1"}}});
     const auto fan = addDevice(store, "Fan", "f", "", "", {{"B", {"2"}}, {"C", {"3"}}});
     add(*fan, u"Volatile", ValueImp(true), PropertyCategoryImp::Volatile());
@@ -164,7 +164,7 @@ TEST_F(ScriptGeneration, filtersSelectDevicesButNotWhatLiesBelowThem) {
     EXPECT_NE(generate(true, true, true, &filter).find("key=\"Volatile\""), std::string::npos);
 }
 
-TEST(ValuePattern, escapesWhatMeansSomethingInAPattern) {
+TEST(ValuePatternTest, escapesWhatMeansSomethingInAPattern) {
     String all = u"\\^$.?*+{}()[]|-/#";
     escapeRegex(all);
     EXPECT_EQ(all, u"\\\\\\^\\$\\.\\?\\*\\+\\{\\}\\(\\)\\[\\]|-/#");
@@ -173,7 +173,7 @@ TEST(ValuePattern, escapesWhatMeansSomethingInAPattern) {
     EXPECT_EQ(rangePattern(490, 510, u"GB"), u"^VRXRRANGE[490-510] GB$");
 }
 
-TEST_F(ScriptGeneration, tolerancesWidenNumbersAndNothingElse) {
+TEST_F(ScriptGenerationTest, tolerancesWidenNumbersAndNothingElse) {
     const auto measured = [](auto kind, const char16_t* unit, double number) {
         using Kind = decltype(kind);
         const Unit found = *Unit::lookupByString(unit);
@@ -225,7 +225,7 @@ TEST_F(ScriptGeneration, tolerancesWidenNumbersAndNothingElse) {
     }
 }
 
-TEST_F(ScriptGeneration, aChainOfDevicesMayBeDeeperThanTheStack) {
+TEST_F(ScriptGenerationTest, aChainOfDevicesMayBeDeeperThanTheStack) {
     constexpr int DEPTH = 100'000;
     StateManager::DevicePointer last;
     for (int i = 0; i < DEPTH; ++i) {

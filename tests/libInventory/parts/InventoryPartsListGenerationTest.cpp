@@ -31,7 +31,7 @@ private:
     std::string m_beginning;
 };
 
-class PartsGeneration : public testing::Test {
+class PartsGenerationTest : public testing::Test {
 protected:
     void addPart(const String& name, const String& content) {
         parts.emplace(name, u"id-" + name, u"", u"",
@@ -67,7 +67,7 @@ protected:
     Array<Inventory::DeviceSpec> extraDevices;
 };
 
-TEST_F(PartsGeneration, countsEveryInstanceAndLeavesAbsentPartsOut) {
+TEST_F(PartsGenerationTest, countsEveryInstanceAndLeavesAbsentPartsOut) {
     for (const char* locator : {"1", "2", "3", "4", "5"}) {
         addDevice(store, "Fan", "fan", locator);
     }
@@ -84,7 +84,7 @@ TEST_F(PartsGeneration, countsEveryInstanceAndLeavesAbsentPartsOut) {
     EXPECT_EQ(deviceToParts.find(u"5|"), nullptr);
 }
 
-TEST_F(PartsGeneration, partsThatNeedNoDeviceStopAndHaveNoInstance) {
+TEST_F(PartsGenerationTest, partsThatNeedNoDeviceStopAndHaveNoInstance) {
     for (int i = 0; i < 20; ++i) {
         addDevice(store, "Fan", "fan", std::to_string(i));
     }
@@ -97,7 +97,7 @@ TEST_F(PartsGeneration, partsThatNeedNoDeviceStopAndHaveNoInstance) {
               "3 checkPart : half needs no device of the machine, so it has no instance\n");
 }
 
-TEST_F(PartsGeneration, theClearlyBestPartWinsAndTheOthersAreDiscarded) {
+TEST_F(PartsGenerationTest, theClearlyBestPartWinsAndTheOthersAreDiscarded) {
     for (const char* locator : {"1", "2", "3"}) {
         addDevice(store, "Fan", "fan", locator);
     }
@@ -110,7 +110,7 @@ TEST_F(PartsGeneration, theClearlyBestPartWinsAndTheOthersAreDiscarded) {
     EXPECT_TRUE(groups.isEmpty());
 }
 
-TEST_F(PartsGeneration, aTieIsRecordedOnceAndNothingIsDiscarded) {
+TEST_F(PartsGenerationTest, aTieIsRecordedOnceAndNothingIsDiscarded) {
     addDevice(store, "Fan", "fan", "1");
     addDevice(store, "Fan", "fan", "2");
     addPart(u"A", u"<device type='Fan'/>");
@@ -120,7 +120,7 @@ TEST_F(PartsGeneration, aTieIsRecordedOnceAndNothingIsDiscarded) {
     EXPECT_EQ(textOf(groups[0]), " A(1|) B(1|)");
 }
 
-TEST_F(PartsGeneration, oneCopyIsDiscardedForEachEntryOfTheDiscardList) {
+TEST_F(PartsGenerationTest, oneCopyIsDiscardedForEachEntryOfTheDiscardList) {
     // Two copies of "one" compete with "two", which holds both of their devices, so each copy is an entry of its own.
     addDevice(store, "Fan", "fan", "1");
     addDevice(store, "Fan", "fan", "2");
@@ -134,7 +134,7 @@ TEST_F(PartsGeneration, oneCopyIsDiscardedForEachEntryOfTheDiscardList) {
     EXPECT_EQ(textOf(groups[0]), " one(1|) two(1|2|b|)");
 }
 
-TEST_F(PartsGeneration, everyCopyOfAnAmbiguousPartHasItsLines) {
+TEST_F(PartsGenerationTest, everyCopyOfAnAmbiguousPartHasItsLines) {
     addDevice(store, "Fan", "fan", "1");
     addDevice(store, "Fan", "fan", "2");
     addDevice(store, "Battery", "battery", "b");
@@ -149,7 +149,7 @@ TEST_F(PartsGeneration, everyCopyOfAnAmbiguousPartHasItsLines) {
     EXPECT_NE(log.lines.find(ofThreeParts), std::string::npos) << log.lines;
 }
 
-TEST_F(PartsGeneration, failsWithoutGroupsWhenTheBaseScriptIsNotMet) {
+TEST_F(PartsGenerationTest, failsWithoutGroupsWhenTheBaseScriptIsNotMet) {
     addDevice(store, "Fan", "fan", "1");
     addPart(u"A", u"<device type='Fan'/>");
     const LineCollector log(LogPriority::Debug, "findAmbiguousParts() ");
@@ -160,7 +160,7 @@ TEST_F(PartsGeneration, failsWithoutGroupsWhenTheBaseScriptIsNotMet) {
     EXPECT_NE(log.lines.find("4 findAmbiguousParts() Parts check failed. Unknown Logic error"), std::string::npos);
 }
 
-TEST_F(PartsGeneration, reportsOfTheFourResults) {
+TEST_F(PartsGenerationTest, reportsOfTheFourResults) {
     addDevice(store, "Fan", "fan", "1");
     addDevice(store, "Fan", "other", "2");
     addPart(u"A", fan(u"fan"));

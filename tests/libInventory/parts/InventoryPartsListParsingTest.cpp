@@ -28,7 +28,7 @@ const PartsCase CASES[] = {
     {u"\n<p>\n <part", Inventory::PartsXmlError, "", "Failed to Parse xml (2,2): unclosed token"},
 };
 
-TEST(PartsListParsing, texts) {
+TEST(PartsListParsingTest, texts) {
     for (const PartsCase& test : CASES) {
         Array<Inventory::PartSpec> parts{Inventory::PartSpec(u"", u"", u"", u"", u"kept")};
         String error = u"untouched";
@@ -42,7 +42,7 @@ TEST(PartsListParsing, texts) {
     }
 }
 
-TEST(PartsListParsing, files) {
+TEST(PartsListParsingTest, files) {
     Array<Inventory::PartSpec> parts;
     String error;
     const String example = String::UTF8Decode(VRX_TEST_DATA "/../examples/server-parts.xml");
@@ -51,7 +51,7 @@ TEST(PartsListParsing, files) {
     EXPECT_EQ(error, u"Failed to Parse xml file /none.xml (1,1): No such file or directory");
 }
 
-TEST(Specs, partsAreCrossedAndEqualByNameAndDevicesEqualByLocators) {
+TEST(SpecsTest, partsAreCrossedAndEqualByNameAndDevicesEqualByLocators) {
     const Inventory::PartSpec part(u"n", u"i", u"d", u"fourth", u"fifth");
     EXPECT_EQ(part.text, u"fourth");
     EXPECT_EQ(part.xml, u"fifth");

@@ -14,7 +14,7 @@ PartSpec part(const String& name, const Array<String>& devices = {}) {
     return spec;
 }
 
-TEST(PartComparison, setsCountNamesAndListsCompareDevicesInOrder) {
+TEST(PartComparisonTest, setsCountNamesAndListsCompareDevicesInOrder) {
     const PartSpec a = part(u"A");
     const PartSpec b = part(u"B", {u"1", u"2"});
     EXPECT_FALSE(samePartSet({a, a, b}, {a, b, b}));
@@ -28,7 +28,7 @@ TEST(PartComparison, setsCountNamesAndListsCompareDevicesInOrder) {
     EXPECT_FALSE(containsPart({}, a));
 }
 
-TEST(MatchParts, answersBeforeTheExtraDeviceCheck) {
+TEST(MatchPartsTest, answersBeforeTheExtraDeviceCheck) {
     StateManager store;
     addDevice(store, "Fan", "one", "h1");
     addDevice(store, "Fan", "two", "h2");

@@ -223,7 +223,7 @@ private:
     std::minstd_rand m_random;
 };
 
-TEST(RandomPartsLists, giveWhatItsStepsGiveOneByOne) {
+TEST(RandomPartsListsTest, giveWhatItsStepsGiveOneByOne) {
     int succeeded = 0;
     int withGroups = 0;
     for (unsigned seed = 0; seed < 400; ++seed) {

@@ -13,13 +13,13 @@ bool isFoundIn(StringView content) {
     return findOrInsidePart(*script.RootElement()) != nullptr;
 }
 
-TEST(OrInsidePart, IsFoundWhereACheckVisitsIt) {
+TEST(OrInsidePartTest, IsFoundWhereACheckVisitsIt) {
     EXPECT_TRUE(isFoundIn(u"<part><or><device/></or></part>"));
     EXPECT_TRUE(isFoundIn(u"<or><and><PART><not><OR><and/></OR></not></PART></and></or>"));
     EXPECT_TRUE(isFoundIn(u"<part/><part><part/><or><device/></or></part>"));
 }
 
-TEST(OrInsidePart, IsHarmlessElsewhere) {
+TEST(OrInsidePartTest, IsHarmlessElsewhere) {
     EXPECT_FALSE(isFoundIn(u"<or><part><device/></part></or>"));
     EXPECT_FALSE(isFoundIn(u"<part><or/></part>"));
     EXPECT_FALSE(isFoundIn(u"<part><device><or><property/></or></device></part>"));

@@ -41,7 +41,7 @@ std::vector<std::string> walked(const Script& script, ScriptWalk::Extent extent)
     return places;
 }
 
-TEST(ScriptWalk, TellsWhatAnElementLiesIn) {
+TEST(ScriptWalkTest, TellsWhatAnElementLiesIn) {
     EXPECT_THAT(walked(Script(u"<part><not><device><NOT><property><value/></property></NOT></device><and/></not></part>"
                               u"<or><and><fail-on-extra><x/></fail-on-extra></and><and/></or><device/>"),
                        ScriptWalk::Extent::Everything),
@@ -51,7 +51,7 @@ TEST(ScriptWalk, TellsWhatAnElementLiesIn) {
     EXPECT_THAT(walked(Script(String()), ScriptWalk::Extent::Everything), ElementsAre("0 inventory-check "));
 }
 
-TEST(ScriptWalk, GoesWhereACheckLooks) {
+TEST(ScriptWalkTest, GoesWhereACheckLooks) {
     EXPECT_THAT(walked(Script(u"<testset><or/></testset><gadget><device/></gadget><property><value/></property>"
                               u"<device><device><property/></device><part><property/></part>"
                               u"<or><property><and><x/></and></property></or></device>"
@@ -61,7 +61,7 @@ TEST(ScriptWalk, GoesWhereACheckLooks) {
                             "2 part h", "2 or h", "3 property ah", "4 and ahv", "1 inventory-check ", "2 error "));
 }
 
-TEST(ScriptWalk, SkipsAndStartsInside) {
+TEST(ScriptWalkTest, SkipsAndStartsInside) {
     const Script script(u"<not><prat><or><device/></or></prat></not><device/>");
     std::vector<std::string> seen;
     for (ScriptWalk walk(script.root()); walk; ++walk) {
@@ -80,7 +80,7 @@ TEST(ScriptWalk, SkipsAndStartsInside) {
     EXPECT_FALSE(++part);
 }
 
-TEST(ScriptWalk, IsSafeInTheDeepestDocument) {
+TEST(ScriptWalkTest, IsSafeInTheDeepestDocument) {
     String content(u"<device/>");
     for (int level = 2; level < 256; ++level) {
         content = concat(u"<not>", content, u"</not>");
@@ -94,7 +94,7 @@ TEST(ScriptWalk, IsSafeInTheDeepestDocument) {
     EXPECT_FALSE(++walk);
 }
 
-TEST(ScriptContent, CountsWhatACheckLooksAt) {
+TEST(ScriptContentTest, CountsWhatACheckLooksAt) {
     const Script script(
         u"<or><device><device/></device><part><not><device/></not></part></or><fail-on-extra/>"
         u"<testset><device/></testset><x><fail-on-extra/></x>");
@@ -104,7 +104,7 @@ TEST(ScriptContent, CountsWhatACheckLooksAt) {
     EXPECT_FALSE(contentOf(Script(u"<and/><testset><device/></testset>").root()).asksForAnything());
 }
 
-TEST(ScriptContent, FindsElementsAndNeededDevices) {
+TEST(ScriptContentTest, FindsElementsAndNeededDevices) {
     EXPECT_TRUE(hasElement(Script(u"<x><NOT/></x>").root(), ElementKind::Not));
     EXPECT_FALSE(hasElement(Script(u"<x><and/></x>").root(), ElementKind::Not));
     EXPECT_TRUE(needsDevice(Script(u"<not/><or><part><device/></part></or>").root()));
@@ -112,7 +112,7 @@ TEST(ScriptContent, FindsElementsAndNeededDevices) {
         needsDevice(Script(u"<not><device/></not><fail-on-extra><device/></fail-on-extra><x><device/></x>").root()));
 }
 
-TEST(ScriptElement, TellsWhatAPropertyAsksFor) {
+TEST(ScriptElementTest, TellsWhatAPropertyAsksFor) {
     const auto asked = [](const char16_t* property) {
         std::vector<std::string> texts;
         for (const String& value : askedValues(*Script(property).root().FirstChildElement())) {

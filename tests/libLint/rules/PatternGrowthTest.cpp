@@ -5,7 +5,7 @@
 namespace vrx {
 namespace {
 
-TEST(PatternGrowth, SeesRepetitionsOfRepetitions) {
+TEST(PatternGrowthTest, SeesRepetitionsOfRepetitions) {
     for (const char16_t* pattern :
          {u"(a+)+$", u"^(?:\\w+\\s?)*$", u"(a*b?)*", u"(.*,)*", u"((ab)*)*", u"(?i:x|(?<n>y+))+", u"([^]a]+)*?",
           u"(a{2,}){3,}", u"(a{1,99}){1,99}", u"((a+|b)c?)+"}) {
@@ -13,7 +13,7 @@ TEST(PatternGrowth, SeesRepetitionsOfRepetitions) {
     }
 }
 
-TEST(PatternGrowth, LetsHarmlessOnesPass) {
+TEST(PatternGrowthTest, LetsHarmlessOnesPass) {
     for (const char16_t* pattern : {u"",
                                     u"a+b*.*",
                                     u"^(\\d+\\.)+\\d+$",

@@ -7,7 +7,7 @@
 namespace vrx {
 namespace {
 
-TEST(JsonWriter, IndentsAndKeepsTheOrder) {
+TEST(JsonWriterTest, IndentsAndKeepsTheOrder) {
     JsonWriter json;
     json.beginObject();
     json.key("zebra").value(true);
@@ -26,7 +26,7 @@ TEST(JsonWriter, IndentsAndKeepsTheOrder) {
               "  \"texts\": [\"a\", \"b\"],\n  \"nothing\": null\n}\n");
 }
 
-TEST(JsonWriter, IsReadBackWhateverTheTextHolds) {
+TEST(JsonWriterTest, IsReadBackWhateverTheTextHolds) {
     String text = u"\"\\/\b\f\n\r\t \u007F \u00E4 \u2028 \U0001F600 ";
     for (char16_t unit = 1; unit < 0x20; ++unit) {
         text.append(unit);
@@ -37,7 +37,7 @@ TEST(JsonWriter, IsReadBackWhateverTheTextHolds) {
     EXPECT_EQ(std::string(read.as_string()), text.toUtf8());
 }
 
-TEST(JsonWriter, ReplacesHalfCharacters) {
+TEST(JsonWriterTest, ReplacesHalfCharacters) {
     const char16_t unpaired[] = {u'x', 0xD800, u'y', 0};
     JsonWriter json;
     json.value(String(unpaired));

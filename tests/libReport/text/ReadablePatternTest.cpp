@@ -5,7 +5,7 @@
 namespace vrx {
 namespace {
 
-TEST(ReadablePattern, IsWhatAPersonWouldWrite) {
+TEST(ReadablePatternTest, IsWhatAPersonWouldWrite) {
     EXPECT_EQ(readablePattern(u"^2\\.1\\.0 \\(rev\\. B\\)$"), "2.1.0 (rev. B)");
     EXPECT_EQ(readablePattern(u"plain"), "plain");
     EXPECT_EQ(readablePattern(u"^5\\$$"), "5$");
@@ -16,14 +16,14 @@ TEST(ReadablePattern, IsWhatAPersonWouldWrite) {
     EXPECT_EQ(readablePattern(u"^a\tb$"), "a\\tb");
 }
 
-TEST(ReadablePattern, ShowsRangesLowBoundFirst) {
+TEST(ReadablePatternTest, ShowsRangesLowBoundFirst) {
     EXPECT_EQ(readablePattern(u"^VRXRRANGE[2900-3100] MHz$"), "2900..3100 MHz");
     EXPECT_EQ(readablePattern(u"^VRXRRANGE[-9--11]$"), "-11..-9");
     EXPECT_EQ(readablePattern(u"^VRXRRANGE[-5-10] degC$"), "-5..10 degC");
     EXPECT_EQ(readablePattern(u"^x VRXRRANGE[1-2], VRXRRANGE[3-4]$"), "x 1..2, 3..4");
 }
 
-TEST(ReadablePattern, LeavesRegularExpressionsAsTheyAre) {
+TEST(ReadablePatternTest, LeavesRegularExpressionsAsTheyAre) {
     EXPECT_EQ(readablePattern(u"^Intel.*$"), "pattern Intel.*");
     EXPECT_EQ(readablePattern(u"^Intel.*"), "pattern ^Intel.*");
     EXPECT_EQ(readablePattern(u"^a|b$"), "pattern ^a|b$");

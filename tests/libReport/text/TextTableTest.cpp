@@ -11,7 +11,7 @@ std::string textOf(const TextTable& table, const TextFormat& format) {
     return out;
 }
 
-TEST(TextTable, WrapsTheWidestColumnsAndLeavesNoBlanksAtLineEnds) {
+TEST(TextTableTest, WrapsTheWidestColumnsAndLeavesNoBlanksAtLineEnds) {
     TextTable table(2, {Style::Plain, Style::Dim, Style::Plain});
     table.setHeader({"type", "name", "place"});
     table.addRow({"Fan", "a name that does not fit", "x"});
@@ -23,7 +23,7 @@ TEST(TextTable, WrapsTheWidestColumnsAndLeavesNoBlanksAtLineEnds) {
               "  Battery  short\n");
 }
 
-TEST(TextTable, ColoursAroundTheTextAndNotAroundTheBlanks) {
+TEST(TextTableTest, ColoursAroundTheTextAndNotAroundTheBlanks) {
     TextTable table(0, {Style::Good, Style::Plain});
     table.addRow({"a", "b"});
     table.addRow({"long", "c"});

@@ -7,7 +7,7 @@ namespace {
 
 CapabilityImp named(const char16_t* name) { return CapabilityImp(name); }
 
-TEST(CapabilityImp, looksUpNamesAndAliasesWithoutCase) {
+TEST(CapabilityImpTest, looksUpNamesAndAliasesWithoutCase) {
     const std::pair<const char16_t*, const char*> cases[] = {{u"machine", "System"},
                                                              {u"UEFI", "BIOS"},
                                                              {u"core", "ProcessorCore"},
@@ -27,7 +27,7 @@ TEST(CapabilityImp, looksUpNamesAndAliasesWithoutCase) {
     EXPECT_NE(named(u"SSD"), named(u"HDD"));
 }
 
-TEST(CapabilityImp, isSatisfiedByItselfAndWhatStandsBelow) {
+TEST(CapabilityImpTest, isSatisfiedByItselfAndWhatStandsBelow) {
     EXPECT_TRUE(named(u"Storage").isCapable(named(u"Storage")));
     EXPECT_TRUE(named(u"Storage").isCapable(named(u"SSD")));
     EXPECT_FALSE(named(u"SSD").isCapable(named(u"Storage")));
@@ -46,7 +46,7 @@ TEST(CapabilityImp, isSatisfiedByItselfAndWhatStandsBelow) {
     EXPECT_FALSE(named(u"Printer").isCapable(nonsense));
 }
 
-TEST(CapabilityImp, intersectsAlongLinesOfDescent) {
+TEST(CapabilityImpTest, intersectsAlongLinesOfDescent) {
     EXPECT_TRUE(named(u"Storage").intersect(named(u"SSD")));
     EXPECT_TRUE(named(u"SSD").intersect(named(u"Storage")));
     EXPECT_FALSE(named(u"SSD").intersect(named(u"HDD")));
@@ -58,7 +58,7 @@ TEST(CapabilityImp, intersectsAlongLinesOfDescent) {
     EXPECT_FALSE(named(u"nonsense").intersect(named(u"nonsense")));
 }
 
-TEST(CapabilityImp, unitesInTableOrder) {
+TEST(CapabilityImpTest, unitesInTableOrder) {
     const CapabilityImp set = named(u"Fan") | named(u"SSD") | named(u"System") | named(u"blower");
     EXPECT_EQ(set.toString().toUtf8(), "System, SolidStateDrive, Fan");
     EXPECT_EQ(set.names().size(), 3u);
@@ -73,7 +73,7 @@ TEST(CapabilityImp, unitesInTableOrder) {
     EXPECT_TRUE((named(u"nonsense") | named(u"rubbish")).isEmpty());
 }
 
-TEST(CapabilityImp, unknownNamesEqualInvalidAndKeepTheirText) {
+TEST(CapabilityImpTest, unknownNamesEqualInvalidAndKeepTheirText) {
     EXPECT_EQ(named(u"Flux Capacitor"), CapabilityImp::INVALID());
     EXPECT_EQ(named(u"Flux Capacitor"), named(u""));
     EXPECT_EQ(named(u"Flux Capacitor").toString(0, false), u"Flux Capacitor");
@@ -83,7 +83,7 @@ TEST(CapabilityImp, unknownNamesEqualInvalidAndKeepTheirText) {
     EXPECT_TRUE(named(u"ALL").isInvalid());  // only the constant stands for everything
 }
 
-TEST(CapabilityImp, definesNamesBelowExistingOnes) {
+TEST(CapabilityImpTest, definesNamesBelowExistingOnes) {
     ASSERT_TRUE(CapabilityImp::define(u"ZonedDrive", u"hdd"));
     ASSERT_TRUE(CapabilityImp::define(u"ÄußererLüfter", u"zoneddrive"));
     EXPECT_EQ(named(u"äUßERERlÜFTER").toString(), u"ÄußererLüfter");

@@ -15,7 +15,7 @@ using test::keysOf;
 using test::makeDevice;
 using test::makeProperty;
 
-TEST(DeviceImp, guidsOfDifferentLocatorsDiffer) {
+TEST(DeviceImpTest, guidsOfDifferentLocatorsDiffer) {
     EXPECT_EQ(DeviceImp::guid(u"a|b\\", u"c"), u"a\\|b\\\\|c");
 
     std::vector<String> texts = {u""};
@@ -34,7 +34,7 @@ TEST(DeviceImp, guidsOfDifferentLocatorsDiffer) {
     EXPECT_EQ(guids.size(), texts.size() * texts.size());
 }
 
-TEST(DeviceImp, describesItself) {
+TEST(DeviceImpTest, describesItself) {
     const auto device = DeviceImp::createGeneric(CapabilityImp(StringView(u"ssd")), CapabilityImp(StringView(u"pci")),
                                                  0, u"Disk 1", u"text", u"/dev/sda", u"bay|0");
     EXPECT_EQ(device->guid(), u"bay\\|0|/dev/sda");
@@ -44,7 +44,7 @@ TEST(DeviceImp, describesItself) {
     EXPECT_TRUE(makeDevice(u"nonsense")->capabilities().isEmpty());
 }
 
-TEST(DeviceImp, makesTheRecordedPropertiesWhoeverAsks) {
+TEST(DeviceImpTest, makesTheRecordedPropertiesWhoeverAsks) {
     using Recorded = RecordedProperties;
     const auto specs = boost::make_shared<Recorded::Specs>();
     for (const auto* const key : {u"a", u"b", u"c"}) {
@@ -74,7 +74,7 @@ TEST(DeviceImp, makesTheRecordedPropertiesWhoeverAsks) {
     }
 }
 
-TEST(DeviceImp, findsTheFirstPropertyOfAKeyHoweverManyThereAre) {
+TEST(DeviceImpTest, findsTheFirstPropertyOfAKeyHoweverManyThereAre) {
     const auto device = makeDevice(u"Processor");
     Array<boost::shared_ptr<IPropertyImp>> firsts;
     for (int number = 0; number < 100; ++number) {
@@ -93,7 +93,7 @@ TEST(DeviceImp, findsTheFirstPropertyOfAKeyHoweverManyThereAre) {
     EXPECT_EQ(device->property(u""), nullptr);
 }
 
-TEST(DeviceImp, selectsPropertiesByCategoryInOrder) {
+TEST(DeviceImpTest, selectsPropertiesByCategoryInOrder) {
     const auto device = makeDevice(u"Processor");
     device->addProperty(makeProperty(u"c", u"", PropertyCategoryImp::Volatile()));
     device->addProperty(makeProperty(u"b", u"", PropertyCategoryImp::Group() | PropertyCategoryImp::SysInfo()));
@@ -104,7 +104,7 @@ TEST(DeviceImp, selectsPropertiesByCategoryInOrder) {
     EXPECT_EQ(keysOf(device->properties(PropertyCategoryImp())), "");
 }
 
-TEST(DeviceImp, clonesDeeplyWithoutChildren) {
+TEST(DeviceImpTest, clonesDeeplyWithoutChildren) {
     const auto device = DeviceImp::createGeneric(CapabilityImp(StringView(u"fan")), CapabilityImp(StringView(u"usb")),
                                                  0, u"name", u"description", u"os", u"hw");
     const auto property = makeProperty(u"speed", u"slow");

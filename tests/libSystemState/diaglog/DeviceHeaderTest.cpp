@@ -8,7 +8,7 @@
 namespace vrx {
 namespace {
 
-TEST(DeviceHeader, holdsTheIdentifyingTexts) {
+TEST(DeviceHeaderTest, holdsTheIdentifyingTexts) {
     XmlDocument document;
     const auto device = test::makeDevice(u"cpu", u"A & B", u"socket \"0\"", u"");
     EXPECT_EQ(diaglog::deviceToXmlHeader(document, device.get())->toString(),

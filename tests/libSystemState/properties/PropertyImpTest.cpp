@@ -14,7 +14,7 @@ using test::keysOf;
 using test::makeDevice;
 using test::makeProperty;
 
-TEST(PropertyImp, resolvesItsChildrenThroughTheDevice) {
+TEST(PropertyImpTest, resolvesItsChildrenThroughTheDevice) {
     const auto device = makeDevice(u"Memory");
     const auto top = makeProperty(u"top", u"1");
     const auto middle = makeProperty(u"middle", u"2");
@@ -46,7 +46,7 @@ TEST(PropertyImp, resolvesItsChildrenThroughTheDevice) {
     EXPECT_TRUE(top->isLeaf());
 }
 
-TEST(PropertyImp, printsATreeThatLeadsBackToItself) {
+TEST(PropertyImpTest, printsATreeThatLeadsBackToItself) {
     const auto device = makeDevice(u"Memory");
     const auto first = makeProperty(u"first", u"1");
     const auto second = makeProperty(u"second", u"2");
@@ -57,7 +57,7 @@ TEST(PropertyImp, printsATreeThatLeadsBackToItself) {
     EXPECT_EQ(first->toStringTree(*device, 0, 0), u"first = 1\n    second = 2");
 }
 
-TEST(PropertyImp, copiesWithoutSharing) {
+TEST(PropertyImpTest, copiesWithoutSharing) {
     const auto original = makeProperty(u"key", u"value");
     original->addChild(*makeProperty(u"child", u""));
     original->setPartOfGroup(true).setWillBeDiscoveredLater();
@@ -72,7 +72,7 @@ TEST(PropertyImp, copiesWithoutSharing) {
     EXPECT_EQ(original->type().code(), DataTypeImp::STRING);  // the property specification's, whatever the value is
 }
 
-TEST(PropertySpecImp, hasAGuidThatTellsSpecificationsApart) {
+TEST(PropertySpecImpTest, hasAGuidThatTellsSpecificationsApart) {
     const PropertyCategoryImp sysInfo = PropertyCategoryImp::SysInfo();
     const CapabilityImp fan(StringView(u"Fan"));
     const auto guid = [](const char16_t* key, PropertyCategoryImp category, DataTypeImp type,
@@ -91,7 +91,7 @@ TEST(PropertySpecImp, hasAGuidThatTellsSpecificationsApart) {
               guid(u"k", sysInfo, DataTypeImp::STRING, CapabilityImp::INVALID()));
 }
 
-TEST(PropertySpecImp, isFoundInTheStoreThatItWasRegisteredIn) {
+TEST(PropertySpecImpTest, isFoundInTheStoreThatItWasRegisteredIn) {
     const auto property = makeProperty(u"here", u"");
     StateManager store;
     EXPECT_EQ(property->spec(store), nullptr);

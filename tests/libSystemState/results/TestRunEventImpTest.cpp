@@ -10,7 +10,7 @@
 namespace vrx {
 namespace {
 
-TEST(TestRunEventImp, copiesOwnCopiesOfTheTips) {
+TEST(TestRunEventImpTest, copiesOwnCopiesOfTheTips) {
     TestRunEventImp event(u"libInventory", u"FoundNotUnderNot");
     event.setEventOccurence(EventTypeImp(2), u"why", u"file", 12);
     event.setVariable(u"location", VRXValue(u"(1:2)")).setVariable(u"count", VRXValue(std::uint32_t{3}));
@@ -39,7 +39,7 @@ TEST(TestRunEventImp, copiesOwnCopiesOfTheTips) {
     }
 }
 
-TEST(InventoryTip, rendersMessageFurtherTextsAndPlace) {
+TEST(InventoryTipTest, rendersMessageFurtherTextsAndPlace) {
     XmlDocument document;
     ASSERT_TRUE(document.Parse(u"<a>\n  <part/>\n</a>"));
     const XmlElement* part = document.RootElement()->FirstChildElement();
@@ -49,7 +49,7 @@ TEST(InventoryTip, rendersMessageFurtherTextsAndPlace) {
     EXPECT_EQ(InventoryTip(u"m", u"s.xml", nullptr, u"", u"x").toString(0, true), u"m: x [s.xml]");
 }
 
-TEST(TestResultImp, namesItsCodes) {
+TEST(TestResultImpTest, namesItsCodes) {
     const std::pair<int, const char16_t*> cases[] = {{43, u"Passed"},
                                                      {40, u"Passed with extra devices"},
                                                      {41, u"Failed: ambiguous parts"},

@@ -25,7 +25,7 @@ struct TextForms {
     std::size_t size;
 };
 
-TEST(ValueImp, hasTheTextFormsOfItsType) {
+TEST(ValueImpTest, hasTheTextFormsOfItsType) {
     const Array<String> texts = {u"a", u"", u"c"};
     const TextForms cases[] = {
         {ValueImp(std::uint32_t{4294967295u}), "UINT32", "4294967295", "4294967295", 1},
@@ -60,7 +60,7 @@ TEST(ValueImp, hasTheTextFormsOfItsType) {
     }
 }
 
-TEST(ValueImp, givesItsContentOnlyAsWhatItIs) {
+TEST(ValueImpTest, givesItsContentOnlyAsWhatItIs) {
     EXPECT_EQ(ValueImp(Percent{1.5}).valuePercent(), 1.5);
     EXPECT_EQ(ValueImp(std::int32_t{-3}).valueInt32(), -3);
     EXPECT_EQ(ValueImp(Array<std::int32_t>{4, -5}).getInt32InArray(1), -5);
