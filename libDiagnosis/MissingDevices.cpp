@@ -5,12 +5,14 @@
 #include <set>
 #include <tuple>
 
-#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptContent.h"
+#include "libInventory/script/ScriptWalk.h"
 
 namespace vrx {
 
 namespace {
 
+using vocabulary::ElementKind;
 using Texts = std::tuple<StringView, StringView, StringView, StringView>;
 
 /// The texts of `device` elements under a `not`, and of those that are under none.
@@ -20,47 +22,37 @@ struct DeviceTexts {
 };
 
 Texts textsOf(const XmlElement& device) {
-    return {device.Attribute(u"name"), device.Attribute(u"type"), device.Attribute(u"hwlocator"),
-            device.Attribute(u"oslocator")};
+    return {device.Attribute(vocabulary::NAME), device.Attribute(vocabulary::TYPE),
+            device.Attribute(vocabulary::HW_LOCATOR), device.Attribute(vocabulary::OS_LOCATOR)};
 }
 
 Texts textsOf(const Inventory::DeviceSpec& device) {
     return {device.name, device.type, device.hwLocator, device.osLocator};
 }
 
-void collect(const XmlElement& element, bool isUnderNot, DeviceTexts& texts) {
-    if (isNamed(element, u"device")) {
-        (isUnderNot ? texts.forbidden : texts.wanted).insert(textsOf(element));
-        return;
-    }
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        collect(*child, isUnderNot || isNamed(element, u"not"), texts);
-    }
-}
-
-void collectWanted(const XmlElement& element, std::vector<const XmlElement*>& devices) {
-    if (isNamed(element, u"device")) {
-        devices.push_back(&element);
-        return;
-    }
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        if (!isNamed(*child, u"not")) {
-            collectWanted(*child, devices);
+void collect(const XmlElement& root, DeviceTexts& texts) {
+    for (ScriptWalk walk(root); walk; ++walk) {
+        if (walk->kind == ElementKind::Device) {
+            (walk->isUnderNot() ? texts.forbidden : texts.wanted).insert(textsOf(*walk->element));
+            walk.skipContent();
         }
     }
 }
 
-bool hasFinding(const XmlElement& element) {
-    if (isNamed(element, u"error")) {
-        return true;
-    }
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        if (hasFinding(*child)) {
-            return true;
+std::vector<const XmlElement*> wantedDevices(const XmlElement& root) {
+    std::vector<const XmlElement*> devices;
+    for (ScriptWalk walk(root); walk; ++walk) {
+        if (walk->kind == ElementKind::Device && !walk->isUnderNot()) {
+            devices.push_back(walk->element);
+        }
+        if (walk->kind == ElementKind::Device || walk->kind == ElementKind::Not) {
+            walk.skipContent();
         }
     }
-    return false;
+    return devices;
 }
+
+bool hasFinding(const XmlElement& element) { return hasElement(element, ElementKind::Error); }
 
 }  // namespace
 
@@ -69,7 +61,7 @@ Array<Inventory::DeviceSpec> missingDevices(const Array<Inventory::DeviceSpec>& 
     DeviceTexts texts;
     const XmlElement* const root = script.RootElement();
     if (root != nullptr && !unsatisfied.isEmpty()) {
-        collect(*root, false, texts);
+        collect(*root, texts);
     }
     Array<Inventory::DeviceSpec> missing;
     for (const Inventory::DeviceSpec& device : unsatisfied) {
@@ -88,7 +80,7 @@ std::vector<const XmlElement*> missingElements(const Array<Inventory::DeviceSpec
     }
     std::vector<const XmlElement*> wanted;
     if (const XmlElement* const root = script.RootElement()) {
-        collectWanted(*root, wanted);
+        wanted = wantedDevices(*root);
     }
     std::set<const XmlElement*> chosen;
     for (const bool isWithFinding : {true, false}) {

@@ -4,70 +4,70 @@
 
 #include "libLint/Lint.h"
 
-#include <fmt/format.h>
-
+#include <string>
 #include <utility>
 
+#include "libCommon/io/FileLoader.h"
 #include "libCommon/text/UuCode.h"
+#include "libInventory/script/PartsList.h"
 #include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptVocabulary.h"
 #include "libLint/LintWalk.h"
-#include "libLint/rules/PartsListRules.h"
 
 namespace vrx {
 
 namespace {
 
-bool hasPart(const XmlElement& root) {
-    for (const XmlElement* child = root.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        if (isNamed(*child, u"part")) {
-            return true;
-        }
-    }
-    return false;
+bool isScript(const XmlDocument& document) noexcept {
+    const XmlElement* const root = document.RootElement();
+    return root != nullptr && isNamed(*root, vocabulary::INVENTORY_CHECK);
 }
 
 }  // namespace
 
-/// True when the bytes, read as a check reads a script, are one.
-bool Lint::parseScript(std::string_view bytes) {
-    Utf8Damage damage;
-    const String text = String::UTF8Decode(bytes, &damage);
-    m_document.Parse(needsUuEncode(text) ? toXmlSafe(text) : text);
-    const XmlElement* const root = m_document.RootElement();
-    if (root == nullptr || !isNamed(*root, u"inventory-check")) {
-        return false;
-    }
-    if (damage.count > 0) {
-        m_findings.add(LintRule::InvalidUtf8, damage.row, damage.column,
-                       fmt::format("{} invalid UTF-8 sequence(s), the first one here, each read as U+FFFD; save the "
-                                   "file as UTF-8",
-                                   damage.count));
-    }
-    return true;
-}
+void Lint::parse(const String& text) { m_document.Parse(needsUuEncode(text) ? toXmlSafe(text) : text); }
 
-Lint::Result Lint::judgePartsList(std::string_view bytes) {
-    if (m_document.Error()) {
+Lint::Result Lint::judge(const XmlDocument& document, const Utf8Damage* damage) {
+    m_findings = LintFindings();
+    const XmlElement* const root = document.RootElement();
+    if (isScript(document)) {
+        lintScript(*root, damage, m_findings);
+    } else if (document.Error()) {
         return Result::NotXml;
-    }
-    if (XmlDocument strict; !strict.ParseUtf8(bytes)) {
-        m_document = std::move(strict);
-        return Result::NotXml;
-    }
-    const XmlElement* const root = m_document.RootElement();
-    return root != nullptr && hasPart(*root) ? Result::Done : Result::Neither;
-}
-
-Lint::Result Lint::run(std::string_view bytes) {
-    if (parseScript(bytes)) {
-        LintWalk(m_findings).walkScript(*m_document.RootElement());
-    } else if (const Result result = judgePartsList(bytes); result == Result::Done) {
-        checkPartsList(*m_document.RootElement(), m_findings);
+    } else if (root != nullptr && firstPart(*root) != nullptr) {
+        lintPartsList(*root, m_findings);
     } else {
-        return result;
+        return Result::Neither;
     }
     m_findings.sort();
     return Result::Done;
 }
+
+Lint::Result Lint::run(std::string_view bytes) {
+    Utf8Damage damage;
+    parse(String::UTF8Decode(bytes, &damage));
+    if (!isScript(m_document) && !m_document.Error()) {
+        if (XmlDocument strict; !strict.ParseUtf8(bytes)) {
+            m_document = std::move(strict);
+        }
+    }
+    return judge(m_document, &damage);
+}
+
+Lint::Result Lint::runText(const String& text) {
+    parse(text);
+    return judge(m_document, nullptr);
+}
+
+Lint::Result Lint::runFile(const String& path, String& reason) {
+    std::string bytes;
+    if (!loadFile(path, bytes, reason)) {
+        m_findings = LintFindings();
+        return Result::NotReadable;
+    }
+    return run(bytes);
+}
+
+Lint::Result Lint::runDocument(const XmlDocument& document) { return judge(document, nullptr); }
 
 }  // namespace vrx

@@ -2,31 +2,55 @@
 
 #include <string_view>
 
+#include "libCommon/text/String.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libLint/LintFindings.h"
 
+/// Finds mistakes in inventory scripts and parts lists, without a machine: names that nothing knows, patterns that do
+/// not compile, groups that cannot be met. docs/lint-rules.md lists the rules.
+///
+///     Lint lint;
+///     if (lint.runText(script) == Lint::Result::Done) {
+///         for (const LintFinding& finding : lint.findings().list()) {
+///             std::cout << finding.row + 1 << ": " << finding.message() << " [" << finding.rule << "]\n";
+///         }
+///     }
+///
+/// A script is what has the root `inventory-check`, a parts list anything else with a `part` in its root. Any number of
+/// objects may be used at the same time, each by one thread.
 namespace vrx {
 
-/// A file that was looked through without a machine.
 class Lint {
 public:
     enum class Result {
         Done,
-        NotXml,   ///< it does not parse; `document` says where and why
-        Neither,  ///< its root is neither a script nor a parts list
+        NotReadable,  ///< the file cannot be read
+        NotXml,       ///< it does not parse; `document` says where and why
+        Neither,      ///< its root is neither that of a script nor that of a parts list, or it has none
     };
 
-    /// Looks through the bytes of a script (its root is `inventory-check`) or of a parts list (any other root with a
-    /// `part` below it).
+    /// Looks through the bytes of a file, read as a check reads a script, or strictly when they are a parts list.
+    /// Forgets what was found before, as all of these do.
     Result run(std::string_view bytes);
 
-    /// In document order.
+    /// Looks through a text that is held in memory.
+    Result runText(const String& text);
+
+    /// Looks through a file. When it cannot be read, `reason` says why.
+    Result runFile(const String& path, String& reason);
+
+    /// Looks through a document that has been parsed elsewhere. Requires: it outlives the findings.
+    Result runDocument(const XmlDocument& document);
+
+    /// In document order. Elements that they name belong to `document`, or to the one that was given.
     const LintFindings& findings() const noexcept { return m_findings; }
+
+    /// What was parsed from bytes, a text or a file; valid until the next run.
     const XmlDocument& document() const noexcept { return m_document; }
 
 private:
-    bool parseScript(std::string_view bytes);
-    Result judgePartsList(std::string_view bytes);
+    void parse(const String& text);
+    Result judge(const XmlDocument& document, const Utf8Damage* damage);
 
     XmlDocument m_document;
     LintFindings m_findings;

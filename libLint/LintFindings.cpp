@@ -3,9 +3,22 @@
 #include <algorithm>
 #include <tuple>
 
-#include "libCommon/text/PrintableText.h"
-
 namespace vrx {
+
+std::string_view nameOf(Severity severity) noexcept {
+    switch (severity) {
+        case Severity::Error: return "error";
+        case Severity::Warning: return "warning";
+        case Severity::Note: break;
+    }
+    return "note";
+}
+
+std::string LintFinding::message() const {
+    return suggestion.empty() ? text : text + "; did you mean \"" + suggestion + "\"?";
+}
+
+LintFinding& LintFindings::add(LintFinding finding) { return m_list.emplace_back(std::move(finding)); }
 
 void LintFindings::sort() {
     std::stable_sort(m_list.begin(), m_list.end(), [](const LintFinding& a, const LintFinding& b) {
@@ -14,10 +27,8 @@ void LintFindings::sort() {
 }
 
 std::size_t LintFindings::count(Severity severity) const noexcept {
-    return static_cast<std::size_t>(std::ranges::count_if(
-        m_list, [severity](const LintFinding& finding) { return infoOf(finding.rule).severity == severity; }));
+    return static_cast<std::size_t>(
+        std::ranges::count_if(m_list, [severity](const LintFinding& finding) { return finding.severity == severity; }));
 }
-
-std::string tagOf(const XmlElement& element) { return "<" + printable(element.Name()) + ">"; }
 
 }  // namespace vrx

@@ -1,71 +1,164 @@
 #include "libLint/LintRules.h"
 
-#include <iterator>
+#include <algorithm>
+
+#include "libInventory/script/OrInsidePart.h"
+#include "libLint/rules/AttributeRules.h"
+#include "libLint/rules/DeviceRules.h"
+#include "libLint/rules/ElementRules.h"
+#include "libLint/rules/FileRules.h"
+#include "libLint/rules/GroupRules.h"
+#include "libLint/rules/PartsListRules.h"
+#include "libLint/rules/PatternRules.h"
+#include "libLint/rules/PropertyRules.h"
 
 namespace vrx {
 
 namespace {
 
-constexpr LintRuleInfo RULES[] = {
-    {"unknown-element", Severity::Error},
-    {"misplaced-element", Severity::Error},
-    {"error-element", Severity::Warning},
-    {"property-outside-device", Severity::Error},
-    {"unknown-attribute", Severity::Warning},
-    {"device-attribute", Severity::Error},
-    {"flag-value", Severity::Warning},
-    {"ignored-text", Severity::Warning},
-    {"missing-type", Severity::Error},
-    {"unknown-type", Severity::Error},
-    {"unknown-capability", Severity::Error},
-    {"locator-pattern", Severity::Warning},
-    {"duplicate-device", Severity::Warning},
-    {"repeated-device", Severity::Note},
-    {"missing-key", Severity::Error},
-    {"value-beside-children", Severity::Warning},
-    {"value-missing", Severity::Warning},
-    {"element-as-value", Severity::Warning},
-    {"units-missing-in-pattern", Severity::Warning},
-    {"units-not-compared", Severity::Note},
-    {"pattern-syntax", Severity::Warning},
-    {"pattern-explodes", Severity::Warning},
-    {"empty-pattern", Severity::Warning},
-    {"range-syntax", Severity::Error},
-    {"range-single-value", Severity::Warning},
-    {"not-under-not", Severity::Warning},
-    {"empty-or", Severity::Error},
-    {"empty-group", Severity::Warning},
-    {"empty-not-in-device", Severity::Error},
-    {"equal-alternatives", Severity::Warning},
-    {"combinations", Severity::Note},
-    {"many-combinations", Severity::Warning},
-    {"or-inside-part", Severity::Error},
-    {"nested-part", Severity::Error},
-    {"fail-on-extra-without-type", Severity::Error},
-    {"fail-on-extra-in-group", Severity::Warning},
-    {"ignored-testset", Severity::Note},
-    {"nothing-to-check", Severity::Warning},
-    {"element-before-parts", Severity::Warning},
-    {"misnamed-part", Severity::Warning},
-    {"blank-part", Severity::Error},
-    {"part-needs-no-device", Severity::Warning},
-    {"missing-name", Severity::Error},
-    {"duplicate-name", Severity::Error},
-    {"invalid-utf8", Severity::Warning},
+using enum Severity;
+using Stage = LintStage;
+
+/// By stage; those of one stage in the order in which people are told of them.
+constexpr LintRule RULES[] = {
+    {"invalid-utf8", Warning, Stage::File,
+     "{} invalid UTF-8 sequence(s), the first one here, each read as U+FFFD; save the file as UTF-8",
+     rules::invalidUtf8},
+
+    {"element-before-parts", Warning, Stage::Element, "{} before the first <part> is passed over; remove it",
+     rules::elementBeforeParts},
+    {"misnamed-part", Warning, Stage::Element,
+     "{} counts as a part, as everything behind the first part does, but nothing in it is compared; write <part>, or "
+     "move it before the first part",
+     rules::misnamedPart},
+    {"unknown-element", Error, Stage::Element,
+     "unknown element {}: it and everything in it is passed over; correct or remove it", rules::unknownElement},
+    {"misplaced-element", Error, Stage::Element,
+     "<inventory-check> is the root and counts as an <and> here; write <and>", rules::nestedRoot},
+    {"misplaced-element", Error, Stage::Element, "{} {} is passed over with everything in it; move it out",
+     rules::misplacedElement},
+    {"error-element", Warning, Stage::Element,
+     "<error> is left over from an annotated script; check the original script, or remove it", rules::errorElement},
+    {"property-outside-device", Error, Stage::Element,
+     "a <property> outside a <device> is passed over; move it into the device that it describes",
+     rules::propertyOutsideDevice},
+    {"ignored-testset", Note, Stage::Element, "a <testset> is passed over with everything in it; it may be left out",
+     rules::ignoredTestset},
+    {"element-as-value", Warning, Stage::Element,
+     "inside a <property>, {} counts as one more entry of the value; write <value>, or close the <property> before it",
+     rules::elementAsValue},
+    {"not-under-not", Warning, Stage::Element,
+     "a <not> inside a <not> is reported by every check; write what you mean without both", rules::notUnderNotInDevice},
+
+    {"unknown-attribute", Warning, Stage::Attribute, "nothing reads the attribute \"{}\" of {}; remove it",
+     rules::unknownAttribute},
+    {"device-attribute", Error, Stage::Attribute,
+     "a device has no attribute \"{}\", and with it the device is never found", rules::deviceAttribute},
+
+    {"ignored-text", Warning, Stage::Content,
+     "nothing reads the text \"{}\" in {}; remove it or write it as an attribute", rules::ignoredText},
+    {"flag-value", Warning, Stage::Content, "{}=\"{}\" means off; write true or false", rules::flagValue},
+    {"empty-or", Error, Stage::Content,
+     "an <or> without alternatives is satisfied in the first combination only; give it some, or remove it",
+     rules::emptyOr},
+    {"empty-or", Error, Stage::Content, "an <or> without alternatives is never satisfied; give it some, or remove it",
+     rules::emptyOrInDevice},
+    {"empty-group", Warning, Stage::Content, "an empty {} asks for nothing; remove it", rules::emptyGroup},
+    {"empty-group", Warning, Stage::Content, "an empty <and> asks for nothing; remove it", rules::emptyAndInDevice},
+    {"empty-not-in-device", Error, Stage::Content,
+     "an empty <not> inside a <device> is never satisfied; put in what is forbidden, or remove it",
+     rules::emptyNotInDevice},
+    {"nested-part", Error, Stage::Content,
+     "a <part> inside a <part> cannot be told apart from it; write one after the other, or an <and>",
+     rules::nestedPart},
+    {"not-under-not", Warning, Stage::Content,
+     "a <not> inside a <not> is reported by every check; write what you mean without both", rules::notUnderNot},
+    {"or-inside-part", Error, Stage::Content, OR_INSIDE_PART_REASON, rules::orInsidePart},
+    {"equal-alternatives", Warning, Stage::Content, "this alternative equals the one at {}; remove one",
+     rules::equalAlternatives},
+    {"missing-name", Error, Stage::Content, "a part needs a name, which tells it from others; add one",
+     rules::missingName},
+    {"duplicate-name", Error, Stage::Content,
+     "\"{}\" is the name of the part at {} too, and parts of one name are the same part; give each its own",
+     rules::duplicateName},
+    {"blank-part", Error, Stage::Content,
+     "a blank part, from which no parts can be generated; add the devices that make it up", rules::blankPart},
+    {"part-needs-no-device", Warning, Stage::Content,
+     "a part that needs no device fits every machine any number of times; add a <device> outside <not>",
+     rules::partNeedsNoDevice},
+    {"missing-type", Error, Stage::Content,
+     "a device needs a type, and without one it is never found; add one (docs/format-inventory-script.md lists them)",
+     rules::missingType},
+    {"unknown-type", Error, Stage::Content,
+     "there is no device type \"{}\"; write one of the known types (docs/format-inventory-script.md lists them)",
+     rules::unknownType},
+    {"unknown-capability", Error, Stage::Content,
+     "there is no capability \"{}\"; write one of the known types (docs/format-inventory-script.md lists them)",
+     rules::unknownCapability},
+    {"fail-on-extra-without-type", Error, Stage::Content,
+     "this rule covers nothing, and a check passes without a word about it; give it a known type or capability",
+     rules::ruleWithoutType},
+    {"missing-key", Error, Stage::Content, "a property needs a key; add the name of the property", rules::missingKey},
+    {"value-beside-children", Warning, Stage::Content,
+     "the \"value\" attribute is not compared beside children; remove it, or the children", rules::valueBesideChildren},
+    {"misplaced-element", Error, Stage::Content, "nothing reads {} inside {}; move it out", rules::elementInEntry},
+    {"value-missing", Warning, Stage::Content,
+     "{} has no \"value\" attribute and accepts every entry; write the pattern into one", rules::valueMissing},
+
+    {"locator-pattern", Warning, Stage::Locator,
+     "{}=\"{}\" looks like a pattern, but locators are compared as they stand; write the whole locator, or compare a "
+     "property",
+     rules::locatorPattern},
+
+    {"empty-pattern", Warning, Stage::Pattern,
+     "an empty pattern accepts every text; write ^$ for an empty one, or leave the attribute out", rules::emptyPattern},
+    {"pattern-syntax", Warning, Stage::Pattern,
+     "the pattern \"{}\" does not compile, so it is only compared as plain text: {} at character {}; correct it, or "
+     "put a backslash before what is meant literally",
+     rules::patternSyntax},
+    {"pattern-explodes", Warning, Stage::Pattern,
+     "the pattern \"{}\" repeats a repetition and may be given up on long values; repeat only once, as in (a|b)+ for "
+     "(a+|b+)+",
+     rules::patternExplodes},
+
+    {"range-syntax", Error, Stage::Range,
+     "{} at character {} of \"{}\" is compared as plain text; write [low-high] behind it, two decimal numbers without "
+     "blanks",
+     rules::rangeSyntax},
+    {"range-single-value", Warning, Stage::Range, "the range in \"{}\" holds nothing but {}; widen its bounds",
+     rules::rangeSingleValue},
+
+    {"units-missing-in-pattern", Warning, Stage::Whole,
+     "units=\"{}\" is not compared, and the value does not say it; write the units into the value, as in ^32 GB$",
+     rules::unitsMissingInPattern},
+    {"units-not-compared", Note, Stage::Whole, "units=\"{}\" is not compared; it may be left out",
+     rules::unitsNotCompared},
+    {"duplicate-device", Warning, Stage::Whole,
+     "the same device is asked for at {}, and the script needs two of it; remove one", rules::duplicateDevice},
+    {"fail-on-extra-in-group", Warning, Stage::Whole,
+     "this rule is in force whichever alternative is chosen, and also under a <not>; move it to the end of the script",
+     rules::ruleInGroup},
+
+    {"nothing-to-check", Warning, Stage::End,
+     "the script asks for nothing, and a check of it is undetermined; add a <device> or a <fail-on-extra>",
+     rules::nothingToCheck},
+    {"many-combinations", Warning, Stage::End,
+     "{} {} combinations of alternatives are tried; where only properties differ, write the <or> inside the <device>, "
+     "which costs nothing",
+     rules::manyCombinations},
+    {"combinations", Note, Stage::End, "up to {} combinations of alternatives are tried", rules::combinations},
+    {"repeated-device", Note, Stage::End, "this device is asked for {0} times, which needs {0} such devices",
+     rules::repeatedDevice},
 };
-static_assert(std::size(RULES) == static_cast<std::size_t>(LintRule::Count));
+static_assert(std::ranges::is_sorted(RULES, {}, &LintRule::stage));
 
 }  // namespace
 
-std::string_view nameOf(Severity severity) noexcept {
-    switch (severity) {
-        case Severity::Error: return "error";
-        case Severity::Warning: return "warning";
-        case Severity::Note: break;
-    }
-    return "note";
-}
+std::span<const LintRule> lintRules() noexcept { return RULES; }
 
-std::span<const LintRuleInfo> lintRules() noexcept { return RULES; }
+std::span<const LintRule> lintRules(LintStage stage) noexcept {
+    const auto found = std::ranges::equal_range(RULES, stage, {}, &LintRule::stage);
+    return {found.begin(), found.end()};
+}
 
 }  // namespace vrx

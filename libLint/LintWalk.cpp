@@ -1,25 +1,46 @@
-/// One traversal in document order, over what a check visits: what it passes over is reported where it begins, and its
-/// content is not looked at. Only the number of combinations and of repeated devices are known at the end.
+/// One walk in document order, over what a check looks at, calls every rule. An element that a check passes over is
+/// asked about as such only, and its content is not looked at. A parts list is one walk for each part, since nothing
+/// reaches from one part into another but its name.
 
 #include "libLint/LintWalk.h"
 
-#include <fmt/format.h>
-
 #include <limits>
 
-#include "libInventory/script/OrInsidePart.h"
-#include "libInventory/script/ScriptContent.h"
-#include "libLint/rules/AttributeRules.h"
-#include "libLint/rules/DeviceContentRules.h"
-#include "libLint/rules/DeviceRules.h"
-#include "libLint/rules/ElementRules.h"
+#include "libCommon/text/UuCode.h"
+#include "libInventory/script/PartsList.h"
+#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/XmlChildren.h"
+#include "libLint/LintMemory.h"
+#include "libLint/LintRules.h"
+#include "libLint/LintSubject.h"
+#include "libRegex/Regex.h"
 
 namespace vrx {
 
 namespace {
 
-/// More than this take a while, and are seldom meant.
-constexpr std::uint64_t MANY_COMBINATIONS = 10'000;
+using vocabulary::ElementKind;
+
+bool isPassedOver(const LintSubject& subject) noexcept {
+    switch (subject.role) {
+        case LintRole::Root:
+        case LintRole::ListedPart: return false;
+        case LintRole::BeforeParts: return true;
+        case LintRole::Entry: return subject.kind != ElementKind::Value;
+        case LintRole::InDevice:
+            return subject.kind != ElementKind::Property && subject.kind != ElementKind::And &&
+                   subject.kind != ElementKind::Or && subject.kind != ElementKind::Not;
+        case LintRole::InScript: break;
+    }
+    switch (subject.kind) {
+        case ElementKind::Property:
+        case ElementKind::TestSet:
+        case ElementKind::Error:
+        case ElementKind::Value:
+        case ElementKind::Unknown: return true;
+        default: return false;
+    }
+}
 
 std::uint64_t product(std::uint64_t a, std::uint64_t b) noexcept {
     constexpr std::uint64_t MOST = std::numeric_limits<std::uint64_t>::max();
@@ -28,133 +49,143 @@ std::uint64_t product(std::uint64_t a, std::uint64_t b) noexcept {
 
 std::uint64_t childCount(const XmlElement& element) noexcept {
     std::uint64_t count = 0;
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
+    for ([[maybe_unused]] const XmlElement* const child : childElements(element)) {
         ++count;
     }
     return count;
 }
 
+class LintWalk {
+public:
+    LintWalk(LintMemory& memory, LintFindings& findings) noexcept : m_memory(memory), m_findings(findings) {}
+
+    /// Everything below and including the top: a script, or a part of a list.
+    void walk(const XmlElement& top, LintRole role) {
+        ScriptPlace place = topPlace(top);
+        if (role == LintRole::ListedPart) {
+            place.kind = ElementKind::Part;
+        }
+        for (ScriptWalk walk(place, ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
+            look(*walk, walk->depth == 0 ? role : roleIn(*walk));
+        }
+        ask(LintStage::End, {place, role, place.kind, m_memory});
+    }
+
+    void lookAtFile(const XmlElement& root, const Utf8Damage* damage) {
+        LintSubject subject{topPlace(root), LintRole::Root, vocabulary::kindOf(root), m_memory};
+        subject.damage = damage;
+        ask(LintStage::File, subject);
+    }
+
+    void look(const ScriptPlace& place, LintRole role) {
+        const bool isEntry = role == LintRole::Entry && place.kind == ElementKind::Unknown;
+        LintSubject subject{place, role, isEntry ? ElementKind::Value : place.kind, m_memory};
+        ask(LintStage::Element, subject);
+        if (isPassedOver(subject)) {
+            return;
+        }
+        remember(subject);
+        for (const XmlAttribute& attribute : place.element->Attributes()) {
+            subject.attribute = &attribute;
+            ask(LintStage::Attribute, subject);
+        }
+        ask(LintStage::Content, subject);
+        lookAtComparisons(subject);
+        ask(LintStage::Whole, subject);
+    }
+
+private:
+    static LintRole roleIn(const ScriptPlace& place) noexcept {
+        if (place.property != nullptr) {
+            return LintRole::Entry;
+        }
+        return place.holder != nullptr ? LintRole::InDevice : LintRole::InScript;
+    }
+
+    void remember(const LintSubject& subject) noexcept {
+        if (subject.role != LintRole::InScript) {
+            return;
+        }
+        if (subject.kind == ElementKind::Device || subject.kind == ElementKind::FailOnExtra) {
+            ++m_memory.askedFor;
+        } else if (const std::uint64_t alternatives = childCount(subject.element());
+                   subject.kind == ElementKind::Or && alternatives > 0) {
+            m_memory.combinations = product(m_memory.combinations, alternatives);
+        }
+    }
+
+    /// A device is compared by its name and locators, in any letter case; a property by its value, or by that of its
+    /// children when it has some.
+    void lookAtComparisons(LintSubject& subject) {
+        if (subject.kind == ElementKind::Device) {
+            for (const XmlAttribute& attribute : subject.element().Attributes()) {
+                subject.attribute = &attribute;
+                if (equalNoCase(attribute.Name(), vocabulary::NAME)) {
+                    lookAtPattern(subject);
+                } else if (equalNoCase(attribute.Name(), vocabulary::HW_LOCATOR) ||
+                           equalNoCase(attribute.Name(), vocabulary::OS_LOCATOR)) {
+                    ask(LintStage::Locator, subject);
+                }
+            }
+        } else if (subject.kind == ElementKind::Value ||
+                   (subject.kind == ElementKind::Property && subject.element().FirstChildElement() == nullptr)) {
+            subject.attribute = subject.element().FindAttribute(vocabulary::VALUE);
+            if (subject.attribute != nullptr) {
+                lookAtPattern(subject);
+            }
+        }
+    }
+
+    void lookAtPattern(LintSubject& subject) {
+        LintPattern pattern{fromXmlSafe(subject.attribute->Value()), {}, 0};
+        if (!pattern.text.isEmpty()) {
+            pattern.problem = Regex::compileError(pattern.text, &pattern.problemOffset);
+        }
+        subject.pattern = &pattern;
+        ask(LintStage::Pattern, subject);
+        const StringView marker = Regex::VRXRRANGE();
+        const StringView text = pattern.text;
+        for (std::size_t at = text.find(marker); at != StringView::npos; at = text.find(marker, at + 1)) {
+            subject.marker = at;
+            ask(LintStage::Range, subject);
+        }
+        subject.pattern = nullptr;
+    }
+
+    void ask(LintStage stage, const LintSubject& subject) {
+        for (const LintRule& rule : lintRules(stage)) {
+            rule.check(subject, LintReporter(rule, m_findings));
+        }
+    }
+
+    LintMemory& m_memory;
+    LintFindings& m_findings;
+};
+
 }  // namespace
 
-void LintWalk::walkScript(const XmlElement& root) {
-    checkAttributesAndText(root, LintKind::InventoryCheck, m_findings);
-    checkFlags(root, m_findings);
-    if (!contentOf(root).asksForAnything()) {
-        m_findings.add(LintRule::NothingToCheck, root,
-                       "the script asks for nothing, and a check of it is undetermined; add a <device> or a "
-                       "<fail-on-extra>");
-    }
-    walkChildren(root, {});
-    reportCombinations(root);
-    m_repeated.report(m_findings);
+void lintScript(const XmlElement& root, const Utf8Damage* damage, LintFindings& findings) {
+    LintMemory memory;
+    LintWalk walk(memory, findings);
+    walk.lookAtFile(root, damage);
+    walk.walk(root, LintRole::Root);
 }
 
-void LintWalk::walkPart(const XmlElement& part) {
-    Place place;
-    place.isInsidePart = true;
-    walkChildren(part, place);
-    m_repeated.report(m_findings);
-}
-
-void LintWalk::walkChildren(const XmlElement& element, const Place& place) {
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        walk(*child, place);
-    }
-}
-
-void LintWalk::walk(const XmlElement& element, const Place& place) {
-    const LintKind kind = lintKindOf(element);
-    switch (kind) {
-        case LintKind::InventoryCheck:
-            m_findings.add(LintRule::MisplacedElement, element,
-                           "<inventory-check> is the root and counts as an <and> here; write <and>");
-            [[fallthrough]];
-        case LintKind::And:
-        case LintKind::Or:
-        case LintKind::Not:
-        case LintKind::Part: walkGroup(element, kind, place); return;
-        case LintKind::Device: walkDevice(element, place); return;
-        case LintKind::FailOnExtra: walkExtraDeviceRule(element, place); return;
-        case LintKind::TestSet:
-            m_findings.add(LintRule::IgnoredTestset, element,
-                           "a <testset> is passed over with everything in it; it may be left out");
-            return;
-        default: reportPassedOver(element, kind, "between devices", m_findings);
-    }
-}
-
-void LintWalk::walkGroup(const XmlElement& group, LintKind kind, Place place) {
-    checkAttributesAndText(group, kind, m_findings);
-    checkEmpty(group, kind);
-    if (kind == LintKind::Part && place.isInsidePart) {
-        m_findings.add(LintRule::NestedPart, group,
-                       "a <part> inside a <part> cannot be told apart from it; write one after the other, or an <and>");
-    } else if (kind == LintKind::Not) {
-        checkNot(group, place.isUnderNot, m_findings);
-    } else if (kind == LintKind::Or) {
-        checkOr(group, place);
-    }
-    place.isInsidePart = place.isInsidePart || kind == LintKind::Part;
-    place.isUnderNot = place.isUnderNot || kind == LintKind::Not;
-    place.isAlternative = place.isAlternative || kind == LintKind::Or;
-    walkChildren(group, place);
-}
-
-void LintWalk::checkOr(const XmlElement& element, const Place& place) {
-    if (place.isInsidePart && element.FirstChildElement() != nullptr) {
-        m_findings.add(LintRule::OrInsidePart, element, OR_INSIDE_PART_REASON);
-    }
-    checkAlternatives(element, m_findings);
-    if (const std::uint64_t alternatives = childCount(element); alternatives > 0) {
-        m_combinations = product(m_combinations, alternatives);
-    }
-}
-
-void LintWalk::checkEmpty(const XmlElement& group, LintKind kind) {
-    if (group.FirstChildElement() != nullptr) {
-        return;
-    }
-    if (kind == LintKind::Or) {
-        m_findings.add(LintRule::EmptyOr, group,
-                       "an <or> without alternatives is satisfied in the first combination only; give it some, or "
-                       "remove it");
-    } else {
-        m_findings.add(LintRule::EmptyGroup, group,
-                       fmt::format("an empty {} asks for nothing; remove it", tagOf(group)));
-    }
-}
-
-void LintWalk::walkDevice(const XmlElement& device, const Place& place) {
-    checkAttributesAndText(device, LintKind::Device, m_findings);
-    checkDeviceAttributes(device, m_findings);
-    checkDeviceContent(device, place.isUnderNot, m_findings);
-    if (!place.isAlternative && !place.isUnderNot) {
-        m_repeated.add(device, m_findings);
-    }
-}
-
-/// A rule is in force wherever it stands; what it holds is tested by itself, so a `not` around it does not count there.
-void LintWalk::walkExtraDeviceRule(const XmlElement& rule, const Place& place) {
-    checkAttributesAndText(rule, LintKind::FailOnExtra, m_findings);
-    checkExtraDeviceRule(rule, m_findings);
-    checkDeviceContent(rule, false, m_findings);
-    if (place.isAlternative || place.isUnderNot) {
-        m_findings.add(LintRule::FailOnExtraInGroup, rule,
-                       "this rule is in force whichever alternative is chosen, and also under a <not>; move it to the "
-                       "end of the script");
-    }
-}
-
-void LintWalk::reportCombinations(const XmlElement& root) {
-    if (m_combinations > MANY_COMBINATIONS) {
-        const bool isMost = m_combinations == std::numeric_limits<std::uint64_t>::max();
-        m_findings.add(LintRule::ManyCombinations, root,
-                       fmt::format("{} {} combinations of alternatives are tried; where only properties differ, "
-                                   "write the <or> inside the <device>, which costs nothing",
-                                   isMost ? "more than" : "up to", m_combinations));
-    } else if (m_combinations > 1) {
-        m_findings.add(LintRule::Combinations, root,
-                       fmt::format("up to {} combinations of alternatives are tried", m_combinations));
+void lintPartsList(const XmlElement& root, LintFindings& findings) {
+    LintMemory::PartsByName parts;
+    const XmlElement* const first = firstPart(root);
+    bool hasBegun = false;
+    for (const XmlElement* const child : childElements(root)) {
+        hasBegun = hasBegun || child == first;
+        LintMemory memory;
+        memory.parts.swap(parts);
+        LintWalk walk(memory, findings);
+        if (hasBegun) {
+            walk.walk(*child, LintRole::ListedPart);
+        } else {
+            walk.look(topPlace(*child), LintRole::BeforeParts);
+        }
+        parts.swap(memory.parts);
     }
 }
 

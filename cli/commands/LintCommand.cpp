@@ -46,6 +46,7 @@ void look(Lint& lint, const std::string& path) {
                                    : problemAt(path, root->Row(), root->Column(),
                                                "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED_INPUT));
         }
+        case Lint::Result::NotReadable:
         case Lint::Result::Done: break;
     }
 }

@@ -14,7 +14,7 @@ constexpr std::size_t LONGEST_COMPARED = 40;
 
 }  // namespace
 
-std::string suggestion(StringView written, std::span<const StringView> names) {
+StringView nearestName(StringView written, std::span<const StringView> names) {
     if (written.size() > LONGEST_COMPARED) {
         return {};
     }
@@ -28,6 +28,11 @@ std::string suggestion(StringView written, std::span<const StringView> names) {
             nearest = name;
         }
     }
+    return nearest;
+}
+
+std::string suggestion(StringView written, std::span<const StringView> names) {
+    const StringView nearest = nearestName(written, names);
     return nearest.empty() ? std::string() : "; did you mean \"" + printable(nearest) + "\"?";
 }
 

@@ -16,6 +16,7 @@
 #include "libInventory/Inventory.h"
 #include "libInventory/parts/AmbiguousParts.h"
 #include "libInventory/parts/PartComparison.h"
+#include "libInventory/script/ScriptContent.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/MatchCache.h"
@@ -29,7 +30,9 @@ using PartArray = Array<PartSpec>;
 
 namespace {
 
-String wrapped(StringView content) { return concat(u"<inventory-check>", content, u"</inventory-check>"); }
+String wrapped(StringView content) {
+    return concat(u"<", vocabulary::INVENTORY_CHECK, u">", content, u"</", vocabulary::INVENTORY_CHECK, u">");
+}
 
 /// Appends every part of the table, in table order, that is not yet there with the same devices.
 void distinctParts(PartArray& out, const Inventory::DeviceToPartsTable& table) {
@@ -48,27 +51,10 @@ void distinctParts(PartArray& out, const Inventory::DeviceToPartsTable& table) {
     }
 }
 
-/// Whether each copy of the part takes a device of its own: some `device` element lies under no `not`.
-bool takesDevices(const XmlElement& element) {
-    switch (vocabulary::kindOf(element)) {
-        case vocabulary::ElementKind::Device: return true;
-        case vocabulary::ElementKind::Part:
-        case vocabulary::ElementKind::And:
-        case vocabulary::ElementKind::Or:
-        case vocabulary::ElementKind::InventoryCheck: break;
-        default: return false;
-    }
-    for (const XmlElement* child = element.FirstChildElement(); child != nullptr; child = child->NextSiblingElement()) {
-        if (takesDevices(*child)) {
-            return true;
-        }
-    }
-    return false;
-}
-
+/// Whether each copy of the part takes a device of its own.
 bool takesDevices(const PartSpec& part) {
     XmlDocument document;
-    return !document.Parse(part.xml) || takesDevices(*document.RootElement());
+    return !document.Parse(part.xml) || needsDevice(*document.RootElement());
 }
 
 void logMatchedParts(const Inventory::DeviceToPartsTable& table, const StateManager& state) {

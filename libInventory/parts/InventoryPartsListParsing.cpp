@@ -6,39 +6,12 @@
 
 #include "libCommon/text/NumberText.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/script/PartsList.h"
 #include "libInventory/script/ScriptVocabulary.h"
-#include "libInventory/script/XmlChildren.h"
 
 namespace vrx {
 
 namespace {
-
-using vocabulary::ElementKind;
-
-bool isPart(const XmlElement& element) noexcept { return vocabulary::kindOf(element) == ElementKind::Part; }
-
-// Contract: elements before the first part are ignored, those after it are parts under any name.
-XmlElement* firstPart(XmlElement& root) {
-    for (XmlElement* child : childElements(root)) {
-        if (isPart(*child)) {
-            return child;
-        }
-    }
-    return nullptr;
-}
-
-bool describesDevices(XmlElement& part) {
-    for (const XmlElement* child : childElements(part)) {
-        switch (vocabulary::kindOf(*child)) {
-            case ElementKind::And:
-            case ElementKind::Or:
-            case ElementKind::Not:
-            case ElementKind::Device: return true;
-            default: break;
-        }
-    }
-    return false;
-}
 
 /// Where the parser stopped, "row,column" counted from 1, and why.
 String placedError(const XmlDocument& document) {
@@ -47,13 +20,13 @@ String placedError(const XmlDocument& document) {
 }
 
 Inventory::ParsePartsResult readParts(XmlDocument& document, Array<Inventory::PartSpec>& parts, String& error) {
-    XmlElement* const root = document.Error() ? nullptr : document.RootElement();
+    const XmlElement* const root = document.Error() ? nullptr : document.RootElement();
     if (!root) {
         return Inventory::PartsNoRoot;
     }
     String blankNames;
     bool anyBlank = false;
-    for (XmlElement* part = firstPart(*root); part; part = part->NextSiblingElement()) {
+    for (const XmlElement* part = firstPart(*root); part; part = part->NextSiblingElement()) {
         const StringView name = part->Attribute(vocabulary::NAME);
         if (describesDevices(*part)) {
             parts.emplace(name, part->Attribute(vocabulary::ID), part->Attribute(vocabulary::DESCRIPTION),

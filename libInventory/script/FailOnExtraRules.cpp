@@ -7,8 +7,9 @@
 #include "libCommon/containers/HashFunctions.h"
 #include "libCommon/text/UuCode.h"
 #include "libCommon/xml/XmlDocument.h"
-#include "libInventory/Inventory.h"
 #include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/DeviceImp.h"
@@ -30,15 +31,15 @@ String guidOf(const XmlElement& device) {
     const auto decoded = [&device](StringView attribute) {
         return fromXmlSafe(attributeOf(device, attribute));
     };
-    return DeviceImp::guid(decoded(u"hwlocator"), decoded(u"oslocator"));
+    return DeviceImp::guid(decoded(vocabulary::HW_LOCATOR), decoded(vocabulary::OS_LOCATOR));
 }
 
 NamedDevices namedDevices(const XmlElement& root) {
     NamedDevices named;
-    for (const XmlElement* element = root.FirstChildElement(); element; element = element->NextSiblingElement()) {
-        if (isNamed(*element, u"device")) {
+    for (const XmlElement* const element : childElements(root)) {
+        if (vocabulary::kindOf(*element) == vocabulary::ElementKind::Device) {
             named.guids.insert(guidOf(*element));
-            const String type(attributeOf(*element, u"type"));
+            const String type(attributeOf(*element, vocabulary::TYPE));
             if (std::find(named.types.begin(), named.types.end(), type) == named.types.end()) {
                 named.types.push_back(type);
             }
@@ -56,7 +57,7 @@ bool namesAll(const NamedDevices& named, const StateManager& machine, const Capa
 }  // namespace
 
 String withExtraDeviceRules(const String& script, const StateManager& machine) {
-    const String end = concat(u"</", Inventory::inventoryCheckElementName(), u">");
+    const String end = concat(u"</", vocabulary::INVENTORY_CHECK, u">");
     const std::size_t at = script.view().rfind(end);
     XmlDocument document;
     if (at == StringView::npos || !document.Parse(script)) {
@@ -67,7 +68,7 @@ String withExtraDeviceRules(const String& script, const StateManager& machine) {
     for (const String& name : named.types) {
         const CapabilityImp type(name);
         if (!type.isInvalid() && !type.isEmpty() && namesAll(named, machine, type)) {
-            text += concat(u"    <fail-on-extra type=\"", name, u"\"/>\n");
+            text += concat(u"    <", vocabulary::FAIL_ON_EXTRA, u" ", vocabulary::TYPE, u"=\"", name, u"\"/>\n");
         }
     }
     return text + script.view().substr(at);

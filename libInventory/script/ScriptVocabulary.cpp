@@ -1,8 +1,15 @@
 #include "libInventory/script/ScriptVocabulary.h"
 
+#include <iterator>
+
 namespace vrx::vocabulary {
 
 namespace {
+
+/// In the order of `ElementKind`.
+constexpr StringView ELEMENT_NAMES[] = {INVENTORY_CHECK, AND,           OR,      NOT,   PART, DEVICE,
+                                        PROPERTY,        FAIL_ON_EXTRA, TESTSET, ERROR, VALUE};
+static_assert(std::size(ELEMENT_NAMES) == static_cast<std::size_t>(ElementKind::Unknown));
 
 ElementKind kindWhenEqual(StringView name, StringView word, ElementKind kind) noexcept {
     return name == word || equalNoCase(name, word) ? kind : ElementKind::Unknown;
@@ -10,7 +17,9 @@ ElementKind kindWhenEqual(StringView name, StringView word, ElementKind kind) no
 
 }  // namespace
 
-// The lengths of the names tell all but two pairs apart, so at most two comparisons are made.
+std::span<const StringView> elementNames() noexcept { return ELEMENT_NAMES; }
+
+// The lengths of the names tell all but three pairs apart, so at most two comparisons are made.
 ElementKind kindOf(StringView elementName) noexcept {
     switch (elementName.size()) {
         case 2: return kindWhenEqual(elementName, OR, ElementKind::Or);

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElement.h"
 
-/// Every element and attribute name of the inventory script and of the parts list, once.
+/// Every element and attribute name of the inventory script and of the parts list, once. Names of elements count in any
+/// letter case; which names of attributes do is up to the element.
 namespace vrx::vocabulary {
 
 inline constexpr StringView INVENTORY_CHECK = u"inventory-check";
@@ -49,6 +51,9 @@ enum class ElementKind : std::uint8_t {
     Value,  ///< meant only where a `property` holds it
     Unknown,
 };
+
+/// The names of all elements, in the order of their kinds.
+VRX_EXPORT std::span<const StringView> elementNames() noexcept;
 
 /// The kind that an element name stands for, without letter case.
 VRX_EXPORT ElementKind kindOf(StringView elementName) noexcept;

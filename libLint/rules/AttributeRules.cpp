@@ -1,47 +1,21 @@
 #include "libLint/rules/AttributeRules.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 #include "libCommon/text/NearestName.h"
 #include "libCommon/text/PrintableText.h"
+#include "libLint/LintSubject.h"
+#include "libLint/LintVocabulary.h"
 
-namespace vrx {
+namespace vrx::rules {
+
+using vocabulary::ElementKind;
 
 namespace {
 
 /// Attributes that belong to XML itself: names of namespaces and of schemas.
 bool isXmlsOwn(StringView name) noexcept {
     return name == u"xmlns" || name.starts_with(u"xmlns:") || name.starts_with(u"xml:") || name.starts_with(u"xsi:");
-}
-
-void checkDeviceAttribute(const XmlElement& element, StringView name, LintFindings& findings) {
-    const auto known = attributesOf(LintKind::Device);
-    if (std::ranges::none_of(known, [name](StringView each) { return equalNoCase(each, name); })) {
-        findings.add(LintRule::DeviceAttribute, element,
-                     fmt::format("a device has no attribute \"{}\", and with it the device is never found{}",
-                                 printable(name), suggestion(name, known)));
-    }
-}
-
-void checkAttribute(const XmlElement& element, StringView name, LintKind kind, LintFindings& findings) {
-    const auto known = attributesOf(kind);
-    if (std::ranges::find(known, name) == known.end() && !isXmlsOwn(name)) {
-        findings.add(LintRule::UnknownAttribute, element,
-                     fmt::format("nothing reads the attribute \"{}\" of {}; remove it{}", printable(name),
-                                 tagOf(element), suggestion(name, known)));
-    }
-}
-
-void checkText(const XmlElement& element, LintFindings& findings) {
-    if (const String text = element.NormalizedText(); !text.isEmpty()) {
-        constexpr std::size_t SHOWN = 40;
-        const std::string cut = printable(text.view().substr(0, SHOWN)) + (text.size() > SHOWN ? "..." : "");
-        findings.add(LintRule::IgnoredText, element,
-                     fmt::format("nothing reads the text \"{}\" in {}; remove it or write it as an attribute", cut,
-                                 tagOf(element)));
-    }
 }
 
 bool isFlag(StringView text) noexcept {
@@ -51,26 +25,42 @@ bool isFlag(StringView text) noexcept {
 
 }  // namespace
 
-void checkAttributesAndText(const XmlElement& element, LintKind kind, LintFindings& findings) {
-    for (const XmlAttribute& attribute : element.Attributes()) {
-        if (kind == LintKind::Device) {
-            checkDeviceAttribute(element, attribute.Name(), findings);
-        } else {
-            checkAttribute(element, attribute.Name(), kind, findings);
-        }
+void unknownAttribute(const LintSubject& subject, const LintReporter& report) {
+    const StringView name = subject.attribute->Name();
+    const auto known = attributesOf(subject.kind);
+    if (subject.kind != ElementKind::Device && std::ranges::find(known, name) == known.end() && !isXmlsOwn(name)) {
+        report.at(subject.element(), printable(name), tagOf(subject.element())).suggestion =
+            printable(nearestName(name, known));
     }
-    checkText(element, findings);
 }
 
-void checkFlags(const XmlElement& root, LintFindings& findings) {
-    for (const StringView name : attributesOf(LintKind::InventoryCheck)) {
-        const XmlAttribute* const flag = root.FindAttribute(name);
+void deviceAttribute(const LintSubject& subject, const LintReporter& report) {
+    const StringView name = subject.attribute->Name();
+    const auto known = attributesOf(subject.kind);
+    if (subject.kind == ElementKind::Device &&
+        std::ranges::none_of(known, [name](StringView each) { return equalNoCase(each, name); })) {
+        report.at(subject.element(), printable(name)).suggestion = printable(nearestName(name, known));
+    }
+}
+
+void ignoredText(const LintSubject& subject, const LintReporter& report) {
+    if (const String text = subject.element().NormalizedText(); !text.isEmpty()) {
+        constexpr std::size_t SHOWN = 40;
+        const std::string cut = printable(text.view().substr(0, SHOWN)) + (text.size() > SHOWN ? "..." : "");
+        report.at(subject.element(), cut, tagOf(subject.element()));
+    }
+}
+
+void flagValue(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role != LintRole::Root) {
+        return;
+    }
+    for (const StringView name : attributesOf(ElementKind::InventoryCheck)) {
+        const XmlAttribute* const flag = subject.element().FindAttribute(name);
         if (flag != nullptr && !isFlag(flag->Value())) {
-            findings.add(
-                LintRule::FlagValue, root,
-                fmt::format("{}=\"{}\" means off; write true or false", printable(name), printable(flag->Value())));
+            report.at(subject.element(), printable(name), printable(flag->Value()));
         }
     }
 }
 
-}  // namespace vrx
+}  // namespace vrx::rules

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "libLint/LintFindings.h"
-#include "libLint/LintVocabulary.h"
+#include "libLint/LintRules.h"
 
-namespace vrx {
+/// What every element is looked at for: attributes and text that nothing reads; and the switches of the root.
+namespace vrx::rules {
 
-/// What every element is looked at for: attributes that nothing reads, and text that nothing reads.
-void checkAttributesAndText(const XmlElement& element, LintKind kind, LintFindings& findings);
+LintCheck unknownAttribute;
+LintCheck deviceAttribute;
+LintCheck ignoredText;
+LintCheck flagValue;
 
-/// The switches of the root: everything but a few words means off.
-void checkFlags(const XmlElement& root, LintFindings& findings);
-
-}  // namespace vrx
+}  // namespace vrx::rules

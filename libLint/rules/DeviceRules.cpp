@@ -1,32 +1,18 @@
 #include "libLint/rules/DeviceRules.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 #include "libCommon/text/PrintableText.h"
 #include "libInventory/script/ScriptElement.h"
-#include "libLint/rules/PatternRules.h"
+#include "libLint/LintMemory.h"
+#include "libLint/LintSubject.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
-namespace vrx {
+namespace vrx::rules {
+
+using vocabulary::ElementKind;
 
 namespace {
-
-constexpr const char* WHERE_TYPES_ARE = "docs/format-inventory-script.md lists them";
-
-void checkType(const XmlElement& device, LintFindings& findings) {
-    const StringView type = attributeOf(device, u"type");
-    if (type.empty()) {
-        findings.add(
-            LintRule::MissingType, device,
-            fmt::format("a device needs a type, and without one it is never found; add one ({})", WHERE_TYPES_ARE));
-    } else if (CapabilityImp(type).isInvalid()) {
-        findings.add(LintRule::UnknownType, device,
-                     fmt::format("there is no device type \"{}\"; write one of the known types ({})", printable(type),
-                                 WHERE_TYPES_ARE));
-    }
-}
 
 /// Real locators are paths, addresses and numbers; these never stand in one.
 bool looksLikePattern(StringView locator) noexcept {
@@ -35,48 +21,77 @@ bool looksLikePattern(StringView locator) noexcept {
            std::ranges::any_of(SIGNS, [=](StringView sign) { return locator.find(sign) != StringView::npos; });
 }
 
-void checkLocator(const XmlElement& device, const XmlAttribute& locator, LintFindings& findings) {
-    if (looksLikePattern(locator.Value())) {
-        findings.add(LintRule::LocatorPattern, device,
-                     fmt::format("{}=\"{}\" looks like a pattern, but locators are compared as they stand; write the "
-                                 "whole locator, or compare a property",
-                                 printable(locator.Name()), printable(locator.Value())));
-    }
+bool hasLocator(const XmlElement& device) noexcept {
+    return !attributeOf(device, vocabulary::HW_LOCATOR).empty() || !attributeOf(device, vocabulary::OS_LOCATOR).empty();
 }
+
+bool isUnknown(StringView name) { return !name.empty() && CapabilityImp(name).isInvalid(); }
+
+/// The type as a check reads it: that of a device in any letter case, that of a rule as it is written.
+StringView typeOf(const LintSubject& subject) noexcept {
+    return subject.kind == ElementKind::Device ? attributeOf(subject.element(), vocabulary::TYPE)
+                                               : subject.element().Attribute(vocabulary::TYPE);
+}
+
+bool mustBeThere(const ScriptPlace& place) noexcept { return place.alternative == nullptr && !place.isUnderNot(); }
 
 }  // namespace
 
-void checkDeviceAttributes(const XmlElement& device, LintFindings& findings) {
-    checkType(device, findings);
-    for (const XmlAttribute& attribute : device.Attributes()) {
-        if (equalNoCase(attribute.Name(), u"name")) {
-            checkPattern(device, attribute.Value(), findings);
-        } else if (equalNoCase(attribute.Name(), u"hwlocator") || equalNoCase(attribute.Name(), u"oslocator")) {
-            checkLocator(device, attribute, findings);
+void missingType(const LintSubject& subject, const LintReporter& report) {
+    if (subject.kind == ElementKind::Device && typeOf(subject).empty()) {
+        report.at(subject.element());
+    }
+}
+
+void unknownType(const LintSubject& subject, const LintReporter& report) {
+    const bool hasType = subject.kind == ElementKind::Device || subject.kind == ElementKind::FailOnExtra;
+    if (hasType && isUnknown(typeOf(subject))) {
+        report.at(subject.element(), printable(typeOf(subject)));
+    }
+}
+
+void unknownCapability(const LintSubject& subject, const LintReporter& report) {
+    const StringView capability = subject.element().Attribute(vocabulary::CAPABILITY);
+    if (subject.kind == ElementKind::FailOnExtra && isUnknown(capability)) {
+        report.at(subject.element(), printable(capability));
+    }
+}
+
+void ruleWithoutType(const LintSubject& subject, const LintReporter& report) {
+    if (subject.kind == ElementKind::FailOnExtra && CapabilityImp(typeOf(subject)).isInvalid() &&
+        CapabilityImp(subject.element().Attribute(vocabulary::CAPABILITY)).isInvalid()) {
+        report.at(subject.element());
+    }
+}
+
+void ruleInGroup(const LintSubject& subject, const LintReporter& report) {
+    if (subject.kind == ElementKind::FailOnExtra && !mustBeThere(subject.place)) {
+        report.at(subject.element());
+    }
+}
+
+void locatorPattern(const LintSubject& subject, const LintReporter& report) {
+    if (looksLikePattern(subject.attribute->Value())) {
+        report.at(subject.element(), printable(subject.attribute->Name()), printable(subject.attribute->Value()));
+    }
+}
+
+void duplicateDevice(const LintSubject& subject, const LintReporter& report) {
+    if (subject.kind != ElementKind::Device || !mustBeThere(subject.place)) {
+        return;
+    }
+    const XmlElement* const first = subject.memory.devices.add(subject.element());
+    if (first != nullptr && hasLocator(subject.element())) {
+        report.at(subject.element(), placeOf(*first));
+    }
+}
+
+void repeatedDevice(const LintSubject& subject, const LintReporter& report) {
+    for (const RepeatedDevices::Request& request : subject.memory.devices.requests()) {
+        if (request.count > 1 && !hasLocator(*request.first)) {
+            report.at(*request.first, request.count);
         }
     }
 }
 
-void checkExtraDeviceRule(const XmlElement& rule, LintFindings& findings) {
-    const StringView type = rule.Attribute(u"type");
-    const StringView capability = rule.Attribute(u"capability");
-    const bool isTypeInvalid = CapabilityImp(type).isInvalid();
-    const bool isCapabilityInvalid = CapabilityImp(capability).isInvalid();
-    if (isTypeInvalid && !type.empty()) {
-        findings.add(LintRule::UnknownType, rule,
-                     fmt::format("there is no device type \"{}\"; write one of the known types ({})", printable(type),
-                                 WHERE_TYPES_ARE));
-    }
-    if (isCapabilityInvalid && !capability.empty()) {
-        findings.add(LintRule::UnknownCapability, rule,
-                     fmt::format("there is no capability \"{}\"; write one of the known types ({})",
-                                 printable(capability), WHERE_TYPES_ARE));
-    }
-    if (isTypeInvalid && isCapabilityInvalid) {
-        findings.add(LintRule::FailOnExtraWithoutType, rule,
-                     "this rule covers nothing, and a check passes without a word about it; give it a known type or "
-                     "capability");
-    }
-}
-
-}  // namespace vrx
+}  // namespace vrx::rules

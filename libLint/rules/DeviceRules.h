@@ -1,13 +1,20 @@
 #pragma once
 
-#include "libLint/LintFindings.h"
+#include "libLint/LintRules.h"
 
-namespace vrx {
+/// The type and the locators of a `device`, what a `fail-on-extra` covers, and devices that are asked for twice.
+///
+/// Each element needs a device of its own. For equal elements with a locator that is hardly meant, because a locator
+/// names one device; equal elements without one are how several devices of a kind are asked for.
+namespace vrx::rules {
 
-/// The type, the name and the locators of a `device`.
-void checkDeviceAttributes(const XmlElement& device, LintFindings& findings);
+LintCheck missingType;
+LintCheck unknownType;
+LintCheck unknownCapability;
+LintCheck ruleWithoutType;
+LintCheck ruleInGroup;
+LintCheck locatorPattern;
+LintCheck duplicateDevice;
+LintCheck repeatedDevice;
 
-/// What a `fail-on-extra` covers.
-void checkExtraDeviceRule(const XmlElement& rule, LintFindings& findings);
-
-}  // namespace vrx
+}  // namespace vrx::rules

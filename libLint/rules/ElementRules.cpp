@@ -1,38 +1,71 @@
 #include "libLint/rules/ElementRules.h"
 
-#include <fmt/format.h>
-
 #include "libCommon/text/NearestName.h"
+#include "libCommon/text/PrintableText.h"
+#include "libLint/LintSubject.h"
 
-namespace vrx {
+namespace vrx::rules {
 
-void reportPassedOver(const XmlElement& element, LintKind kind, const char* where, LintFindings& findings) {
-    switch (kind) {
-        case LintKind::Unknown:
-            findings.add(LintRule::UnknownElement, element,
-                         fmt::format("unknown element {}: it and everything in it is passed over; correct or remove "
-                                     "it{}",
-                                     tagOf(element), suggestion(element.Name(), elementNames())));
-            return;
-        case LintKind::Error:
-            findings.add(LintRule::ErrorElement, element,
-                         "<error> is left over from an annotated script; check the original script, or remove it");
-            return;
-        case LintKind::Property:
-            findings.add(LintRule::PropertyOutsideDevice, element,
-                         "a <property> outside a <device> is passed over; move it into the device that it describes");
-            return;
-        default:
-            findings.add(LintRule::MisplacedElement, element,
-                         fmt::format("{} {} is passed over with everything in it; move it out", tagOf(element), where));
+using vocabulary::ElementKind;
+
+namespace {
+
+bool stands(const LintSubject& subject, ElementKind kind) noexcept {
+    return subject.kind == kind && (subject.role == LintRole::InScript || subject.role == LintRole::InDevice);
+}
+
+/// What a check knows, but does not look at between devices or inside one.
+bool isMisplaced(const LintSubject& subject) noexcept {
+    switch (subject.kind) {
+        case ElementKind::Value: return subject.role == LintRole::InScript || subject.role == LintRole::InDevice;
+        case ElementKind::InventoryCheck:
+        case ElementKind::Part:
+        case ElementKind::Device:
+        case ElementKind::FailOnExtra:
+        case ElementKind::TestSet: return subject.role == LintRole::InDevice;
+        default: return false;
     }
 }
 
-void checkNot(const XmlElement& element, bool isUnderNot, LintFindings& findings) {
-    if (isUnderNot) {
-        findings.add(LintRule::NotUnderNot, element,
-                     "a <not> inside a <not> is reported by every check; write what you mean without both");
+}  // namespace
+
+void unknownElement(const LintSubject& subject, const LintReporter& report) {
+    if (stands(subject, ElementKind::Unknown)) {
+        const StringView name = subject.element().Name();
+        report.at(subject.element(), tagOf(subject.element())).suggestion =
+            printable(nearestName(name, vocabulary::elementNames()));
     }
 }
 
-}  // namespace vrx
+void nestedRoot(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role == LintRole::InScript && subject.kind == ElementKind::InventoryCheck) {
+        report.at(subject.element());
+    }
+}
+
+void misplacedElement(const LintSubject& subject, const LintReporter& report) {
+    if (isMisplaced(subject)) {
+        report.at(subject.element(), tagOf(subject.element()),
+                  subject.role == LintRole::InDevice ? "inside a <device>" : "between devices");
+    }
+}
+
+void errorElement(const LintSubject& subject, const LintReporter& report) {
+    if (stands(subject, ElementKind::Error)) {
+        report.at(subject.element());
+    }
+}
+
+void propertyOutsideDevice(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role == LintRole::InScript && subject.kind == ElementKind::Property) {
+        report.at(subject.element());
+    }
+}
+
+void ignoredTestset(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role == LintRole::InScript && subject.kind == ElementKind::TestSet) {
+        report.at(subject.element());
+    }
+}
+
+}  // namespace vrx::rules

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "libLint/LintFindings.h"
-#include "libLint/LintVocabulary.h"
+#include "libLint/LintRules.h"
 
-namespace vrx {
+/// Elements that are passed over where they stand: misspelt, misplaced or left over from a report.
+namespace vrx::rules {
 
-/// An element that is passed over where it stands: misspelt, misplaced or left over from a report. `where` says where
-/// it stands, as in "inside a <device>".
-void reportPassedOver(const XmlElement& element, LintKind kind, const char* where, LintFindings& findings);
+LintCheck unknownElement;
+LintCheck nestedRoot;
+LintCheck misplacedElement;
+LintCheck errorElement;
+LintCheck propertyOutsideDevice;
+LintCheck ignoredTestset;
 
-/// A `not` that stands in another one.
-void checkNot(const XmlElement& element, bool isUnderNot, LintFindings& findings);
-
-}  // namespace vrx
+}  // namespace vrx::rules

@@ -1,10 +1,15 @@
 #pragma once
 
-#include "libLint/LintFindings.h"
+#include "libLint/LintRules.h"
 
-namespace vrx {
+/// What a parts list holds: parts, which have a name of their own and ask for a device.
+namespace vrx::rules {
 
-/// A whole parts list: which elements count as parts, their names, what they hold.
-void checkPartsList(const XmlElement& root, LintFindings& findings);
+LintCheck elementBeforeParts;
+LintCheck misnamedPart;
+LintCheck missingName;
+LintCheck duplicateName;
+LintCheck blankPart;
+LintCheck partNeedsNoDevice;
 
-}  // namespace vrx
+}  // namespace vrx::rules

@@ -1,10 +1,14 @@
 #pragma once
 
-#include "libLint/LintFindings.h"
+#include "libLint/LintRules.h"
 
-namespace vrx {
+/// Patterns are compared after decoding, so they are judged decoded too.
+namespace vrx::rules {
 
-/// A pattern as an attribute of `element` holds it: whether it compiles, how it grows, and its ranges.
-void checkPattern(const XmlElement& element, StringView written, LintFindings& findings);
+LintCheck emptyPattern;
+LintCheck patternSyntax;
+LintCheck patternExplodes;
+LintCheck rangeSyntax;
+LintCheck rangeSingleValue;
 
-}  // namespace vrx
+}  // namespace vrx::rules

@@ -1,47 +1,21 @@
-/// A property is compared with its `value` attribute or, when it has children of any name, with their `value`
-/// attributes, one for each entry, and then not with its own. Its units are not compared at all.
-
 #include "libLint/rules/PropertyRules.h"
 
-#include <fmt/format.h>
-
 #include "libCommon/text/PrintableText.h"
-#include "libLint/rules/AttributeRules.h"
-#include "libLint/rules/PatternRules.h"
+#include "libInventory/script/XmlChildren.h"
+#include "libLint/LintSubject.h"
 
-namespace vrx {
+namespace vrx::rules {
+
+using vocabulary::ElementKind;
 
 namespace {
 
-void checkEntryElement(const XmlElement& entry, LintFindings& findings) {
-    const LintKind kind = lintKindOf(entry);
-    if (kind != LintKind::Value && kind != LintKind::Unknown) {
-        findings.add(LintRule::ElementAsValue, entry,
-                     fmt::format("inside a <property>, {} counts as one more entry of the value; write <value>, or "
-                                 "close the <property> before it",
-                                 tagOf(entry)));
-        return;
-    }
-    checkAttributesAndText(entry, LintKind::Value, findings);
-    if (const XmlElement* const inner = entry.FirstChildElement()) {
-        findings.add(LintRule::MisplacedElement, *inner,
-                     fmt::format("nothing reads {} inside {}; move it out", tagOf(*inner), tagOf(entry)));
-    }
-    if (const XmlAttribute* const value = entry.FindAttribute(u"value")) {
-        checkPattern(entry, value->Value(), findings);
-    } else {
-        findings.add(LintRule::ValueMissing, entry,
-                     fmt::format("{} has no \"value\" attribute and accepts every entry; write the pattern into one",
-                                 tagOf(entry)));
-    }
-}
-
 bool mentions(const XmlElement& element, StringView text) {
-    return element.Attribute(u"value").find(text) != StringView::npos;
+    return element.Attribute(vocabulary::VALUE).find(text) != StringView::npos;
 }
 
 bool patternsMention(const XmlElement& property, StringView text) {
-    for (const XmlElement* entry = property.FirstChildElement(); entry; entry = entry->NextSiblingElement()) {
+    for (const XmlElement* const entry : childElements(property)) {
         if (!mentions(*entry, text)) {
             return false;
         }
@@ -49,42 +23,63 @@ bool patternsMention(const XmlElement& property, StringView text) {
     return property.FirstChildElement() != nullptr || mentions(property, text);
 }
 
-void checkUnits(const XmlElement& property, LintFindings& findings) {
-    const StringView units = property.Attribute(u"units");
-    if (units.empty()) {
-        return;
-    }
-    const bool hasPattern = property.FirstChildElement() != nullptr || property.FindAttribute(u"value") != nullptr;
-    if (hasPattern && !patternsMention(property, units)) {
-        findings.add(LintRule::UnitsMissingInPattern, property,
-                     fmt::format("units=\"{}\" is not compared, and the value does not say it; write the units into "
-                                 "the value, as in ^32 GB$",
-                                 printable(units)));
-    } else {
-        findings.add(LintRule::UnitsNotCompared, property,
-                     fmt::format("units=\"{}\" is not compared; it may be left out", printable(units)));
-    }
+/// Whether the property is compared with something that leaves its units out.
+bool leavesUnitsOut(const XmlElement& property, StringView units) {
+    const bool hasPattern =
+        property.FirstChildElement() != nullptr || property.FindAttribute(vocabulary::VALUE) != nullptr;
+    return hasPattern && !patternsMention(property, units);
+}
+
+StringView unitsOf(const LintSubject& subject) noexcept {
+    return subject.kind == ElementKind::Property ? subject.element().Attribute(vocabulary::UNITS) : StringView();
 }
 
 }  // namespace
 
-void checkProperty(const XmlElement& property, LintFindings& findings) {
-    checkAttributesAndText(property, LintKind::Property, findings);
-    if (property.Attribute(u"key").empty()) {
-        findings.add(LintRule::MissingKey, property, "a property needs a key; add the name of the property");
-    }
-    const XmlAttribute* const value = property.FindAttribute(u"value");
-    const XmlElement* const firstEntry = property.FirstChildElement();
-    if (value != nullptr && firstEntry != nullptr) {
-        findings.add(LintRule::ValueBesideChildren, property,
-                     "the \"value\" attribute is not compared beside children; remove it, or the children");
-    } else if (value != nullptr) {
-        checkPattern(property, value->Value(), findings);
-    }
-    checkUnits(property, findings);
-    for (const XmlElement* entry = firstEntry; entry != nullptr; entry = entry->NextSiblingElement()) {
-        checkEntryElement(*entry, findings);
+void missingKey(const LintSubject& subject, const LintReporter& report) {
+    if (subject.kind == ElementKind::Property && subject.element().Attribute(vocabulary::KEY).empty()) {
+        report.at(subject.element());
     }
 }
 
-}  // namespace vrx
+void valueBesideChildren(const LintSubject& subject, const LintReporter& report) {
+    if (subject.kind == ElementKind::Property && subject.element().FirstChildElement() != nullptr &&
+        subject.element().FindAttribute(vocabulary::VALUE) != nullptr) {
+        report.at(subject.element());
+    }
+}
+
+void elementAsValue(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role == LintRole::Entry && subject.kind != ElementKind::Value) {
+        report.at(subject.element(), tagOf(subject.element()));
+    }
+}
+
+void elementInEntry(const LintSubject& subject, const LintReporter& report) {
+    const XmlElement* const inner = subject.element().FirstChildElement();
+    if (subject.role == LintRole::Entry && inner != nullptr) {
+        report.at(*inner, tagOf(*inner), tagOf(subject.element()));
+    }
+}
+
+void valueMissing(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role == LintRole::Entry && subject.element().FindAttribute(vocabulary::VALUE) == nullptr) {
+        report.at(subject.element(), tagOf(subject.element()));
+    }
+}
+
+void unitsMissingInPattern(const LintSubject& subject, const LintReporter& report) {
+    const StringView units = unitsOf(subject);
+    if (!units.empty() && leavesUnitsOut(subject.element(), units)) {
+        report.at(subject.element(), printable(units));
+    }
+}
+
+void unitsNotCompared(const LintSubject& subject, const LintReporter& report) {
+    const StringView units = unitsOf(subject);
+    if (!units.empty() && !leavesUnitsOut(subject.element(), units)) {
+        report.at(subject.element(), printable(units));
+    }
+}
+
+}  // namespace vrx::rules

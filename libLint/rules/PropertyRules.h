@@ -1,10 +1,17 @@
 #pragma once
 
-#include "libLint/LintFindings.h"
+#include "libLint/LintRules.h"
 
-namespace vrx {
+/// A property is compared with its `value` attribute or, when it has children of any name, with their `value`
+/// attributes, one for each entry, and then not with its own. Its units are not compared at all.
+namespace vrx::rules {
 
-/// A `property` inside a device, with the children that hold the entries of its value.
-void checkProperty(const XmlElement& property, LintFindings& findings);
+LintCheck missingKey;
+LintCheck valueBesideChildren;
+LintCheck elementAsValue;
+LintCheck elementInEntry;
+LintCheck valueMissing;
+LintCheck unitsMissingInPattern;
+LintCheck unitsNotCompared;
 
-}  // namespace vrx
+}  // namespace vrx::rules

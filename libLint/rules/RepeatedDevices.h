@@ -1,37 +1,41 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <unordered_map>
 #include <vector>
 
 #include "libCommon/containers/HashFunctions.h"
-#include "libLint/LintFindings.h"
+#include "libCommon/text/String.h"
+#include "libCommon/xml/XmlElement.h"
 
 namespace vrx {
 
-/// The devices that must all be there at the same time, to find those that are asked for twice.
-///
-/// Each element needs a device of its own. For equal elements with a locator that is hardly meant, because a locator
-/// names one device; equal elements without one are how several devices of a kind are asked for.
+/// The devices that must all be there at the same time, to find those that are asked for twice: equal elements, by
+/// their XML text.
 class RepeatedDevices {
 public:
-    /// Takes note of a `device` that stands neither in an alternative nor under a `not`.
-    void add(const XmlElement& device, LintFindings& findings);
-
-    /// Reports what was asked for several times on purpose.
-    void report(LintFindings& findings) const;
-
-private:
     struct Request {
         const XmlElement* first;
         std::size_t count;
     };
+
+    /// Takes note of a `device`; the first one that it equals, null when it is the first.
+    const XmlElement* add(const XmlElement& device) {
+        const auto [entry, isNew] = m_indexes.try_emplace(device.toString(), m_requests.size());
+        if (isNew) {
+            m_requests.push_back({&device, 1});
+            return nullptr;
+        }
+        Request& request = m_requests[entry->second];
+        ++request.count;
+        return request.first;
+    }
+
+    const std::vector<Request>& requests() const noexcept { return m_requests; }
+
+private:
     std::unordered_map<String, std::size_t, HashFunc<String>> m_indexes;
     std::vector<Request> m_requests;
 };
-
-/// Finds alternatives of an `or` that are equal.
-void checkAlternatives(const XmlElement& orElement, LintFindings& findings);
 
 }  // namespace vrx

@@ -10,13 +10,12 @@ void writeCount(JsonWriter& json, std::string_view name, std::size_t count) {
 }
 
 void writeFinding(JsonWriter& json, const LintFinding& finding) {
-    const LintRuleInfo& rule = infoOf(finding.rule);
     json.beginObject();
     json.key("row").value(std::int64_t{finding.row} + 1);
     json.key("column").value(std::int64_t{finding.column} + 1);
-    json.key("severity").value(nameOf(rule.severity));
-    json.key("rule").value(rule.id);
-    json.key("message").value(std::string_view(finding.message));
+    json.key("severity").value(nameOf(finding.severity));
+    json.key("rule").value(finding.rule);
+    json.key("message").value(std::string_view(finding.message()));
     json.endObject();
 }
 

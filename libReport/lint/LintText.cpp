@@ -25,11 +25,10 @@ std::string lintText(const LintReport& report, const TextFormat& format) {
     const std::string name = printable(std::string_view(report.file));
     std::string out;
     for (const LintFinding& finding : findings.list()) {
-        const LintRuleInfo& rule = infoOf(finding.rule);
         fmt::format_to(std::back_inserter(out), "{}:{}:{}: {}: {} {}\n", name, std::uint64_t{finding.row} + 1,
                        std::uint64_t{finding.column} + 1,
-                       styled(nameOf(rule.severity), styleOf(rule.severity), format.colour), finding.message,
-                       styled(fmt::format("[{}]", rule.id), Style::Dim, format.colour));
+                       styled(nameOf(finding.severity), styleOf(finding.severity), format.colour), finding.message(),
+                       styled(fmt::format("[{}]", finding.rule), Style::Dim, format.colour));
     }
     return out + fmt::format("{}: {}, {}, {}\n", name, counted(findings.count(Severity::Error), "error"),
                              counted(findings.count(Severity::Warning), "warning"),

@@ -7,11 +7,14 @@
 #include <regex>
 #include <set>
 
+#include "libLint/LintRules.h"
+
 namespace vrx {
 namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -29,7 +32,7 @@ std::vector<std::string> findingsIn(const std::string& text) {
     std::vector<std::string> found;
     for (const LintFinding& finding : lint.findings().list()) {
         found.push_back(std::to_string(finding.row + 1) + ":" + std::to_string(finding.column + 1) + " " +
-                        std::string(infoOf(finding.rule).id));
+                        std::string(finding.rule));
     }
     return found;
 }
@@ -75,7 +78,7 @@ TEST(LintPage, ListsEveryRuleWithItsSeverityAndAnExampleThatBreaksIt) {
         }
     }
     std::set<std::string> known;
-    for (const LintRuleInfo& rule : lintRules()) {
+    for (const LintRule& rule : lintRules()) {
         known.insert(std::string(rule.id) + " " + std::string(nameOf(rule.severity)));
     }
     EXPECT_EQ(listed, known);
@@ -101,7 +104,7 @@ TEST(LintPage, ExamplesAndSnippetsAreCleanButForNotes) {
         Lint lint;
         ASSERT_EQ(lint.run(text), Lint::Result::Done) << text;
         for (const LintFinding& finding : lint.findings().list()) {
-            EXPECT_EQ(infoOf(finding.rule).severity, Severity::Note) << finding.message << "\n" << text;
+            EXPECT_EQ(finding.severity, Severity::Note) << finding.message() << "\n" << text;
         }
     }
 }
@@ -151,6 +154,15 @@ TEST(Lint, CountsDevicesThatMustBeThereTogether) {
                 IsEmpty());
 }
 
+TEST(Lint, FindsTheDeviceThatAPartNeeds) {
+    EXPECT_THAT(
+        rulesIn("<parts><part name='a'><and><inventory-check><device type='Fan'/></inventory-check></and></part>"
+                "</parts>"),
+        ElementsAre("misplaced-element"));
+    EXPECT_THAT(rulesIn("<parts><part name='a'><and><x><device type='Fan'/></x></and></part></parts>"),
+                ElementsAre("part-needs-no-device", "unknown-element"));
+}
+
 TEST(Lint, MultipliesAlternatives) {
     std::string content;
     for (int i = 0; i < 70; ++i) {
@@ -160,7 +172,7 @@ TEST(Lint, MultipliesAlternatives) {
     }
     Lint lint;
     lint.run(script(content));
-    EXPECT_THAT(lint.findings().list()[0].message, HasSubstr("more than 18446744073709551615"));
+    EXPECT_THAT(lint.findings().list()[0].message(), HasSubstr("more than 18446744073709551615"));
 }
 
 TEST(Lint, JudgesPatternsAsACheckReadsThem) {
@@ -178,8 +190,42 @@ TEST(Lint, SuggestsTheNameThatWasMeant) {
     Lint lint;
     lint.run("<inventory-check check-hwlocators='no'><fail-on-extr type='Fan'/></inventory-check>");
     ASSERT_EQ(lint.findings().list().size(), 3U);
-    EXPECT_THAT(lint.findings().list()[0].message, HasSubstr("did you mean \"check-hwLocators\"?"));
-    EXPECT_THAT(lint.findings().list()[2].message, HasSubstr("did you mean \"fail-on-extra\"?"));
+    EXPECT_EQ(lint.findings().list()[0].suggestion, "check-hwLocators");
+    EXPECT_THAT(lint.findings().list()[0].message(), EndsWith("; remove it; did you mean \"check-hwLocators\"?"));
+    EXPECT_EQ(lint.findings().list()[1].suggestion, "");
+    EXPECT_EQ(lint.findings().list()[2].suggestion, "fail-on-extra");
+}
+
+TEST(Lint, TellsMistakesOfOneElementInTheOrderOfItsText) {
+    EXPECT_THAT(rulesIn(script("<device hwlocator='.*' name='VRXRRANGE[1-1] VRXRRANGE' x='' type='Fun'>t</device>")),
+                ElementsAre("device-attribute", "ignored-text", "unknown-type", "locator-pattern", "range-single-value",
+                            "range-syntax"));
+    EXPECT_THAT(rulesIn(script("<not><not x=''/></not>")),
+                ElementsAre("nothing-to-check", "unknown-attribute", "empty-group", "not-under-not"));
+    EXPECT_THAT(rulesIn(script("<not><device type='Fan'><not x=''/></device></not>")),
+                ElementsAre("not-under-not", "unknown-attribute", "empty-not-in-device"));
+}
+
+TEST(Lint, TakesDocumentsTextsAndFiles) {
+    const String text(u"<inventory-check><device type='Fan'/>\n<devise/></inventory-check>");
+    XmlDocument document;
+    ASSERT_TRUE(document.Parse(text));
+    Lint lint;
+    ASSERT_EQ(lint.runDocument(document), Lint::Result::Done);
+    ASSERT_EQ(lint.findings().list().size(), 1U);
+    EXPECT_EQ(lint.findings().list()[0].element, document.RootElement()->FirstChildElement(u"devise"));
+
+    ASSERT_EQ(lint.runText(text), Lint::Result::Done);
+    ASSERT_EQ(lint.findings().list().size(), 1U);
+    EXPECT_EQ(lint.findings().list()[0].row, 1U);
+    EXPECT_EQ(lint.runText(u"<inventory-check>\u0001<device type='Fan'/></inventory-check>"), Lint::Result::Done);
+
+    String reason;
+    EXPECT_EQ(lint.runFile(String::UTF8Decode((PROJECT / "examples/server-pass.xml").string()), reason),
+              Lint::Result::Done);
+    EXPECT_EQ(lint.runFile(u"/nowhere/script.xml", reason), Lint::Result::NotReadable);
+    EXPECT_FALSE(reason.isEmpty());
+    EXPECT_THAT(lint.findings().list(), IsEmpty());
 }
 
 TEST(Lint, TellsWhatIsNeither) {

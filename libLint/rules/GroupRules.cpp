@@ -1,0 +1,128 @@
+#include "libLint/rules/GroupRules.h"
+
+#include <limits>
+#include <unordered_map>
+
+#include "libCommon/containers/HashFunctions.h"
+#include "libInventory/script/OrInsidePart.h"
+#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/XmlChildren.h"
+#include "libLint/LintMemory.h"
+#include "libLint/LintSubject.h"
+
+namespace vrx::rules {
+
+using vocabulary::ElementKind;
+
+namespace {
+
+/// More than this take a while, and are seldom meant.
+constexpr std::uint64_t MANY_COMBINATIONS = 10'000;
+
+bool isEmpty(const LintSubject& subject, LintRole role, ElementKind kind) noexcept {
+    return subject.role == role && subject.kind == kind && subject.element().FirstChildElement() == nullptr;
+}
+
+/// A rule of extra devices is tested by itself, so a `not` around it does not count in it.
+bool isUnderNot(const ScriptPlace& place) noexcept {
+    const bool isInRule = place.holder != nullptr && vocabulary::kindOf(*place.holder) == ElementKind::FailOnExtra;
+    return (isInRule ? place.notsInHolder : place.nots) > 0;
+}
+
+void reportNotUnderNot(const LintSubject& subject, LintRole role, const LintReporter& report) {
+    if (subject.role == role && subject.kind == ElementKind::Not && isUnderNot(subject.place)) {
+        report.at(subject.element());
+    }
+}
+
+}  // namespace
+
+void notUnderNot(const LintSubject& subject, const LintReporter& report) {
+    reportNotUnderNot(subject, LintRole::InScript, report);
+}
+
+void notUnderNotInDevice(const LintSubject& subject, const LintReporter& report) {
+    reportNotUnderNot(subject, LintRole::InDevice, report);
+}
+
+void emptyOr(const LintSubject& subject, const LintReporter& report) {
+    if (isEmpty(subject, LintRole::InScript, ElementKind::Or)) {
+        report.at(subject.element());
+    }
+}
+
+void emptyOrInDevice(const LintSubject& subject, const LintReporter& report) {
+    if (isEmpty(subject, LintRole::InDevice, ElementKind::Or)) {
+        report.at(subject.element());
+    }
+}
+
+void emptyGroup(const LintSubject& subject, const LintReporter& report) {
+    for (const ElementKind kind :
+         {ElementKind::InventoryCheck, ElementKind::And, ElementKind::Not, ElementKind::Part}) {
+        if (isEmpty(subject, LintRole::InScript, kind)) {
+            report.at(subject.element(), tagOf(subject.element()));
+        }
+    }
+}
+
+void emptyAndInDevice(const LintSubject& subject, const LintReporter& report) {
+    if (isEmpty(subject, LintRole::InDevice, ElementKind::And)) {
+        report.at(subject.element());
+    }
+}
+
+void emptyNotInDevice(const LintSubject& subject, const LintReporter& report) {
+    if (isEmpty(subject, LintRole::InDevice, ElementKind::Not)) {
+        report.at(subject.element());
+    }
+}
+
+void equalAlternatives(const LintSubject& subject, const LintReporter& report) {
+    const XmlElement* const first = subject.element().FirstChildElement();
+    if (subject.kind != ElementKind::Or || first == nullptr || first->NextSiblingElement() == nullptr) {
+        return;
+    }
+    std::unordered_map<String, const XmlElement*, HashFunc<String>> seen;
+    for (const XmlElement* const child : childElements(subject.element())) {
+        const auto [entry, isNew] = seen.try_emplace(child->toString(), child);
+        if (!isNew) {
+            report.at(*child, placeOf(*entry->second));
+        }
+    }
+}
+
+void orInsidePart(const LintSubject& subject, const LintReporter& report) {
+    if (isUndecidableOr(subject.place)) {
+        report.at(subject.element());
+    }
+}
+
+void nestedPart(const LintSubject& subject, const LintReporter& report) {
+    if (subject.kind == ElementKind::Part && subject.place.part != nullptr) {
+        report.at(subject.element());
+    }
+}
+
+void nothingToCheck(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role == LintRole::Root && subject.memory.askedFor == 0) {
+        report.at(subject.element());
+    }
+}
+
+void combinations(const LintSubject& subject, const LintReporter& report) {
+    const std::uint64_t count = subject.memory.combinations;
+    if (subject.role == LintRole::Root && count > 1 && count <= MANY_COMBINATIONS) {
+        report.at(subject.element(), count);
+    }
+}
+
+void manyCombinations(const LintSubject& subject, const LintReporter& report) {
+    const std::uint64_t count = subject.memory.combinations;
+    if (subject.role == LintRole::Root && count > MANY_COMBINATIONS) {
+        const bool isMost = count == std::numeric_limits<std::uint64_t>::max();
+        report.at(subject.element(), isMost ? "more than" : "up to", count);
+    }
+}
+
+}  // namespace vrx::rules
