@@ -27,6 +27,7 @@
 #include "libCommon/values/Unit.h"
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/ImportReport.h"
+#include "libInventory/recording/SysInfoVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libSystemState/StateManager.h"
@@ -39,29 +40,24 @@ namespace vrx {
 
 namespace {
 
-constexpr StringView SYS_INFO = u"SysInfo";
-constexpr StringView DEVICE = u"Device";
-constexpr StringView DEVICE_LOWER = u"device";
-constexpr StringView PROPERTY = u"Property";
-constexpr StringView PROPERTY_LOWER = u"property";
-
-bool isDevice(StringView name) noexcept { return name == DEVICE || name == DEVICE_LOWER; }
-bool isProperty(StringView name) noexcept { return name == PROPERTY_LOWER || name == PROPERTY; }
+bool isDevice(StringView name) noexcept { return name == sysInfo::DEVICE || name == sysInfo::DEVICE_LOWER; }
+bool isProperty(StringView name) noexcept { return name == sysInfo::PROPERTY || name == sysInfo::PROPERTY_UPPER; }
 
 XmlElement* firstDevice(XmlElement& parent) {
-    for (XmlElement* list = parent.FirstChildElement(SYS_INFO); list; list = list->NextSiblingElement(SYS_INFO)) {
-        if (XmlElement* const device = list->FirstChildElement(DEVICE)) {
+    for (XmlElement* list = parent.FirstChildElement(sysInfo::SYS_INFO); list;
+         list = list->NextSiblingElement(sysInfo::SYS_INFO)) {
+        if (XmlElement* const device = list->FirstChildElement(sysInfo::DEVICE)) {
             return device;
         }
     }
-    XmlElement* const device = parent.FirstChildElement(DEVICE);
-    return device ? device : parent.FirstChildElement(DEVICE_LOWER);
+    XmlElement* const device = parent.FirstChildElement(sysInfo::DEVICE);
+    return device ? device : parent.FirstChildElement(sysInfo::DEVICE_LOWER);
 }
 
 // Contract: the first `property` wins over any `Property`, also over one that stands before it and is then skipped.
 XmlElement* firstProperty(XmlElement& parent) {
-    XmlElement* const property = parent.FirstChildElement(PROPERTY_LOWER);
-    return property ? property : parent.FirstChildElement(PROPERTY);
+    XmlElement* const property = parent.FirstChildElement(sysInfo::PROPERTY);
+    return property ? property : parent.FirstChildElement(sysInfo::PROPERTY_UPPER);
 }
 
 /// The children that describe a device itself, the first of each name.
@@ -88,26 +84,26 @@ DeviceItems itemsOf(XmlElement& device) {
         if (isProperty(name)) {
             continue;  // nearly all children are properties
         }
-        if (name == u"DeviceType") {
+        if (name == sysInfo::TYPE_ITEM) {
             keepFirst(items.type, child);
-        } else if (name == u"OS_Locator") {
+        } else if (name == sysInfo::OS_LOCATOR_ITEM) {
             keepFirst(items.osLocator, child);
-        } else if (name == u"HW_Locator") {
+        } else if (name == sysInfo::HW_LOCATOR_ITEM) {
             keepFirst(items.hwLocator, child);
-        } else if (name == u"Name") {
+        } else if (name == sysInfo::NAME_ITEM) {
             keepFirst(items.name, child);
-        } else if (name == u"Capability") {
+        } else if (name == sysInfo::CAPABILITY) {
             items.capabilities = items.capabilities | CapabilityImp(child->NormalizedText());
-        } else if (isDevice(name) || name == SYS_INFO) {
+        } else if (isDevice(name) || name == sysInfo::SYS_INFO) {
             items.hasLists = true;
-            items.hasDevices = items.hasDevices || name == DEVICE;
+            items.hasDevices = items.hasDevices || name == sysInfo::DEVICE;
         }
     }
     return items;
 }
 
 CapabilityImp typeOf(const XmlElement& device, const DeviceItems& items) {
-    const StringView type = device.Attribute(u"type");
+    const StringView type = device.Attribute(sysInfo::TYPE);
     return type.empty() && items.type ? CapabilityImp(items.type->GetText()) : CapabilityImp(type);
 }
 
@@ -143,11 +139,11 @@ PropertyAttributes attributesOf(const XmlElement& property) {
     PropertyAttributes attributes;
     for (const XmlAttribute& attribute : property.Attributes()) {
         const StringView name = attribute.Name();
-        if (name == u"key") {
+        if (name == sysInfo::KEY) {
             attributes.key = attribute.Value();
-        } else if (name == u"value") {
+        } else if (name == sysInfo::VALUE) {
             attributes.value = attribute.Value();
-        } else if (name == u"units") {
+        } else if (name == sysInfo::UNITS) {
             attributes.units = attribute.Value();
         }
     }
@@ -158,7 +154,7 @@ PropertyAttributes attributesOf(const XmlElement& property) {
 Array<String> childValues(XmlElement& property) {
     Array<String> values;
     for (const XmlElement* child : childElements(property)) {
-        if (child->Name() == u"Value") {
+        if (child->Name() == sysInfo::VALUE_UPPER) {
             String text = child->GetText();
             if (!text.isEmpty()) {
                 values.append(std::move(text));
@@ -166,8 +162,8 @@ Array<String> childValues(XmlElement& property) {
         }
     }
     for (const XmlElement* child : childElements(property)) {
-        if (child->Name() == u"value") {
-            values.emplace(child->Attribute(u"value"));
+        if (child->Name() == sysInfo::VALUE) {
+            values.emplace(child->Attribute(sysInfo::VALUE));
         }
     }
     return values;
@@ -189,8 +185,8 @@ bool SysInfoReader::readElement(XmlElement& element) {
         return false;
     }
     const DeviceItems items = itemsOf(element);
-    if (!hasItem(element, items.osLocator, u"osLocator") || !hasItem(element, items.hwLocator, u"hwLocator") ||
-        !hasItem(element, items.name, u"name")) {
+    if (!hasItem(element, items.osLocator, sysInfo::OS_LOCATOR) ||
+        !hasItem(element, items.hwLocator, sysInfo::HW_LOCATOR) || !hasItem(element, items.name, sysInfo::NAME)) {
         return false;
     }
     m_isAhead = true;
@@ -201,9 +197,9 @@ bool SysInfoReader::readElement(XmlElement& element) {
         return false;
     }
     // The texts last, so that they lie beside the device in memory.
-    std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
-    std::optional<String> hwLocator = itemText(element, items.hwLocator, u"hwLocator");
-    std::optional<String> name = itemText(element, items.name, u"name");
+    std::optional<String> osLocator = itemText(element, items.osLocator, sysInfo::OS_LOCATOR);
+    std::optional<String> hwLocator = itemText(element, items.hwLocator, sysInfo::HW_LOCATOR);
+    std::optional<String> name = itemText(element, items.name, sysInfo::NAME);
     const RecordedProperties* const recorded = properties.get();
     auto device = newDevice(element, items, std::move(name).value(), std::move(osLocator).value(),
                             std::move(hwLocator).value(), std::move(properties));
@@ -236,15 +232,15 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
         return;
     }
     const DeviceItems items = itemsOf(element);
-    std::optional<String> osLocator = itemText(element, items.osLocator, u"osLocator");
+    std::optional<String> osLocator = itemText(element, items.osLocator, sysInfo::OS_LOCATOR);
     if (!osLocator) {
         osLocator = generatedText(u"gen-os-loc", counter);
     }
-    std::optional<String> hwLocator = itemText(element, items.hwLocator, u"hwLocator");
+    std::optional<String> hwLocator = itemText(element, items.hwLocator, sysInfo::HW_LOCATOR);
     if (!hwLocator) {
         hwLocator = generatedText(u"gen-hw-loc", counter);
     }
-    std::optional<String> name = itemText(element, items.name, u"name");
+    std::optional<String> name = itemText(element, items.name, sysInfo::NAME);
     if (!name) {
         // Contract: a missing name replaces the hardware locator and leaves the name empty.
         name.emplace();
@@ -290,7 +286,7 @@ bool SysInfoReader::readProperties(XmlElement& parent) {
 
 bool SysInfoReader::readProperty(XmlElement& element) {
     const PropertyAttributes attributes = attributesOf(element);
-    const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(u"Key") : nullptr;
+    const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(sysInfo::KEY_ITEM) : nullptr;
     const std::uint32_t spec = keyChild ? specOf(keyChild->GetText()) : specOf(attributes.key);
 
     if (attributes.units.empty()) {
@@ -315,7 +311,7 @@ bool SysInfoReader::readProperty(XmlElement& element) {
 void SysInfoReader::skip(const XmlElement& element) {
     ImportReport::Skipped& skipped = m_report.skipped.emplace();
     const PropertyAttributes attributes = attributesOf(element);
-    const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(u"Key") : nullptr;
+    const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(sysInfo::KEY_ITEM) : nullptr;
     skipped.key = keyChild ? keyChild->GetText() : String(attributes.key);
     skipped.text = attributes.units;
     skipped.row = element.Row() + 1;

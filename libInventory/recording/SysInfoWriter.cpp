@@ -22,6 +22,7 @@
 #include "libCommon/values/Unit.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libCommon/xml/XmlWriter.h"
+#include "libInventory/recording/SysInfoVocabulary.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -47,7 +48,7 @@ public:
     explicit SysInfoBuilder(bool allCategories) : m_allCategories(allCategories) {}
 
     std::string build(const StateManager& store) {
-        XmlElement* const root = m_document.NewElement(u"SysInfo");
+        XmlElement* const root = m_document.NewElement(sysInfo::SYS_INFO);
         m_document.LinkEndChild(root);
         if (store.rootDevice()) {
             addTree(store.rootDevice(), root);
@@ -83,15 +84,15 @@ private:
     }
 
     XmlElement* addDevice(const IDeviceImp& device, XmlElement* parent) {
-        XmlElement* const element = addElement(parent, u"Device");
+        XmlElement* const element = addElement(parent, sysInfo::DEVICE);
         const String type = device.type().toString();
-        addItem(element, u"type", u"DeviceType", type);
-        addItem(element, u"name", u"Name", device.name());
-        addItem(element, u"hwLocator", u"HW_Locator", device.hwLocator());
-        addItem(element, u"osLocator", u"OS_Locator", device.osLocator());
+        addItem(element, sysInfo::TYPE, sysInfo::TYPE_ITEM, type);
+        addItem(element, sysInfo::NAME, sysInfo::NAME_ITEM, device.name());
+        addItem(element, sysInfo::HW_LOCATOR, sysInfo::HW_LOCATOR_ITEM, device.hwLocator());
+        addItem(element, sysInfo::OS_LOCATOR, sysInfo::OS_LOCATOR_ITEM, device.osLocator());
         for (const String& capability : device.capabilities().names()) {
             if (capability != type) {
-                addElement(element, u"Capability")->LinkEndChild(m_document.NewText(capability));
+                addElement(element, sysInfo::CAPABILITY)->LinkEndChild(m_document.NewText(capability));
             }
         }
         for (const auto& property : device.properties(PropertyCategoryImp::ALL())) {
@@ -103,8 +104,8 @@ private:
     }
 
     void addProperty(const IPropertyImp& property, XmlElement* device) {
-        XmlElement* const element = addElement(device, u"property");
-        addItem(element, u"key", u"Key", property.key());
+        XmlElement* const element = addElement(device, sysInfo::PROPERTY);
+        addItem(element, sysInfo::KEY, sysInfo::KEY_ITEM, property.key());
         const ValueImp& value = property.value();
         const Measurement* const measurement = measurementIn(value);
         if (measurement != nullptr && addMeasurement(*measurement, element)) {
@@ -112,10 +113,10 @@ private:
         }
         if (value.isArray()) {
             for (const String& entry : value.toStringArray(false)) {
-                addElement(element, u"value")->SetAttribute(u"value", entry);
+                addElement(element, sysInfo::VALUE)->SetAttribute(sysInfo::VALUE, entry);
             }
         } else if (const String text = value.toString(false); !text.isEmpty()) {
-            element->SetAttribute(u"value", text);
+            element->SetAttribute(sysInfo::VALUE, text);
         }
     }
 
@@ -126,8 +127,8 @@ private:
         if (!std::isfinite(number) || !Unit::lookupByString(units)) {
             return false;
         }
-        element->SetAttribute(u"value", toText(number));
-        element->SetAttribute(u"units", units);
+        element->SetAttribute(sysInfo::VALUE, toText(number));
+        element->SetAttribute(sysInfo::UNITS, units);
         return true;
     }
 

@@ -5,6 +5,13 @@
 #include "libCommon/Export.h"
 #include "libSystemState/Forward.h"
 
+/// Writing what a store holds, so that it can be read back another day, or compared with another machine.
+///
+///     StateManager machine;
+///     ...
+///     std::ofstream("machine.xml") << sysInfoXml(machine, false);
+///
+/// Any number of threads may write, each from a store of its own.
 namespace vrx {
 
 /// A store as a SysInfo recording: UTF-8 with declaration, formatted, devices nested as their tree is. Reading it back
