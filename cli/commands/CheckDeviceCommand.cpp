@@ -16,7 +16,7 @@
 #include "libInventory/Inventory.h"
 #include "libInventory/InventoryTestObserver.h"
 #include "libInventory/script/OrInsidePart.h"
-#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptContent.h"
 #include "libRegex/Regex.h"
 #include "libReport/DeviceCheckReport.h"
 #include "libSystemState/results/TipImp.h"
@@ -82,18 +82,6 @@ std::string problemIn(const Content& content, std::uint32_t row, std::uint32_t c
     return problemAt(content.name, row, row == 0 && column >= before ? column - before : column, text);
 }
 
-bool asksForProperty(const XmlElement& element) {
-    if (isNamed(element, u"property")) {
-        return true;
-    }
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        if (asksForProperty(*child)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 /// Whether the content asks for anything. Throws when it does not load or cannot be decided.
 bool examine(const Content& content) {
     XmlDocument document;
@@ -105,7 +93,7 @@ bool examine(const Content& content) {
         throw CommandFailure(ExitStatus::BadInput,
                              problemIn(content, found->Row(), found->Column(), OR_INSIDE_PART_REASON));
     }
-    return asksForProperty(*document.RootElement());
+    return hasElement(*document.RootElement(), vocabulary::ElementKind::Property);
 }
 
 StateManager::DevicePointer findDevice(const std::string& guid, const StateManager& store, const std::string& machine) {

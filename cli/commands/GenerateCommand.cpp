@@ -94,7 +94,7 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
     inventory.generateInventoryScript(script, options.hasAllCategories, !options.ignoresLocators, !options.ignoresNames,
                                       isFilterGiven ? &filter : nullptr);
     if (options.failsOnExtra) {
-        script = withExtraDeviceRules(script, store);
+        script = withFailOnExtraRules(script, store);
     }
     for (const std::string& notice : generationNotices(store, isFiltered ? &filter : nullptr, script)) {
         session.say(notice);

@@ -1,10 +1,13 @@
 #include "cli/input/PartsListFile.h"
 
+#include <utility>
+
 #include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/Session.h"
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/OrInsidePart.h"
+#include "libInventory/script/XmlChildren.h"
 
 namespace vrx::cli {
 
@@ -47,8 +50,7 @@ Array<Inventory::PartSpec> loadPartsForGeneration(const std::string& path) {
     if (result != Inventory::PartsParsed || parts.isEmpty()) {
         refuse(fileProblem(path, u"it holds no part", EXPECTED_PARTS));
     }
-    for (const XmlElement* child = document.RootElement()->FirstChildElement(); child != nullptr;
-         child = child->NextSiblingElement()) {
+    for (const XmlElement* const child : childElements(std::as_const(*document.RootElement()))) {
         refuseOrInsidePart(path, *child);
     }
     return parts;

@@ -18,6 +18,7 @@
 #include <optional>
 #include <vector>
 
+#include "libCommon/text/TextHash.h"
 #include "libInventory/parts/PartComparison.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libSystemState/StateManager.h"
@@ -30,9 +31,6 @@ using PartArray = Array<PartSpec>;
 
 namespace {
 
-struct TextHash {
-    std::size_t operator()(StringView text) const noexcept { return hashOf(text); }
-};
 using NameSet = boost::unordered_flat_set<StringView, TextHash>;
 
 class AmbiguitySearch {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "libCommon/text/String.h"
+#include "libCommon/text/TextHash.h"
 #include "libCommon/xml/XmlElementReader.h"
 #include "libSystemState/Forward.h"
 #include "libSystemState/properties/PropertySpecImp.h"
@@ -80,9 +81,6 @@ private:
 
     StateManager& m_store;
     ImportReport& m_report;
-    struct KeyHash {
-        std::size_t operator()(StringView key) const noexcept { return hashOf(key); }
-    };
     boost::shared_ptr<RecordedProperties::Specs> m_specs =
         boost::make_shared<RecordedProperties::Specs>();  // in the order in which their keys were first met
     std::vector<bool> m_isRegistered;                     // for each of m_specs
@@ -95,7 +93,7 @@ private:
     bool m_isAhead = false;    // whether what is read may still come to nothing, so that nobody must hear of it
     bool m_hasToWait = false;  // whether the device that is read ahead can only be read later
     std::deque<DeviceAhead> m_ahead;
-    boost::unordered_flat_map<StringView, std::uint32_t, KeyHash> m_positions;  // the keys are borrowed from m_specs
+    boost::unordered_flat_map<StringView, std::uint32_t, TextHash> m_positions;  // the keys are borrowed from m_specs
     std::uint32_t m_expected = 0;  // position of the property specification that the next property probably has
 };
 

@@ -56,7 +56,7 @@ bool namesAll(const NamedDevices& named, const StateManager& machine, const Capa
 
 }  // namespace
 
-String withExtraDeviceRules(const String& script, const StateManager& machine) {
+String withFailOnExtraRules(const String& script, const StateManager& machine) {
     const String end = concat(u"</", vocabulary::INVENTORY_CHECK, u">");
     const std::size_t at = script.view().rfind(end);
     XmlDocument document;

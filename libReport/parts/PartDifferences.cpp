@@ -11,6 +11,8 @@
 #include "libCommon/text/PrintableText.h"
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptWalk.h"
+#include "libInventory/script/XmlChildren.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -25,48 +27,52 @@ namespace {
 std::string decodedPattern(StringView pattern) { return readablePattern(fromXmlSafe(pattern)); }
 
 std::string propertyTest(const XmlElement& property) {
-    const std::string key = printable(attributeOf(property, u"key"));
+    const std::string key = printable(attributeOf(property, vocabulary::KEY));
     std::string values;
-    if (property.FindAttribute(u"value") != nullptr) {
-        values = decodedPattern(property.Attribute(u"value"));
+    if (property.FindAttribute(vocabulary::VALUE) != nullptr) {
+        values = decodedPattern(property.Attribute(vocabulary::VALUE));
     }
-    for (const XmlElement* child = property.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        values += (values.empty() ? "" : ", ") + decodedPattern(child->Attribute(u"value"));
+    for (const XmlElement* const child : childElements(property)) {
+        values += (values.empty() ? "" : ", ") + decodedPattern(child->Attribute(vocabulary::VALUE));
     }
     return values.empty() ? "a property " + key : key + " = " + values;
 }
 
-/// Adds every test below the element; `negation` stands before each that a `not` turns round.
-void collectTests(const XmlElement& element, const std::string& negation, std::multiset<std::string>& tests) {
-    if (isNamed(element, u"property")) {
-        tests.insert(negation + propertyTest(element));
-        return;
+void addDeviceTests(const XmlElement& device, const std::string& negation, std::multiset<std::string>& tests) {
+    tests.insert(negation + "a device of type " + printable(attributeOf(device, vocabulary::TYPE)));
+    if (const StringView name = attributeOf(device, vocabulary::NAME); !name.empty()) {
+        tests.insert(negation + "name = " + decodedPattern(name));
     }
-    if (isNamed(element, u"device")) {
-        tests.insert(negation + "a device of type " + printable(attributeOf(element, u"type")));
-        if (const StringView name = attributeOf(element, u"name"); !name.empty()) {
-            tests.insert(negation + "name = " + decodedPattern(name));
+    for (const StringView locator : {vocabulary::HW_LOCATOR, vocabulary::OS_LOCATOR}) {
+        if (const StringView text = attributeOf(device, locator); !text.empty()) {
+            tests.insert(negation + printable(locator) + " = " + printable(text));
         }
-        for (const char16_t* locator : {u"hwlocator", u"oslocator"}) {
-            if (const StringView text = attributeOf(element, locator); !text.empty()) {
-                tests.insert(negation + printable(StringView(locator)) + " = " + printable(text));
-            }
-        }
-    }
-    const std::string below = isNamed(element, u"not") ? "not " + negation : negation;
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        collectTests(*child, below, tests);
     }
 }
 
-std::multiset<std::string> testsOf(const Inventory::PartSpec& part, const Array<Inventory::PartSpec>& list) {
+/// Every test of the part; "not " stands before it once for each `not` that it lies in.
+std::multiset<std::string> testsIn(const XmlElement& part) {
     std::multiset<std::string> tests;
-    const auto listed = std::find(list.begin(), list.end(), part);
-    XmlDocument document;
-    if (listed != list.end() && document.Parse(listed->xml)) {
-        collectTests(*document.RootElement(), "", tests);
+    for (ScriptWalk walk(part); walk; ++walk) {
+        std::string negation;
+        for (unsigned i = 0; i < walk->nots; ++i) {
+            negation += "not ";
+        }
+        if (walk->kind == vocabulary::ElementKind::Property) {
+            tests.insert(negation + propertyTest(*walk->element));
+            walk.skipContent();
+        } else if (walk->kind == vocabulary::ElementKind::Device) {
+            addDeviceTests(*walk->element, negation, tests);
+        }
     }
     return tests;
+}
+
+std::multiset<std::string> testsOf(const Inventory::PartSpec& part, const Array<Inventory::PartSpec>& list) {
+    const auto listed = std::find(list.begin(), list.end(), part);
+    XmlDocument document;
+    const bool isListed = listed != list.end() && document.Parse(listed->xml);
+    return isListed ? testsIn(*document.RootElement()) : std::multiset<std::string>();
 }
 
 std::vector<PartDifferences::Asked> askedBySome(const Array<Inventory::PartSpec>& group,

@@ -6,6 +6,7 @@
 
 #include <boost/unordered/unordered_flat_map.hpp>
 
+#include "libCommon/text/TextHash.h"
 #include "libCommon/text/UuCode.h"
 #include "libReport/text/TextPieces.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
@@ -23,10 +24,6 @@ struct Counts {
     std::size_t unknownTypes = 0;
     std::size_t encodedKeys = 0;
     std::size_t hiddenProperties = 0;
-};
-
-struct TextHash {
-    std::size_t operator()(StringView text) const noexcept { return hashOf(text); }
 };
 
 void countProperties(const Array<boost::shared_ptr<IPropertyImp>>& properties, Counts& counts) {

@@ -54,7 +54,7 @@ TEST(FailOnExtraRules, AreAddedForTypesOfWhichAllDevicesAreNamed) {
     addDevice(store, "Battery", "battery", "b");
     const String fans = u"<device type='Fan' hwlocator='1'/>\n<device type='Fan' hwlocator='2' oslocator='o'/>\n";
     const auto with = [&](const String& devices) {
-        const String all = withExtraDeviceRules(concat(u"<inventory-check>", devices, u"</inventory-check>"), store);
+        const String all = withFailOnExtraRules(concat(u"<inventory-check>", devices, u"</inventory-check>"), store);
         return utf8(String(all.view().substr(17 + devices.size())));
     };
     const std::string end = "</inventory-check>";
@@ -64,7 +64,7 @@ TEST(FailOnExtraRules, AreAddedForTypesOfWhichAllDevicesAreNamed) {
               fanRule + "    <fail-on-extra type=\"Battery\"/>\n" + end);
     EXPECT_EQ(with(u"<device type='Fan' hwlocator='1'/><device type='Warp'/>"), end);
     EXPECT_EQ(with(fans + u"<device type='Battery' hwlocator='c'/>"), fanRule + end);
-    EXPECT_EQ(utf8(withExtraDeviceRules(u"<inventory-check/>", store)), "<inventory-check/>");
+    EXPECT_EQ(utf8(withFailOnExtraRules(u"<inventory-check/>", store)), "<inventory-check/>");
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ struct Outcome {
     bool satisfied = false;
     std::string annotated;
     std::vector<std::string> unsatisfied;  ///< names of the missing devices, or their hardware locators
-    std::vector<std::string> extra;        ///< names of the devices too many
+    std::vector<std::string> extra;        ///< names of the extra devices
     std::vector<std::string> errors;       ///< texts of all `error` elements in document order
     std::vector<std::string> events;       ///< names of the events
 };
