@@ -4,18 +4,19 @@ namespace vrx {
 
 namespace {
 
-using namespace vocabulary;
-
-constexpr StringView ROOT_ATTRIBUTES[] = {CHECK_NAMES, CHECK_HW_LOCATORS, CHECK_OS_LOCATORS};
-constexpr StringView PART_ATTRIBUTES[] = {NAME, ID, DESCRIPTION};
-constexpr StringView DEVICE_ATTRIBUTES[] = {TYPE, NAME, OS_LOCATOR, HW_LOCATOR};
-constexpr StringView PROPERTY_ATTRIBUTES[] = {KEY, VALUE, TYPE, UNITS};
-constexpr StringView VALUE_ATTRIBUTES[] = {VALUE};
-constexpr StringView RULE_ATTRIBUTES[] = {TYPE, CAPABILITY};
+constexpr StringView ROOT_ATTRIBUTES[] = {vocabulary::CHECK_NAMES, vocabulary::CHECK_HW_LOCATORS,
+                                          vocabulary::CHECK_OS_LOCATORS};
+constexpr StringView PART_ATTRIBUTES[] = {vocabulary::NAME, vocabulary::ID, vocabulary::DESCRIPTION};
+constexpr StringView DEVICE_ATTRIBUTES[] = {vocabulary::TYPE, vocabulary::NAME, vocabulary::OS_LOCATOR,
+                                            vocabulary::HW_LOCATOR};
+constexpr StringView PROPERTY_ATTRIBUTES[] = {vocabulary::KEY, vocabulary::VALUE, vocabulary::TYPE, vocabulary::UNITS};
+constexpr StringView VALUE_ATTRIBUTES[] = {vocabulary::VALUE};
+constexpr StringView RULE_ATTRIBUTES[] = {vocabulary::TYPE, vocabulary::CAPABILITY};
 
 }  // namespace
 
-std::span<const StringView> attributesOf(ElementKind kind) noexcept {
+std::span<const StringView> attributesOf(vocabulary::ElementKind kind) noexcept {
+    using vocabulary::ElementKind;
     switch (kind) {
         case ElementKind::InventoryCheck: return ROOT_ATTRIBUTES;
         case ElementKind::Part: return PART_ATTRIBUTES;
