@@ -95,7 +95,7 @@ std::string linted(std::string_view script) {
     EXPECT_EQ(lint.run(script), Lint::Result::Done);
     std::string result;
     for (const LintFinding& finding : lint.findings().list()) {
-        result += std::to_string(finding.row) + ":" + std::to_string(finding.column) + finding.message + "\n";
+        result += std::to_string(finding.row) + ":" + std::to_string(finding.column) + finding.message() + "\n";
     }
     return result;
 }
