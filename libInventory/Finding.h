@@ -87,7 +87,8 @@ struct VRX_EXPORT Finding {
     /// when it need only be there.
     Array<String> expected;
 
-    /// What was there instead, as it was during the run.
+    /// What was there instead, as it was during the run. After a run that passed, or in which candidates failed by the
+    /// ten thousand, what candidates of satisfied elements failed is quoted as it is when it is asked for.
     String found;
 
     /// The `part` element that the element is or lies in; null when it is in none. Its attributes `id`, `name` and

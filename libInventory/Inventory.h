@@ -32,8 +32,19 @@ struct RunSummary;
 /// Decides whether a machine holds exactly the hardware that an inventory script describes.
 ///
 /// A host makes an `Inventory`, points it at a `StateManager` (else the process-wide one is used), registers observers,
-/// loads a script and calls `run`. Findings are written into the script as `error` elements; `unsatisfiedDevices` and
-/// `extraDevices` name what is missing and what is too much. The static operations need no object.
+/// loads a script and calls `run`. What the run found is written into the script as `error` elements, and handed out as
+/// data (Finding.h); `unsatisfiedDevices` and `extraDevices` name what is missing and what is beyond the script. The
+/// static operations need no object.
+///
+///     StateManager machine;
+///     Inventory::importStateFromXmlFile(u"machine.xml", machine);
+///     Inventory inventory;
+///     inventory.setStateManager(machine);
+///     if (inventory.loadInventoryScriptFile(u"script.xml") && !inventory.run()) {
+///         for (const Finding& finding : inventory.findings()) {
+///             report(finding.element->Row() + 1, finding.texts);
+///         }
+///     }
 ///
 /// An object is used from one thread at a time. A failing inventory is a result, never an exception; a broken contract
 /// is an assertion (StructuredException, code 7).
@@ -137,7 +148,7 @@ public:
     /// device belongs to.
     void setDeviceToPartsTable(DeviceToPartsTable* table);
 
-    // ---- Running (engine/InventoryRun.cpp) ----
+    // ---- Running (engine/RunDriver.cpp) ----
 
     /// Checks the loaded script. True when some combination of its alternatives is met and no `fail-on-extra` rule is
     /// broken. `inventorySatisfied`, when given, receives whether the script was met leaving extra devices aside; it is
@@ -229,8 +240,8 @@ public:
                                                 String& error);
 
     /// Whether the machine holds all devices that the script describes, whatever other devices it has. `extraDevices`,
-    /// when given, receives the devices too many (untouched when the script does not load). A null `state` means the
-    /// process-wide store.
+    /// when given, receives the devices beyond the script (untouched when the script does not load). A null `state`
+    /// means the process-wide store.
     static bool matchParts(const String& script, DeviceToPartsTable& deviceToParts, Array<DeviceSpec>* extraDevices,
                            StateManager* state);
 

@@ -45,9 +45,8 @@ Associations::~InventoryDeviceAssociations() = default;
 namespace {
 
 // Contract: "Deivice" is how the line is spelt.
-void logLink(const XmlElement* element, const IDeviceImp& device) {
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"associate() associating InventoryElement" << locationOf(element) << u" to Deivice: " << device.guid());
+String linkText(const XmlElement* element, const IDeviceImp& device) {
+    return concat(u"associate() associating InventoryElement", locationOf(element), u" to Deivice: ", device.guid());
 }
 
 }  // namespace
@@ -61,7 +60,7 @@ void Associations::link(InventoryNode& inventoryNode, const boost::shared_ptr<ID
     if (!device) {
         return;
     }
-    logLink(inventoryNode.m_element, *device);
+    VRX_LOG(inventoryLog(), LogPriority::Debug, linkText(inventoryNode.m_element, *device));
     DeviceNode& deviceNode = nodeOf(device);
     inventoryNode.m_hasEverMatched = true;
     const auto inventoryIndex = static_cast<std::uint32_t>(inventoryNode.m_links.size());
@@ -181,7 +180,9 @@ void Associations::logLinks() const {
         return;
     }
     for (const auto& entry : m_inventoryNodes) {
-        entry.value->forEachLink([&](const DeviceNode& device) { logLink(entry.key, *device.device()); });
+        entry.value->forEachLink([&](const DeviceNode& device) {
+            VRX_LOG(inventoryLog(), LogPriority::Debug, linkText(entry.key, *device.device()));
+        });
     }
 }
 

@@ -170,6 +170,7 @@ bool Associations::LinkReduction::removeAllLinksExcept(GraphNode& node, const Gr
         const GraphNode::Link link = node.m_links[i];
         if (i != keptIndex && !link.isRemoved) {
             removeLink(*link.partner, node, link.counterpart);
+            node.m_links[i].isRemoved = !m_hasParallelLinks && keptIndex != GraphNode::NONE;
         }
     }
     if (keptIndex == GraphNode::NONE) {
@@ -179,10 +180,6 @@ bool Associations::LinkReduction::removeAllLinksExcept(GraphNode& node, const Gr
         const GraphNode::Link keptLink = node.m_links[keptIndex];
         node.m_links.clear();
         node.m_links.push_back(keptLink);
-    } else {
-        for (Uint32 i = 0; i < node.m_links.size(); ++i) {
-            node.m_links[i].isRemoved = i != keptIndex;
-        }
     }
     node.m_linkCount = 1;
     return true;

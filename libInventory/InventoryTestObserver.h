@@ -10,7 +10,16 @@ class TestRunEventImp;
 /// Through this a host hears what an inventory test does. Derive from it and override what is wanted; each operation
 /// of the base class writes one log line at priority 1 to the logger "InventoryTestObserver" and does nothing else.
 ///
-/// All calls come synchronously on the thread that called the engine.
+///     class Notices : public InventoryTestObserver {
+///         void handleEvent(const TestRunEventImp& event) override { m_names.append(event.name()); }
+///         void handleFileError(const String& msg) override { m_problems.append(msg); }
+///         ...
+///     };
+///     inventory.registerInventoryObserver(notices);
+///
+/// All calls come synchronously on the thread that called the engine. While it is told something, an observer may
+/// register others, which hear of what comes after, and add devices to the store, which elements after the present one
+/// are matched with. What a run found is read from the `Inventory` afterwards (Finding.h).
 class VRX_EXPORT InventoryTestObserver {
 public:
     InventoryTestObserver() = default;

@@ -203,7 +203,10 @@ void RunDriver::keepLinks() {
     }
 }
 
+// What is written quotes the values of now, and so does nearly everything else that a later run or the host may read:
+// where candidates fail by the ten thousand, those of elements that are satisfied are left to the next run.
 void RunDriver::tellFailure(XmlElement* root) {
+    constexpr std::size_t MOST_VALUES_KEPT = 10'000;
     if (!m_anySatisfied) {
         ExtraDeviceSearch(m_state).findNone(slot::BEST);
     }
@@ -213,6 +216,7 @@ void RunDriver::tellFailure(XmlElement* root) {
         ErrorGathering(m_state).gatherElement(root, slot::BEST);
     } else {
         ErrorGathering(m_state).gatherAndClean(root, slot::BEST);
+        ErrorGathering(m_state).copyValues(MOST_VALUES_KEPT);
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "libInventory/engine/findings/ErrorGathering.h"
 
+#include <limits>
 #include <utility>
 
 #include "libInventory/engine/InventoryState.h"
@@ -124,14 +125,23 @@ void ErrorGathering::gatherAndClean(XmlElement* element, unsigned slot) {
     }
 }
 
+void ErrorGathering::copyValues(std::size_t most) {
+    for (auto& entry : m_state.m_tipTables[slot::MATCHING]) {
+        for (FiledFindings::Entry& filed : entry.value.entries()) {
+            if (most-- == 0) {
+                return;
+            }
+            copyValue(filed, entry.key->Attribute(vocabulary::KEY));
+        }
+    }
+}
+
 // A run on a script that was run before finds findings of the earlier run in slots 0 and 1. They speak of the values of
 // then.
 void ErrorGathering::settle() {
+    copyValues(std::numeric_limits<std::size_t>::max());
     for (const unsigned slot : {slot::SCRIPT, slot::MATCHING}) {
         for (auto& entry : m_state.m_tipTables[slot]) {
-            for (FiledFindings::Entry& filed : entry.value.entries()) {
-                copyValue(filed, entry.key->Attribute(vocabulary::KEY));
-            }
             entry.value.beginRun();
         }
     }

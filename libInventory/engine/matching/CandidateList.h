@@ -1,7 +1,6 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
-#include <cstddef>
 
 #include "libCommon/containers/Array.h"
 #include "libSystemState/Forward.h"
@@ -29,8 +28,7 @@ public:
         }
     }
 
-    std::size_t size() const noexcept { return m_list->size(); }
-    const boost::shared_ptr<IDeviceImp>& operator[](std::size_t index) const { return (*m_list)[index]; }
+    const DeviceArray& devices() const noexcept { return *m_list; }
 
 private:
     DeviceArray m_own;

@@ -149,23 +149,29 @@ bool DeviceMatcher::matchInStore(XmlElement* element, bool underNot, unsigned as
     return matchCandidates(element, candidates, underNot, associationIndex);
 }
 
-// Only while the first candidate is tried is anybody told anything, so only that one is held on to.
+// Only while the first candidate is tried is anybody told anything; after that the list stays what it is.
 bool DeviceMatcher::matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot,
                                     unsigned associationIndex) {
     CandidateList list(candidates, m_state.m_candidates);
-    const boost::shared_ptr<IDeviceImp> first = list[0];
-    bool anyMatched = false;
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        const boost::shared_ptr<IDeviceImp>& device = i == 0 ? first : list[i];
-        const bool ok = matchCandidate(element, device, static_cast<std::uint32_t>(i), underNot);
-        VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u"matchDevice: device guid: " << device->toString() << u" recursive result = " << ok);
-        if (ok) {
-            m_state.m_associationSets[associationIndex].associate(element, device);
-            anyMatched = true;
-        }
+    const boost::shared_ptr<IDeviceImp> first = candidates.front();
+    bool anyMatched = tryCandidate(element, first, 0, underNot, associationIndex);
+    const DeviceArray& devices = list.devices();
+    std::uint32_t candidate = 0;
+    for (auto device = devices.begin() + 1; device != devices.end(); ++device) {
+        anyMatched = tryCandidate(element, *device, ++candidate, underNot, associationIndex) || anyMatched;
     }
     return anyMatched;
+}
+
+bool DeviceMatcher::tryCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device,
+                                 std::uint32_t candidate, bool underNot, unsigned associationIndex) {
+    const bool ok = matchCandidate(element, device, candidate, underNot);
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"matchDevice: device guid: " << device->toString() << u" recursive result = " << ok);
+    if (ok) {
+        m_state.m_associationSets[associationIndex].associate(element, device);
+    }
+    return ok;
 }
 
 /// Every child is evaluated, also after one has failed, so that every failing test leaves its findings.

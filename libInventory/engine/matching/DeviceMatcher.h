@@ -24,6 +24,8 @@ private:
     bool matchThroughCache(XmlElement* element, bool underNot);
     bool matchInStore(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
+    bool tryCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
+                      bool underNot, unsigned associationIndex);
     bool matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
                         bool underNot);
 

@@ -270,6 +270,14 @@ TEST_F(FindingsTest, QuoteTheValuesOfTheirRun) {
     EXPECT_EQ(candidates(element(u"device")).size(), 1U);
 }
 
+TEST_F(FindingsTest, QuoteTheValuesOfTheirRunAlsoWhereNothingWasWritten) {
+    const auto a = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}});
+    addDevice(store, "Fan", "b", "2", "", {{"x", {"2"}}});
+    EXPECT_FALSE(run("<device type='Fan'><property key='x' value='2'/></device><device type='Storage'/>"));
+    setValue(a, u"x", u"7");
+    EXPECT_THAT(candidates(element(u"device")), ElementsAre("a [x: 2 / 1]", "b self"));
+}
+
 TEST_F(FindingsTest, ARunAgainStillHasTheLinksOfTheFirst) {
     const auto a = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}});
     for (const LogPriority priority : {LogPriority::Warning, LogPriority::Debug}) {

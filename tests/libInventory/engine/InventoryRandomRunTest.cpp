@@ -1,5 +1,5 @@
 /// Random small scripts on random small machines: the engine against the plain rules, in everything that a host can
-/// see. The worlds are narrow, so that elements compete for devices, alternatives are hopeless, and rules overlap.
+/// see. The worlds are narrow, so that elements compete for devices, alternatives cannot be met, and rules overlap.
 
 #include <gtest/gtest.h>
 
