@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "libMachine/devices/DmiFields.h"
 #include "libMachine/devices/MachineDevices.h"
 #include "libMachine/linux/PciPlaces.h"
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "libMachine/devices/DmiFields.h"
 #include "libMachine/linux/RootFolder.h"
 
 namespace vrx {

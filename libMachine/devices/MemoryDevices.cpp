@@ -9,7 +9,6 @@
 #include <map>
 #include <set>
 
-#include "libMachine/devices/DmiFields.h"
 #include "libMachine/devices/MachineDevices.h"
 #include "libSystemState/properties/PropertyNames.h"
 

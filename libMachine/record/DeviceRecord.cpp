@@ -91,4 +91,20 @@ std::string cleanName(std::string_view raw) {
     return isPlaceholder(clean) ? std::string() : clean.toUtf8();
 }
 
+std::string nameFromModel(const DeviceRecord& device, std::string_view otherwise, StringView modelKey) {
+    std::string vendor;
+    std::string model;
+    for (const PropertyRecord& property : device.properties) {
+        if (property.key == property::VENDOR) {
+            vendor = property.value.toString(false).toUtf8();
+        } else if (property.key == modelKey) {
+            model = property.value.toString(false).toUtf8();
+        }
+    }
+    if (model.empty()) {
+        return std::string(otherwise);
+    }
+    return vendor.empty() || model.starts_with(vendor) ? model : vendor + " " + model;
+}
+
 }  // namespace vrx

@@ -9,11 +9,12 @@
 
 #include "libCommon/text/String.h"
 #include "libSystemState/properties/PropertyCategoryImp.h"
+#include "libSystemState/properties/PropertyNames.h"
 #include "libSystemState/values/ValueImp.h"
 
 namespace vrx {
 
-/// A property as a source found it. The key is one of host/collect/PropertyNames.h.
+/// A property as a source found it. The key is one of PropertyNames.h.
 struct PropertyRecord {
     StringView key;
     PropertyCategoryImp category;
@@ -64,5 +65,10 @@ struct DeviceRecord {
 
 /// The cleaned text of a name; empty for a placeholder.
 std::string cleanName(std::string_view raw);
+
+/// "Vendor Model" from a device's properties, the model alone, or the given text where the model is not known.
+/// `modelKey` is the property that tells the model.
+std::string nameFromModel(const DeviceRecord& device, std::string_view otherwise,
+                          StringView modelKey = property::MODEL);
 
 }  // namespace vrx

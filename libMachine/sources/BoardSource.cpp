@@ -1,7 +1,7 @@
 /// Board, chassis and BIOS, as far as the firmware tells of them. A device that nothing is known of is not recorded.
 
 #include "libMachine/collect/CollectContext.h"
-#include "libMachine/devices/DmiFields.h"
+#include "libMachine/collect/DmiFields.h"
 #include "libMachine/devices/MachineDevices.h"
 
 namespace vrx {

@@ -8,7 +8,6 @@
 #include <cmath>
 
 #include "libMachine/collect/CollectContext.h"
-#include "libMachine/devices/DmiFields.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {

@@ -8,7 +8,6 @@
 #include <iterator>
 
 #include "libMachine/collect/CollectContext.h"
-#include "libMachine/devices/DmiFields.h"
 #include "libMachine/ids/VpdPages.h"
 #include "libMachine/linux/DiskPlace.h"
 #include "libSystemState/properties/PropertyNames.h"

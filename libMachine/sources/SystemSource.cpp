@@ -2,7 +2,7 @@
 /// machines without SMBIOS, from the device tree.
 
 #include "libMachine/collect/CollectContext.h"
-#include "libMachine/devices/DmiFields.h"
+#include "libMachine/collect/DmiFields.h"
 #include "libMachine/devices/MachineDevices.h"
 
 namespace vrx {

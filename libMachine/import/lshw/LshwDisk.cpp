@@ -9,7 +9,6 @@
 
 #include <algorithm>
 
-#include "libMachine/devices/DmiFields.h"
 #include "libMachine/import/lshw/LshwConversion.h"
 #include "libMachine/import/lshw/LshwDiskPlace.h"
 #include "libMachine/linux/RootFolder.h"

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "libMachine/devices/DmiFields.h"
 #include "libMachine/import/lshw/LshwConversion.h"
 #include "libMachine/linux/RootFolder.h"
 #include "libSystemState/properties/PropertyNames.h"

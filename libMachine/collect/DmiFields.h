@@ -1,11 +1,6 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-
-#include "libMachine/record/DeviceRecord.h"
 #include "libMachine/smbios/SmbiosFacts.h"
-#include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
 
@@ -18,10 +13,5 @@ SystemFacts dmiSystem(CollectContext& context);
 BoardFacts dmiBoard(CollectContext& context);
 ChassisFacts dmiChassis(CollectContext& context);
 BiosFacts dmiBios(CollectContext& context);
-
-/// "Vendor Model" from a device's properties, the model alone, or the given text where the model is not known.
-/// `modelKey` is the property that tells the model.
-std::string nameFromModel(const DeviceRecord& device, std::string_view otherwise,
-                          StringView modelKey = property::MODEL);
 
 }  // namespace vrx

@@ -1,4 +1,4 @@
-#include "libMachine/devices/DmiFields.h"
+#include "libMachine/collect/DmiFields.h"
 
 #include <fmt/format.h>
 
@@ -6,6 +6,7 @@
 
 #include "libMachine/collect/CollectContext.h"
 #include "libMachine/smbios/SmbiosNames.h"
+#include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
 
@@ -100,22 +101,6 @@ ChassisFacts dmiChassis(CollectContext& context) {
 
 BiosFacts dmiBios(CollectContext& context) {
     return withCopies(context, context.smbios.bios.value_or(BiosFacts()), BIOS_COPIES, "BIOS");
-}
-
-std::string nameFromModel(const DeviceRecord& device, std::string_view otherwise, StringView modelKey) {
-    std::string vendor;
-    std::string model;
-    for (const PropertyRecord& property : device.properties) {
-        if (property.key == property::VENDOR) {
-            vendor = property.value.toString(false).toUtf8();
-        } else if (property.key == modelKey) {
-            model = property.value.toString(false).toUtf8();
-        }
-    }
-    if (model.empty()) {
-        return std::string(otherwise);
-    }
-    return vendor.empty() || model.starts_with(vendor) ? model : vendor + " " + model;
 }
 
 }  // namespace vrx
