@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "libMachine/MachineImport.h"
+#include "libMachine/import/ForeignRecording.h"
 #include "libMachine/record/Recording.h"
 #include "libSystemState/StateManager.h"
 

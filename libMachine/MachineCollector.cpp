@@ -5,6 +5,8 @@
 
 #include "libMachine/MachineCollector.h"
 
+#include <fmt/format.h>
+
 #include "libCommon/io/FileLoader.h"
 #include "libMachine/collect/CollectContext.h"
 #include "libMachine/collect/SourceChoice.h"
@@ -36,7 +38,8 @@ std::string tableBytes(CollectContext& context, const std::string& savedPath) {
     std::string file;
     String error;
     if (!loadFile(String::UTF8Decode(savedPath), file, error)) {
-        context.note(savedPath, error.toUtf8(), "everything that the SMBIOS table tells");
+        context.note(savedPath, CollectNote::Reason::Unreadable, error.toUtf8(),
+                     "everything that the SMBIOS table tells");
     }
     return std::string(tableInFile(file).substr(0, SmbiosTable::LARGEST));
 }
@@ -45,10 +48,10 @@ void readSmbios(CollectContext& context, const std::string& savedPath) {
     const SmbiosTable table(bufferOf(tableBytes(context, savedPath)));
     context.smbios = readSmbiosFacts(table);
     if (table.isDamaged()) {
-        context.note(savedPath.empty() ? TABLE : savedPath, "the table is damaged",
+        context.note(savedPath.empty() ? TABLE : savedPath, CollectNote::Reason::Damaged, "the table is damaged",
                      "what comes behind its last complete structure");
     } else if (!savedPath.empty() && table.structures().empty()) {
-        context.note(savedPath, "holds no SMBIOS table", "everything that it tells");
+        context.note(savedPath, CollectNote::Reason::SaysNothing, "holds no SMBIOS table", "everything that it tells");
     }
 }
 
@@ -83,13 +86,30 @@ bool saysSomething(const Recording& recording) {
 
 }  // namespace
 
-bool collectMachine(StateManager& store, const CollectOptions& options, Array<String>& notes) {
+std::vector<CollectSource> collectSources() {
+    std::vector<CollectSource> list;
+    for (const Source& source : sources()) {
+        list.push_back({source.name, source.description});
+    }
+    return list;
+}
+
+std::optional<UnknownCollectName> unknownName(const CollectOptions& options) {
+    return SourceChoice::unknownName(options);
+}
+
+std::string noteText(const CollectNote& note) {
+    return fmt::format("{}: {}; left out: {}", note.path, note.detail, note.lost);
+}
+
+bool collectMachine(StateManager& store, const CollectOptions& options, std::vector<CollectNote>& notes) {
     VRX_ASSERT(store.deviceCount() == 0);
     const SourceChoice choice(options);
     const RootFolder root(options.isTableOnly() ? std::string(NOTHING) : options.root);
     CollectContext context(root, notes);
     if (!options.isTableOnly() && root.list("/sys").empty() && root.list("/proc").empty()) {
-        context.note(root.folder(), "neither /sys nor /proc can be read in this folder", "everything");
+        context.note(root.folder(), CollectNote::Reason::Absent, "neither /sys nor /proc can be read in this folder",
+                     "everything");
         return false;
     }
     if (choice.readsTable()) {
@@ -101,10 +121,10 @@ bool collectMachine(StateManager& store, const CollectOptions& options, Array<St
     const std::size_t heard = notes.size();
     runSources(context, choice);
     if (options.isTableOnly()) {
-        notes.truncate(heard);  // nobody expects the files of a machine beside its table
+        notes.resize(heard);  // nobody expects the files of a machine beside its table
     }
     if (!saysSomething(context.recording)) {
-        context.note(options.isTableOnly() ? options.smbiosPath : root.folder(),
+        context.note(options.isTableOnly() ? options.smbiosPath : root.folder(), CollectNote::Reason::SaysNothing,
                      "no source says anything about the machine", "everything");
         return false;
     }

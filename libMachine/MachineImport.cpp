@@ -1,85 +1,154 @@
+/// A recording's format decides who reads it: the engine SysInfo XML, a converter everything else. A file of SysInfo
+/// XML is given to the engine by its path, so that its bytes are in memory once; of other files only the start is read
+/// before the format is known.
+
 #include "libMachine/MachineImport.h"
 
-#include <algorithm>
-#include <iterator>
-#include <string>
-#include <unordered_map>
+#include <filesystem>
+#include <fstream>
 
-#include "libMachine/import/Converters.h"
-#include "libMachine/import/mending/TextMending.h"
+#include "libCommon/io/FileLoader.h"
+#include "libCommon/xml/XmlDocument.h"
+#include "libInventory/Inventory.h"
+#include "libMachine/import/ForeignRecording.h"
+#include "libMachine/record/Anonymize.h"
 #include "libMachine/record/Recording.h"
-#include "libSystemState/properties/PropertyNames.h"
+#include "libMachine/record/StoredMachine.h"
+#include "libSystemState/StateManager.h"
 
 namespace vrx {
 
 namespace {
 
-using Converter = void (*)(std::string_view, Recording&, DamageList&);
+namespace fs = std::filesystem;
 
-Converter converterOf(RecordingFormat format) {
-    switch (format) {
-        case RecordingFormat::LshwXml: return convertLshwXml;
-        case RecordingFormat::LshwJson: return convertLshwJson;
-        case RecordingFormat::Dmidecode: return convertDmidecode;
-        case RecordingFormat::HwlocXml: return convertHwlocXml;
-        default: return nullptr;
+/// The start of a file that can be read again from there; empty for any other, as a pipe is.
+std::string startOfFile(const std::string& path) {
+    std::error_code failure;
+    std::string start;
+    if (fs::is_regular_file(path, failure)) {
+        start.resize(RECOGNITION_SIZE);
+        std::ifstream file(path, std::ios::binary);
+        file.read(start.data(), static_cast<std::streamsize>(start.size()));
+        start.resize(static_cast<std::size_t>(file.gcount()));
+    }
+    return start;
+}
+
+bool isPipe(const std::string& path) {
+    std::error_code failure;
+    return fs::is_fifo(path, failure);
+}
+
+bool readFile(const std::string& path, std::string& bytes, ImportResult& result) {
+    if (!loadFile(String::UTF8Decode(path), bytes, result.report.reason)) {
+        result.report.failure = ImportReport::Failure::Unreadable;
+        return false;
+    }
+    return true;
+}
+
+/// Says what the parser has against a text. The engine, which reads devices while it parses, keeps no places of open
+/// elements, so that its parser's words may name a wrong line; it is asked once more here.
+void explain(std::string_view bytes, ImportReport& report) {
+    XmlDocument document;
+    if (!document.ParseUtf8(bytes)) {
+        report.failure = ImportReport::Failure::Malformed;
+        report.reason = document.ErrorDesc();
+        report.row = document.ErrorRow() + 1;
+        report.column = document.ErrorColumn() + 1;
     }
 }
 
-/// Parts of which no two have one serial number.
-bool hasOwnSerialNumber(const DeviceRecord& device) {
-    static constexpr StringView TYPES[] = {u"MemoryModule", u"HardDiskDrive", u"SolidStateDrive", u"NvmeDrive",
-                                           u"Storage",      u"OpticalDrive",  u"TapeDrive"};
-    return std::find(std::begin(TYPES), std::end(TYPES), device.type) != std::end(TYPES);
-}
-
-std::string serialNumberOf(const DeviceRecord& device) {
-    for (const PropertyRecord& property : device.properties) {
-        if (property.key == property::SERIAL_NUMBER) {
-            return property.value.toString(false).toUtf8();
-        }
+void importSysInfo(std::string_view bytes, StateManager& store, ImportResult& result) {
+    Utf8Damage damage;
+    const String text = String::UTF8Decode(bytes, &damage);
+    result.isUtf8 = damage.count == 0;
+    if (result.isUtf8) {
+        Inventory::importStateFromXmlString(text, store, result.report);
     }
-    return {};
-}
-
-/// Namespaces of one drive share its serial number.
-std::string driveOf(const DeviceRecord& device) { return device.hwLocator.substr(0, device.hwLocator.rfind("/ns:")); }
-
-void noteSerialNumbers(const Recording& recording, DamageList& damage) {
-    std::unordered_map<std::string, std::string> drives;
-    for (std::size_t place = 0; place < recording.size(); ++place) {
-        const DeviceRecord& device = recording.at(place);
-        const std::string number = hasOwnSerialNumber(device) ? serialNumberOf(device) : std::string();
-        if (number.empty()) {
-            continue;
-        }
-        const auto [first, isNew] = drives.emplace(number, driveOf(device));
-        if (!isNew && first->second != driveOf(device)) {
-            damage.add("modules or disks with the serial number of another one", device.hwLocator);
-        }
+    if (!result.isUtf8 || result.report.failure == ImportReport::Failure::Malformed) {
+        explain(bytes, result.report);
     }
 }
 
-/// Addresses and ports that two devices claim; storing them tells them apart.
-void noteLocators(const Recording& recording, DamageList& damage) {
-    std::unordered_map<std::string_view, std::size_t> places;
-    for (std::size_t place = 0; place < recording.size(); ++place) {
-        const std::string& locator = recording.at(place).hwLocator;
-        if (!places.emplace(locator, place).second) {
-            damage.add("devices at the place of another one, told apart by a number", locator);
-        }
+void importSysInfoFile(const std::string& path, StateManager& store, ImportReport& report) {
+    const String name = String::UTF8Decode(path);
+    Inventory::importStateFromXmlFile(name, store, report);
+    std::string bytes;
+    String reason;
+    if (report.failure == ImportReport::Failure::Malformed && loadFile(name, bytes, reason)) {
+        explain(bytes, report);
     }
+}
+
+/// Reads SysInfo XML with `read(store)`, by way of another store where pseudonyms are wanted.
+template <typename Read>
+void importSysInfoWith(Read read, StateManager& store, bool isAnonymous, const ImportResult& result) {
+    if (!isAnonymous) {
+        return read(store);
+    }
+    StateManager original;
+    read(original);
+    if (result.isImported()) {
+        anonymizeMachine(original, store);
+    }
+}
+
+void importForeign(std::string_view bytes, StateManager& store, bool isAnonymous, ImportResult& result) {
+    DamageList damage;
+    Recording recording;
+    const bool isConverted = convertForeign(result.format, bytes, recording, damage);
+    result.damage = damage.takeAll();
+    if (!isConverted) {
+        result.report.failure = ImportReport::Failure::NoDevices;
+        return;
+    }
+    if (isAnonymous) {
+        anonymize(recording);
+    }
+    recording.storeIn(store);
+    result.report.devices = static_cast<std::uint32_t>(store.deviceCount());
 }
 
 }  // namespace
 
-bool convertForeign(RecordingFormat format, std::string_view bytes, Recording& recording, DamageList& damage) {
-    const Converter convert = converterOf(format);
-    VRX_ASSERT(convert != nullptr);
-    convert(mendedText(bytes, damage), recording, damage);
-    noteSerialNumbers(recording, damage);
-    noteLocators(recording, damage);
-    return recording.size() > 0;
+ImportResult importMachine(std::string_view bytes, StateManager& store, const ImportOptions& options) {
+    ImportResult result;
+    result.format = options.format ? *options.format : recognisedFormat(bytes);
+    if (isForeign(result.format)) {
+        importForeign(bytes, store, options.isAnonymous, result);
+    } else {
+        const auto read = [&](StateManager& target) {
+            importSysInfo(bytes, target, result);
+        };
+        importSysInfoWith(read, store, options.isAnonymous, result);
+    }
+    return result;
+}
+
+ImportResult importMachineFile(const std::string& path, StateManager& store, const ImportOptions& options) {
+    ImportResult result;
+    std::string bytes;
+    if (isPipe(path)) {
+        return readFile(path, bytes, result) ? importMachine(bytes, store, options) : result;
+    }
+    result.format = options.format ? *options.format : recognisedFormat(startOfFile(path));
+    if (!isForeign(result.format)) {
+        const auto read = [&](StateManager& target) {
+            importSysInfoFile(path, target, result.report);
+        };
+        importSysInfoWith(read, store, options.isAnonymous, result);
+    } else if (readFile(path, bytes, result)) {
+        importForeign(bytes, store, options.isAnonymous, result);
+    }
+    return result;
+}
+
+void anonymizeMachine(const StateManager& machine, StateManager& store) {
+    StoredMachine copy(machine);
+    anonymize(copy.recording());
+    copy.recording().storeIn(store);
 }
 
 }  // namespace vrx

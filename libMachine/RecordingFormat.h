@@ -3,11 +3,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
+#include "libCommon/Export.h"
+
+/// The ways in which machines are recorded, told from their content.
+///
+///     if (isForeign(recognisedFormat(bytes))) {
+///         std::cout << "made by another program: " << formatTitle(recognisedFormat(bytes)) << '\n';
+///     }
+///
+/// MachineImport.h reads them all. How to add one: docs/convert.md.
 namespace vrx {
 
-/// How a machine can be recorded.
+/// In the order in which people are told of them.
 enum class RecordingFormat : std::uint8_t { Unknown, SysInfo, LshwXml, LshwJson, Dmidecode, HwlocXml };
 
 /// Whether a format is another program's.
@@ -20,15 +30,15 @@ inline constexpr std::size_t RECOGNITION_SIZE = std::size_t{16} * 1024;
 
 /// The format that a recording's content shows, whatever its name is. Looks at no more than RECOGNITION_SIZE bytes.
 /// SysInfo recordings have a root of any name, so any other XML is one.
-RecordingFormat recognisedFormat(std::string_view bytes);
+VRX_EXPORT RecordingFormat recognisedFormat(std::string_view bytes);
 
-/// "lshw XML", as messages name it.
-std::string_view formatTitle(RecordingFormat format) noexcept;
+/// "lshw XML", as messages name it; "unknown".
+VRX_EXPORT std::string_view formatTitle(RecordingFormat format) noexcept;
 
 /// The format of a name that options take ("lshw-json"); none for other texts.
-std::optional<RecordingFormat> formatNamed(std::string_view name) noexcept;
+VRX_EXPORT std::optional<RecordingFormat> formatNamed(std::string_view name) noexcept;
 
 /// All names that options take, with ", " between them.
-std::string_view formatNames() noexcept;
+VRX_EXPORT std::string formatNames();
 
 }  // namespace vrx

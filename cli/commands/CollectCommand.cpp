@@ -1,14 +1,15 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "cli/commands/Commands.h"
 #include "cli/input/MachineSource.h"
 #include "cli/program/CommonOptions.h"
+#include "libCommon/text/NearestName.h"
 #include "libInventory/recording/SysInfoWriter.h"
 #include "libMachine/MachineCollector.h"
-#include "libMachine/collect/SourceChoice.h"
-#include "libMachine/collect/SourceTable.h"
 
 namespace vrx::cli {
 
@@ -34,14 +35,21 @@ struct CollectCommandOptions : CommonOptions {
 
 std::string sourceList() {
     std::size_t width = 0;
-    for (const Source& source : sources()) {
+    for (const CollectSource& source : collectSources()) {
         width = std::max(width, source.name.size());
     }
     std::string list;
-    for (const Source& source : sources()) {
+    for (const CollectSource& source : collectSources()) {
         list.append(source.name).append(width - source.name.size() + 2, ' ').append(source.description) += '\n';
     }
     return list;
+}
+
+std::string problemOf(const UnknownCollectName& unknown) {
+    const std::vector<StringView> known(unknown.known.begin(), unknown.known.end());
+    return (unknown.isExcluded ? "--exclude: \"" + unknown.name + "\" is neither a source nor a device type"
+                               : "--source: \"" + unknown.name + "\" is no source") +
+           suggestion(String::UTF8Decode(unknown.name).view(), known);
 }
 
 // An import gives every property the same category, so what changes by itself would end up in scripts of the recording.
@@ -49,18 +57,13 @@ CommandResult collect(const CollectCommandOptions& options, Session& session) {
     if (options.listsSources) {
         return {ExitStatus::Success, sourceList()};
     }
-    if (const std::string problem = SourceChoice::problem(options.collect); !problem.empty()) {
-        throw CommandFailure(ExitStatus::BadInput, problem);
+    if (const std::optional<UnknownCollectName> unknown = unknownName(options.collect)) {
+        throw CommandFailure(ExitStatus::BadInput, problemOf(*unknown));
     }
     StateManager& store = session.make<StateManager>();
-    Array<String> notes;
+    std::vector<CollectNote> notes;
     const bool isRead = collectMachine(store, options.collect, notes);
-    for (const String& note : notes) {
-        session.say(note.toUtf8());
-    }
-    if (!isRead) {
-        throw MachineFailure(ExitStatus::Undetermined, "nothing could be read of this machine", std::move(notes));
-    }
+    sayNotes(notes, isRead, session);
     return {ExitStatus::Success, sysInfoXml(store, options.hasAllCategories)};
 }
 

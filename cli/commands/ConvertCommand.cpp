@@ -33,7 +33,7 @@ struct ConvertOptions : CommonOptions {
 };
 
 CommandResult convert(const ConvertOptions& options, Session& session) {
-    LoadOptions load;
+    ImportOptions load;
     load.isAnonymous = options.isAnonymous;
     if (!options.from.empty()) {
         load.format = formatNamed(options.from);

@@ -2,19 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
-#include <fstream>
+#include <algorithm>
 
 #include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
-#include "libCommon/io/FileLoader.h"
-#include "libCommon/xml/XmlDocument.h"
-#include "libInventory/Inventory.h"
-#include "libMachine/MachineCollector.h"
-#include "libMachine/MachineImport.h"
-#include "libMachine/record/Anonymize.h"
-#include "libMachine/record/Recording.h"
-#include "libMachine/record/StoredMachine.h"
 #include "libReport/text/TextPieces.h"
 
 namespace vrx::cli {
@@ -26,13 +17,36 @@ constexpr const char* EXPECTED =
 constexpr const char* NO_DEVICES =
     "this document holds no devices; expected a <SysInfo> with <Device> elements, or <device> elements, in its root";
 
-/// Why the recording was not imported, asked of its text once more: the import itself tells no place.
-std::string problemOf(const std::string& name, std::string_view bytes) {
-    XmlDocument document;
-    if (!document.ParseUtf8(bytes)) {
-        return xmlProblem(name, document, EXPECTED);
+/// One line for each kind of damage.
+Array<String> damageLines(const ImportResult& result) {
+    Array<String> lines;
+    for (const ImportDamage& damage : result.damage) {
+        lines.append(String::UTF8Decode(damageText(damage)));
     }
-    return problemAt(name, document.RootElement()->Row(), document.RootElement()->Column(), NO_DEVICES);
+    return lines;
+}
+
+/// Why there is no machine, in one line.
+std::string problemOf(const std::string& path, const ImportResult& result) {
+    using Failure = ImportReport::Failure;
+    const ImportReport& report = result.report;
+    if (report.failure == Failure::Unreadable) {
+        return fileProblem(path, report.reason, EXPECTED);
+    }
+    if (isForeign(result.format)) {
+        return fmt::format("{}: this {} holds no devices", inputName(path), formatTitle(result.format));
+    }
+    const std::string text =
+        report.failure == Failure::Malformed ? fmt::format("{}; {}", report.reason.toUtf8(), EXPECTED) : NO_DEVICES;
+    return problemAt(path, std::max(report.row, 1U) - 1, std::max(report.column, 1U) - 1, text);
+}
+
+/// What reports for programs say of it: the engine's words, or what was damaged.
+Array<String> textsOf(const ImportResult& result) {
+    if (isForeign(result.format)) {
+        return damageLines(result);
+    }
+    return result.isUtf8 ? result.report.errorLines() : Array<String>();
 }
 
 [[noreturn]] void fail(const std::string& line, Array<String> texts) {
@@ -42,112 +56,40 @@ std::string problemOf(const std::string& name, std::string_view bytes) {
     throw MachineFailure(ExitStatus::BadInput, line, std::move(texts));
 }
 
-std::string loadBytes(const std::string& path) {
+ImportResult importInput(const std::string& path, const ImportOptions& options, StateManager& store) {
+    if (path != "-") {
+        return importMachineFile(path, store, options);
+    }
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
         fail(fileProblem(path, reason, EXPECTED), {});
     }
-    return bytes;
-}
-
-/// The start of a file that can be read again from there; empty for any other, as a pipe is.
-std::string startOfFile(const std::string& path) {
-    std::error_code failure;
-    std::string start;
-    if (std::filesystem::is_regular_file(path, failure)) {
-        start.resize(RECOGNITION_SIZE);
-        std::ifstream file(path, std::ios::binary);
-        file.read(start.data(), static_cast<std::streamsize>(start.size()));
-        start.resize(static_cast<std::size_t>(file.gcount()));
-    }
-    return start;
-}
-
-bool isPipe(const std::string& path) {
-    std::error_code failure;
-    return path == "-" || std::filesystem::is_fifo(path, failure);
-}
-
-void loadSysInfoBytes(const std::string& name, const std::string& bytes, StateManager& store, const Session& session) {
-    Utf8Damage damage;
-    const String text = String::UTF8Decode(bytes, &damage);
-    ErrorStreamLog::Capture capture(*session.log);
-    // The import would take replaced characters for the text's own.
-    if (damage.count > 0 || !Inventory::importStateFromXmlString(text, store)) {
-        fail(problemOf(name, bytes), capture.errors());
-    }
-    capture.show();
-}
-
-void loadSysInfoFile(const std::string& path, StateManager& store, const Session& session) {
-    ErrorStreamLog::Capture capture(*session.log);
-    if (!Inventory::importStateFromXmlFile(String::UTF8Decode(path), store)) {
-        std::string bytes;
-        String reason;
-        const bool isRead = loadFile(String::UTF8Decode(path), bytes, reason);
-        fail(isRead ? problemOf(path, bytes) : fileProblem(path, reason, EXPECTED), capture.errors());
-    }
-    capture.show();
-}
-
-void loadSysInfo(const std::string& path, const std::string& piped, StateManager& store, const Session& session) {
-    if (isPipe(path)) {
-        loadSysInfoBytes(path, piped, store, session);
-    } else {
-        loadSysInfoFile(path, store, session);
-    }
-}
-
-void loadForeign(const std::string& name, RecordingFormat format, std::string_view bytes, bool isAnonymous,
-                 StateManager& store, const Session& session) {
-    DamageList damage;
-    Recording recording;
-    const bool isLoaded = convertForeign(format, bytes, recording, damage);
-    if (session.logLevel <= LogPriority::Warning) {
-        for (const String& line : damage.lines()) {
-            session.say(fmt::format("{}: warning: {}", inputName(name), line.toUtf8()));
-        }
-    }
-    if (!isLoaded) {
-        fail(fmt::format("{}: this {} holds no devices", inputName(name), formatTitle(format)), damage.lines());
-    }
-    if (isAnonymous) {
-        anonymize(recording);
-    }
-    recording.storeIn(store);
+    return importMachine(bytes, store, options);
 }
 
 void loadThisMachine(StateManager& store, const Session& session) {
-    Array<String> notes;
-    const bool isRead = collectMachine(store, CollectOptions(), notes);
-    for (const String& note : notes) {
-        session.say(note.toUtf8());
-    }
-    if (!isRead || store.deviceCount() == 0) {
-        throw MachineFailure(ExitStatus::Undetermined, "nothing could be read of this machine", std::move(notes));
-    }
+    std::vector<CollectNote> notes;
+    const bool isRead = collectMachine(store, {}, notes);
+    sayNotes(notes, isRead && store.deviceCount() != 0, session);
 }
 
 }  // namespace
 
-RecordingFormat loadRecording(const std::string& path, const LoadOptions& options, StateManager& store,
+RecordingFormat loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
                               const Session& session) {
-    const std::string piped = isPipe(path) ? loadBytes(path) : std::string();
-    const RecordingFormat format =
-        options.format ? *options.format : recognisedFormat(isPipe(path) ? piped : startOfFile(path));
-    if (isForeign(format)) {
-        loadForeign(path, format, isPipe(path) ? piped : loadBytes(path), options.isAnonymous, store, session);
-    } else if (options.isAnonymous) {
-        StateManager original;
-        loadSysInfo(path, piped, original, session);
-        StoredMachine machine(original);
-        anonymize(machine.recording());
-        machine.recording().storeIn(store);
-    } else {
-        loadSysInfo(path, piped, store, session);
+    ErrorStreamLog::Capture capture(*session.log);
+    const ImportResult result = importInput(path, options, store);
+    if (session.logLevel <= LogPriority::Warning) {
+        for (const String& line : damageLines(result)) {
+            session.say(fmt::format("{}: warning: {}", inputName(path), line.toUtf8()));
+        }
     }
-    return format;
+    if (!result.isImported()) {
+        fail(problemOf(path, result), textsOf(result));
+    }
+    capture.show();
+    return result.format;
 }
 
 void loadMachine(const std::string& statePath, StateManager& store, const Session& session) {
@@ -155,6 +97,17 @@ void loadMachine(const std::string& statePath, StateManager& store, const Sessio
         loadThisMachine(store, session);
     } else {
         loadRecording(statePath, {}, store, session);
+    }
+}
+
+void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session& session) {
+    Array<String> lines;
+    for (const CollectNote& note : notes) {
+        lines.append(String::UTF8Decode(noteText(note)));
+        session.say(noteText(note));
+    }
+    if (!isRead) {
+        throw MachineFailure(ExitStatus::Undetermined, "nothing could be read of this machine", std::move(lines));
     }
 }
 

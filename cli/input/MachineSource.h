@@ -1,12 +1,13 @@
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/program/Session.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
-#include "libMachine/RecordingFormat.h"
+#include "libMachine/MachineCollector.h"
+#include "libMachine/MachineImport.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx::cli {
@@ -31,14 +32,12 @@ private:
 /// Throws a MachineFailure when there is no machine.
 void loadMachine(const std::string& statePath, StateManager& store, const Session& session);
 
-struct LoadOptions {
-    std::optional<RecordingFormat> format;  ///< none to go by the content
-    bool isAnonymous = false;               ///< with pseudonyms for what identifies the machine (Anonymize.h)
-};
-
 /// The same for a recording. Returns its format.
-RecordingFormat loadRecording(const std::string& path, const LoadOptions& options, StateManager& store,
+RecordingFormat loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
                               const Session& session);
+
+/// Says on standard error what could not be read of the machine. Throws a MachineFailure when nothing could.
+void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session& session);
 
 /// How reports name it: the path, "standard input" or "this machine".
 std::string machineName(const std::string& statePath);

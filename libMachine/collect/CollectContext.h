@@ -3,8 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "libCommon/containers/Array.h"
-#include "libCommon/text/String.h"
+#include "libMachine/MachineCollector.h"
 #include "libMachine/linux/CpuInfo.h"
 #include "libMachine/linux/RootFolder.h"
 #include "libMachine/record/Recording.h"
@@ -15,18 +14,19 @@ namespace vrx {
 /// What the sources of one recording share: where they read, what several of them need, and where they put what they
 /// found.
 struct CollectContext {
-    CollectContext(const RootFolder& machine, Array<String>& noteLines) : root(machine), notes(noteLines) {}
+    CollectContext(const RootFolder& machine, std::vector<CollectNote>& collectNotes)
+        : root(machine), notes(collectNotes) {}
 
     const RootFolder& root;
     SmbiosFacts smbios;
     CpuInfo cpuInfo;
     Recording recording;
-    Array<String>& notes;
+    std::vector<CollectNote>& notes;
 
-    /// Notes that something could not be read: "PATH: REASON; left out: LOST".
-    void note(std::string_view path, std::string_view reason, std::string_view lost);
+    /// Notes that something could not be read.
+    void note(std::string_view path, CollectNote::Reason reason, std::string_view detail, std::string_view lost);
 
-    /// The same with the reason that `access` stands for; does nothing when access was granted.
+    /// The same for the reason that `access` stands for; does nothing when access was granted.
     void noteAccess(std::string_view path, RootFolder::Access access, std::string_view lost);
 };
 

@@ -5,10 +5,7 @@
 #include "libMachine/collect/SourceChoice.h"
 
 #include <algorithm>
-#include <optional>
 
-#include "libCommon/text/NearestName.h"
-#include "libMachine/MachineCollector.h"
 #include "libMachine/collect/SourceTable.h"
 #include "libMachine/record/Recording.h"
 #include "libSystemState/capabilities/CapabilityNames.h"
@@ -30,34 +27,34 @@ std::uint64_t bitOf(const std::string& name) {
 
 CapabilityImp typeOf(const std::string& name) { return CapabilityImp(String::UTF8Decode(name)); }
 
-std::string unknownName(const std::string& name, std::string_view what, bool withTypes) {
-    std::vector<String> known;
+UnknownCollectName unknown(const std::string& name, bool isExcluded) {
+    UnknownCollectName unknown{name, isExcluded, {}};
     for (const Source& source : sources()) {
-        known.push_back(String::UTF8Decode(source.name));
+        unknown.known.push_back(String::UTF8Decode(source.name));
     }
-    std::vector<StringView> names(known.begin(), known.end());
-    if (withTypes) {
-        const std::vector<StringView> types = capabilityNames();
-        names.insert(names.end(), types.begin(), types.end());
+    if (isExcluded) {
+        for (const StringView type : capabilityNames()) {
+            unknown.known.emplace_back(type);
+        }
     }
-    return "\"" + name + "\" is " + std::string(what) + suggestion(String::UTF8Decode(name).view(), names);
+    return unknown;
 }
 
 }  // namespace
 
-std::string SourceChoice::problem(const CollectOptions& options) {
+std::optional<UnknownCollectName> SourceChoice::unknownName(const CollectOptions& options) {
     for (const std::string& name : options.sources) {
         if (!numberOf(name)) {
-            return "--source: " + unknownName(name, "no source", false);
+            return unknown(name, false);
         }
     }
     for (const std::string& name : options.excluded) {
         const bool isType = !typeOf(name).isInvalid() && !typeOf(name).isAll() && !typeOf(name).isEmpty();
         if (!numberOf(name) && !isType) {
-            return "--exclude: " + unknownName(name, "neither a source nor a device type", true);
+            return unknown(name, true);
         }
     }
-    return {};
+    return std::nullopt;
 }
 
 SourceChoice::SourceChoice(const CollectOptions& options) : m_isTableOnly(options.isTableOnly()) {

@@ -1,24 +1,23 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
-#include <vector>
+#include <optional>
 
+#include "libMachine/MachineCollector.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {
 
 class Recording;
-struct CollectOptions;
 
 /// What a user wants of a recording: which sources, and which device types not.
 class SourceChoice {
 public:
-    /// Requires: `problem` finds nothing wrong with the options.
+    /// Requires: the options hold no unknown name.
     explicit SourceChoice(const CollectOptions& options);
 
-    /// What is wrong with the names in the options, with a near name if there is one; empty when nothing is.
-    static std::string problem(const CollectOptions& options);
+    /// The first name in the options that means nothing; none when all mean something.
+    static std::optional<UnknownCollectName> unknownName(const CollectOptions& options);
 
     /// Whether the source of that number in the table has to run. One that gives places runs, wanted or not.
     bool runs(std::size_t source) const;

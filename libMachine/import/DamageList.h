@@ -2,34 +2,25 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
-#include "libCommon/containers/Array.h"
-#include "libCommon/text/String.h"
+#include "libMachine/MachineImport.h"
 
 namespace vrx {
 
 /// What was wrong with a recording by kind, so that a thousand bad bytes give one line and not a thousand.
 class DamageList {
 public:
-    /// Counts one damage more. `kind` is the sentence for one or many of them ("bytes that are no UTF-8, replaced");
-    /// `place` says where the first of the kind stands ("line 12", a locator) and may be empty.
-    void add(std::string_view kind, std::string_view place = {}, std::size_t count = 1);
+    /// Counts damage. The first of each kind says where it is: a line of the text, from 1 (0 for none), and the name of
+    /// a field or a locator.
+    void add(DamageKind kind, std::size_t line = 0, std::string place = {}, std::size_t count = 1);
 
-    bool isEmpty() const noexcept { return m_kinds.empty(); }
-
-    /// One line for each kind, in the order in which they were first seen: "KIND: COUNT (first: PLACE)".
-    Array<String> lines() const;
+    const std::vector<ImportDamage>& all() const noexcept { return m_kinds; }
+    std::vector<ImportDamage> takeAll() noexcept { return std::move(m_kinds); }
 
 private:
-    struct Kind {
-        std::string sentence;
-        std::string firstPlace;
-        std::size_t count = 0;
-    };
-
-    std::vector<Kind> m_kinds;
+    std::vector<ImportDamage> m_kinds;
 };
 
 }  // namespace vrx

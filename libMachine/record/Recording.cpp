@@ -22,9 +22,9 @@ public:
 
     StateManager::DevicePointer write(DeviceRecord& record, const StateManager::DevicePointer& parent) {
         addPlaceholders(record);
-        const auto device =
-            DeviceImp::createGeneric(typeOf(record.type), capabilitiesOf(record), 0, String::UTF8Decode(record.name),
-                                     String(), String::UTF8Decode(record.osLocator), uniqueLocator(record));
+        const auto device = DeviceImp::createGeneric(CapabilityImp(record.type), capabilitiesOf(record), 0,
+                                                     String::UTF8Decode(record.name), String(),
+                                                     String::UTF8Decode(record.osLocator), uniqueLocator(record));
         for (PropertyRecord& property : record.properties) {
             device->addProperty(boost::make_shared<PropertyImp>(specOf(property), std::move(property.value)));
         }
@@ -47,16 +47,10 @@ private:
         }
     }
 
-    static CapabilityImp typeOf(StringView name) {
-        CapabilityImp type(name);
-        VRX_ASSERT(!type.isInvalid());
-        return type;
-    }
-
     static CapabilityImp capabilitiesOf(const DeviceRecord& record) {
         CapabilityImp all;
         for (const StringView name : record.capabilities) {
-            all = all | typeOf(name);
+            all = all | CapabilityImp(name);
         }
         return all;
     }

@@ -116,7 +116,7 @@ void addMonitor(CollectContext& context, const std::string& connector, const Mak
     if (const std::optional<Edid> edid = decodeEdid(bytes)) {
         addIdentity(monitor, *edid, makers);
     } else if (!bytes.empty()) {
-        context.note(folder + "/edid", "damaged", "what the monitor is");
+        context.note(folder + "/edid", CollectNote::Reason::Damaged, "damaged", "what the monitor is");
     }
     context.recording.add(std::move(monitor));
 }

@@ -44,7 +44,7 @@ void collectMemory(CollectContext& context) {
     const std::uint64_t size = memoryInBlocks(context.root);
     const std::uint64_t usable = usableMemory(context.root);
     if (size == 0 && usable == 0 && context.smbios.memory.modules.empty()) {
-        context.note("/proc/meminfo", "says nothing of the memory's size", "memory");
+        context.note("/proc/meminfo", CollectNote::Reason::SaysNothing, "says nothing of the memory's size", "memory");
         return;
     }
     const std::size_t place = addMemory(context.recording, 0, context.smbios.memory);

@@ -52,7 +52,7 @@ void collectOperatingSystem(CollectContext& context) {
     }
     const std::string kernel = root.text("/proc/sys/kernel/osrelease");
     if (release.empty() && kernel.empty()) {
-        return context.note("/etc/os-release", "absent", "the operating system");
+        return context.noteAccess("/etc/os-release", RootFolder::Access::Absent, "the operating system");
     }
     DeviceRecord system;
     system.type = u"OperatingSystem";

@@ -118,7 +118,8 @@ void collectProcessors(CollectContext& context) {
         PackageRecorder(context, packages[i]).record(sockets.size() == packages.size() ? sockets[i] : nullptr);
     }
     if (packages.empty()) {
-        context.note("/sys/devices/system/cpu", "shows no processor packages", "processor cores and caches");
+        context.note("/sys/devices/system/cpu", CollectNote::Reason::SaysNothing, "shows no processor packages",
+                     "processor cores and caches");
         recordFromCpuInfo(context);
     }
     if (packages.empty() && context.cpuInfo.blocks().empty()) {

@@ -24,10 +24,10 @@ constexpr const char* DMI = "/sys/firmware/dmi/tables/DMI";
 constexpr std::uint8_t ARRAY = 16;
 constexpr std::uint8_t MODULE = 17;
 
-std::string joined(const Array<String>& lines) {
+std::string joined(const std::vector<CollectNote>& notes) {
     std::string all;
-    for (const String& line : lines) {
-        all += line.toUtf8() + "\n";
+    for (const CollectNote& note : notes) {
+        all += noteText(note) + "\n";
     }
     return all;
 }
@@ -266,7 +266,7 @@ TEST(MachineCollectorTest, aContainerShowsLittleAndNothingIsMadeUp) {
 }
 
 TEST(MachineCollectorTest, recordsThisMachineTwiceAlike) {
-    Array<String> notes;
+    std::vector<CollectNote> notes;
     StateManager first;
     StateManager second;
     ASSERT_TRUE(collectMachine(first, {}, notes)) << joined(notes);

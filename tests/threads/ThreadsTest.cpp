@@ -19,7 +19,6 @@
 #include "libInventory/recording/SysInfoWriter.h"
 #include "libLint/Lint.h"
 #include "libMachine/MachineImport.h"
-#include "libMachine/record/Recording.h"
 #include "libRegex/Regex.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -102,14 +101,12 @@ std::string linted(std::string_view script) {
 
 std::string converted(const std::string& file) {
     const std::string bytes = bytesOf(file);
-    Recording recording;
-    DamageList damage;
-    EXPECT_TRUE(convertForeign(recognisedFormat(bytes), bytes, recording, damage)) << file;
     StateManager store;
-    recording.storeIn(store);
+    const ImportResult import = importMachine(bytes, store);
+    EXPECT_TRUE(import.isImported()) << file;
     std::string result = sysInfoXml(store, true);
-    for (const String& line : damage.lines()) {
-        result += utf8(line);
+    for (const ImportDamage& damage : import.damage) {
+        result += damageText(damage);
     }
     return result;
 }

@@ -41,6 +41,14 @@ void addAllMemory(Recording& recording, const MemoryFacts& facts, bool isWhole) 
 
 }  // namespace
 
+bool isDmidecode(const RecordingStart& start) {
+    const auto holds = [&start](std::string_view part) {
+        return start.text().find(part) != std::string_view::npos;
+    };
+    return start.text().starts_with("# dmidecode") || holds("\n# dmidecode") ||
+           (holds("Handle 0x") && holds(", DMI type "));
+}
+
 void convertDmidecode(std::string_view text, Recording& recording, DamageList& damage) {
     const DmidecodeText parsed = parseDmidecode(text, damage);
     const SmbiosFacts facts = dmidecodeFacts(parsed.structures, damage);

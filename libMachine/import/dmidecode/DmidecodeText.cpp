@@ -33,8 +33,6 @@ struct Line {
     std::string_view text;  ///< without blanks at both ends
     std::size_t indent = 0;
     std::size_t number = 0;
-
-    std::string place() const { return fmt::format("line {}", number); }
 };
 
 Line lineOf(std::string_view raw, std::size_t number) {
@@ -116,7 +114,7 @@ private:
         if (line.text.starts_with("Handle ")) {
             takeHead(line);
         } else if (isComplaint(line.text)) {
-            m_damage.add("complaints of dmidecode about the table", line.place());
+            m_damage.add(DamageKind::TableComplaint, line.number);
         } else if (!line.text.starts_with('#')) {
             takeContent(line);
         }
@@ -130,7 +128,7 @@ private:
         ++m_heads;
         m_expected = Expected::Nothing;
         if (!handle || (!type && !isShort)) {
-            m_damage.add("structures whose first line cannot be read, left out", line.place());
+            m_damage.add(DamageKind::StructureHead, line.number);
             return;
         }
         m_structures.emplace_back();
@@ -172,7 +170,7 @@ private:
     void takeType(const Line& line) {
         const std::optional<unsigned> type = numberAfter(line.text, "DMI type ");
         if (!type) {
-            m_damage.add("structures whose first line cannot be read, left out", line.place());
+            m_damage.add(DamageKind::StructureHead, line.number);
             m_structures.pop_back();
             m_expected = Expected::Nothing;
             return;
@@ -197,7 +195,7 @@ private:
         } else if (m_fieldIndent == m_titleIndent) {
             structure.items.push_back(line.text);
         } else if (!isHash(line.text)) {
-            m_damage.add("lines that cannot be read, left out", line.place());
+            m_damage.add(DamageKind::StructureLine, line.number);
         }
     }
 
@@ -205,18 +203,18 @@ private:
     /// structure, or what is left of a line.
     void takeOutside(const Line& line, const DmidecodeStructure& structure) {
         if (!m_isAfterBlank && structure.type != ADDITIONAL_INFORMATION && !isHash(line.text)) {
-            m_damage.add("lines that cannot be read, left out", line.place());
+            m_damage.add(DamageKind::StructureLine, line.number);
         }
     }
 
     /// Whether something is missing.
     bool countMissing() {
         if (m_announced && *m_announced > m_heads) {
-            m_damage.add("structures that the recording announces and does not have", {}, *m_announced - m_heads);
+            m_damage.add(DamageKind::StructuresMissing, 0, {}, *m_announced - m_heads);
             return true;
         }
         if (m_isWholeTable && !m_announced && !m_hasEnd) {
-            m_damage.add("recordings that end before the end of the table");
+            m_damage.add(DamageKind::TableCutOff);
             return true;
         }
         return false;
@@ -241,8 +239,8 @@ private:
             const bool isRepeated =
                 std::any_of(first, last, [&](const auto& entry) { return sameFields(kept[entry.second], structure); });
             if (first != last) {
-                m_damage.add("structures with the handle of another one",
-                             fmt::format("line {}, handle 0x{:04X}", structure.line, structure.handle));
+                m_damage.add(DamageKind::StructureHandle, structure.line,
+                             fmt::format("handle 0x{:04X}", structure.handle));
             }
             if (!isRepeated) {
                 byHandle.emplace(structure.handle, kept.size());

@@ -3,8 +3,6 @@
 
 #include "libMachine/import/dmidecode/DmidecodeValues.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <charconv>
 
@@ -114,7 +112,7 @@ bool DmidecodeValues::split(std::string_view key, double& number, std::string_vi
 
 void DmidecodeValues::countUnreadable(std::string_view key) const {
     const DmidecodeStructure::Field* const field = m_structure.field(key);
-    m_damage.add("numbers that cannot be read, left out", fmt::format("line {}, {}", field->line, key));
+    m_damage.add(DamageKind::StructureNumber, field->line, std::string(key));
 }
 
 }  // namespace vrx

@@ -226,6 +226,11 @@ void addMemory(std::uint64_t bytes, Recording& recording) {
 
 }  // namespace
 
+bool isHwlocXml(const RecordingStart& start) {
+    const std::string_view root = elementName(start.root());
+    return root == "topology" || root == "topologydiff";
+}
+
 void convertHwlocXml(std::string_view text, Recording& recording, DamageList& damage) {
     XmlDocument document;
     if (!parseMended(text, document, damage)) {

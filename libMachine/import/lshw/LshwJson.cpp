@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "libMachine/import/Converters.h"
 #include "libMachine/import/lshw/LshwTree.h"
 #include "libMachine/import/mending/JsonMending.h"
 
@@ -125,6 +126,13 @@ private:
 
 }  // namespace
 
+bool isLshwJson(const RecordingStart& start) {
+    const auto holds = [&start](std::string_view key) {
+        return start.json().find(key) != std::string_view::npos;
+    };
+    return holds("\"class\"") && (holds("\"id\"") || holds("\"claimed\""));
+}
+
 void readLshwJson(std::string_view text, LshwTree& tree, DamageList& damage) {
     static constexpr std::size_t DEEPEST = 512;
     json::parse_options options;
@@ -137,8 +145,7 @@ void readLshwJson(std::string_view text, LshwTree& tree, DamageList& damage) {
     parser.write_some(false, mended.data(), mended.size(), error);
     if (error) {
         parser.handler().cutOff();
-        damage.add(error == json::error::incomplete ? "JSON that ends too early"
-                                                    : "JSON that does not parse, left out from there on");
+        damage.add(error == json::error::incomplete ? DamageKind::JsonCutOff : DamageKind::JsonNotParsed);
     }
 }
 

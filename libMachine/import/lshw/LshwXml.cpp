@@ -3,12 +3,18 @@
 /// of the hardware.
 
 #include "libCommon/xml/XmlDocument.h"
+#include "libMachine/import/Converters.h"
 #include "libMachine/import/lshw/LshwTree.h"
 #include "libMachine/import/mending/XmlMending.h"
 
 namespace vrx {
 
 namespace {
+
+/// Whether a text starts with an element as lshw writes them.
+bool isNode(std::string_view text) {
+    return elementName(text) == "node" && text.substr(0, text.find('>')).find("class=") != std::string_view::npos;
+}
 
 class NodeReader {
 public:
@@ -84,6 +90,10 @@ private:
 };
 
 }  // namespace
+
+bool isLshwXml(const RecordingStart& start) {
+    return isNode(start.root()) || (elementName(start.root()) == "list" && isNode(start.firstInRoot()));
+}
 
 void readLshwXml(std::string_view text, LshwTree& tree, DamageList& damage) {
     XmlDocument document;

@@ -3,8 +3,6 @@
 
 #include "libMachine/import/mending/JsonMending.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 namespace vrx {
@@ -71,7 +69,7 @@ private:
     void startValue() {
         if (m_isBehindValue) {
             if (m_depth > 0) {
-                m_damage.add("missing commas in JSON, put in", fmt::format("line {}", m_line));
+                m_damage.add(DamageKind::JsonNoComma, m_line);
             }
             m_out += ',';
         }

@@ -3,8 +3,6 @@
 
 #include "libMachine/import/mending/TextMending.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -15,8 +13,6 @@ namespace vrx {
 
 namespace {
 
-constexpr const char* NOT_UTF8 = "bytes that are no UTF-8, replaced";
-constexpr const char* CONTROL_CHARACTERS = "control characters, left out";
 constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";
 
 unsigned byteAt(std::string_view bytes, std::size_t at) noexcept {
@@ -83,21 +79,21 @@ private:
         const std::size_t length = sequenceLength(m_bytes, m_at);
         const std::string_view sequence = m_bytes.substr(m_at, length);
         if (length == 0) {
-            count(NOT_UTF8);
+            count(DamageKind::BytesNotUtf8);
             m_text.append(REPLACEMENT);
         } else if (isLeftOut(sequence)) {
-            count(CONTROL_CHARACTERS);
+            count(DamageKind::ControlCharacters);
         } else {
             m_text.append(sequence);
         }
         m_at += std::max<std::size_t>(length, 1);
     }
 
-    void count(std::string_view kind) {
+    void count(DamageKind kind) {
         m_line += static_cast<std::size_t>(std::count(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_counted),
                                                       m_bytes.begin() + static_cast<std::ptrdiff_t>(m_at), '\n'));
         m_counted = m_at;
-        m_damage.add(kind, fmt::format("line {}", m_line));
+        m_damage.add(kind, m_line);
     }
 
     std::string_view m_bytes;

@@ -11,8 +11,6 @@
 
 #include "libMachine/import/mending/XmlMending.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -21,9 +19,6 @@ namespace vrx {
 
 namespace {
 
-constexpr const char* CUT_OFF = "XML that ends too early, closed";
-constexpr const char* NOT_CLOSED = "XML elements that are not closed, closed";
-constexpr const char* NO_TAG = "XML tags that make no sense, left out";
 constexpr std::size_t DEEPEST = 200;
 constexpr std::size_t LOOK_BACK = 64;  // how many open elements an end tag may close
 constexpr std::string_view XML_BLANKS = " \t\r\n";
@@ -103,7 +98,7 @@ public:
         }
         if (!m_open.empty()) {
             if (!m_isCut) {
-                count(CUT_OFF);
+                count(DamageKind::XmlCutOff);
             }
             m_out.append("<").append(toUtf8(CUT_OFF_ELEMENT)).append("/>");
         }
@@ -159,7 +154,7 @@ private:
     }
 
     void cutOff() {
-        count(CUT_OFF);
+        count(DamageKind::XmlCutOff);
         m_isCut = true;
         m_at = m_text.size();
     }
@@ -185,13 +180,13 @@ private:
         for (std::size_t i = m_open.size(); i > oldest; --i) {
             if (m_open[i - 1].name == name) {
                 if (i != m_open.size()) {
-                    count(NOT_CLOSED, m_open.size() - i);
+                    count(DamageKind::XmlNotClosed, m_open.size() - i);
                 }
                 closeDownTo(i - 1);
                 return;
             }
         }
-        count(NO_TAG);
+        count(DamageKind::XmlNoTag);
     }
 
     void closeDownTo(std::size_t size) {
@@ -223,7 +218,7 @@ private:
         if (isWritten) {
             write(tag);
         } else {
-            count("XML elements that are nested too deep, left out");
+            count(DamageKind::XmlTooDeep);
         }
         if (!tag.isEmpty) {
             m_open.push_back({tag.name, isWritten});
@@ -296,18 +291,18 @@ private:
 
     /// Leaves out what looked like a tag up to its end, or up to the next one.
     void skipBroken() {
-        count(NO_TAG);
+        count(DamageKind::XmlNoTag);
         const std::size_t end = std::min(m_text.find_first_of("<>", m_at + 1), m_text.size());
         m_at = end < m_text.size() && m_text[end] == '>' ? end + 1 : end;
     }
 
-    void count(std::string_view kind, std::size_t times = 1) {
+    void count(DamageKind kind, std::size_t times = 1) {
         const auto at = [this](std::size_t place) {
             return m_text.begin() + static_cast<std::ptrdiff_t>(place);
         };
         m_line += static_cast<std::size_t>(std::count(at(m_counted), at(m_at), '\n'));
         m_counted = m_at;
-        m_damage.add(kind, fmt::format("line {}", m_line), times);
+        m_damage.add(kind, m_line, {}, times);
     }
 
     std::string_view m_text;

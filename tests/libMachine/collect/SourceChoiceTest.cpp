@@ -21,15 +21,20 @@ CollectOptions optionsOf(std::vector<std::string> wanted, std::vector<std::strin
     return options;
 }
 
-TEST(SourceChoiceTest, suggestsNearNames) {
-    EXPECT_EQ(SourceChoice::problem(optionsOf({"pci", "sensors"}, {"sensors", "battery", "NIC"})), "");
-    EXPECT_EQ(SourceChoice::problem(optionsOf({"sensor"}, {})),
-              "--source: \"sensor\" is no source; did you mean \"sensors\"?");
-    EXPECT_EQ(SourceChoice::problem(optionsOf({"Battery"}, {})), "--source: \"Battery\" is no source");
-    EXPECT_EQ(SourceChoice::problem(optionsOf({}, {"Batery"})),
-              "--exclude: \"Batery\" is neither a source nor a device type; did you mean \"Battery\"?");
-    EXPECT_NE(SourceChoice::problem(optionsOf({}, {"ALL"})), "");
-    EXPECT_NE(SourceChoice::problem(optionsOf({""}, {})), "");
+TEST(SourceChoiceTest, namesThatMeanNothingAreFound) {
+    EXPECT_FALSE(unknownName(optionsOf({"pci", "sensors"}, {"sensors", "battery", "NIC"})));
+    const auto source = unknownName(optionsOf({"pci", "Battery"}, {"nix"}));
+    ASSERT_TRUE(source);
+    EXPECT_EQ(source->name, "Battery");
+    EXPECT_FALSE(source->isExcluded);
+    EXPECT_EQ(source->known.size(), collectSources().size());
+    const auto excluded = unknownName(optionsOf({}, {"Batery"}));
+    ASSERT_TRUE(excluded);
+    EXPECT_EQ(excluded->name, "Batery");
+    EXPECT_TRUE(excluded->isExcluded);
+    EXPECT_THAT(excluded->known, ::testing::IsSupersetOf({String(u"sensors"), String(u"Battery")}));
+    EXPECT_TRUE(unknownName(optionsOf({}, {"ALL"})));
+    EXPECT_TRUE(unknownName(optionsOf({""}, {})));
 }
 
 TEST(SourceChoiceTest, aSourceAloneGivesTheSameLocators) {
@@ -95,7 +100,7 @@ TEST(FirmwareTableTest, findsTheTableInWhatWasSaved) {
     CollectOptions options;
     options.smbiosPath = machine.folder() + "/dump.bin";
     StateManager store;
-    Array<String> notes;
+    std::vector<CollectNote> notes;
     ASSERT_TRUE(collectMachine(store, options, notes));
     EXPECT_EQ(notes.size(), 0U) << "nobody expects a machine's files beside its table";
     EXPECT_EQ(store.rootDevice()->name(), u"Saved Systems Model 9") << "not this machine";

@@ -60,8 +60,8 @@ struct Converted {
         DamageList list;
         Recording recording;
         convertDmidecode(text, recording, list);
-        for (const String& line : list.lines()) {
-            damage.push_back(line.toUtf8());
+        for (const ImportDamage& kind : list.all()) {
+            damage.push_back(damageText(kind));
         }
         if (recording.size() != 0) {
             recording.storeIn(store);

@@ -15,8 +15,8 @@ using namespace std::string_literals;
 /// The damage as one text.
 std::string lines(const DamageList& damage) {
     std::string all;
-    for (const String& line : damage.lines()) {
-        all += (all.empty() ? "" : "; ") + line.toUtf8();
+    for (const ImportDamage& kind : damage.all()) {
+        all += (all.empty() ? "" : "; ") + damageText(kind);
     }
     return all;
 }
@@ -48,6 +48,7 @@ TEST(RecordingFormatTest, isToldFromTheContent) {
     }
     EXPECT_EQ(formatNamed("lshw-json"), RecordingFormat::LshwJson);
     EXPECT_EQ(formatNamed("json"), std::nullopt);
+    EXPECT_EQ(formatNames(), "sysinfo, lshw-xml, lshw-json, dmidecode, hwloc-xml");
 }
 
 TEST(TextMendingTest, keepsTextAndCountsWhatItIsNot) {
@@ -127,7 +128,7 @@ TEST(XmlMendingTest, takesNestingAndLengthInLinearTime) {
         DamageList damage;
         XmlDocument document;
         EXPECT_TRUE(parseMended(text, document, damage));
-        EXPECT_FALSE(damage.isEmpty());
+        EXPECT_FALSE(damage.all().empty());
     }
 }
 

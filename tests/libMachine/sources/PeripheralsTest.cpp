@@ -20,10 +20,10 @@ using ::testing::Not;
 
 const std::string CONNECTORS = "/sys/devices/pci0000:00/0000:00:02.0/drm/card1/card1-";
 
-std::string joined(const Array<String>& lines) {
+std::string joined(const std::vector<CollectNote>& notes) {
     std::string all;
-    for (const String& line : lines) {
-        all += line.toUtf8() + "\n";
+    for (const CollectNote& note : notes) {
+        all += noteText(note) + "\n";
     }
     return all;
 }

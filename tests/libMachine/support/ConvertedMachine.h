@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "libMachine/MachineImport.h"
+#include "libMachine/import/ForeignRecording.h"
 #include "libMachine/record/Recording.h"
 
 namespace vrx {
@@ -13,8 +13,8 @@ struct ConvertedMachine {
     explicit ConvertedMachine(std::string_view text) : format(recognisedFormat(text)) {
         DamageList list;
         isConverted = isForeign(format) && convertForeign(format, text, recording, list);
-        for (const String& line : list.lines()) {
-            damage.push_back(line.toUtf8());
+        for (const ImportDamage& kind : list.all()) {
+            damage.push_back(damageText(kind));
         }
     }
 

@@ -6,12 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "libCommon/containers/Array.h"
+#include "libMachine/MachineCollector.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx {
-
-struct CollectOptions;
 
 /// A folder of files that stands for a machine; gone when the test ends.
 class SavedMachine {
@@ -40,7 +38,7 @@ public:
     void collect(CollectOptions options);
 
     StateManager store;
-    Array<String> notes;
+    std::vector<CollectNote> notes;
     bool isRecorded = false;
 
     /// The device of that hardware locator; a test fails when there is none.
