@@ -181,7 +181,7 @@ bool DeviceOutcomes::evaluateProperty(const XmlElement& element, std::uint32_t p
         entries[at->next].kind == FindingKind::PropertyMatched) {
         return true;
     }
-    FindingText words(element);
+    FindingWords words(element);
     candidate.failures.append(RunFindings::findingOf(element, entries[at->next], words));
     return false;
 }
@@ -190,7 +190,7 @@ std::optional<Finding> DeviceOutcomes::refusal() const {
     for (const unsigned slot : {slot::SCRIPT, slot::MATCHING}) {
         const FiledFindings* const filed = filedOn(m_state, m_element, slot);
         if (filed != nullptr && filed->entries().size() > filed->firstOfRun()) {
-            FindingText words(m_element);
+            FindingWords words(m_element);
             return RunFindings::findingOf(m_element, filed->entries().back(), words);
         }
     }

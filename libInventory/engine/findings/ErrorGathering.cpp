@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "libInventory/engine/InventoryState.h"
-#include "libInventory/engine/findings/FindingText.h"
+#include "libInventory/engine/findings/FindingWords.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/ElementLocation.h"
@@ -27,7 +27,7 @@ namespace {
 
 void copyValue(FiledFindings::Entry& entry, StringView key) {
     if (entry.kind == FindingKind::PropertyMismatch && !entry.text) {
-        entry.text = std::make_unique<const String>(FindingText::foundBy(entry, key));
+        entry.text = std::make_unique<const String>(FindingWords::foundBy(entry, key));
     }
 }
 
@@ -75,7 +75,7 @@ unsigned ErrorGathering::writeFindings(XmlElement* element, unsigned slot) {
     }
     // All texts come first: an `error` child would count as one more entry that the element asks for.
     Array<String> texts(filed->count());
-    FindingText words(*element);
+    FindingWords words(*element);
     for (FiledFindings::Entry& entry : filed->entries()) {
         copyValue(entry, element->Attribute(vocabulary::KEY));
         words.append(entry, texts);
@@ -90,7 +90,7 @@ unsigned ErrorGathering::writeFindings(XmlElement* element, unsigned slot) {
 
 /// The error of an element that is itself unsatisfied; false when there is none to write.
 bool ErrorGathering::writeUnsatisfied(XmlElement* element) {
-    const String text = FindingText(*element).ofUnsatisfied();
+    const String text = FindingWords(*element).ofUnsatisfied();
     if (text.isEmpty()) {
         VRX_LOG(inventoryLog(), LogPriority::Error, u"unknown error errorElement: " << element->Name());
         return false;

@@ -47,10 +47,10 @@ void readAttribute(Finding& finding, const FiledFindings::Entry& entry) {
     }
 }
 
-void readProperty(Finding& finding, const FiledFindings::Entry& entry, FindingText& words) {
+void readProperty(Finding& finding, const FiledFindings::Entry& entry, FindingWords& words) {
     const PropertyExpectation& asked = words.expectation(entry.expectedEntries);
     finding.key = asked.key();
-    finding.found = FindingText::foundBy(entry, asked.key());
+    finding.found = FindingWords::foundBy(entry, asked.key());
     for (const StringView pattern : asked.entries()) {
         finding.expected.append(pattern);
     }
@@ -76,7 +76,7 @@ Finding RunFindings::findingOn(const XmlElement& element, FindingKind kind) {
     return finding;
 }
 
-Finding RunFindings::findingOf(const XmlElement& element, const FiledFindings::Entry& entry, FindingText& words) {
+Finding RunFindings::findingOf(const XmlElement& element, const FiledFindings::Entry& entry, FindingWords& words) {
     Finding finding = findingOn(element, entry.kind);
     finding.device = entry.device;
     switch (entry.kind) {
@@ -106,7 +106,7 @@ Array<Finding> RunFindings::written() const {
     Array<Finding> findings;
     for (const RunRecord::Written& written : m_state.m_record.written) {
         const XmlElement& element = *written.element;
-        FindingText words(element);
+        FindingWords words(element);
         for (std::uint32_t i = 0; i < written.entries; ++i) {
             const FiledFindings& filed = *m_state.m_tipTables[written.slot].find(written.element);
             Finding& finding = findings.append(findingOf(element, filed.entries()[i], words));

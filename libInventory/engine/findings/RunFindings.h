@@ -4,7 +4,7 @@
 
 #include "libInventory/Finding.h"
 #include "libInventory/engine/findings/FiledFindings.h"
-#include "libInventory/engine/findings/FindingText.h"
+#include "libInventory/engine/findings/FindingWords.h"
 
 namespace vrx {
 
@@ -25,7 +25,7 @@ public:
     static Finding findingOn(const XmlElement& element, FindingKind kind);
 
     /// The finding that an entry of the element stands for.
-    static Finding findingOf(const XmlElement& element, const FiledFindings::Entry& entry, FindingText& words);
+    static Finding findingOf(const XmlElement& element, const FiledFindings::Entry& entry, FindingWords& words);
 
     /// The chosen alternative of an `or` element that was kept.
     using Chosen = boost::unordered_flat_map<const XmlElement*, ChosenAlternative>;

@@ -12,9 +12,9 @@
 namespace vrx {
 
 /// The engine's words for the findings of one element. All the words that a run writes into its script are made here.
-class FindingText {
+class FindingWords {
 public:
-    explicit FindingText(const XmlElement& element) : m_element(element) {}
+    explicit FindingWords(const XmlElement& element) : m_element(element) {}
 
     /// Appends the texts of a finding of the element: as many as it has tips.
     void append(const FiledFindings::Entry& entry, Array<String>& texts);

@@ -1,4 +1,4 @@
-#include "libInventory/engine/findings/FindingText.h"
+#include "libInventory/engine/findings/FindingWords.h"
 
 #include "libInventory/engine/matching/DeviceAttributes.h"
 #include "libInventory/script/ScriptVocabulary.h"
@@ -29,7 +29,7 @@ String extraDevice(const IDeviceImp& device) {
 
 }  // namespace
 
-void FindingText::append(const FiledFindings::Entry& entry, Array<String>& texts) {
+void FindingWords::append(const FiledFindings::Entry& entry, Array<String>& texts) {
     const XmlElement& element = m_element;
     switch (entry.kind) {
         case FindingKind::InvalidDeviceType:
@@ -80,14 +80,14 @@ void FindingText::append(const FiledFindings::Entry& entry, Array<String>& texts
     }
 }
 
-void FindingText::appendMismatch(const FiledFindings::Entry& entry, Array<String>& texts) {
+void FindingWords::appendMismatch(const FiledFindings::Entry& entry, Array<String>& texts) {
     const PropertyExpectation& asked = expectation(entry.expectedEntries);
     texts.append(concat(entry.device->hwLocator(), u" - ", asked.key()));
     texts.append(u" Expected (regular expression): " + asked.quoted());
     texts.append(u" did not match sysinfo value  : " + foundBy(entry, asked.key()));
 }
 
-String FindingText::foundBy(const FiledFindings::Entry& entry, StringView key) {
+String FindingWords::foundBy(const FiledFindings::Entry& entry, StringView key) {
     if (entry.text) {
         return *entry.text;
     }
@@ -96,7 +96,7 @@ String FindingText::foundBy(const FiledFindings::Entry& entry, StringView key) {
     return property != nullptr ? property->value().toString(true) : String();
 }
 
-const PropertyExpectation& FindingText::expectation(std::size_t children) {
+const PropertyExpectation& FindingWords::expectation(std::size_t children) {
     if (!m_expectation || m_children != children) {
         m_expectation.emplace(m_element, children);
         m_children = children;
@@ -104,7 +104,7 @@ const PropertyExpectation& FindingText::expectation(std::size_t children) {
     return *m_expectation;
 }
 
-String FindingText::ofUnsatisfied() const {
+String FindingWords::ofUnsatisfied() const {
     const StringView name = m_element.Name();
     switch (vocabulary::kindOf(m_element)) {
         case ElementKind::Part:
