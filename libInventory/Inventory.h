@@ -235,9 +235,10 @@ public:
     static ParsePartsResult parsePartsList(const String& xml, Array<PartSpec>& parts, String& error);
     static ParsePartsResult parsePartsListFile(const String& path, Array<PartSpec>& parts, String& error);
 
-    /// As parsePartsListFile, of what a host has read itself; `name` is what errors call it.
+    /// As parsePartsListFile, of what a host has read itself; `name` is what errors call it. The names of blank parts
+    /// are appended to `blankParts`, when that is given.
     static ParsePartsResult parsePartsListBytes(std::string_view bytes, const String& name, Array<PartSpec>& parts,
-                                                String& error);
+                                                String& error, Array<String>* blankParts = nullptr);
 
     /// Whether the machine holds all devices that the script describes, whatever other devices it has. `extraDevices`,
     /// when given, receives the devices beyond the script (untouched when the script does not load). A null `state`

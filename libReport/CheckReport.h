@@ -2,43 +2,79 @@
 
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libDiagnosis/DeviceProblem.h"
+#include "libDiagnosis/Verdict.h"
+#include "libInventory/Finding.h"
 #include "libInventory/Inventory.h"
-#include "libInventory/script/ScriptContent.h"
 #include "libReport/ReportWriter.h"
+#include "libSystemState/StateManager.h"
 #include "libSystemState/results/TestRunEventImp.h"
 
+/// What a check found, as data; text and JSON are written from it. CheckRun.h makes one of a machine and a script; who
+/// has an inventory that has run already makes it of that:
+///
+///     const bool passed = inventory.run();
+///     CheckReport report = checkReport(inventory, machine, passed);
+///     report.script = "golden.xml";
+///     std::cout << writerNamed(checkWriters(), "json")->write(report, TextFormat());
 namespace vrx {
 
-enum class Verdict {
-    NotRun,  ///< the script or the machine could not be loaded
-    Passed,
-    Failed,
-    NothingToCheck,  ///< the script asks for nothing
-    Undecided,       ///< patterns were given up at their work limit, and another answer to them could change the result
+/// A mistake in the script that the run told of and passed over.
+struct ScriptNotice {
+    FindingKind kind = FindingKind::UnknownElement;
+    ElementPlace place;
+    String element;  ///< its XML
 };
 
-/// Everything that a check found. Documents and devices are borrowed.
+/// One finding of the run at one element.
+struct ReportFinding {
+    FindingKind kind = FindingKind::UnsatisfiedOther;
+    ElementPlace place;
+    String element;                     ///< the element's name
+    String part;                        ///< of a part that is not met its name
+    Array<String> texts;                ///< the engine's words
+    std::optional<std::size_t> device;  ///< in a `device` element: which of the report's devices that is
+};
+
+/// A report keeps no store alive and borrows nothing but the script with the findings.
 struct CheckReport {
     Verdict verdict = Verdict::NotRun;
+    std::string headline;  ///< what is to be said first, in one line
     std::optional<bool> inventorySatisfied;
-    std::string script;                ///< path as given
-    std::optional<std::string> state;  ///< path as given; none for the machine that the program runs on
-    Array<String> fileErrors;
-    Array<TestRunEventImp> events;  ///< without the closing "InventoryTestFailed"
-    Array<Inventory::DeviceSpec> missing;
-    Array<Inventory::DeviceSpec> extra;
-    const XmlDocument* annotatedScript = nullptr;  ///< null when the script did not load
-    const StateManager* machine = nullptr;         ///< null when the machine did not load
-    ScriptContent content;
     std::size_t givenUpPatterns = 0;
-    std::chrono::steady_clock::duration duration{};  ///< loading included
+
+    std::string script;                ///< how reports call it; a path as a rule
+    std::optional<std::string> state;  ///< the same of the recording; none for the machine that the program runs on
+    Array<String> fileErrors;          ///< why one of them did not load
+    std::size_t deviceElements = 0;    ///< of the script
+    std::size_t machineDevices = 0;
+    std::chrono::steady_clock::duration duration{};
+
+    std::vector<ScriptNotice> notices;
+    std::vector<ReportFinding> findings;           ///< in document order
+    std::vector<DeviceProblem> devices;            ///< `device` elements without a device or with findings, likewise
+    std::vector<Inventory::DeviceSpec> forbidden;  ///< of each `not` that is not met the first device that it describes
+    Array<Inventory::DeviceSpec> extra;            ///< devices of the machine beyond the script
+
+    Array<Inventory::DeviceSpec> unsatisfied;  ///< as the engine lists them
+    Array<TestRunEventImp> events;             ///< without the closing "InventoryTestFailed"
+
+    /// The inventory's script; null when it did not load.
+    const XmlDocument* annotatedScript = nullptr;
+
+    /// How many devices the script asks for and the machine lacks.
+    std::size_t missingCount() const noexcept;
 };
+
+/// Requires: the inventory has run on that machine, and `passed` is its answer. What the inventory cannot know (names,
+/// events, duration, whether the script was met leaving extra devices aside) is left for the caller.
+CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed);
 
 /// text: the verdict, the devices that are missing and those too many, the findings in the order of the script, counts
 /// and time; requires that the script and the machine were loaded. json: one object.

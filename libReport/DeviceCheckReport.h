@@ -2,23 +2,37 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libReport/CheckReport.h"
 #include "libReport/ReportWriter.h"
 #include "libSystemState/devices/IDeviceImp.h"
-#include "libSystemState/results/TestRunEventImp.h"
 
+/// The check of one device alone, against the inner XML of a `device` element:
+///
+///     const DeviceCheckReport report = checkDevice(device, u"<property key=\"Size\" value=\"^16 GB$\"/>", false);
+///     std::cout << writerNamed(deviceCheckWriters(), "text")->write(report, TextFormat());
 namespace vrx {
 
-/// What the check of one device gave. The device is borrowed.
+/// What the check of one device gave.
 struct DeviceCheckReport {
-    const IDeviceImp& device;
-    bool passed = false;
-    bool askedForNothing = false;             ///< the content has no property
-    Array<TestRunEventImp> events{};          ///< every event
-    std::optional<String> annotatedScript{};  ///< of the closing report, when one was asked for
+    /// NothingToCheck when the content has no property. Undecided when patterns were given up, or when no script can
+    /// ask for the device's type. NotRun when the content does not load.
+    Verdict verdict = Verdict::NotRun;
+    bool isTypeUsable = true;  ///< false when no script can ask for the device's type
+
+    Inventory::DeviceSpec device;
+    String guid;
+    Array<TestRunEventImp> events;          ///< every event
+    std::vector<ReportFinding> findings;    ///< in document order
+    std::vector<DeviceProblem> devices;     ///< one at most
+    std::optional<String> annotatedScript;  ///< when it was asked for
 };
+
+/// Checks the device. `withScript` asks for the annotated script.
+DeviceCheckReport checkDevice(const IDeviceImp& device, const String& content, bool withScript);
 
 /// text: the verdict and the properties that differ; the annotated script in place of those, when there is one.
 /// json: one object.

@@ -1,10 +1,12 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
-#include "cli/commands/CheckRun.h"
 #include "cli/commands/Commands.h"
+#include "cli/input/MachineSource.h"
+#include "cli/input/ScriptFile.h"
 #include "cli/program/CommonOptions.h"
-#include "libReport/CheckReport.h"
+#include "cli/terminal/CombinationProgress.h"
+#include "libReport/CheckRun.h"
 #include "libReport/text/TextPieces.h"
 
 namespace vrx::cli {
@@ -47,27 +49,74 @@ std::string annotatedText(const CheckReport& report) {
     return text.toUtf8();
 }
 
-CommandResult check(const CheckOptions& options, Session& session) {
-    CheckRun& run = session.make<CheckRun>(
-        CheckRun::Request{options.scriptPath, options.statePath, !options.hasNoUnsatisfiedTips}, session);
-    CommandResult result;
-    try {
-        run.run();
-    } catch (const CommandFailure& failure) {
-        if (options.format == "text") {
-            throw;
-        }
-        result.status = failure.status();
-        result.note = failure.what();
+ExitStatus statusOf(Verdict verdict) noexcept {
+    switch (verdict) {
+        case Verdict::Passed: return ExitStatus::Success;
+        case Verdict::Failed: return ExitStatus::NotPassed;
+        case Verdict::NotRun: return ExitStatus::BadInput;
+        default: return ExitStatus::Undetermined;
     }
-    const CheckReport& report = run.report();
-    result.text = options.written(report, checkWriters(), session);
-    if (report.verdict != Verdict::NotRun) {
-        result.status = run.status();
-        result.note = whyUndetermined(report);
-        if (!options.annotatedPath.empty()) {
-            result.files.push_back({options.annotatedPath, annotatedText(report)});
-        }
+}
+
+/// What stays as long as the session.
+struct CheckWorld {
+    StateManager machine;
+    CheckRun run{machine};
+    CheckReport report;
+};
+
+void nameInputs(const CheckOptions& options, CheckReport& report) {
+    report.script = options.scriptPath;
+    if (!options.statePath.empty()) {
+        report.state = options.statePath;
+    }
+}
+
+void run(const CheckOptions& options, const Session& session, CheckWorld& world) {
+    const auto start = session.console.now();
+    if (options.scriptPath == "-" && options.statePath == "-") {
+        throw CommandFailure(ExitStatus::BadInput, "the script and the machine cannot both come from standard input");
+    }
+    Inventory& inventory = world.run.inventory();
+    inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
+    loadScript(options.scriptPath, world.run, session);
+    loadMachine(options.statePath, world.machine, session);
+    {
+        CombinationProgress progress(session.console);
+        inventory.setProgress([&progress](const RunProgress& state) {
+            progress.show(state);
+            return true;
+        });
+        world.report = world.run.run();
+        inventory.setProgress({});
+    }
+    world.report.duration = session.console.now() - start;
+}
+
+/// The end of a check that did not come to run. Programs that asked for a report get one that says why.
+CommandResult refusal(const CheckOptions& options, const Session& session, CheckWorld& world,
+                      const CommandFailure& failure) {
+    CommandResult result{failure.status(), {}, failure.what()};
+    if (options.format != "text") {
+        nameInputs(options, world.report);
+        world.report.fileErrors = failure.texts();
+        result.text = options.written(world.report, checkWriters(), session);
+    }
+    return result;
+}
+
+CommandResult check(const CheckOptions& options, Session& session) {
+    CheckWorld& world = session.make<CheckWorld>();
+    try {
+        run(options, session, world);
+    } catch (const CommandFailure& failure) {
+        return refusal(options, session, world, failure);
+    }
+    nameInputs(options, world.report);
+    CommandResult result{statusOf(world.report.verdict), options.written(world.report, checkWriters(), session),
+                         whyUndetermined(world.report)};
+    if (!options.annotatedPath.empty()) {
+        result.files.push_back({options.annotatedPath, annotatedText(world.report)});
     }
     return result;
 }

@@ -13,13 +13,8 @@
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "libCommon/text/UuCode.h"
-#include "libInventory/Inventory.h"
-#include "libInventory/InventoryTestObserver.h"
 #include "libInventory/script/OrInsidePart.h"
-#include "libInventory/script/ScriptContent.h"
-#include "libRegex/Regex.h"
 #include "libReport/DeviceCheckReport.h"
-#include "libSystemState/results/TipImp.h"
 
 namespace vrx::cli {
 
@@ -46,12 +41,6 @@ struct CheckDeviceOptions : CommonOptions {
     std::string content;
     std::string guid;
     bool hasReport = false;
-};
-
-class EventKeeper final : public InventoryTestObserver {
-public:
-    void handleEvent(const TestRunEventImp& event) override { events.append(event); }
-    Array<TestRunEventImp> events;
 };
 
 /// The content and what to call it in messages.
@@ -82,8 +71,8 @@ std::string problemIn(const Content& content, std::uint32_t row, std::uint32_t c
     return problemAt(content.name, row, row == 0 && column >= before ? column - before : column, text);
 }
 
-/// Whether the content asks for anything. Throws when it does not load or cannot be decided.
-bool examine(const Content& content) {
+/// Throws when the content does not load or cannot be decided.
+void examine(const Content& content) {
     XmlDocument document;
     if (!document.Parse(toXmlSafe(concat(ENVELOPE, content.text, ENVELOPE_END)))) {
         throw CommandFailure(ExitStatus::BadInput, problemIn(content, document.ErrorRow(), document.ErrorColumn(),
@@ -93,7 +82,6 @@ bool examine(const Content& content) {
         throw CommandFailure(ExitStatus::BadInput,
                              problemIn(content, found->Row(), found->Column(), OR_INSIDE_PART_REASON));
     }
-    return hasElement(*document.RootElement(), vocabulary::ElementKind::Property);
 }
 
 StateManager::DevicePointer findDevice(const std::string& guid, const StateManager& store, const std::string& machine) {
@@ -110,34 +98,26 @@ StateManager::DevicePointer findDevice(const std::string& guid, const StateManag
     throw CommandFailure(ExitStatus::BadInput, line);
 }
 
-DeviceCheckReport run(const IDeviceImp& device, const String& content, bool hasReport) {
-    EventKeeper observer;
-    DeviceCheckReport report{device};
-    report.passed = Inventory::checkDevice(device, content, &observer, hasReport);
-    report.events = std::move(observer.events);
-    if (hasReport && !report.events.isEmpty() && !report.events.back().tips().isEmpty()) {
-        report.annotatedScript = report.events.back().tips()[0]->toString(0, false);
-    }
-    return report;
+[[noreturn]] void failUndecided(const Content& content, const DeviceCheckReport& report) {
+    const std::string why = report.isTypeUsable
+                                ? "a pattern took too much work on a value and was given up"
+                                : "no script can ask for the device's type \"" + report.device.type.toUtf8() + "\"";
+    throw CommandFailure(ExitStatus::Undetermined, content.name + ": undecided: " + why);
 }
 
 CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
     const Content content = readContent(options.content);
-    const bool asksForSomething = examine(content);
+    examine(content);
     StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
     const auto device = findDevice(options.guid, store, machineName(options.statePath));
-    const std::size_t givenUpBefore = Regex::exceededCount();
-    DeviceCheckReport report = run(*device, content.text, options.hasReport);
-    report.askedForNothing = report.passed && !asksForSomething;
-    if (Regex::exceededCount() > givenUpBefore) {
-        throw CommandFailure(ExitStatus::Undetermined,
-                             content.name + ": undecided: a pattern took too much work on a value and was given up");
+    const DeviceCheckReport report = vrx::checkDevice(*device, content.text, options.hasReport);
+    if (report.verdict == Verdict::Undecided) {
+        failUndecided(content, report);
     }
-    CommandResult result;
-    result.text = options.written(report, deviceCheckWriters(), session);
-    result.status = report.passed ? ExitStatus::Success : ExitStatus::NotPassed;
-    if (report.askedForNothing) {
+    CommandResult result{report.verdict == Verdict::Passed ? ExitStatus::Success : ExitStatus::NotPassed,
+                         options.written(report, deviceCheckWriters(), session)};
+    if (report.verdict == Verdict::NothingToCheck) {
         result.status = ExitStatus::Undetermined;
         result.note = content.name + ": nothing to check: the content asks for no property";
     }

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "cli/commands/Commands.h"
 #include "cli/input/InputFile.h"
@@ -20,8 +21,6 @@ namespace vrx::cli {
 namespace {
 
 constexpr const char* DEFAULT_FILTER = "SystemInformationFilter.xml";
-constexpr StringView DEFAULT_FILTER_LINE =
-    u"generateInventoryScript(): SysinfoFilter failed loading defaultFilter file";
 constexpr const char* EXPECTED_FILTER = "expected a filter, XML with the root <system-information-filter>";
 
 constexpr const char* GENERATE_FOOTER =
@@ -86,8 +85,12 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
     loadMachine(options.statePath, store, session);
     const bool isFiltered = isFilterGiven || loadDefaultFilter(filter, session);
 
-    // Without a filter of the user's the engine itself looks for the default one, and writes its header.
-    const ErrorStreamLog::Hush hush(*session.log, DEFAULT_FILTER_LINE);
+    // Without a filter of the user's the engine itself looks for the default one, and writes its header. That there is
+    // none is all that it could warn of then.
+    std::optional<ErrorStreamLog::Quiet> quiet;
+    if (!isFiltered) {
+        quiet.emplace(*session.log, LogPriority::Warning);
+    }
     Inventory inventory;
     inventory.setStateManager(store);
     String script;

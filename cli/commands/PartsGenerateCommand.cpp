@@ -39,7 +39,7 @@ CommandResult generateParts(const PartsGenerateOptions& options, Session& sessio
     report.machine = &store;
     report.machineName = machineName(options.statePath);
     // The report says it in words that help.
-    const ErrorStreamLog::Hush hush(*session.log, u"findAmbiguousParts() Parts check failed. Unknown Logic error");
+    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
     report.result =
         Inventory::generatePartsListDataAndXml(report.partsList, base, report.generatedParts, report.deviceToParts,
                                                report.ambiguousGroups, report.extraDevices, report.document, &store);

@@ -5,9 +5,7 @@
 #include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
-#include "libCommon/io/FileLoader.h"
 #include "libReport/parts/PartsReport.h"
-#include "libReport/text/TextPieces.h"
 
 namespace vrx::cli {
 
@@ -28,53 +26,37 @@ struct PartsParseOptions : CommonOptions {
     std::string path;
 };
 
-/// Why nothing was read. The engine names the file and the place in its own form "(row,column): reason".
-std::string problemOf(const PartsReport& report) {
-    const std::string& path = report.path;
-    if (report.result != Inventory::PartsXmlError) {
-        return fileProblem(path, u"it holds no part", EXPECTED_PARTS_LIST);
-    }
-    XmlDocument document;
+/// Reads the list. Returns why there are no parts in it; empty when there are some.
+std::string readList(PartsReport& report) {
+    const String name = String::UTF8Decode(report.path);
     std::string bytes;
     String reason;
-    if (path == "-") {
-        return inputName(path) + ": " + report.error.toUtf8() + "; " + EXPECTED_PARTS_LIST;
-    }
-    if (!loadFile(String::UTF8Decode(path), bytes, reason)) {
-        return fileProblem(path, reason, EXPECTED_PARTS_LIST);
-    }
-    document.ParseUtf8(bytes);
-    return xmlProblem(path, document, EXPECTED_PARTS_LIST);
-}
-
-void parseList(PartsReport& report) {
-    const String name = String::UTF8Decode(report.path);
-    if (report.path != "-") {
+    if (!loadInput(report.path, bytes, reason)) {
         report.result = Inventory::parsePartsListFile(name, report.parts, report.error);
-        return;
+        return fileProblem(report.path, reason, EXPECTED_PARTS_LIST);
     }
-    std::string bytes;
-    report.result = loadInput(report.path, bytes, report.error)
-                        ? Inventory::parsePartsListBytes(bytes, name, report.parts, report.error)
-                        : Inventory::PartsXmlError;
+    report.result = Inventory::parsePartsListBytes(bytes, name, report.parts, report.error, &report.blankParts);
+    if (report.result == Inventory::PartsXmlError) {
+        XmlDocument document;
+        document.ParseUtf8(bytes);
+        return xmlProblem(report.path, document, EXPECTED_PARTS_LIST);
+    }
+    const bool hasParts = !report.parts.isEmpty() || !report.blankParts.isEmpty();
+    return hasParts ? std::string() : fileProblem(report.path, u"it holds no part", EXPECTED_PARTS_LIST);
 }
 
 CommandResult parseParts(const PartsParseOptions& options, const Session& session) {
     PartsReport report;
     report.path = options.path;
-    parseList(report);
-    const bool hasParts =
-        report.result == Inventory::PartsBlank || (report.result == Inventory::PartsParsed && !report.parts.isEmpty());
     CommandResult result;
+    result.note = readList(report);
+    const bool hasParts = result.note.empty();
     if (hasParts || options.format != "text") {
         result.text = options.written(report, partsWriters(), session);
     }
-    if (!hasParts) {
-        result.note = problemOf(report);
-    }
-    result.status = !hasParts                                ? ExitStatus::BadInput
-                    : report.result == Inventory::PartsBlank ? ExitStatus::NotPassed
-                                                             : ExitStatus::Success;
+    result.status = !hasParts                     ? ExitStatus::BadInput
+                    : report.blankParts.isEmpty() ? ExitStatus::Success
+                                                  : ExitStatus::NotPassed;
     return result;
 }
 

@@ -50,10 +50,7 @@ Array<String> textsOf(const ImportResult& result) {
 }
 
 [[noreturn]] void fail(const std::string& line, Array<String> texts) {
-    if (texts.isEmpty()) {
-        texts.append(String::UTF8Decode(line));
-    }
-    throw MachineFailure(ExitStatus::BadInput, line, std::move(texts));
+    throw CommandFailure(ExitStatus::BadInput, line, std::move(texts));
 }
 
 ImportResult importInput(const std::string& path, const ImportOptions& options, StateManager& store) {
@@ -78,7 +75,7 @@ void loadThisMachine(StateManager& store, const Session& session) {
 
 RecordingFormat loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
                               const Session& session) {
-    ErrorStreamLog::Capture capture(*session.log);
+    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
     const ImportResult result = importInput(path, options, store);
     if (session.logLevel <= LogPriority::Warning) {
         for (const String& line : damageLines(result)) {
@@ -88,7 +85,9 @@ RecordingFormat loadRecording(const std::string& path, const ImportOptions& opti
     if (!result.isImported()) {
         fail(problemOf(path, result), textsOf(result));
     }
-    capture.show();
+    for (const String& line : result.report.errorLines()) {
+        session.log->show(LogPriority::Error, line);
+    }
     return result.format;
 }
 
@@ -107,7 +106,7 @@ void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session&
         session.say(noteText(note));
     }
     if (!isRead) {
-        throw MachineFailure(ExitStatus::Undetermined, "nothing could be read of this machine", std::move(lines));
+        throw CommandFailure(ExitStatus::Undetermined, "nothing could be read of this machine", std::move(lines));
     }
 }
 

@@ -12,31 +12,18 @@
 
 namespace vrx::cli {
 
-/// A machine that could not be had.
-class MachineFailure : public CommandFailure {
-public:
-    MachineFailure(ExitStatus status, const std::string& line, Array<String> texts)
-        : CommandFailure(status, line), m_texts(std::move(texts)) {}
-
-    /// What the engine had to say about it, for reports that programs read.
-    const Array<String>& texts() const noexcept { return m_texts; }
-
-private:
-    Array<String> m_texts;
-};
-
 /// Fills the store with the recorded machine of that path ("-" for standard input), or with the machine that the
 /// program runs on when the path is empty; what could not be read of that one is said on standard error.
 /// The recording may be in any format that recognisedFormat knows; what was damaged in one of another program is said
 /// on standard error, one line for each kind.
-/// Throws a MachineFailure when there is no machine.
+/// Throws a CommandFailure when there is no machine.
 void loadMachine(const std::string& statePath, StateManager& store, const Session& session);
 
 /// The same for a recording. Returns its format.
 RecordingFormat loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
                               const Session& session);
 
-/// Says on standard error what could not be read of the machine. Throws a MachineFailure when nothing could.
+/// Says on standard error what could not be read of the machine. Throws a CommandFailure when nothing could.
 void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session& session);
 
 /// How reports name it: the path, "standard input" or "this machine".

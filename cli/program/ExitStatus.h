@@ -2,6 +2,10 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
+
+#include "libCommon/containers/Array.h"
+#include "libCommon/text/String.h"
 
 namespace vrx::cli {
 
@@ -17,11 +21,21 @@ enum class ExitStatus : int {
 /// Ends a command: the line goes to standard error, the status becomes the program's.
 class CommandFailure : public std::runtime_error {
 public:
-    CommandFailure(ExitStatus status, const std::string& line) : std::runtime_error(line), m_status(status) {}
+    /// Without `texts` the line itself is the only one.
+    CommandFailure(ExitStatus status, const std::string& line, Array<String> texts = {})
+        : std::runtime_error(line), m_status(status), m_texts(std::move(texts)) {
+        if (m_texts.isEmpty()) {
+            m_texts.append(String::UTF8Decode(line));
+        }
+    }
     ExitStatus status() const noexcept { return m_status; }
+
+    /// What the engine or a source had to say about it, for reports that programs read.
+    const Array<String>& texts() const noexcept { return m_texts; }
 
 private:
     ExitStatus m_status;
+    Array<String> m_texts;
 };
 
 }  // namespace vrx::cli

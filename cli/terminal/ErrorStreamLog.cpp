@@ -1,7 +1,5 @@
 #include "cli/terminal/ErrorStreamLog.h"
 
-#include <algorithm>
-
 #include "libCommon/text/PrintableText.h"
 
 namespace vrx::cli {
@@ -28,18 +26,15 @@ StringView withoutSourceLine(StringView message) noexcept {
 }  // namespace
 
 ErrorStreamLog::ErrorStreamLog(Console& console, LogPriority level) : m_console(console), m_level(level) {
-    Logger::setRootPriority(std::min(level, LogPriority::Error));
+    Logger::setRootPriority(level);
     Logger::addSink(*this);
 }
 
 ErrorStreamLog::~ErrorStreamLog() { Logger::removeSink(*this); }
 
 void ErrorStreamLog::writeLine(const std::string& loggerName, LogPriority priority, StringView message) {
-    const StringView text = withoutSourceLine(message);
-    if (m_capture != nullptr && priority >= LogPriority::Warning && loggerName == ENGINE) {
-        m_capture->m_lines.emplace_back(priority, text);
-    } else if (m_hushed.empty() || loggerName != ENGINE || !text.starts_with(m_hushed)) {
-        show(priority, text);
+    if (m_quiet != priority || loggerName != ENGINE) {
+        show(priority, withoutSourceLine(message));
     }
 }
 
@@ -49,29 +44,8 @@ void ErrorStreamLog::show(LogPriority priority, StringView text) {
     }
 }
 
-ErrorStreamLog::Capture::Capture(ErrorStreamLog& log) : m_log(log) { m_log.m_capture = this; }
+ErrorStreamLog::Quiet::Quiet(ErrorStreamLog& log, LogPriority level) : m_log(log) { m_log.m_quiet = level; }
 
-ErrorStreamLog::Capture::~Capture() { m_log.m_capture = nullptr; }
-
-Array<String> ErrorStreamLog::Capture::errors() const {
-    Array<String> texts;
-    for (const auto& [priority, text] : m_lines) {
-        if (priority == LogPriority::Error) {
-            texts.append(text);
-        }
-    }
-    return texts;
-}
-
-void ErrorStreamLog::Capture::show() {
-    m_log.m_capture = nullptr;
-    for (const auto& [priority, text] : m_lines) {
-        m_log.show(priority, text);
-    }
-}
-
-ErrorStreamLog::Hush::Hush(ErrorStreamLog& log, StringView beginning) : m_log(log) { m_log.m_hushed = beginning; }
-
-ErrorStreamLog::Hush::~Hush() { m_log.m_hushed = StringView(); }
+ErrorStreamLog::Quiet::~Quiet() { m_log.m_quiet.reset(); }
 
 }  // namespace vrx::cli

@@ -1,18 +1,13 @@
 #pragma once
 
-#include <utility>
-#include <vector>
+#include <optional>
 
 #include "cli/terminal/Console.h"
-#include "libCommon/containers/Array.h"
 #include "libCommon/logging/Logger.h"
 
 namespace vrx::cli {
 
 /// Shows log lines of the chosen level and above on standard error, one line each, while it lives.
-///
-/// Errors of the engine pass the loggers' gates at every level: a command listens to them (see Capture) to say in its
-/// own words why a file does not load.
 class ErrorStreamLog final : public LogSink {
 public:
     ErrorStreamLog(Console& console, LogPriority level);
@@ -22,47 +17,25 @@ public:
 
     void writeLine(const std::string& loggerName, LogPriority priority, StringView message) override;
 
-    /// While one lives, the engine's warnings and errors are kept back: a command that reports a failure itself drops
-    /// them, any other shows them.
-    class Capture {
+    /// While one lives, lines of the engine at that level are not shown: a command says what they say itself.
+    class Quiet {
     public:
-        explicit Capture(ErrorStreamLog& log);
-        ~Capture();
-        Capture(const Capture&) = delete;
-        Capture& operator=(const Capture&) = delete;
-
-        /// The texts of the errors so far, without the source line numbers that they begin with.
-        Array<String> errors() const;
-
-        /// Ends the capture and shows what was kept back.
-        void show();
-
-    private:
-        friend class ErrorStreamLog;
-        ErrorStreamLog& m_log;
-        std::vector<std::pair<LogPriority, String>> m_lines;
-    };
-
-    /// While one lives, lines of the engine that begin with a text are not shown: a command expects them, or says the
-    /// same in its own words. `beginning` must live as long.
-    class Hush {
-    public:
-        Hush(ErrorStreamLog& log, StringView beginning);
-        ~Hush();
-        Hush(const Hush&) = delete;
-        Hush& operator=(const Hush&) = delete;
+        Quiet(ErrorStreamLog& log, LogPriority level);
+        ~Quiet();
+        Quiet(const Quiet&) = delete;
+        Quiet& operator=(const Quiet&) = delete;
 
     private:
         ErrorStreamLog& m_log;
     };
 
-private:
+    /// Shows a line as those of the log are.
     void show(LogPriority priority, StringView text);
 
+private:
     Console& m_console;
     LogPriority m_level;
-    Capture* m_capture = nullptr;
-    StringView m_hushed;  ///< beginning of lines that are not shown; empty for none
+    std::optional<LogPriority> m_quiet;
 };
 
 }  // namespace vrx::cli

@@ -19,29 +19,43 @@ String placedError(const XmlDocument& document) {
                   toText(std::uint64_t{document.ErrorColumn()} + 1), u"): ", document.ErrorDesc());
 }
 
-Inventory::ParsePartsResult readParts(XmlDocument& document, Array<Inventory::PartSpec>& parts, String& error) {
+String blankPartsError(const Array<String>& names) {
+    String list;
+    const char16_t* separator = u"";
+    for (const String& name : names) {
+        list.append(separator).append(name);
+        separator = u", ";
+    }
+    return concat(u"Blank parts: ", list,
+                  u" found.  Blank parts are not allowed for part generation.  Please correct these parts at the "
+                  u"Kestrel server Monitoring Console.");
+}
+
+Inventory::ParsePartsResult readParts(XmlDocument& document, Array<Inventory::PartSpec>& parts, String& error,
+                                      Array<String>* blankParts = nullptr) {
     const XmlElement* const root = document.Error() ? nullptr : document.RootElement();
     if (!root) {
         return Inventory::PartsNoRoot;
     }
-    String blankNames;
-    bool anyBlank = false;
+    Array<String> blankNames;
     for (const XmlElement* part = firstPart(*root); part; part = part->NextSiblingElement()) {
         const StringView name = part->Attribute(vocabulary::NAME);
         if (describesDevices(*part)) {
             parts.emplace(name, part->Attribute(vocabulary::ID), part->Attribute(vocabulary::DESCRIPTION),
                           String::EMPTY, part->toString());
         } else {
-            blankNames.append(anyBlank ? u", " : u"").append(name);
-            anyBlank = true;
+            blankNames.append(String(name));
         }
     }
-    if (!anyBlank) {
+    if (blankNames.isEmpty()) {
         return Inventory::PartsParsed;
     }
-    error = concat(u"Blank parts: ", blankNames,
-                   u" found.  Blank parts are not allowed for part generation.  Please correct these parts at the "
-                   u"Kestrel server Monitoring Console.");
+    error = blankPartsError(blankNames);
+    if (blankParts != nullptr) {
+        for (String& name : blankNames) {
+            blankParts->append(std::move(name));
+        }
+    }
     return Inventory::PartsBlank;
 }
 
@@ -71,9 +85,11 @@ Inventory::ParsePartsResult Inventory::parsePartsListFile(const String& path, Ar
 }
 
 Inventory::ParsePartsResult Inventory::parsePartsListBytes(std::string_view bytes, const String& name,
-                                                           Array<PartSpec>& parts, String& error) {
+                                                           Array<PartSpec>& parts, String& error,
+                                                           Array<String>* blankParts) {
     XmlDocument document;
-    return document.ParseUtf8(bytes) ? readParts(document, parts, error) : fileFailure(name, document, error);
+    return document.ParseUtf8(bytes) ? readParts(document, parts, error, blankParts)
+                                     : fileFailure(name, document, error);
 }
 
 }  // namespace vrx

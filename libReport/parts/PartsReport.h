@@ -13,6 +13,7 @@ struct PartsReport {
     Inventory::ParsePartsResult result = Inventory::PartsNoRoot;
     String error;
     Array<Inventory::PartSpec> parts;
+    Array<String> blankParts;  ///< the names of those without a description
 };
 
 /// text: the blank parts first, then a table of the others; requires that parts were read. json: all of it.

@@ -8,16 +8,14 @@ namespace vrx {
 
 namespace {
 
-/// The names in the engine's sentence about blank parts; the sentence itself when it reads otherwise.
-std::string blankNames(const String& error) {
-    constexpr StringView BEFORE = u"Blank parts: ";
-    constexpr StringView AFTER = u" found.  Blank parts are not allowed";
-    const StringView text = error;
-    const std::size_t end = text.rfind(AFTER);
-    if (!text.starts_with(BEFORE) || end == StringView::npos || end < BEFORE.size()) {
-        return printable(text);
+std::string blankNames(const Array<String>& names) {
+    String list;
+    const char16_t* separator = u"";
+    for (const String& name : names) {
+        list.append(separator).append(name);
+        separator = u", ";
     }
-    return printableValue(text.substr(BEFORE.size(), end - BEFORE.size()));
+    return printableValue(list);
 }
 
 }  // namespace
@@ -25,8 +23,8 @@ std::string blankNames(const String& error) {
 std::string partsText(const PartsReport& report, const TextFormat& format) {
     std::string out = printable(std::string_view(inputName(report.path))) + ": " +
                       counted(report.parts.size(), "part") + " with a description\n";
-    if (report.result == Inventory::PartsBlank) {
-        for (const std::string& line : wrapped("blank: " + blankNames(report.error), format.width)) {
+    if (!report.blankParts.isEmpty()) {
+        for (const std::string& line : wrapped("blank: " + blankNames(report.blankParts), format.width)) {
             out += styled(line, Style::Bad, format.colour) + "\n";
         }
     }

@@ -185,11 +185,16 @@ std::string deviceSummary(const IDeviceImp& device) {
 }
 
 std::string deviceTitle(const IDeviceImp& device) {
-    std::string title = printable(device.type().toString());
-    if (!device.name().isEmpty()) {
-        title += " \"" + printable(device.name()) + "\"";
+    return deviceTitle(
+        Inventory::DeviceSpec(device.name(), device.type().toString(), device.hwLocator(), device.osLocator()));
+}
+
+std::string deviceTitle(const Inventory::DeviceSpec& device) {
+    std::string title = printable(device.type);
+    if (!device.name.isEmpty()) {
+        title += " \"" + printable(device.name) + "\"";
     }
-    const String& locator = device.hwLocator().isEmpty() ? device.osLocator() : device.hwLocator();
+    const String& locator = device.hwLocator.isEmpty() ? device.osLocator : device.hwLocator;
     return locator.isEmpty() ? title : title + " (" + printable(locator) + ")";
 }
 

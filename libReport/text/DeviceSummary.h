@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "libInventory/Inventory.h"
 #include "libSystemState/Forward.h"
 
 namespace vrx {
@@ -12,5 +13,6 @@ std::string deviceSummary(const IDeviceImp& device);
 
 /// A device in a few words: type, name in quotes and where it is, as far as it has them: `Fan "Fan 1" (fan:1)`.
 std::string deviceTitle(const IDeviceImp& device);
+std::string deviceTitle(const Inventory::DeviceSpec& device);
 
 }  // namespace vrx

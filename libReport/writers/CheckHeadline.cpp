@@ -1,28 +1,22 @@
-/// The head line of a failed check.
+/// The head line of a check.
 ///
-/// Every missing device is looked for in the machine: the device at its place (the hardware locator it asks for, else
-/// the operating-system locator), if that has the right type, is what became of it. Without a locator in the script the
-/// candidate whose properties come nearest stands in, and then the line says so, because another device may have been
-/// meant. A device that is there is said to differ, in the first thing that does: its name, its other locator, or the
-/// first property that its nearest candidate fails.
+/// Of a missing device the device at its place is what became of it. Without a locator in the script the candidate
+/// whose properties come nearest stands in, and then the line says so, because another device may have been meant. A
+/// device that is there is said to differ, in the first thing that does, or to be taken.
 
 #include "libReport/writers/CheckHeadline.h"
 
-#include <algorithm>
+#include <fmt/format.h>
+
 #include <set>
 #include <utility>
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
-#include "libDiagnosis/MissingDevices.h"
-#include "libInventory/script/ScriptElement.h"
-#include "libRegex/Regex.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
-#include "libReport/writers/NearestCandidate.h"
-#include "libReport/writers/ScriptFinding.h"
-#include "libSystemState/devices/IDeviceImp.h"
+#include "libReport/writers/DifferenceText.h"
 
 namespace vrx {
 
@@ -42,13 +36,9 @@ std::string shortened(std::string text) {
     return text.substr(0, end) + "...";
 }
 
-std::string expectedFound(const std::string& what, const std::string& expected, const std::string& found) {
-    return what + ": expected " + shortened(expected) + ", found " + shortened(found);
-}
-
 /// The name that an element asks for, in quotes unless it is a true pattern; empty when it asks for none.
-std::string askedName(const XmlElement& element) {
-    const std::string name = readablePattern(askedFor(element, u"name"));
+std::string askedName(const String& asked) {
+    const std::string name = readablePattern(asked);
     if (name == "\"\"") {
         return {};
     }
@@ -58,178 +48,122 @@ std::string askedName(const XmlElement& element) {
 }
 
 /// `TYPE "NAME" (LOCATOR)` of what an element asks for; `device`, if any, tells what the element leaves open.
-std::string titleOf(const XmlElement& element, const IDeviceImp* device) {
-    std::string title = printable(askedFor(element, u"type"));
-    std::string name = askedName(element);
-    if (device != nullptr && !device->name().isEmpty() && !name.starts_with('"')) {
-        name = "\"" + printable(device->name()) + "\"";
+std::string titleOf(const Inventory::DeviceSpec& asked, const Inventory::DeviceSpec* device) {
+    std::string title = printable(asked.type);
+    std::string name = askedName(asked.name);
+    if (device != nullptr && !device->name.isEmpty() && !name.starts_with('"')) {
+        name = "\"" + printable(device->name) + "\"";
     }
     title += (name.empty() ? "" : " ") + name;
-    String locator = askedFor(element, u"hwlocator");
+    String locator = asked.hwLocator;
     if (locator.isEmpty() && device != nullptr) {
-        locator = device->hwLocator();
+        locator = device->hwLocator;
     }
     if (locator.isEmpty()) {
-        locator = askedFor(element, u"oslocator");
+        locator = asked.osLocator;
     }
     return (title.empty() ? "device without a type" : title) +
            (locator.isEmpty() ? "" : " (" + printable(locator) + ")");
 }
 
-/// The properties that candidates for the element failed.
-std::vector<PropertyMismatch> mismatchesIn(const XmlElement& element) {
-    std::vector<PropertyMismatch> mismatches;
-    for (const ScriptFinding& finding : findingsIn(element)) {
-        Array<String> rest;
-        if (finding.element != &element) {
-            for (PropertyMismatch& mismatch : mismatchesOf(finding, rest)) {
-                mismatches.push_back(std::move(mismatch));
-            }
+std::string firstDifference(const NearDevice& near) {
+    const Difference& first = near.differences.front();
+    return subjectText(first) + ": expected " + shortened(expectedText(first)) + ", found " +
+           shortened(foundText(first));
+}
+
+std::string textAtPlace(const DeviceProblem& problem) {
+    const NearDevice& near = *problem.atPlace;
+    const std::string title = titleOf(problem.asked, &near.device);
+    if (!near.differences.empty()) {
+        return title + " differs: " + firstDifference(near);
+    }
+    if (problem.candidates.taken.empty()) {
+        return title + " is missing";
+    }
+    const ElementPlace& holder = problem.candidates.taken.front().holder;
+    return title + fmt::format(" is missing: the element at {}:{} has it", holder.row, holder.column);
+}
+
+std::string textOf(const DeviceProblem& problem) {
+    if (problem.atPlace) {
+        return textAtPlace(problem);
+    }
+    if (!problem.candidates.nearest) {
+        return titleOf(problem.asked, nullptr) +
+               (problem.isKnownType ? " is missing" : " cannot be found: that is no device type");
+    }
+    const NearDevice& nearest = *problem.candidates.nearest;
+    if (problem.candidates.failed == 1) {
+        return titleOf(problem.asked, &nearest.device) + " differs: " + firstDifference(nearest);
+    }
+    return titleOf(problem.asked, nullptr) + " is missing; nearest is " + deviceTitle(nearest.device) + ", " +
+           firstDifference(nearest);
+}
+
+using Locators = std::pair<StringView, StringView>;
+
+/// Where the devices are that became of missing ones.
+std::set<Locators> changedPlaces(const CheckReport& report) {
+    std::set<Locators> places;
+    for (const DeviceProblem& problem : report.devices) {
+        const std::optional<NearDevice>& device = problem.atPlace ? problem.atPlace : problem.candidates.nearest;
+        if (problem.isMissing && device) {
+            places.emplace(device->device.hwLocator, device->device.osLocator);
         }
     }
-    return mismatches;
-}
-
-/// The device of the right type at the place that the element asks for; null when it asks for none or none is there.
-const IDeviceImp* deviceAtPlace(const XmlElement& element, const StateManager& machine) {
-    const CapabilityImp type(attributeOf(element, u"type"));
-    const String hwLocator = askedFor(element, u"hwlocator");
-    const String osLocator = askedFor(element, u"oslocator");
-    const bool hasHwLocator = !hwLocator.isEmpty();
-    if (!hasHwLocator && osLocator.isEmpty()) {
-        return nullptr;
-    }
-    const IDeviceImp* found = nullptr;
-    for (const auto& device :
-         hasHwLocator ? machine.devicesByHwLocator(hwLocator) : machine.devicesByOsLocator(osLocator)) {
-        if (type.isCapable(device->type()) && (found == nullptr || device->osLocator() == osLocator)) {
-            found = device.get();
-        }
-    }
-    return found;
-}
-
-std::string firstMismatch(const std::vector<PropertyMismatch>& mismatches) {
-    const PropertyMismatch& first = mismatches.front();
-    return expectedFound(printable(first.property->Attribute(u"key")), expectedText(*first.property),
-                         first.isAbsent ? "no such property" : printableValue(first.found));
-}
-
-/// What is different about a device that is where it should be.
-std::string differenceOf(const XmlElement& element, const IDeviceImp& device, const StateManager& machine) {
-    const std::vector<PropertyMismatch> mismatches = mismatchesIn(element);
-    if (!mismatches.empty()) {
-        const CapabilityImp type(attributeOf(element, u"type"));
-        return firstMismatch(nearestOf(mismatches, type, &machine).mismatches);
-    }
-    const String name = askedFor(element, u"name");
-    if (!name.isEmpty() && !Regex::rangeMatches(name, device.name(), Regex::CASE_SENSITIVE) && name != device.name()) {
-        return expectedFound("name", readablePattern(name), printableValue(device.name()));
-    }
-    const String osLocator = askedFor(element, u"oslocator");
-    return osLocator == device.osLocator()
-               ? std::string()
-               : expectedFound("OS locator", printableValue(osLocator), printableValue(device.osLocator()));
-}
-
-/// What is wrong about a device element that the machine does not meet, and which device became of it.
-struct Problem {
-    std::string text;
-    const IDeviceImp* device = nullptr;
-};
-
-Problem problemOfMissing(const XmlElement& element, const StateManager& machine) {
-    if (const IDeviceImp* const device = deviceAtPlace(element, machine)) {
-        const std::string difference = differenceOf(element, *device, machine);
-        return {titleOf(element, device) + (difference.empty() ? " is missing" : " differs: " + difference), device};
-    }
-    const CapabilityImp type(attributeOf(element, u"type"));
-    const std::vector<PropertyMismatch> mismatches = mismatchesIn(element);
-    if (mismatches.empty()) {
-        return {titleOf(element, nullptr) +
-                (type.isInvalid() ? " cannot be found: that is no device type" : " is missing")};
-    }
-    const NearestCandidate nearest = nearestOf(mismatches, type, &machine);
-    if (nearest.candidates == 1) {
-        return {titleOf(element, nearest.device) + " differs: " + firstMismatch(nearest.mismatches), nearest.device};
-    }
-    const std::string near = nearest.device ? "; nearest is " + deviceTitle(*nearest.device) + ", " : "; ";
-    return {titleOf(element, nullptr) + " is missing" + near + firstMismatch(nearest.mismatches), nearest.device};
-}
-
-std::string titleOf(const Inventory::DeviceSpec& device) {
-    const String& locator = device.hwLocator.isEmpty() ? device.osLocator : device.hwLocator;
-    return printable(device.type) + (device.name.isEmpty() ? "" : " \"" + printable(device.name) + "\"") +
-           (locator.isEmpty() ? "" : " (" + printable(locator) + ")");
+    return places;
 }
 
 /// Extra devices that are not the other side of a missing one.
-std::vector<const Inventory::DeviceSpec*> unpaired(const Array<Inventory::DeviceSpec>& extra,
-                                                   const std::set<const IDeviceImp*>& changed) {
-    std::set<std::pair<StringView, StringView>> places;
-    for (const IDeviceImp* const device : changed) {
-        places.emplace(device->hwLocator(), device->osLocator());
-    }
+std::vector<const Inventory::DeviceSpec*> unpairedExtras(const CheckReport& report) {
     std::vector<const Inventory::DeviceSpec*> left;
-    for (const Inventory::DeviceSpec& device : extra) {
-        if (!places.contains({device.hwLocator, device.osLocator})) {
+    if (report.extra.isEmpty()) {
+        return left;
+    }
+    const std::set<Locators> changed = changedPlaces(report);
+    for (const Inventory::DeviceSpec& device : report.extra) {
+        if (!changed.contains({device.hwLocator, device.osLocator})) {
             left.push_back(&device);
         }
     }
     return left;
 }
 
-const XmlElement* firstDeviceIn(const XmlElement& element) {
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        const XmlElement* const found = isNamed(*child, u"device") ? child : firstDeviceIn(*child);
-        if (found != nullptr) {
-            return found;
+std::string firstMissing(const CheckReport& report) {
+    for (const DeviceProblem& problem : report.devices) {
+        if (problem.isMissing) {
+            return textOf(problem);
         }
     }
-    return nullptr;
+    return {};
 }
 
-/// The first devices of every `not` whose content is there all the same.
-std::vector<const XmlElement*> forbiddenDevices(const XmlDocument& script) {
-    std::vector<const XmlElement*> devices;
-    for (const ScriptFinding& finding : findingsOf(script)) {
-        const XmlElement* const device = isNamed(*finding.element, u"not") ? firstDeviceIn(*finding.element) : nullptr;
-        const Array<String>& messages = finding.messages;
-        if (device != nullptr &&
-            std::find(messages.begin(), messages.end(), u"matched device under not node") != messages.end()) {
-            devices.push_back(device);
-        }
+std::string problemSentence(const CheckReport& report) {
+    const std::vector<const Inventory::DeviceSpec*> extra = unpairedExtras(report);
+    std::string first = firstMissing(report);
+    if (first.empty() && !extra.empty()) {
+        first = deviceTitle(*extra.front()) + " is too many";
+    } else if (first.empty() && !report.forbidden.empty()) {
+        first = titleOf(report.forbidden.front(), nullptr) + " is there and must not be";
     }
-    return devices;
+    if (first.empty()) {
+        return "the machine does not hold what the script asks for";
+    }
+    const std::size_t count = report.missingCount() + extra.size() + report.forbidden.size();
+    return count > 1 ? first + ", and " + counted(count - 1, "more problem") : first;
 }
 
 }  // namespace
 
-std::string problemSentence(const CheckReport& report, const Array<Inventory::DeviceSpec>& missing) {
-    const std::vector<const XmlElement*> elements = missingElements(missing, *report.annotatedScript);
-    std::string first;
-    std::set<const IDeviceImp*> changed;
-    for (const XmlElement* const element : elements) {
-        if (first.empty() || !report.extra.isEmpty()) {
-            const Problem problem = problemOfMissing(*element, *report.machine);
-            first = first.empty() ? problem.text : first;
-            if (problem.device != nullptr) {
-                changed.insert(problem.device);
-            }
-        }
+std::string headlineOf(const CheckReport& report) {
+    switch (report.verdict) {
+        case Verdict::Passed: return "the machine holds what the script asks for";
+        case Verdict::NothingToCheck: return "the script asks for no device and has no fail-on-extra rule";
+        case Verdict::Undecided:
+            return counted(report.givenUpPatterns, "pattern test") + " took too much work and had to be given up";
+        default: return problemSentence(report);
     }
-    const std::vector<const Inventory::DeviceSpec*> extra = unpaired(report.extra, changed);
-    const std::vector<const XmlElement*> forbidden = forbiddenDevices(*report.annotatedScript);
-    if (first.empty() && !extra.empty()) {
-        first = titleOf(*extra.front()) + " is too many";
-    } else if (first.empty() && !forbidden.empty()) {
-        first = titleOf(*forbidden.front(), nullptr) + " is there and must not be";
-    }
-    const std::size_t count = elements.size() + extra.size() + forbidden.size();
-    if (first.empty()) {
-        return "the machine does not hold what the script asks for";
-    }
-    return count > 1 ? first + ", and " + counted(count - 1, "more problem") : first;
 }
 
 }  // namespace vrx

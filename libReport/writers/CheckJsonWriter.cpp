@@ -1,36 +1,92 @@
-#include "libInventory/script/ScriptElement.h"
+#include <fmt/format.h>
+
 #include "libReport/text/DeviceSpecJson.h"
 #include "libReport/text/JsonWriter.h"
 #include "libReport/writers/EventJson.h"
-#include "libReport/writers/ScriptFinding.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {
 
 namespace {
 
-void writeFindings(JsonWriter& json, const XmlDocument* annotatedScript) {
+void writePlace(JsonWriter& json, const ElementPlace& place) {
+    json.key("row").value(static_cast<std::int64_t>(place.row));
+    json.key("column").value(static_cast<std::int64_t>(place.column));
+}
+
+void writeTexts(JsonWriter& json, const Array<String>& texts) {
     json.beginArray();
-    if (annotatedScript) {
-        for (const ScriptFinding& finding : findingsOf(*annotatedScript)) {
-            json.beginObject();
-            json.key("element").value(finding.element->Name());
-            json.key("location").value(placeOf(*finding.element));
-            json.key("messages").beginArray();
-            for (const String& message : finding.messages) {
-                json.value(message);
-            }
-            json.endArray();
-            json.endObject();
-        }
+    for (const String& text : texts) {
+        json.value(text);
     }
     json.endArray();
 }
 
-void writeFileErrors(JsonWriter& json, const Array<String>& errors) {
+void writeDifference(JsonWriter& json, const Difference& difference) {
+    json.beginObject();
+    json.key("property").value(difference.key);
+    json.key("expected").beginArray();
+    for (const String& pattern : difference.expected) {
+        json.value(pattern);
+    }
+    json.endArray();
+    json.key("found");
+    difference.found ? json.value(*difference.found) : json.null();
+    writePlace(json, difference.place);
+    json.endObject();
+}
+
+/// What became of a device that is not there: the nearest candidate and what is different about it, and who has those
+/// that would have done.
+void writeProblem(JsonWriter& json, const DeviceProblem& problem) {
+    const CandidateSummary& candidates = problem.candidates;
+    json.key("nearest");
+    if (candidates.nearest) {
+        writeDevice(json, candidates.nearest->device);
+        json.key("differences").beginArray();
+        for (const Difference& difference : candidates.nearest->differences) {
+            writeDifference(json, difference);
+        }
+        json.endArray();
+    } else {
+        json.null();
+    }
+    json.key("taken").beginArray();
+    for (const TakenDevice& taken : candidates.taken) {
+        json.beginObject();
+        json.key("device");
+        writeDevice(json, taken.device);
+        json.key("by").beginObject();
+        writePlace(json, taken.holder);
+        json.endObject();
+        json.endObject();
+    }
+    json.endArray();
+}
+
+/// The messages of one element in one object. Findings of one element follow one another.
+void writeFindings(JsonWriter& json, const CheckReport& report) {
     json.beginArray();
-    for (const String& error : errors) {
-        json.value(error);
+    for (std::size_t at = 0; at < report.findings.size();) {
+        const ReportFinding& first = report.findings[at];
+        Array<String> messages;
+        for (; at < report.findings.size() && report.findings[at].place == first.place; ++at) {
+            for (const String& text : report.findings[at].texts) {
+                messages.append(text);
+            }
+        }
+        if (messages.isEmpty()) {
+            continue;
+        }
+        json.beginObject();
+        json.key("element").value(first.element);
+        json.key("location").value(std::string_view(fmt::format("({}:{})", first.place.row, first.place.column)));
+        json.key("messages");
+        writeTexts(json, messages);
+        if (first.device && report.devices[*first.device].place == first.place) {
+            writeProblem(json, report.devices[*first.device]);
+        }
+        json.endObject();
     }
     json.endArray();
 }
@@ -43,19 +99,19 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     json.key("passed").value(report.verdict == Verdict::Passed);
     json.key("inventorySatisfied");
     report.inventorySatisfied ? json.value(*report.inventorySatisfied) : json.null();
-    json.key("script").value(report.script);
+    json.key("script").value(std::string_view(report.script));
     json.key("state");
-    report.state ? json.value(*report.state) : json.null();
+    report.state ? json.value(std::string_view(*report.state)) : json.null();
     json.key("fileErrors");
-    writeFileErrors(json, report.fileErrors);
+    writeTexts(json, report.fileErrors);
     json.key("events");
     writeEvents(json, report.events);
     json.key("unsatisfiedDevices");
-    writeDevices(json, report.missing);
+    writeDevices(json, report.unsatisfied);
     json.key("extraDevices");
     writeDevices(json, report.extra);
     json.key("findings");
-    writeFindings(json, report.annotatedScript);
+    writeFindings(json, report);
     json.key("annotatedScript");
     report.annotatedScript ? json.value(report.annotatedScript->toString()) : json.null();
     json.endObject();

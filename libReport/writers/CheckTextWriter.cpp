@@ -3,103 +3,103 @@
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
-#include "libCommon/text/UuCode.h"
-#include "libDiagnosis/MissingDevices.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
-#include "libReport/writers/CheckHeadline.h"
-#include "libReport/writers/FindingText.h"
+#include "libReport/writers/FindingLines.h"
 #include "libReport/writers/NoticeText.h"
 #include "libReport/writers/Writers.h"
-#include "libSystemState/StateManager.h"
 
 namespace vrx {
 
 namespace {
 
-std::string machineText(const CheckReport& report) {
-    const std::string name = report.state ? inputName(*report.state) : "this machine";
-    return printable(std::string_view(name)) + " (" + counted(report.machine->deviceCount(), "device") + ")";
-}
+using Row = std::vector<std::string>;
 
-std::string orDash(const std::string& text) { return text.empty() ? "-" : text; }
-
-void writeDevices(std::string& out, const char* title, const Array<Inventory::DeviceSpec>& devices, bool areAskedFor,
-                  const TextFormat& format) {
-    if (devices.isEmpty()) {
+void writeDevices(std::string& out, const char* title, const std::vector<Row>& rows, const TextFormat& format) {
+    if (rows.empty()) {
         return;
     }
-    out += "\n" + styled(fmt::format("{}: {}", title, devices.size()), Style::Bold, format.colour) + "\n";
+    out += "\n" + styled(fmt::format("{}: {}", title, rows.size()), Style::Bold, format.colour) + "\n";
     TextTable table(2, {Style::Plain, Style::Plain, Style::Plain, Style::Plain});
     table.setHeader({"type", "name", "hardware locator", "OS locator"});
-    for (const Inventory::DeviceSpec& device : devices) {
-        // A script's texts are encoded and its name is a pattern; a machine's stand for themselves.
-        const auto text = [areAskedFor](const String& raw) {
-            return orDash(printable(areAskedFor ? fromXmlSafe(raw) : raw));
-        };
-        const bool hasPattern = areAskedFor && !device.name.isEmpty();
-        table.addRow({text(device.type), hasPattern ? readablePattern(fromXmlSafe(device.name)) : text(device.name),
-                      text(device.hwLocator), text(device.osLocator)});
+    for (const Row& row : rows) {
+        table.addRow(row);
     }
     table.write(out, format);
 }
 
-struct Headline {
-    const char* verdict;
-    Style style;
-    std::string sentence;
-};
+/// What the script asks for; its names are patterns.
+std::vector<Row> missingRows(const CheckReport& report) {
+    std::vector<Row> rows;
+    for (const DeviceProblem& problem : report.devices) {
+        if (problem.isMissing) {
+            const Inventory::DeviceSpec& written = problem.written;
+            rows.push_back({orDash(written.type), written.name.isEmpty() ? "-" : readablePattern(written.name),
+                            orDash(written.hwLocator), orDash(written.osLocator)});
+        }
+    }
+    return rows;
+}
 
-Headline headlineOf(const CheckReport& report, const Array<Inventory::DeviceSpec>& missing) {
-    switch (report.verdict) {
-        case Verdict::Passed: return {"PASSED", Style::Good, "the machine holds what the script asks for"};
-        case Verdict::NothingToCheck:
-            return {"NOTHING CHECKED", Style::Caution, "the script asks for no device and has no fail-on-extra rule"};
-        case Verdict::Undecided:
-            return {"UNDECIDED", Style::Caution,
-                    counted(report.givenUpPatterns, "pattern test") + " took too much work and had to be given up"};
-        default: return {"FAILED", Style::Bad, problemSentence(report, missing)};
+std::vector<Row> extraRows(const CheckReport& report) {
+    std::vector<Row> rows;
+    for (const Inventory::DeviceSpec& device : report.extra) {
+        rows.push_back({orDash(device.type), orDash(device.name), orDash(device.hwLocator), orDash(device.osLocator)});
+    }
+    return rows;
+}
+
+std::string verdictText(Verdict verdict, const TextFormat& format) {
+    switch (verdict) {
+        case Verdict::Passed: return styled("PASSED", Style::Good, format.colour);
+        case Verdict::NothingToCheck: return styled("NOTHING CHECKED", Style::Caution, format.colour);
+        case Verdict::Undecided: return styled("UNDECIDED", Style::Caution, format.colour);
+        default: return styled("FAILED", Style::Bad, format.colour);
     }
 }
 
-void writeHead(std::string& out, const CheckReport& report, const Array<Inventory::DeviceSpec>& missing,
-               const TextFormat& format) {
-    const Headline headline = headlineOf(report, missing);
-    out += styled(headline.verdict, headline.style, format.colour) + "  " + headline.sentence + "\n";
+/// The name of the script or the machine, and how much it holds.
+std::string inputText(const std::string& name, std::size_t count, const char* noun) {
+    return printable(std::string_view(name)) + " (" + counted(count, noun) + ")";
+}
+
+void writeHead(std::string& out, const CheckReport& report, const TextFormat& format) {
+    out += verdictText(report.verdict, format) + "  " + report.headline + "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
-    table.addRow({"script", printable(std::string_view(inputName(report.script))) + " (" +
-                                counted(report.content.devices, "device element") + ")"});
-    table.addRow({"machine", machineText(report)});
+    table.addRow({"script", inputText(inputName(report.script), report.deviceElements, "device element")});
+    table.addRow({"machine", inputText(report.state ? inputName(*report.state) : "this machine", report.machineDevices,
+                                       "device")});
     table.write(out, format);
+}
+
+void writeFindings(std::string& out, const CheckReport& report, const TextFormat& format) {
+    writeDevices(out, "Missing devices", missingRows(report), format);
+    writeDevices(out, "Extra devices", extraRows(report), format);
+    const FindingLines findings = findingLines(report.findings, report.devices, inputName(report.script), format);
+    if (findings.count > 0) {
+        out += "\n" + styled(fmt::format("Findings: {}", findings.count), Style::Bold, format.colour) + "\n" +
+               findings.text;
+    }
+    out += fmt::format("\n{} missing, {} extra, {}; checked in {}\n", report.missingCount(), report.extra.size(),
+                       counted(findings.count, "finding"), durationText(report.duration));
 }
 
 }  // namespace
 
 std::string checkText(const CheckReport& report, const TextFormat& format) {
-    const std::string script = inputName(report.script);
     std::string out;
-    const Array<Inventory::DeviceSpec> missing = missingDevices(report.missing, *report.annotatedScript);
-    writeHead(out, report, missing, format);
-    const std::string notices = noticeText(report.events, script, format);
+    writeHead(out, report, format);
+    const std::string notices = noticeText(report.notices, inputName(report.script), format);
     if (!notices.empty()) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
-    const bool showsFindings = report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided;
-    if (!showsFindings) {
+    if (report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided) {
+        writeFindings(out, report, format);
+    } else {
         out += fmt::format("  checked in {}\n", durationText(report.duration));
-        return out;
     }
-    writeDevices(out, "Missing devices", missing, true, format);
-    writeDevices(out, "Extra devices", report.extra, false, format);
-    const FindingText findings = findingText(findingsOf(*report.annotatedScript), script, report.machine, format);
-    if (findings.count > 0) {
-        out += "\n" + styled(fmt::format("Findings: {}", findings.count), Style::Bold, format.colour) + "\n" +
-               findings.text;
-    }
-    out += fmt::format("\n{} missing, {} extra, {}; checked in {}\n", missing.size(), report.extra.size(),
-                       counted(findings.count, "finding"), durationText(report.duration));
     return out;
 }
 

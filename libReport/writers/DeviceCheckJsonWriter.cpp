@@ -7,7 +7,7 @@ namespace vrx {
 std::string deviceCheckJson(const DeviceCheckReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
-    json.key("passed").value(report.passed && !report.askedForNothing);
+    json.key("passed").value(report.verdict == Verdict::Passed);
     json.key("events");
     writeEvents(json, report.events);
     json.key("annotatedScript");

@@ -2,24 +2,12 @@
 #include "libCommon/xml/XmlDocument.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextTable.h"
-#include "libReport/writers/FindingText.h"
+#include "libReport/writers/FindingLines.h"
 #include "libReport/writers/Writers.h"
-#include "libSystemState/capabilities/CapabilityImp.h"
-#include "libSystemState/results/TipImp.h"
 
 namespace vrx {
 
 namespace {
-
-/// The script with its findings, of the event that a failed run raises; empty when there is none.
-String failedScript(const Array<TestRunEventImp>& events) {
-    for (const TestRunEventImp& event : events) {
-        if (!event.tips().isEmpty()) {
-            return event.tips()[0]->toString(0, false);
-        }
-    }
-    return String();
-}
 
 /// A line for each line of the script; anything in it that a terminal would act on is escaped.
 std::string indentedScript(const String& xml) {
@@ -38,26 +26,29 @@ std::string indentedScript(const String& xml) {
     return out;
 }
 
+std::string headOf(Verdict verdict, const TextFormat& format) {
+    switch (verdict) {
+        case Verdict::NothingToCheck:
+            return styled("NOTHING CHECKED", Style::Caution, format.colour) + "  the content asks for no property\n";
+        case Verdict::Undecided:
+            return styled("UNDECIDED", Style::Caution, format.colour) + "  there is no sure answer\n";
+        case Verdict::Passed: return styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n";
+        default: return styled("FAILED", Style::Bad, format.colour) + "  the device does not meet the content\n";
+    }
+}
+
 }  // namespace
 
 std::string deviceCheckText(const DeviceCheckReport& report, const TextFormat& format) {
-    const IDeviceImp& device = report.device;
-    std::string out =
-        report.askedForNothing
-            ? styled("NOTHING CHECKED", Style::Caution, format.colour) + "  the content asks for no property\n"
-        : report.passed ? styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n"
-                        : styled("FAILED", Style::Bad, format.colour) + "  the device does not meet the content\n";
+    std::string out = headOf(report.verdict, format);
     TextTable table(2, {Style::Dim, Style::Plain});
-    table.addRow({"device", printable(device.type().toString().view()) + "  " + printable(device.name().view())});
-    table.addRow({"guid", printable(device.guid().view())});
+    table.addRow({"device", printable(report.device.type) + "  " + printable(report.device.name)});
+    table.addRow({"guid", printable(report.guid)});
     table.write(out, format);
     if (report.annotatedScript) {
         out += "\n" + indentedScript(*report.annotatedScript);
-        return out;
-    }
-    XmlDocument script;
-    if (!report.passed && script.Parse(failedScript(report.events))) {
-        out += "\n" + findingText(findingsOf(script), "", nullptr, format).text;
+    } else if (report.verdict == Verdict::Failed) {
+        out += "\n" + findingLines(report.findings, report.devices, "", format).text;
     }
     return out;
 }

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "cli/program/Session.h"
+#include "libReport/CheckRun.h"
+
+namespace vrx::cli {
+
+/// Loads the script of that path ("-" for standard input) into the check. Throws a CommandFailure (bad input) that says
+/// which file, where and why when it is of no use: it cannot be read, is no script, or cannot be decided.
+void loadScript(const std::string& path, CheckRun& check, const Session& session);
+
+}  // namespace vrx::cli

@@ -1,0 +1,30 @@
+#include "libDiagnosis/Verdict.h"
+
+#include "libInventory/Finding.h"
+#include "libInventory/script/ScriptContent.h"
+
+namespace vrx {
+
+namespace {
+
+/// A pattern that is given up counts as "no match". A check that failed might have passed with the true answer. One
+/// that passed is right all the same, unless the script forbids what that pattern describes.
+bool couldBeOtherwise(const XmlElement& root, bool passed) {
+    return !passed || hasElement(root, vocabulary::ElementKind::Not) ||
+           hasElement(root, vocabulary::ElementKind::FailOnExtra);
+}
+
+}  // namespace
+
+Verdict verdictOf(const Inventory& inventory, bool passed) {
+    const XmlElement& root = *inventory.script().RootElement();
+    if (inventory.summary().patternsGivenUp > 0 && couldBeOtherwise(root, passed)) {
+        return Verdict::Undecided;
+    }
+    if (!passed) {
+        return Verdict::Failed;
+    }
+    return contentOf(root).asksForAnything() ? Verdict::Passed : Verdict::NothingToCheck;
+}
+
+}  // namespace vrx

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "libInventory/Inventory.h"
+
+namespace vrx {
+
+/// What a check says about a machine.
+enum class Verdict {
+    NotRun,  ///< the script or the machine could not be loaded
+    Passed,
+    Failed,
+    NothingToCheck,  ///< the script asks for nothing
+    Undecided,       ///< patterns were given up at their work limit, and another answer to them could change the result
+};
+
+/// Of a run that has ended with that answer.
+Verdict verdictOf(const Inventory& inventory, bool passed);
+
+}  // namespace vrx

@@ -1,0 +1,29 @@
+#include "libReport/CheckRun.h"
+
+#include <utility>
+
+namespace vrx {
+
+CheckRun::CheckRun(StateManager& machine) : m_machine(machine) {
+    m_inventory.registerInventoryObserver(*this);
+    m_inventory.setStateManager(machine);
+}
+
+CheckReport CheckRun::run() {
+    m_events.clear();
+    bool isSatisfied = false;
+    const bool passed = m_inventory.run(&isSatisfied);
+    CheckReport report = checkReport(m_inventory, m_machine, passed);
+    report.inventorySatisfied = isSatisfied;
+    report.events = std::exchange(m_events, {});
+    return report;
+}
+
+// Whoever wants the annotated script of the closing event asks the inventory for it.
+void CheckRun::handleEvent(const TestRunEventImp& event) {
+    if (event.name() != u"InventoryTestFailed") {
+        m_events.append(event);
+    }
+}
+
+}  // namespace vrx
