@@ -25,6 +25,10 @@ namespace vrx {
 ///
 /// Compiled patterns are kept in a bounded cache. Work is bounded: a pattern that exceeds its match limit on a value
 /// counts as "no match" and is logged once at priority 3; a pattern that does not compile counts as "no match".
+///
+///     Regex::rangeMatches(u"^DDR5$", u"ddr5", 0);                                       // true
+///     Regex::rangeMatches(u"^VRXRRANGE[990-1010] MHz$", u"1.0 GHz", 0);                 // true
+///     Regex::compileError(u"(DDR5");                                                    // why it never matches
 class VRX_EXPORT Regex {
 public:
     /// The flag bit of `rangeMatches` that makes letter case matter.

@@ -18,6 +18,12 @@ struct MergeChanges;
 /// Look-ups by type, guid, locator and name are answered from indexes, which are made on the first question that needs
 /// them. Used from one thread at a time, save for the specifications: every import registers those of its properties in
 /// the process-wide store, so they are locked.
+///
+///     StateManager store;
+///     const CapabilityImp type(u"Fan");
+///     store.addDevice(DeviceImp::createGeneric(type, CapabilityImp(), 0, u"Fan 1", u"", u"", u"fan:1"), nullptr);
+///     store.devicesCapableOf(type).size();               // 1
+///     store.devicesByHwLocator(u"fan:1")[0]->name();     // "Fan 1"
 class VRX_EXPORT StateManager {
 public:
     using DevicePointer = boost::shared_ptr<IDeviceImp>;

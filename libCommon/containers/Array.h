@@ -11,6 +11,11 @@ namespace vrx {
 
 /// A growable array whose indexing is always checked: an index out of range fails the assertion "index < size()".
 /// Iteration is unchecked and as fast as a plain vector's.
+///
+///     Array<String> names{u"eth0", u"eth1"};
+///     names.append(u"lo");
+///     names.remove(0);
+///     for (const String& name : names) { ... }
 template <typename T>
 class Array {
 public:

@@ -14,6 +14,10 @@ namespace vrx {
 /// swept once half of the entries are holes).
 ///
 /// Pointers returned by `find` stay valid until the table is changed.
+///
+///     OrderedHashTable<String, int> counts;
+///     ++counts[u"Fan"];
+///     for (const auto& [type, count] : counts) { ... }  // in the order of insertion
 template <typename K, typename V, typename Equal = EqualFunc<K>, typename Hash = HashFunc<K>>
 class OrderedHashTable {
 public:

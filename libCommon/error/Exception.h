@@ -9,6 +9,12 @@ namespace vrx {
 
 /// The common library's exception: an unexpected failure (not a broken contract and not a failing inventory). A run of
 /// the engine guards against this type only.
+///
+///     try {
+///         ...
+///     } catch (const Exception& unexpected) {
+///         std::cerr << unexpected.text().toUtf8() << '\n';
+///     }
 class VRX_EXPORT Exception {
 public:
     explicit Exception(String text) : m_text(std::move(text)) {}

@@ -9,6 +9,15 @@ namespace vrx {
 
 /// A broken contract. It derives from neither `Exception` nor `std::exception` on purpose: only a program's `main` may
 /// catch it.
+///
+///     int main() {
+///         try {
+///             return work();
+///         } catch (const StructuredException& broken) {
+///             std::cerr << broken.text().toUtf8() << '\n';
+///             return 4;
+///         }
+///     }
 class VRX_EXPORT StructuredException {
 public:
     /// The code that every assertion raises.

@@ -7,6 +7,12 @@
 #include "libCommon/text/String.h"
 
 /// Whole files, read and written. Paths are UTF-16 text that is given to the operating system as UTF-8.
+///
+///     std::string bytes;
+///     String reason;
+///     if (!loadFile(u"script.xml", bytes, reason)) {
+///         std::cerr << reason.toUtf8() << '\n';
+///     }
 namespace vrx {
 
 /// Files larger than this are refused (a recording of a million properties has about 60 MB).

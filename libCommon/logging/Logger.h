@@ -34,6 +34,10 @@ public:
 /// A line is written only when three gates admit its priority: the global priority, the logger's threshold and its
 /// resolved (own or inherited) priority. Use the VRX_LOG macro, which builds the message only then; a line that is
 /// switched off costs one load and one comparison. Nothing is written before a host configures an output.
+///
+///     Logger::logToFile(u"run.log");
+///     Logger::setRootPriority(LogPriority::Debug);
+///     VRX_LOG(Logger::get("myProgram"), LogPriority::Info, u"devices: " << store.deviceCount());
 class VRX_EXPORT Logger {
 public:
     /// The logger of that name, created on first use and never destroyed.

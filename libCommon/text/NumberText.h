@@ -8,6 +8,10 @@
 #include "libCommon/text/String.h"
 
 /// Numbers as text and back, always independent of the locale.
+///
+///     toText(2999.7);                                    // "2999.7"
+///     parseReal(u"1e3").value_or(0);                     // 1000
+///     parseInteger(u"12 MB");                            // none
 namespace vrx {
 
 VRX_EXPORT String toText(std::uint64_t number);

@@ -8,6 +8,9 @@
 #include "libCommon/text/String.h"
 
 /// Text from machines and scripts, made fit for a terminal.
+///
+///     std::cout << printable(device.name().view()) << '\n';  // no escape sequence of a device reaches a terminal
+///     for (const std::string& line : wrapped(text, 80)) { ... }
 namespace vrx {
 
 /// UTF-8 text without anything that a terminal would act on: line feed, carriage return and tab become `\n`, `\r` and

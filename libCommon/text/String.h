@@ -23,6 +23,10 @@ struct Utf8Damage {
 };
 
 /// Text of 16-bit code units (UTF-16). Any sequence of units is legal, unpaired surrogates included.
+///
+///     const String name = String::UTF8Decode("Intel® Xeon®");
+///     const bool isXeon = name.view().find(u"Xeon") != StringView::npos;
+///     std::cout << name.toUtf8() << '\n';
 class VRX_EXPORT String {
 public:
     static constexpr std::size_t npos = std::u16string::npos;

@@ -12,6 +12,9 @@
 ///
 /// Decoding turns every `%u` and four hexadecimal digits (either case) back into its code unit, left to right, without
 /// re-reading what it produced. Decoding an encoded text gives the original text.
+///
+///     const String safe = toXmlSafe(serialNumber);       // "A%u0000B" for an A, a NUL and a B
+///     fromXmlSafe(safe) == serialNumber;                 // true for every text
 namespace vrx {
 
 /// Encodes. `escapeUnrepresentable` handles what XML cannot hold, `protectLiterals` handles literal escapes.

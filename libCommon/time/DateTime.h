@@ -9,6 +9,9 @@
 namespace vrx {
 
 /// A point in time with a resolution of one second.
+///
+///     const DateTime made = DateTime::fromIso8601(u"2026-11-21").value_or(DateTime());
+///     made.toIso8601();                                  // "2026-11-21T00:00:00Z"
 class VRX_EXPORT DateTime {
 public:
     /// The epoch, 1970-01-01 00:00:00 UTC.

@@ -9,6 +9,12 @@ namespace vrx {
 /// A number with a unit. It keeps the magnitude that it was made with: 3000 MHz stays 3000 and "MHz".
 /// The two concrete kinds differ only in what they promise: a discrete measurement is a count or rating that does not
 /// vary between readings (a capacity), a non-discrete one is sampled (a temperature).
+///
+///     const Unit mega = *Unit::lookupByString(u"MHz");
+///     const Unit giga = *Unit::lookupByString(u"GHz");
+///     const Measurement clock(mega.type(), 3000, mega.magnitude());
+///     clock.toString();                                  // "3000 MHz"
+///     clock.value(giga.magnitude());                     // 3
 class VRX_EXPORT Measurement {
 public:
     /// A measurement without a unit prints its number alone.

@@ -58,6 +58,8 @@ private:
 /// Symbols are looked up with letter case (`MB` is not `Mb`), English long names ("megabytes", "hertz") without. For
 /// bytes and bits K, M, G, T, P are powers of 1024, as memory makers write them, and KiB .. PiB are the same powers
 /// written out; everywhere else the prefixes are powers of 1000 (SI). k and K both stand for kilo.
+///
+///     const auto bytes = Unit::lookupByString(u"KiB")->convert(4, *Unit::lookupByString(u"B"));  // 4096
 class VRX_EXPORT Unit {
 public:
     Unit() noexcept = default;

@@ -9,6 +9,9 @@
 namespace vrx {
 
 /// A small variant value: what event variables hold and how numbers are printed.
+///
+///     event.setVariable(u"devices", VRXValue(std::uint32_t{12}));
+///     VRXValue(0.5).toString();                          // "0.5"
 class VRX_EXPORT VRXValue {
 public:
     /// The nil value.

@@ -22,6 +22,15 @@ class XmlSource;
 ///
 /// Documents are moved, not copied; a moved document keeps its nodes where they are, and the one that it was moved from
 /// is empty.
+///
+///     XmlDocument document;
+///     if (!document.LoadFile(u"script.xml")) {
+///         std::cerr << document.ErrorRow() + 1 << ": " << document.ErrorDesc().toUtf8() << '\n';
+///     }
+///     const XmlElement* child = document.RootElement()->FirstChildElement();
+///     for (; child != nullptr; child = child->NextSiblingElement()) {
+///         std::cout << String(child->Name()).toUtf8() << '\n';
+///     }
 class VRX_EXPORT XmlDocument {
 public:
     /// Deepest level of nesting that is accepted; walks over a document may therefore be recursive.

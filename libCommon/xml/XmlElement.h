@@ -32,6 +32,11 @@ private:
 
 /// An element: a name, attributes in document order, child nodes, and its place in the parsed text.
 /// Attribute names are exact. All texts that it hands out are borrowed from the document.
+///
+///     XmlElement* const device = document.NewElement(u"device");
+///     device->SetAttribute(u"type", u"Fan");
+///     document.RootElement()->LinkEndChild(device);
+///     device->toString();                                // <device type="Fan"/>
 class VRX_EXPORT XmlElement : public XmlContainer {
 public:
     StringView Name() const noexcept { return m_name->text; }

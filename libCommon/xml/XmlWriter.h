@@ -16,6 +16,9 @@
 ///
 /// Formatted: the same, one node a line, four blanks of indent a level, a line feed ends each line; an element whose
 /// only child is text stands on one line.
+///
+///     std::string bytes;
+///     writeFormatted(*document.RootElement(), 0, bytes);
 namespace vrx {
 
 /// Both append.

@@ -12,6 +12,9 @@ namespace vrx {
 
 /// A device type, or a set of capabilities: nodes of the tree of device types (capabilities/CapabilityTree.h has the
 /// table). Names are looked up without letter case, an alias gives the same capability. Copies are cheap.
+///
+///     CapabilityImp(u"Storage").isCapable(CapabilityImp(u"NvmeDrive"));     // true: an NVMe drive is a storage device
+///     CapabilityImp(u"Fann").isInvalid();                                   // true
 class VRX_EXPORT CapabilityImp {
 public:
     /// The empty set.

@@ -12,6 +12,10 @@ namespace vrx {
 
 /// The concrete device: a plain record with no discovery behind it. Questions about properties may change what it keeps
 /// inside, so only one thread at a time may ask them.
+///
+///     const CapabilityImp type(u"Fan");
+///     const auto fan = DeviceImp::createGeneric(type, CapabilityImp(), 0, u"Fan 1", u"", u"hwmon0", u"fan:1");
+///     fan->guid();                                       // "fan:1|hwmon0"
 class VRX_EXPORT DeviceImp final : public IDeviceImp {
 public:
     /// `module` is reserved (callers pass 0).

@@ -10,6 +10,10 @@
 namespace vrx {
 
 /// One device. Name, locators and type never change once the device is in a store (the store keeps indexes of them).
+///
+///     if (const IPropertyImp* const size = device.findProperty(u"Size")) {
+///         std::cout << size->value().toString(false).toUtf8() << '\n';
+///     }
 class VRX_EXPORT IDeviceImp {
 public:
     virtual ~IDeviceImp() = default;

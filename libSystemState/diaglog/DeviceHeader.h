@@ -12,6 +12,8 @@ namespace diaglog {
 
 /// The identifying header of a device, `<device type="" name="" hwlocator="" oslocator=""/>` with the device's texts.
 /// The element is made in `document`, which owns it, and has no parent yet. Requires: device is not null.
+///
+///     document.RootElement()->LinkEndChild(diaglog::deviceToXmlHeader(document, &device));
 VRX_EXPORT XmlElement* deviceToXmlHeader(XmlDocument& document, const IDeviceImp* device);
 
 }  // namespace diaglog

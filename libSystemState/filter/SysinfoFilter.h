@@ -17,6 +17,13 @@ namespace vrx {
 /// A device is included when a rule's type is satisfied by the device's type; the first such rule in document order
 /// decides, for the tolerances too. A rule with `property` children selects those keys, in the device's order; a rule
 /// without any selects all of the device's properties. Used from one thread at a time.
+///
+///     SysinfoFilter filter;
+///     if (filter.loadFile(u"filter.xml") != SysinfoFilter::PARSE_SUCCESS) {
+///         std::cerr << filter.errorText().toUtf8() << '\n';
+///     }
+///     String script;
+///     inventory.generateInventoryScript(script, false, true, true, &filter);
 class VRX_EXPORT SysinfoFilter {
 public:
     enum PARSE_RET {

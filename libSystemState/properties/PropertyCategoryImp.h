@@ -9,6 +9,8 @@ namespace vrx {
 
 /// A set of property categories. SysInfo properties describe the hardware; Internal ones serve programs; Volatile ones
 /// change by themselves (a temperature); Group ones stand for a group of others.
+///
+///     device.properties(PropertyCategoryImp::SysInfo() | PropertyCategoryImp::Internal());
 class VRX_EXPORT PropertyCategoryImp {
 public:
     /// The empty set.

@@ -12,6 +12,10 @@ namespace vrx {
 
 /// The concrete property. A machine may have a million of them, so what few properties have (children, flags) is kept
 /// aside.
+///
+///     const auto size = boost::make_shared<PropertySpecImp>(u"Size", PropertyCategoryImp::SysInfo(),
+///                                                           DataTypeImp::UINT64, CapabilityImp::ALL());
+///     device->addProperty(boost::make_shared<PropertyImp>(size, ValueImp(std::uint64_t{32} << 30)));
 class VRX_EXPORT PropertyImp final : public IPropertyImp {
 public:
     /// Takes key, category, type and capabilities from the property specification. Requires: spec is not empty.

@@ -4,6 +4,8 @@
 
 /// Every property key that a recording uses, once: what has the same meaning has the same key on every device.
 /// docs/recorder.md says which device has which.
+///
+///     device.findProperty(property::SERIAL_NUMBER);
 namespace vrx::property {
 
 // Who made it, and which one it is

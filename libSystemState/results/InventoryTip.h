@@ -12,6 +12,12 @@ class XmlElement;
 
 /// A tip about an element of an inventory script. It keeps the element's place, not the element: an engine may hold
 /// many tips about large elements.
+///
+///     for (const auto& tip : event.tips()) {
+///         if (tip->type() == TipImp::Type::Inventory) {
+///             std::cerr << tip->toString(0, true).toUtf8() << '\n';            // with file, row and column
+///         }
+///     }
 class VRX_EXPORT InventoryTip final : public TipImp {
 public:
     /// `file` is the script's path; `element` may be null; the two further strings are appended to the text when they

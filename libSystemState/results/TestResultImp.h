@@ -8,6 +8,8 @@
 namespace vrx {
 
 /// The result of a test.
+///
+///     if (result.code() == TestResultImp::FailedAmbiguousParts) { ... }
 class VRX_EXPORT TestResultImp {
 public:
     enum Code : std::int32_t {

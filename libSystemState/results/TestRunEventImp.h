@@ -23,6 +23,12 @@ private:
 
 /// An event that a run raises to its observers. It lives for the duration of the call; an observer that wants to keep
 /// it copies it (copies own copies of the tips).
+///
+///     void handleEvent(const TestRunEventImp& event) override {
+///         if (event.name() == u"InventoryTestFailed") {
+///             annotatedScript = event.tips()[0]->toString(0, false);
+///         }
+///     }
 class VRX_EXPORT TestRunEventImp {
 public:
     struct Variable {

@@ -26,6 +26,10 @@ struct LocalizedStringArray {
 };
 
 /// A typed value. Its type is that of what it was made from.
+///
+///     ValueImp(u"4096").type() == DataTypeImp::STRING;   // a literal is a text
+///     ValueImp(std::uint32_t{4096}).toString(false);     // "4096"
+///     ValueImp(Array<String>{u"avx", u"sse"}).toString(false);  // "avx, sse"
 class VRX_EXPORT ValueImp {
 public:
     /// An empty string.
