@@ -1,9 +1,10 @@
 # What makes a build from nothing cheap. Most of the time of a plain build goes into reading the same hundred thousand
 # lines of other people's headers for each source, so that
 #  - every library reads the common ones precompiled (off with -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON);
-#  - the presets that are built whole, "release" and "bench", compile some sixteen sources as one (CMAKE_UNITY_BUILD).
-# The presets in which people work keep single files: there a change compiles one source, and a source that lacks an
-# include is found by the presets without precompiled headers ("tidy", "fuzz").
+#  - the presets that are built whole ("release", "bench" and the sanitizers') compile some sixteen sources as one
+#    (CMAKE_UNITY_BUILD).
+# The preset in which people work, "dev", keeps single files: there a change compiles one source, and a source that lacks
+# an include is found by the presets without precompiled headers ("tidy", "fuzz").
 
 # System headers only: what changes with the project would make everything stale at once.
 set(VRX_COMMON_HEADERS
