@@ -12,7 +12,7 @@
 #include "libCommon/Assertion.h"
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/InventoryDeviceAssociationsNodes.h"
-#include "libInventory/support/ElementLocation.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -46,7 +46,7 @@ namespace {
 
 // Contract: "Deivice" is how the line is spelt.
 String linkText(const XmlElement* element, const IDeviceImp& device) {
-    return concat(u"associate() associating InventoryElement", locationOf(element), u" to Deivice: ", device.guid());
+    return concat(u"associate() associating InventoryElement", placeOf(element), u" to Deivice: ", device.guid());
 }
 
 }  // namespace

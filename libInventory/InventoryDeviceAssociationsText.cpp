@@ -5,7 +5,7 @@
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/InventoryDeviceAssociations.h"
 #include "libInventory/InventoryDeviceAssociationsNodes.h"
-#include "libInventory/support/ElementLocation.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
 namespace vrx {
@@ -49,7 +49,7 @@ String Associations::InventoryNode::toString(unsigned indent, unsigned depth) co
     }
     String formatted;
     m_element->GetFormattedStr(formatted, static_cast<int>(indent) + 1);
-    return concat(indentation(indent), u"InventoryNode xml element ", locationOf(m_element), u" :\n", formatted, u"\n",
+    return concat(indentation(indent), u"InventoryNode xml element ", placeOf(m_element), u" :\n", formatted, u"\n",
                   GraphNode::toString(indent + 1, depth - 1));
 }
 

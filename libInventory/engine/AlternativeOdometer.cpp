@@ -9,9 +9,9 @@
 
 #include "libCommon/Assertion.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 
 namespace vrx {
@@ -76,7 +76,7 @@ void AlternativeOdometer::merge(XmlElement* root, bool step) {
 }
 
 void AlternativeOdometer::mergeTree(XmlElement* element) {
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << placeOf(element) << element->Name());
     switch (vocabulary::kindOf(*element)) {
         case ElementKind::And:
         case ElementKind::InventoryCheck:
@@ -88,7 +88,7 @@ void AlternativeOdometer::mergeTree(XmlElement* element) {
         case ElementKind::Or: mergeAlternative(element); break;
         default: break;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"mergeSubTrees() - " << placeOf(element) << element->Name());
 }
 
 void AlternativeOdometer::mergeAlternative(XmlElement* element) {
@@ -107,7 +107,7 @@ void AlternativeOdometer::mergeAlternative(XmlElement* element) {
     VRX_ASSERT(childContext);
     VRX_ASSERT(childContext->m_associationIndex > 0);
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"mergeSubTrees() - " << locationOf(element) << u" index = " << context->m_selectedChild
+            u"mergeSubTrees() - " << placeOf(element) << u" index = " << context->m_selectedChild
                                   << u" appending associations[" << childContext->m_associationIndex << u"]");
     m_state.m_associations.append(
         m_state.m_associationSets[static_cast<std::size_t>(childContext->m_associationIndex)]);

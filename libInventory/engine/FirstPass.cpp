@@ -11,9 +11,9 @@
 
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/ScriptNotices.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
@@ -25,7 +25,7 @@ bool FirstPass::run(XmlElement* element, bool underNot, unsigned associationInde
     if (element == nullptr) {
         return true;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runFirstPass() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runFirstPass() - " << placeOf(element) << element->Name());
     bool status = true;
     switch (vocabulary::kindOf(*element)) {
         case ElementKind::Part:
@@ -43,7 +43,7 @@ bool FirstPass::run(XmlElement* element, bool underNot, unsigned associationInde
         default: ScriptNotices(m_state).unknownElement(*element);
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runFirstPass() - " << locationOf(element) << element->Name() << u" status = " << status);
+            u"runFirstPass() - " << placeOf(element) << element->Name() << u" status = " << status);
     return status;
 }
 

@@ -4,9 +4,9 @@
 
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/findings/ErrorFiling.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/UniqueTexts.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -16,7 +16,7 @@ namespace vrx {
 using vocabulary::ElementKind;
 
 void PartAssociation::collect(XmlElement* element, bool underNot, UniqueTexts& deviceGuids) {
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << placeOf(element) << element->Name());
     const ElementKind kind = vocabulary::kindOf(*element);
     switch (kind) {
         case ElementKind::Part: ErrorFiling(m_state).file(element, FindingKind::NestedPart, slot::SCRIPT); break;
@@ -35,7 +35,7 @@ void PartAssociation::collect(XmlElement* element, bool underNot, UniqueTexts& d
             Array<boost::shared_ptr<IDeviceImp>> devices;
             m_state.m_associations.getMatchedDevices(element, devices);
             VRX_LOG(inventoryLog(), LogPriority::Debug,
-                    u"runPartAssociation() - " << locationOf(element) << u" device_count: " << devices.size());
+                    u"runPartAssociation() - " << placeOf(element) << u" device_count: " << devices.size());
             for (const auto& device : devices) {
                 deviceGuids.append(device->guid());
             }
@@ -43,12 +43,12 @@ void PartAssociation::collect(XmlElement* element, bool underNot, UniqueTexts& d
         }
         default: break;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runPartAssociation() - " << placeOf(element) << element->Name());
 }
 
 void PartAssociation::remove(XmlElement* element) {
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"removeDeviceAssociations() - " << locationOf(element) << element->Name());
+            u"removeDeviceAssociations() - " << placeOf(element) << element->Name());
     switch (vocabulary::kindOf(*element)) {
         case ElementKind::And:
         case ElementKind::InventoryCheck:
@@ -62,7 +62,7 @@ void PartAssociation::remove(XmlElement* element) {
         default: break;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"removeDeviceAssociations() - " << locationOf(element) << element->Name());
+            u"removeDeviceAssociations() - " << placeOf(element) << element->Name());
 }
 
 }  // namespace vrx

@@ -10,7 +10,7 @@
 #include "libInventory/InventoryTestObserver.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/matching/CandidateList.h"
-#include "libInventory/support/ElementLocation.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/support/EventSource.h"
 #include "libSystemState/results/InventoryXmlTip.h"
 #include "libSystemState/results/TestRunEventImp.h"
@@ -40,8 +40,7 @@ void ScriptNotices::unknownElement(const XmlElement& element) {
     m_state.m_record.notices.push_back({FindingKind::UnknownElement, &element});
     TestRunEventImp event(eventSource::NAME, u"EncounteredUnknownElement");
     event.setEventOccurence(eventSource::SCRIPT_NOTICE, String::EMPTY, eventSource::SOURCE_FILE, __LINE__);
-    event.setVariable(u"location", VRXValue(locationOf(&element)))
-        .setVariable(u"element", VRXValue(element.toString()));
+    event.setVariable(u"location", VRXValue(placeOf(&element))).setVariable(u"element", VRXValue(element.toString()));
     notify(event);
 }
 
@@ -49,7 +48,7 @@ void ScriptNotices::notUnderNot(const XmlElement& element) {
     m_state.m_record.notices.push_back({FindingKind::NotUnderNot, &element});
     TestRunEventImp event(eventSource::NAME, u"FoundNotUnderNot");
     event.setEventOccurence(eventSource::SCRIPT_NOTICE, String::EMPTY, eventSource::SOURCE_FILE, __LINE__);
-    event.setVariable(u"location", VRXValue(locationOf(&element)));
+    event.setVariable(u"location", VRXValue(placeOf(&element)));
     notify(event);
 }
 

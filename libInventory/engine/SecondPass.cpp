@@ -10,9 +10,9 @@
 #include "libCommon/Assertion.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/PartAssociation.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/UniqueTexts.h"
 
@@ -24,7 +24,7 @@ bool SecondPass::run(XmlElement* element, bool underNot) {
     if (element == nullptr) {
         return true;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << placeOf(element) << element->Name());
     bool satisfied = true;
     switch (vocabulary::kindOf(*element)) {
         case ElementKind::Part: satisfied = ofPart(element, underNot); break;
@@ -50,7 +50,7 @@ bool SecondPass::run(XmlElement* element, bool underNot) {
         default: break;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"runSecondPass() - " << locationOf(element) << element->Name() << u" status = " << satisfied);
+            u"runSecondPass() - " << placeOf(element) << element->Name() << u" status = " << satisfied);
     if (satisfied) {
         m_filing.clear(element, m_slot);
     } else {
@@ -88,7 +88,7 @@ bool SecondPass::ofPart(XmlElement* element, bool underNot) {
 /// Enters the part once under each of its devices, never twice under one device for the same name.
 void SecondPass::enterPart(XmlElement* part, bool underNot) {
     Inventory::PartSpec spec(part->Attribute(vocabulary::NAME), part->Attribute(vocabulary::ID),
-                             part->Attribute(vocabulary::DESCRIPTION), locationOf(part), String::EMPTY);
+                             part->Attribute(vocabulary::DESCRIPTION), placeOf(part), String::EMPTY);
     UniqueTexts deviceGuids;
     for (XmlElement* const child : childElements(part)) {
         PartAssociation(m_state).collect(child, underNot, deviceGuids);
@@ -116,11 +116,11 @@ bool SecondPass::skipsPrunedOr(XmlElement* element) {
     }
     if (!context->m_visited) {
         VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u"runSecondPass() - " << locationOf(element) << u" pruned, setting as visited");
+                u"runSecondPass() - " << placeOf(element) << u" pruned, setting as visited");
         context->m_visited = true;
         return false;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << locationOf(element) << u" pruned, skipping");
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"runSecondPass() - " << placeOf(element) << u" pruned, skipping");
     m_filing.fileUnsatisfied(element, m_slot);
     m_filing.count(element, m_slot, m_errors);
     return true;

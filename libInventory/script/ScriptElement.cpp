@@ -1,10 +1,9 @@
 #include "libInventory/script/ScriptElement.h"
 
-#include <fmt/format.h>
-
 #include <utility>
 
-#include "libCommon/text/PrintableText.h"
+#include "libCommon/Assertion.h"
+#include "libCommon/text/NumberText.h"
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
@@ -79,12 +78,10 @@ std::vector<String> askedValues(const XmlElement& property) {
     return values;
 }
 
-std::string placeOf(const XmlElement& element) {
-    return fmt::format("({}:{})", element.Row() + 1, element.Column() + 1);
-}
-
-std::string placeOf(const XmlElement& element, std::string_view file) {
-    return fmt::format("{}:{}:{}", printable(file), element.Row() + 1, element.Column() + 1);
+String placeOf(const XmlElement* element) {
+    VRX_ASSERT(element);
+    return concat(u"(", toText(std::uint64_t{element->Row()} + 1), u":", toText(std::uint64_t{element->Column()} + 1),
+                  u")");
 }
 
 }  // namespace vrx

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "libCommon/Export.h"
@@ -9,6 +7,10 @@
 #include "libCommon/xml/XmlElement.h"
 
 /// What can be asked of one element of a script.
+///
+///     if (isNamed(element, vocabulary::DEVICE)) {
+///         show(placeOf(&element), attributeOf(element, vocabulary::TYPE), askedFor(element, vocabulary::NAME));
+///     }
 namespace vrx {
 
 /// Whether the element has that name, in any letter case.
@@ -27,10 +29,7 @@ VRX_EXPORT String askedFor(const XmlElement& device, StringView attribute);
 /// when it accepts any value. What a check has left in it does not count as an entry.
 VRX_EXPORT std::vector<String> askedValues(const XmlElement& property);
 
-/// "(row:column)", 1-based.
-VRX_EXPORT std::string placeOf(const XmlElement& element);
-
-/// "file:row:column", 1-based, fit for a terminal.
-VRX_EXPORT std::string placeOf(const XmlElement& element, std::string_view file);
+/// "(row:column)", 1-based, of the element's place in the parsed script. Requires: element is not null.
+VRX_EXPORT String placeOf(const XmlElement* element);
 
 }  // namespace vrx

@@ -82,7 +82,7 @@ void duplicateDevice(const LintSubject& subject, const LintReporter& report) {
     }
     const XmlElement* const first = subject.memory.devices.add(subject.element());
     if (first != nullptr && hasLocator(subject.element())) {
-        report.at(subject.element(), placeOf(*first));
+        report.at(subject.element(), printable(placeOf(first)));
     }
 }
 

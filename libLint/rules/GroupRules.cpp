@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "libCommon/containers/HashFunctions.h"
+#include "libCommon/text/PrintableText.h"
 #include "libInventory/script/OrInsidePart.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/XmlChildren.h"
@@ -87,7 +88,7 @@ void equalAlternatives(const LintSubject& subject, const LintReporter& report) {
     for (const XmlElement* const child : childElements(subject.element())) {
         const auto [entry, isNew] = seen.try_emplace(child->toString(), child);
         if (!isNew) {
-            report.at(*child, placeOf(*entry->second));
+            report.at(*child, printable(placeOf(entry->second)));
         }
     }
 }

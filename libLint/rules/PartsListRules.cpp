@@ -50,7 +50,7 @@ void duplicateName(const LintSubject& subject, const LintReporter& report) {
     }
     const auto [entry, isNew] = subject.memory.parts.try_emplace(String(name), &subject.element());
     if (!isNew) {
-        report.at(subject.element(), printable(name), placeOf(*entry->second));
+        report.at(subject.element(), printable(name), printable(placeOf(entry->second)));
     }
 }
 

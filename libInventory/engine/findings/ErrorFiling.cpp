@@ -7,9 +7,9 @@
 #include "libCommon/Assertion.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 
 namespace vrx {
@@ -29,7 +29,7 @@ void logClearing(const XmlElement& element) {
     if (!inventoryLog().isEnabled(LogPriority::Debug)) {
         return;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"clearErrors() - " << locationOf(&element) << element.Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"clearErrors() - " << placeOf(&element) << element.Name());
     for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
         logClearing(*child);
     }
@@ -83,7 +83,7 @@ void ErrorFiling::clear(XmlElement* element, unsigned slot) {
         logClearing(*element);
         return;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"clearErrors() - " << locationOf(element) << element->Name());
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"clearErrors() - " << placeOf(element) << element->Name());
     if (FiledFindings* const filed = findings.find(element)) {
         filed->clear();
     }

@@ -13,9 +13,9 @@
 
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/findings/FindingWords.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
@@ -82,7 +82,7 @@ unsigned ErrorGathering::writeFindings(XmlElement* element, unsigned slot) {
     }
     for (const String& text : texts) {
         VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u"gatherErrorsForElement(" << slot << u") - " << locationOf(element) << text);
+                u"gatherErrorsForElement(" << slot << u") - " << placeOf(element) << text);
         writeError(element, text);
     }
     return static_cast<unsigned>(texts.size());
@@ -111,7 +111,7 @@ void ErrorGathering::gatherAndClean(XmlElement* element, unsigned slot) {
         return;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"gatherErrorsAndCleanUserData(" << slot << u") - " << locationOf(element) << element->Name());
+            u"gatherErrorsAndCleanUserData(" << slot << u") - " << placeOf(element) << element->Name());
     gatherElement(element, slot::SCRIPT);
     if (gatherElement(element, slot) != 0 && kind == ElementKind::Device) {
         gatherElement(element, slot::MATCHING);

@@ -60,10 +60,10 @@ void readProperty(Finding& finding, const FiledFindings::Entry& entry, FindingWo
 }
 
 bool comesBefore(const Finding& a, const Finding& b) {
-    const auto placeOf = [](const Finding& finding) {
+    const auto rowAndColumn = [](const Finding& finding) {
         return std::tuple(finding.element->Row(), finding.element->Column());
     };
-    return placeOf(a) < placeOf(b);
+    return rowAndColumn(a) < rowAndColumn(b);
 }
 
 }  // namespace

@@ -15,8 +15,8 @@
 #include "libInventory/engine/matching/CandidateList.h"
 #include "libInventory/engine/matching/DeviceAttributes.h"
 #include "libInventory/engine/matching/PropertyMatcher.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/MatchCache.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
@@ -86,9 +86,8 @@ bool DeviceMatcher::match(XmlElement* element, bool underNot, unsigned associati
         return false;
     }
     m_state.m_associationSets[associationIndex].associate(element, boost::shared_ptr<IDeviceImp>());
-    VRX_LOG(
-        inventoryLog(), LogPriority::Debug,
-        u"matchDevice() invElement" << locationOf(element) << u" devCount: " << m_state.m_stateManager->deviceCount());
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"matchDevice() invElement" << placeOf(element) << u" devCount: " << m_state.m_stateManager->deviceCount());
     // Findings in an alternative are counted, so they must be made each time.
     const bool mayUseCache = m_state.m_matchCache != nullptr && associationIndex == 0;
     return mayUseCache ? matchThroughCache(element, underNot) : matchInStore(element, underNot, associationIndex);
@@ -184,7 +183,7 @@ bool DeviceMatcher::matchCandidate(XmlElement* element, const boost::shared_ptr<
             ok = false;
             VRX_LOG(
                 inventoryLog(), LogPriority::Debug,
-                u"matchDevice: device guid: " << device->toString() << u" element " << locationOf(child) << u" failed");
+                u"matchDevice: device guid: " << device->toString() << u" element " << placeOf(child) << u" failed");
         }
     }
     if (!ok && !content.hasFiled()) {

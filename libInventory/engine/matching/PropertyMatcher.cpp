@@ -16,9 +16,9 @@
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/findings/ErrorGathering.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
+#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/ElementLocation.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
@@ -44,7 +44,7 @@ bool PropertyMatcher::matches(XmlElement* element, bool underNot) {
             }
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"matchDeviceRecursive() - " << locationOf(element) << element->Name() << u" status = " << status);
+            u"matchDeviceRecursive() - " << placeOf(element) << element->Name() << u" status = " << status);
     return status;
 }
 
