@@ -6,8 +6,10 @@
 
 #include <algorithm>
 
+#include "libCommon/text/UuCode.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
+#include "libInventory/script/XmlChildren.h"
 #include "libRegex/Regex.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -22,7 +24,7 @@ using DeviceText = const String& (IDeviceImp::*)() const;
 constexpr std::size_t LOOKED_AT = 1000;  // enough to show some, however large the machine
 
 bool holdsGroups(const XmlElement& device) {
-    for (const XmlElement* child = device.FirstChildElement(); child; child = child->NextSiblingElement()) {
+    for (const XmlElement* const child : childElements(device)) {
         const ElementKind kind = vocabulary::kindOf(*child);
         if (kind == ElementKind::Not || kind == ElementKind::Or || kind == ElementKind::And) {
             return true;
@@ -33,7 +35,7 @@ bool holdsGroups(const XmlElement& device) {
 
 Inventory::DeviceSpec writtenIn(const XmlElement& element) {
     const auto decoded = [&element](StringView attribute) {
-        return String(attributeOf(element, attribute)).uuDecode(true, true);
+        return fromXmlSafe(attributeOf(element, attribute));
     };
     return {decoded(vocabulary::NAME), attributeOf(element, vocabulary::TYPE), decoded(vocabulary::HW_LOCATOR),
             decoded(vocabulary::OS_LOCATOR)};
