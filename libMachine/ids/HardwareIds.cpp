@@ -51,7 +51,7 @@ private:
         if (m_isClass) {
             line.remove_prefix(2);
         }
-        m_device.reset();
+        m_hasDevice = false;
         const std::size_t digits = std::min(line.find("  "), line.size());
         const std::optional<std::uint32_t> number = digits == (m_isClass ? 2 : 4) ? takeNumber(line) : std::nullopt;
         m_isWanted = number && name(m_isClass ? classKey(*number) : vendorKey(*number), line);
@@ -59,17 +59,19 @@ private:
     }
 
     void device(std::string_view line) {
-        m_device = takeNumber(line);
-        if (m_device) {
-            name(m_isClass ? subclassKey(m_vendor, *m_device) : deviceKey(m_vendor, *m_device), line);
+        const std::optional<std::uint32_t> number = takeNumber(line);
+        m_hasDevice = number.has_value();
+        m_device = number.value_or(0);
+        if (m_hasDevice) {
+            name(m_isClass ? subclassKey(m_vendor, m_device) : deviceKey(m_vendor, m_device), line);
         }
     }
 
     void subsystem(std::string_view line) {
         const std::optional<std::uint32_t> subVendor = takeNumber(line);
         const std::optional<std::uint32_t> subDevice = takeNumber(line);
-        if (!m_isClass && m_device && subVendor && subDevice) {
-            name(subsystemKey(m_vendor, *m_device, *subVendor, *subDevice), line);
+        if (!m_isClass && m_hasDevice && subVendor && subDevice) {
+            name(subsystemKey(m_vendor, m_device, *subVendor, *subDevice), line);
         }
     }
 
@@ -84,7 +86,8 @@ private:
 
     std::map<Key, std::string>& m_names;
     std::uint32_t m_vendor = 0;
-    std::optional<std::uint32_t> m_device;
+    std::uint32_t m_device = 0;
+    bool m_hasDevice = false;  // of the line that subsystems stand under
     bool m_isClass = false;
     bool m_isWanted = false;
 };
