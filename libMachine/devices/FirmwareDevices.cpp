@@ -7,6 +7,7 @@
 
 #include "libMachine/devices/MachineDevices.h"
 #include "libMachine/linux/PciPlaces.h"
+#include "libMachine/record/CleanText.h"
 
 namespace vrx {
 
@@ -70,10 +71,7 @@ bool isBayName(std::string_view name) {
     if (end == name.size() || end == 0) {
         return false;
     }
-    std::string word(name.substr(0, name.find_last_not_of(" #_-", end - 1) + 1));
-    std::transform(word.begin(), word.end(), word.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
-    });
+    const std::string word = smallLetters(name.substr(0, name.find_last_not_of(" #_-", end - 1) + 1));
     return std::find(std::begin(WORDS), std::end(WORDS), word) != std::end(WORDS);
 }
 

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "libMachine/import/DamageList.h"
 #include "libMachine/import/RecordingStart.h"
+#include "libMachine/import/mending/DamageList.h"
 #include "libMachine/record/Recording.h"
 
 /// Recordings that other programs made, as devices: with the types, locators, properties and units that `collect` would

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/CleanText.h"
 
 namespace vrx {
 
@@ -12,17 +13,6 @@ std::string_view withoutBlanks(std::string_view text) noexcept {
     const std::size_t first = text.find_first_not_of(" \t");
     return first == std::string_view::npos ? std::string_view()
                                            : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-bool hasWord(std::string_view words, std::string_view word) noexcept {
-    while (!words.empty()) {
-        const std::size_t end = std::min(words.find(' '), words.size());
-        if (words.substr(0, end) == word) {
-            return true;
-        }
-        words.remove_prefix(std::min(end + 1, words.size()));
-    }
-    return false;
 }
 
 }  // namespace
@@ -65,7 +55,7 @@ const CpuInfoBlock* CpuInfo::firstOfPackage(std::uint64_t package) const noexcep
 }
 
 bool CpuInfo::isVirtual() const noexcept {
-    return !m_blocks.empty() && hasWord(m_blocks.front().value("flags"), "hypervisor");
+    return !m_blocks.empty() && hasWord(m_blocks.front().value("flags"), "hypervisor", ' ');
 }
 
 }  // namespace vrx

@@ -130,6 +130,24 @@ String cleanText(std::string_view raw) {
     return String::UTF8Decode(clean);
 }
 
+std::string smallLetters(std::string_view text) {
+    std::string small(text);
+    std::transform(small.begin(), small.end(), small.begin(),
+                   [](char unit) { return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit - 'A' + 'a') : unit; });
+    return small;
+}
+
+bool hasWord(std::string_view words, std::string_view word, char separator) noexcept {
+    while (!words.empty()) {
+        const std::size_t end = std::min(words.find(separator), words.size());
+        if (words.substr(0, end) == word) {
+            return true;
+        }
+        words.remove_prefix(std::min(end + 1, words.size()));
+    }
+    return false;
+}
+
 bool isPlaceholder(StringView text) noexcept {
     if (text.empty() || isOneCharacter(text) || isNumberedDummy(text)) {
         return true;

@@ -13,6 +13,8 @@
 #include <cctype>
 #include <cstdint>
 
+#include "libMachine/record/CleanText.h"
+
 namespace vrx {
 
 namespace {
@@ -56,10 +58,10 @@ std::string hexDigitsOf(std::string_view text) {
     std::string digits;
     for (const char unit : text) {
         if (isHex(unit)) {
-            digits.push_back(isCapital(unit) ? static_cast<char>(unit - 'A' + 'a') : unit);
+            digits.push_back(unit);
         }
     }
-    return digits;
+    return smallLetters(digits);
 }
 
 char hexDigit(unsigned value, bool isUpper) noexcept {

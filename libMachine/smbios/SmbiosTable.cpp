@@ -68,20 +68,4 @@ void SmbiosTable::parse() {
     m_isDamaged = !rest.empty();
 }
 
-std::vector<const SmbiosStructure*> SmbiosTable::all(Type type) const {
-    std::vector<const SmbiosStructure*> found;
-    for (const SmbiosStructure& structure : m_structures) {
-        if (structure.type() == type) {
-            found.push_back(&structure);
-        }
-    }
-    return found;
-}
-
-const SmbiosStructure* SmbiosTable::first(Type type) const noexcept {
-    const auto at = std::find_if(m_structures.begin(), m_structures.end(),
-                                 [type](const SmbiosStructure& structure) { return structure.type() == type; });
-    return at == m_structures.end() ? nullptr : &*at;
-}
-
 }  // namespace vrx

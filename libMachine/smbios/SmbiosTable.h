@@ -80,12 +80,6 @@ public:
 
     std::span<const SmbiosStructure> structures() const noexcept { return m_structures; }
 
-    /// The structures of a type in the order of the table.
-    std::vector<const SmbiosStructure*> all(Type type) const;
-
-    /// The first structure of a type; null when there is none.
-    const SmbiosStructure* first(Type type) const noexcept;
-
 private:
     void parse();
 

@@ -6,21 +6,14 @@
 #include <algorithm>
 
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/CleanText.h"
 
 namespace vrx {
 
 namespace {
 
 /// A UUID in small letters, as the kernel writes it; empty where the text says that there is none.
-std::string uuidIn(std::string text) {
-    if (text.starts_with("Not ")) {
-        return {};
-    }
-    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
-    });
-    return text;
-}
+std::string uuidIn(const std::string& text) { return text.starts_with("Not ") ? std::string() : smallLetters(text); }
 
 std::string bufferingIn(const std::string& typeDetail) {
     const auto has = [&typeDetail](std::string_view word) {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "libMachine/import/DamageList.h"
+#include "libMachine/import/mending/DamageList.h"
 
 namespace vrx {
 

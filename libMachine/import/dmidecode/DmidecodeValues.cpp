@@ -7,23 +7,13 @@
 #include <charconv>
 
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/CleanText.h"
 
 namespace vrx {
 
 namespace {
 
 bool isDigit(char letter) noexcept { return letter >= '0' && letter <= '9'; }
-
-bool isOneOf(std::string_view word, std::string_view words) {
-    while (!words.empty()) {
-        const std::size_t end = std::min(words.find('|'), words.size());
-        if (words.substr(0, end) == word) {
-            return true;
-        }
-        words.remove_prefix(std::min(end + 1, words.size()));
-    }
-    return false;
-}
 
 }  // namespace
 
@@ -70,7 +60,7 @@ std::uint64_t DmidecodeValues::size(std::string_view key) const {
         return 0;
     }
     const auto unit = std::find_if(std::begin(UNITS), std::end(UNITS),
-                                   [name](const SizeUnit& known) { return isOneOf(name, known.names); });
+                                   [name](const SizeUnit& known) { return hasWord(known.names, name, '|'); });
     static constexpr double LARGEST = 1e18;
     const double bytes =
         unit == std::end(UNITS) ? LARGEST : number * static_cast<double>(std::uint64_t{1} << unit->bits);
@@ -88,7 +78,7 @@ double DmidecodeValues::measure(std::string_view key, std::string_view units) co
         return 0;
     }
     static constexpr double LARGEST = 1e9;
-    if (!isOneOf(unit, units) || number > LARGEST) {
+    if (!hasWord(units, unit, '|') || number > LARGEST) {
         countUnreadable(key);
         return 0;
     }

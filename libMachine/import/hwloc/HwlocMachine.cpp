@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "libInventory/script/XmlChildren.h"
 #include "libMachine/import/mending/XmlMending.h"
 #include "libMachine/linux/RootFolder.h"
 
@@ -24,8 +25,7 @@ public:
     explicit TopologyReader(HwlocMachine& machine) : m_machine(machine) {}
 
     void read(const XmlContainer& outer, std::size_t functionAbove) {
-        for (const XmlElement* child = outer.FirstChildElement(); child != nullptr;
-             child = child->NextSiblingElement()) {
+        for (const XmlElement* const child : childElements(outer)) {
             if (child->Name() == u"object") {
                 readObject(*child, functionAbove);
             } else if (child->Name() == CUT_OFF_ELEMENT) {

@@ -7,6 +7,7 @@
 
 #include "libMachine/import/lshw/LshwConversion.h"
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/CleanText.h"
 #include "libMachine/smbios/SmbiosNames.h"
 
 namespace vrx {
@@ -127,7 +128,7 @@ SystemFacts lshwSystem(const LshwNode& node) {
     system.version = lshwText(node.version);
     system.serialNumber = lshwText(node.serial);
     system.family = lshwText(node.setting("family"));
-    system.uuid = lshwSmallLetters(lshwText(node.setting("uuid")));
+    system.uuid = smallLetters(lshwText(node.setting("uuid")));
     return system;
 }
 

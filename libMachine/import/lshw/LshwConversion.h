@@ -47,9 +47,6 @@ struct LshwConversion {
 /// A text as it stands in the recording; empty for what lshw writes where it was told to hide the value.
 std::string_view lshwText(std::string_view text) noexcept;
 
-/// The text with ASCII letters made small, as the recorder has addresses and UUIDs.
-std::string lshwSmallLetters(std::string_view text);
-
 /// What lshw took from SMBIOS, or would have: system, board, firmware, processors, caches, memory, power.
 SmbiosFacts lshwSmbiosFacts(const LshwTree& tree);
 SystemFacts lshwSystem(const LshwNode& node);

@@ -10,6 +10,7 @@
 #include <iterator>
 
 #include "libMachine/import/lshw/LshwConversion.h"
+#include "libMachine/record/CleanText.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
@@ -60,7 +61,7 @@ void addLshwLink(DeviceRecord& adapter, const LshwNode& node) {
         adapter.osLocator = node.logicalName();
     }
     const bool keepsAddress = node.setting("slave") != "yes" && !isSoftware(node);
-    adapter.text(property::ADDRESS, lshwSmallLetters(lshwText(node.serial)),
+    adapter.text(property::ADDRESS, smallLetters(lshwText(node.serial)),
                  keepsAddress ? Category::SysInfo() : Category::Volatile());
     if (!node.setting("link").empty()) {
         adapter.text(property::LINK_STATE, node.setting("link") == "yes" ? "up" : "down", Category::Volatile());

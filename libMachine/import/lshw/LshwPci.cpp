@@ -13,6 +13,7 @@
 
 #include "libMachine/import/lshw/LshwConversion.h"
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/CleanText.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
@@ -102,14 +103,12 @@ StringView pciTypeOf(const LshwNode& node) {
 
 /// "0000:00:1f.2"; empty when the address on the bus is none. Old versions leave out the domain.
 std::string addressOf(const LshwNode& node) {
-    std::string address(LshwNode::behind(node.busInfo, "pci@"));
-    const bool isAddress = address.find_first_not_of("0123456789abcdefABCDEF:.") == std::string::npos &&
-                           address.find('.') != std::string::npos;
+    const std::string address = smallLetters(LshwNode::behind(node.busInfo, "pci@"));
+    const bool isAddress =
+        address.find_first_not_of("0123456789abcdef:.") == std::string::npos && address.find('.') != std::string::npos;
     if (!isAddress) {
         return {};
     }
-    std::transform(address.begin(), address.end(), address.begin(),
-                   [](char unit) { return unit >= 'A' && unit <= 'F' ? static_cast<char>(unit - 'A' + 'a') : unit; });
     return std::count(address.begin(), address.end(), ':') == 1 ? "0000:" + address : address;
 }
 

@@ -10,8 +10,6 @@
 /// adapters that are emulated, buttons, PnP entries) and is passed over. Descriptions are in the language of whoever
 /// ran lshw, so they decide only where class, name, capabilities and addresses do not.
 
-#include <algorithm>
-
 #include "libMachine/devices/FirmwareDevices.h"
 #include "libMachine/devices/MachineDevices.h"
 #include "libMachine/devices/MemoryDevices.h"
@@ -120,13 +118,6 @@ void convert(const LshwTree& tree, Recording& recording) {
 }  // namespace
 
 std::string_view lshwText(std::string_view text) noexcept { return text == "[REMOVED]" ? std::string_view() : text; }
-
-std::string lshwSmallLetters(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](char unit) { return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit - 'A' + 'a') : unit; });
-    return result;
-}
 
 void convertLshwXml(std::string_view text, Recording& recording, DamageList& damage) {
     LshwTree tree;

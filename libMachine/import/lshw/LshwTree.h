@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "libMachine/import/DamageList.h"
+#include "libMachine/import/mending/DamageList.h"
 
 namespace vrx {
 

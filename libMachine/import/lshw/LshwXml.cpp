@@ -3,6 +3,7 @@
 /// of the hardware.
 
 #include "libCommon/xml/XmlDocument.h"
+#include "libInventory/script/XmlChildren.h"
 #include "libMachine/import/Converters.h"
 #include "libMachine/import/lshw/LshwTree.h"
 #include "libMachine/import/mending/XmlMending.h"
@@ -22,8 +23,7 @@ public:
 
     /// The nodes in an element that is a list or a node.
     void readNodesIn(const XmlContainer& outer, std::size_t parent) {
-        for (const XmlElement* child = outer.FirstChildElement(); child != nullptr;
-             child = child->NextSiblingElement()) {
+        for (const XmlElement* const child : childElements(outer)) {
             if (child->Name() == u"node") {
                 readNode(*child, parent);
             } else if (child->Name() == u"list") {
@@ -62,8 +62,7 @@ private:
         for (const XmlAttribute& attribute : element.Attributes()) {
             node.set(toUtf8(attribute.Name()), toUtf8(attribute.Value()));
         }
-        for (const XmlElement* child = element.FirstChildElement(); child != nullptr;
-             child = child->NextSiblingElement()) {
+        for (const XmlElement* const child : childElements(element)) {
             if (child->Name() == u"configuration") {
                 readSettings(*child, node);
             } else if (child->Name() == u"capabilities") {

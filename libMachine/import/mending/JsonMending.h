@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "libMachine/import/DamageList.h"
+#include "libMachine/import/mending/DamageList.h"
 
 namespace vrx {
 

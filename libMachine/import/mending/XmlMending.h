@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "libCommon/xml/XmlDocument.h"
-#include "libMachine/import/DamageList.h"
+#include "libMachine/import/mending/DamageList.h"
 
 namespace vrx {
 

@@ -35,15 +35,16 @@ TEST(SmbiosTableTest, readsFieldsAndTexts) {
     const SmbiosTable table = tableOf(goodTable() + "garbage behind the end");
     EXPECT_FALSE(table.isDamaged());
     ASSERT_EQ(table.structures().size(), 4U);
-    const SmbiosStructure& system = *table.first(SmbiosTable::SYSTEM);
+    const SmbiosStructure& system = table.structures()[0];
+    const SmbiosStructure& memoryArray = table.structures()[1];
     EXPECT_EQ(system.handle(), 0x10);
     EXPECT_EQ(system.text(4), "Maker");
     EXPECT_EQ(system.text(5), "Third");
     EXPECT_EQ(system.text(6), "") << "number 0 is no text";
-    EXPECT_EQ(table.first(SmbiosTable::MEMORY_ARRAY)->dword(7), 0x01000000U);
-    EXPECT_EQ(table.first(SmbiosTable::MEMORY_ARRAY)->text(7), "") << "a structure without texts";
-    EXPECT_EQ(table.all(SmbiosTable::MEMORY_DEVICE).size(), 1U);
-    EXPECT_EQ(table.first(SmbiosTable::MEMORY_DEVICE)->word(4), 0x20);
+    EXPECT_EQ(memoryArray.type(), SmbiosTable::MEMORY_ARRAY);
+    EXPECT_EQ(memoryArray.dword(7), 0x01000000U);
+    EXPECT_EQ(memoryArray.text(7), "") << "a structure without texts";
+    EXPECT_EQ(table.structures()[2].word(4), 0x20);
 }
 
 TEST(SmbiosTableTest, whatIsNotThereReadsAsNothing) {
@@ -77,7 +78,7 @@ TEST(SmbiosTableTest, damageEndsTheTableWhereItStands) {
         EXPECT_EQ(table.structures().size(), damaged.structures) << damaged.bytes.size();
         EXPECT_EQ(table.isDamaged(), damaged.isDamaged) << damaged.bytes.size();
     }
-    EXPECT_EQ(tableOf(first.substr(0, first.size() - 3)).first(SmbiosTable::SYSTEM)->text(4), "Make");
+    EXPECT_EQ(tableOf(first.substr(0, first.size() - 3)).structures()[0].text(4), "Make");
 }
 
 TEST(SmbiosTableTest, hostileBytesAreReadWithinBounds) {

@@ -1,4 +1,4 @@
-#include "libMachine/import/DamageList.h"
+#include "libMachine/import/mending/DamageList.h"
 
 #include <fmt/format.h>
 
