@@ -65,7 +65,7 @@ std::vector<std::vector<std::string>> rowsOfThePage() {
     return rows;
 }
 
-TEST(LintPage, ListsEveryRuleWithItsSeverityAndAnExampleThatBreaksIt) {
+TEST(LintPageTest, ListsEveryRuleWithItsSeverityAndAnExampleThatBreaksIt) {
     std::set<std::string> listed;
     std::size_t examples = 0;
     for (const std::vector<std::string>& row : rowsOfThePage()) {
@@ -85,7 +85,7 @@ TEST(LintPage, ListsEveryRuleWithItsSeverityAndAnExampleThatBreaksIt) {
     EXPECT_EQ(examples + 2, known.size());
 }
 
-TEST(LintPage, ExamplesAndSnippetsAreCleanButForNotes) {
+TEST(LintPageTest, ExamplesAndSnippetsAreCleanButForNotes) {
     std::vector<std::string> texts;
     for (const char* name : {"workstation-check.xml", "server-pass.xml", "server-fail.xml", "server-parts.xml"}) {
         texts.push_back(read(PROJECT / "examples" / name));
@@ -109,7 +109,7 @@ TEST(LintPage, ExamplesAndSnippetsAreCleanButForNotes) {
     }
 }
 
-TEST(Lint, FindsNothingInWhatIsRight) {
+TEST(LintTest, FindsNothingInWhatIsRight) {
     EXPECT_THAT(findingsIn("<INVENTORY-CHECK check-names=' Yes '><Device TYPE='fan' Name='^a$' HWLOCATOR='x[1]'>"
                            "<!-- c --><PROPERTY key='k'/><not><property key='k' value='a'/></not></Device>"
                            "<not><device type='Fan'/></not></INVENTORY-CHECK>"),
@@ -120,7 +120,7 @@ TEST(Lint, FindsNothingInWhatIsRight) {
         IsEmpty());
 }
 
-TEST(Lint, ReportsInDocumentOrderWithPlaces) {
+TEST(LintTest, ReportsInDocumentOrderWithPlaces) {
     EXPECT_THAT(
         findingsIn("<inventory-check>\n <or>\n  <device/>\n  <devise/>\n </or>\n <or><device type='Fan'/>\n"
                    "  <fail-on-extra type='Fan'/></or>\n</inventory-check>"),
@@ -129,13 +129,13 @@ TEST(Lint, ReportsInDocumentOrderWithPlaces) {
                 ElementsAre("1:1 ignored-text", "1:18 repeated-device", "2:1 invalid-utf8"));
 }
 
-TEST(Lint, LooksOnlyWhereACheckLooks) {
+TEST(LintTest, LooksOnlyWhereACheckLooks) {
     EXPECT_THAT(rulesIn(script("<testset><or/><x/></testset><gadget><or/></gadget><device type='Fan'/>")),
                 ElementsAre("ignored-testset", "unknown-element"));
     EXPECT_THAT(rulesIn(device("<gadget><or/></gadget>")), ElementsAre("unknown-element"));
 }
 
-TEST(Lint, KnowsWhereANotStands) {
+TEST(LintTest, KnowsWhereANotStands) {
     EXPECT_THAT(rulesIn(script("<not><device type='Fan'><and><not><property key='k'/></not></and></device></not>")),
                 ElementsAre("not-under-not"));
     EXPECT_THAT(rulesIn(script("<not><and><fail-on-extra type='Fan'><not><property key='k'/></not></fail-on-extra>"
@@ -144,7 +144,7 @@ TEST(Lint, KnowsWhereANotStands) {
     EXPECT_THAT(rulesIn(script("<not/><device type='Fan'><or/></device>")), ElementsAre("empty-group", "empty-or"));
 }
 
-TEST(Lint, CountsDevicesThatMustBeThereTogether) {
+TEST(LintTest, CountsDevicesThatMustBeThereTogether) {
     const std::string fan = "<device type='Fan' oslocator='f'/>";
     EXPECT_THAT(rulesIn(script("<or>" + fan + "<and>" + fan + "</and></or><not>" + fan + "</not>")),
                 ElementsAre("combinations"));
@@ -154,7 +154,7 @@ TEST(Lint, CountsDevicesThatMustBeThereTogether) {
                 IsEmpty());
 }
 
-TEST(Lint, FindsTheDeviceThatAPartNeeds) {
+TEST(LintTest, FindsTheDeviceThatAPartNeeds) {
     EXPECT_THAT(
         rulesIn("<parts><part name='a'><and><inventory-check><device type='Fan'/></inventory-check></and></part>"
                 "</parts>"),
@@ -163,7 +163,7 @@ TEST(Lint, FindsTheDeviceThatAPartNeeds) {
                 ElementsAre("part-needs-no-device", "unknown-element"));
 }
 
-TEST(Lint, MultipliesAlternatives) {
+TEST(LintTest, MultipliesAlternatives) {
     std::string content;
     for (int i = 0; i < 70; ++i) {
         content += "<or><device type='Fan'/><device type='Sensor'/></or>";
@@ -175,7 +175,7 @@ TEST(Lint, MultipliesAlternatives) {
     EXPECT_THAT(lint.findings().list()[0].message(), HasSubstr("more than 18446744073709551615"));
 }
 
-TEST(Lint, JudgesPatternsAsACheckReadsThem) {
+TEST(LintTest, JudgesPatternsAsACheckReadsThem) {
     EXPECT_THAT(rulesIn(device("<property key='k' value='\x01('/>")), ElementsAre("pattern-syntax"));
     EXPECT_THAT(rulesIn(device("<property key='k' value='a%u0028'/>")), IsEmpty());
     EXPECT_THAT(rulesIn("<parts><part name='p'><device type='Fan' name='a%u0028'/></part></parts>"), IsEmpty());
@@ -186,7 +186,7 @@ TEST(Lint, JudgesPatternsAsACheckReadsThem) {
                 ElementsAre("range-syntax", "pattern-syntax"));
 }
 
-TEST(Lint, SuggestsTheNameThatWasMeant) {
+TEST(LintTest, SuggestsTheNameThatWasMeant) {
     Lint lint;
     lint.run("<inventory-check check-hwlocators='no'><fail-on-extr type='Fan'/></inventory-check>");
     ASSERT_EQ(lint.findings().list().size(), 3U);
@@ -196,7 +196,7 @@ TEST(Lint, SuggestsTheNameThatWasMeant) {
     EXPECT_EQ(lint.findings().list()[2].suggestion, "fail-on-extra");
 }
 
-TEST(Lint, TellsMistakesOfOneElementInTheOrderOfItsText) {
+TEST(LintTest, TellsMistakesOfOneElementInTheOrderOfItsText) {
     EXPECT_THAT(rulesIn(script("<device hwlocator='.*' name='VRXRRANGE[1-1] VRXRRANGE' x='' type='Fun'>t</device>")),
                 ElementsAre("device-attribute", "ignored-text", "unknown-type", "locator-pattern", "range-single-value",
                             "range-syntax"));
@@ -206,7 +206,7 @@ TEST(Lint, TellsMistakesOfOneElementInTheOrderOfItsText) {
                 ElementsAre("not-under-not", "unknown-attribute", "empty-not-in-device"));
 }
 
-TEST(Lint, TakesDocumentsTextsAndFiles) {
+TEST(LintTest, TakesDocumentsTextsAndFiles) {
     const String text(u"<inventory-check><device type='Fan'/>\n<devise/></inventory-check>");
     XmlDocument document;
     ASSERT_TRUE(document.Parse(text));
@@ -228,7 +228,7 @@ TEST(Lint, TakesDocumentsTextsAndFiles) {
     EXPECT_THAT(lint.findings().list(), IsEmpty());
 }
 
-TEST(Lint, TellsWhatIsNeither) {
+TEST(LintTest, TellsWhatIsNeither) {
     EXPECT_EQ(Lint().run("<SysInfo><Device/></SysInfo>"), Lint::Result::Neither);
     EXPECT_EQ(Lint().run("<inventory-check><a></inventory-check>"), Lint::Result::NotXml);
     EXPECT_EQ(Lint().run(""), Lint::Result::NotXml);

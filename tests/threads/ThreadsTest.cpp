@@ -157,7 +157,7 @@ public:
     std::atomic<bool> isAlive = true;
 };
 
-TEST(Threads, everyEngineFindsWhatItFindsAlone) {
+TEST(ThreadsTest, everyEngineFindsWhatItFindsAlone) {
     const std::array<std::string, 2> machines = {"machines/small.xml", "machines/workshop.xml"};
     std::vector<std::string> alone;
     for (const std::string& machine : machines) {
@@ -171,7 +171,7 @@ TEST(Threads, everyEngineFindsWhatItFindsAlone) {
     });
 }
 
-TEST(Threads, recordingsOfOtherProgramsAreConverted) {
+TEST(ThreadsTest, recordingsOfOtherProgramsAreConverted) {
     const std::array<std::string, 4> files = {"data/convert/blade.lshw.json", "data/convert/workstation.lshw.xml",
                                               "data/convert/dmidecode-blade.txt", "data/convert/node.hwloc2.xml"};
     std::vector<std::string> alone;
@@ -184,7 +184,7 @@ TEST(Threads, recordingsOfOtherProgramsAreConverted) {
     });
 }
 
-TEST(Threads, importsShareTheSpecificationsOfTheirProperties) {
+TEST(ThreadsTest, importsShareTheSpecificationsOfTheirProperties) {
     onAllThreads([](std::size_t thread) {
         for (int round = 0; round < 40; ++round) {
             StateManager store;
@@ -201,7 +201,7 @@ TEST(Threads, importsShareTheSpecificationsOfTheirProperties) {
     });
 }
 
-TEST(Threads, eachCountsThePatternsThatItGivesUpAndOneOfThemSaysSo) {
+TEST(ThreadsTest, eachCountsThePatternsThatItGivesUpAndOneOfThemSaysSo) {
     const LineCounter lines;
     const String value = concat(String(5'000, u'b'), u"!");
     onAllThreads([&value](std::size_t) {
@@ -213,7 +213,7 @@ TEST(Threads, eachCountsThePatternsThatItGivesUpAndOneOfThemSaysSo) {
     EXPECT_EQ(lines.aboutPatterns.load(), 1U);
 }
 
-TEST(Threads, typesAreDefinedWhileOthersAreLookedUp) {
+TEST(ThreadsTest, typesAreDefinedWhileOthersAreLookedUp) {
     onAllThreads([](std::size_t thread) {
         for (std::int32_t i = 0; i < 50; ++i) {
             const String shared = concat(u"Shared", toText(i));
@@ -227,7 +227,7 @@ TEST(Threads, typesAreDefinedWhileOthersAreLookedUp) {
     });
 }
 
-TEST(Threads, loggersAreSetAndListenedToWhileTheyWrite) {
+TEST(ThreadsTest, loggersAreSetAndListenedToWhileTheyWrite) {
     LineCounter all;
     onAllThreads([](std::size_t thread) {
         Logger& shared = Logger::get("threads.shared");

@@ -90,7 +90,7 @@ const ImportCase CASES[] = {
      "Could not find UnitType for string: ells\nCould not find UnitType for string: cubits\n"},
 };
 
-TEST(InventoryStateImport, lenientForms) {
+TEST(InventoryStateImportTest, lenientForms) {
     for (const ImportCase& test : CASES) {
         StateManager store;
         CollectedLines lines;
@@ -107,7 +107,7 @@ TEST(InventoryStateImport, lenientForms) {
     }
 }
 
-TEST(InventoryStateImport, devicesOfADocumentThatTurnsOutBrokenAreNotEvenKnown) {
+TEST(InventoryStateImportTest, devicesOfADocumentThatTurnsOutBrokenAreNotEvenKnown) {
     StateManager store;
     EXPECT_FALSE(Inventory::importStateFromXmlString(
         u"<s><Device name='A' hwLocator='h' osLocator='o'><property key='K-broken' value='1'/></Device>", store));
@@ -116,7 +116,7 @@ TEST(InventoryStateImport, devicesOfADocumentThatTurnsOutBrokenAreNotEvenKnown) 
     EXPECT_FALSE(StateManager::instance().propertySpec(spec.guid()));
 }
 
-TEST(InventoryStateImport, failuresSayWhy) {
+TEST(InventoryStateImportTest, failuresSayWhy) {
     using Failure = ImportReport::Failure;
     StateManager store;
     CollectedLines lines;
@@ -147,7 +147,7 @@ importStateFromXmlFile(/none.xml) LoadFile failed: No such file or directory
 )");
 }
 
-TEST(InventoryStateImport, saysWhatItTookAndWhatItSkipped) {
+TEST(InventoryStateImportTest, saysWhatItTookAndWhatItSkipped) {
     constexpr StringView XML =
         u"<s><Device name='A' hwLocator='h' osLocator='o'><property key='K' value='1'/></Device>\n"
         u"<Device name='B' hwLocator='i' osLocator='o'><property key='L' value='2'/>\n<property units='ells'>"
@@ -175,7 +175,7 @@ populateStateManagerRecursive() adding device: i|o
     EXPECT_EQ(skipped.propertiesBehind, 2U);
 }
 
-TEST(InventoryStateImport, specificationsAreSharedAndGoToTheProcessWideStore) {
+TEST(InventoryStateImportTest, specificationsAreSharedAndGoToTheProcessWideStore) {
     StateManager store;
     ASSERT_TRUE(Inventory::importStateFromXmlString(
         u"<s><Device><property key='K-shared'/></Device><Device><property key='K-shared'/></Device></s>", store));
