@@ -117,7 +117,7 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
     command.add_flag("--no-check-locators", options->ignoresLocators, "A check of the script ignores locators");
     command.add_flag("--no-check-names", options->ignoresNames, "A check of the script ignores names");
     command.add_flag("--fail-on-extra", options->failsOnExtra,
-                     "A check of the script fails on devices too many: a rule for each type that it names wholly");
+                     "A check of the script fails on extra devices: a rule for each type that it names wholly");
     options->addOutput(command);
     options->addLogging(command);
     command.footer(GENERATE_FOOTER);
