@@ -3,7 +3,7 @@
 #include "libCommon/logging/Logger.h"
 #include "libCommon/text/NumberText.h"
 #include "libRegex/ExceededTests.h"
-#include "libRegex/RangeForm.h"
+#include "libRegex/ranges/RangeForm.h"
 
 // Decides one test of a pattern that is more than a literal, by the first of these that applies:
 //

@@ -4,10 +4,10 @@
 #include <optional>
 
 #include "libCommon/text/String.h"
-#include "libRegex/NumberScanner.h"
 #include "libRegex/PatternCompiler.h"
 #include "libRegex/PatternProgram.h"
-#include "libRegex/UnitRange.h"
+#include "libRegex/ranges/NumberScanner.h"
+#include "libRegex/ranges/UnitRange.h"
 
 namespace vrx {
 

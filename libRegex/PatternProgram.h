@@ -6,7 +6,7 @@
 
 #include "libCommon/text/String.h"
 #include "libRegex/PatternCompiler.h"
-#include "libRegex/RangeForm.h"
+#include "libRegex/ranges/RangeForm.h"
 
 namespace vrx {
 

@@ -1,4 +1,4 @@
-#include "libRegex/NumberScanner.h"
+#include "libRegex/ranges/NumberScanner.h"
 
 #include <algorithm>
 #include <limits>

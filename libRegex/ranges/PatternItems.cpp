@@ -1,4 +1,4 @@
-#include "libRegex/PatternItems.h"
+#include "libRegex/ranges/PatternItems.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
-#include "libRegex/UnitRange.h"
+#include "libRegex/ranges/UnitRange.h"
 
 #include <charconv>
 
-#include "libRegex/NumberScanner.h"
+#include "libRegex/ranges/NumberScanner.h"
 
 // A range with a unit compares quantities, not texts: "[990-1010] MHz" holds "1.0 GHz". That takes a value that is
 // nothing but a number, one blank and a unit of the same kind; its number is converted into the pattern's unit.

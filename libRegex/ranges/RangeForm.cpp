@@ -1,9 +1,9 @@
-#include "libRegex/RangeForm.h"
+#include "libRegex/ranges/RangeForm.h"
 
 #include <algorithm>
 #include <optional>
 
-#include "libRegex/PatternItems.h"
+#include "libRegex/ranges/PatternItems.h"
 
 // A range is the marker followed by "[low-high]". It matches one number by its value, which a regular expression cannot
 // say. So each range becomes a group

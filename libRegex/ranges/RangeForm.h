@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "libCommon/text/String.h"
-#include "libRegex/NumberScanner.h"
+#include "libRegex/ranges/NumberScanner.h"
 
 namespace vrx {
 
