@@ -3,6 +3,8 @@
 /// Assertions guard contracts between pieces of the system; they stay on in every build. This header is a leaf: it
 /// includes nothing, so that every other header can use it. What happens on a failure lives in
 /// logging/AssertionLog.cpp.
+///
+///     VRX_ASSERT(element);                  // Requires: element is not null
 
 namespace vrx {
 

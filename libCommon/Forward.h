@@ -1,5 +1,6 @@
 #pragma once
 
+/// The classes of this library, for whoever only names them.
 namespace vrx {
 
 class String;

@@ -16,6 +16,11 @@ struct TakenDevice {
 };
 
 /// What became of the devices that were tried for one element.
+///
+///     const CandidateSummary candidates = summaryOf(inventory.outcomeOf(device));
+///     if (candidates.nearest) {
+///         show(candidates.nearest->device, candidates.nearest->differences);
+///     }
 struct CandidateSummary {
     static constexpr std::size_t MOST_TAKEN = 3;
 

@@ -20,6 +20,11 @@ struct Refusal {
 };
 
 /// A `device` element that the machine does not meet, and what became of what it asks for.
+///
+///     const DeviceProblem problem = problemOf(element, inventory, &machine);
+///     if (problem.isMissing && problem.atPlace) {
+///         show(problem.atPlace->device, problem.atPlace->differences);
+///     }
 struct DeviceProblem {
     ElementPlace place;
     Inventory::DeviceSpec written;  ///< its attributes; the name is a pattern

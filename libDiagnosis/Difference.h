@@ -22,6 +22,10 @@ struct ElementPlace {
 ElementPlace placeIn(const XmlElement& element) noexcept;
 
 /// Something that an element asks for and a device has not.
+///
+///     if (difference.what == Difference::What::Property && !difference.found) {
+///         show(difference.key, "is missing");
+///     }
 struct Difference {
     enum class What : std::uint8_t { Property, Name, OsLocator };
 

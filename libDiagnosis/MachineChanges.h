@@ -34,6 +34,10 @@ struct DeviceChange {
 /// machines give an empty list, whatever the order of their devices.
 ///
 /// Properties that are Volatile, Internal or Group in either machine are compared only with `allCategories`.
+///
+///     for (const DeviceChange& change : machineChanges(yesterday, today, false)) {
+///         show(change.before == nullptr ? "came" : change.after == nullptr ? "went" : "changed");
+///     }
 std::vector<DeviceChange> machineChanges(const StateManager& before, const StateManager& after, bool allCategories);
 
 }  // namespace vrx

@@ -5,6 +5,11 @@
 namespace vrx {
 
 /// What a check says about a machine.
+///
+///     const bool passed = inventory.run();
+///     if (verdictOf(inventory, passed) == Verdict::Undecided) {
+///         askSomebody();
+///     }
 enum class Verdict {
     NotRun,  ///< the script or the machine could not be loaded
     Passed,

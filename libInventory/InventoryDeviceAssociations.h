@@ -23,6 +23,11 @@ class XmlElement;
 /// Matching adds links, `removeExtraLinks` leaves at most one per node, the second pass asks for elements without one,
 /// extra-device detection for devices without one. Elements and devices are told apart by identity, not by content.
 ///
+///     graph.associate(element, device);
+///     graph.removeExtraLinks();
+///     graph.isSatisfied(element);              // a device is left for the element
+///     graph.isExtra(device, isKnown);          // no element is left for the device
+///
 /// Contract: assignment merges, as `append` does; it does not replace.
 class VRX_EXPORT Inventory::InventoryDeviceAssociations {
 public:

@@ -29,6 +29,10 @@ enum class LintStage : std::uint8_t {
 };
 
 /// One rule. Several may share an id and severity: forms of one mistake that are told in different words.
+///
+///     for (const LintRule& rule : lintRules()) {
+///         std::cout << rule.id << ": " << rule.text << '\n';
+///     }
 struct LintRule {
     std::string_view id;  ///< stable: people search for it and programs compare it
     Severity severity;

@@ -76,7 +76,7 @@ struct CheckReport {
 /// events, duration, whether the script was met leaving extra devices aside) is left for the caller.
 CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed);
 
-/// text: the verdict, the devices that are missing and those too many, the findings in the order of the script, counts
+/// text: the verdict, missing and extra devices, the findings in the order of the script, counts
 /// and time; requires that the script and the machine were loaded. json: one object.
 ReportWriters<CheckReport> checkWriters();
 

@@ -14,6 +14,8 @@ struct EqualFunc {
 };
 
 /// Hash of keys. Pointers are hashed by address; results never depend on it, because tables iterate in insertion order.
+///
+///     std::unordered_map<String, int, HashFunc<String>> counts;
 template <typename K>
 struct HashFunc {
     std::size_t operator()(const K& key) const noexcept { return std::hash<K>{}(key); }

@@ -15,6 +15,12 @@ class XmlContent;
 /// One node of a document. Nodes live in the memory of their document: they are made by it (`XmlDocument::NewElement`,
 /// `NewText`, `NewComment`), linked under nodes of the same document, never deleted one by one, and all gone when the
 /// document is cleared or destroyed. That makes a document of a million elements cheap to build and to drop.
+///
+///     for (const XmlNode* node = element.FirstChild(); node != nullptr; node = node->NextSibling()) {
+///         if (const XmlElement* const child = node->ToElement()) {
+///             show(child->Name());
+///         }
+///     }
 class VRX_EXPORT XmlNode {
 public:
     enum class Kind : std::uint8_t { Document, Element, Text, Comment };

@@ -11,6 +11,10 @@ struct ScriptPlace;
 ///
 /// Such a script cannot be decided: the alternatives of a part are never merged into the combination that is tried, so
 /// the engine would ask for devices that it does not know and fail hard.
+///
+///     if (const XmlElement* const element = findOrInsidePart(*inventory.script().RootElement())) {
+///         show(placeOf(element), OR_INSIDE_PART_REASON);
+///     }
 VRX_EXPORT bool isUndecidableOr(const ScriptPlace& place) noexcept;
 
 /// The first such `or` where a check looks; null when there is none.

@@ -4,6 +4,10 @@
 #include "libCommon/xml/XmlElement.h"
 
 /// What the parts of a parts list are: the first `part` below the root and everything behind it, whatever its name.
+///
+///     for (const XmlElement* part = firstPart(root); part != nullptr; part = part->NextSiblingElement()) {
+///         (describesDevices(*part) ? parts : blankParts).push_back(part);
+///     }
 namespace vrx {
 
 /// The first part below the root; null when there is none.

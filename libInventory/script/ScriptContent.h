@@ -7,6 +7,10 @@
 #include "libInventory/script/ScriptVocabulary.h"
 
 /// What a script or a piece of one asks for, as a whole.
+///
+///     contentOf(root).asksForAnything();                                  // not for "<inventory-check/>"
+///     hasElement(root, vocabulary::ElementKind::FailOnExtra);
+///     needsDevice(root);                                                  // not where each stands under a `not`
 namespace vrx {
 
 /// What a script asks for, counted over the elements that a check looks at.

@@ -9,6 +9,10 @@
 
 /// Every element and attribute name of the inventory script and of the parts list, once. Names of elements count in any
 /// letter case; which names of attributes do is up to the element.
+///
+///     if (vocabulary::kindOf(element) == vocabulary::ElementKind::Device) {
+///         types.insert(attributeOf(element, vocabulary::TYPE));
+///     }
 namespace vrx::vocabulary {
 
 inline constexpr StringView INVENTORY_CHECK = u"inventory-check";

@@ -9,6 +9,9 @@
 namespace vrx {
 
 /// What differs between two machines, and how reports call the two. Devices are borrowed.
+///
+///     const ChangesReport report{"yesterday", "today", machineChanges(yesterday, today, false)};
+///     std::cout << changesText(report, TextFormat());
 struct ChangesReport {
     std::string before;
     std::string after;

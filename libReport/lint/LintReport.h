@@ -8,6 +8,10 @@
 namespace vrx {
 
 /// The mistakes in one file. The findings are borrowed.
+///
+///     Lint lint;
+///     lint.run(bytes);
+///     std::cout << lintText({"script.xml", lint.findings()}, TextFormat());
 struct LintReport {
     std::string file;  ///< its path as given
     const LintFindings& findings;

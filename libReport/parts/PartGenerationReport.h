@@ -9,6 +9,11 @@
 namespace vrx {
 
 /// What parts generation found, and what it was made from.
+///
+///     PartGenerationReport report;
+///     report.machine = &machine;
+///     ...  // the results of Inventory::generatePartsList
+///     std::cout << partGenerationJson(report, TextFormat());
 struct PartGenerationReport {
     std::string machineName;
     const StateManager* machine = nullptr;  ///< set before a report is made

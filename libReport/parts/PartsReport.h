@@ -8,6 +8,10 @@
 namespace vrx {
 
 /// What reading a parts list gave.
+///
+///     PartsReport report{"parts.xml"};
+///     report.result = Inventory::parsePartsListBytes(bytes, u"parts.xml", report.parts, report.error);
+///     std::cout << partsJson(report, TextFormat());
 struct PartsReport {
     std::string path;  ///< as given
     Inventory::ParsePartsResult result = Inventory::PartsNoRoot;

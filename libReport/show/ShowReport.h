@@ -9,6 +9,10 @@
 namespace vrx {
 
 /// A machine, or some of its devices. Devices are borrowed.
+///
+///     ShowReport report{machine, "web7", {machine.rootDevice().get()}};
+///     report.hasProperties = true;
+///     std::cout << showText(report, TextFormat());
 struct ShowReport {
     const StateManager& machine;
     std::string machineName;

@@ -3,6 +3,10 @@
 namespace vrx {
 
 /// What a text is laid out for.
+///
+///     TextFormat format;
+///     format.width = 120;
+///     std::cout << showText(report, format);
 struct TextFormat {
     static constexpr unsigned DEFAULT_WIDTH = 80;
 

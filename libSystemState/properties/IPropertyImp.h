@@ -12,6 +12,10 @@ namespace vrx {
 
 /// One property of a device: a key, a type and a value, and possibly child properties, which are properties of the
 /// same device that the device resolves by key.
+///
+///     for (const auto& property : device.properties(PropertyCategoryImp::ALL())) {
+///         show(property->key(), property->value().toString(false));
+///     }
 class VRX_EXPORT IPropertyImp {
 public:
     virtual ~IPropertyImp() = default;

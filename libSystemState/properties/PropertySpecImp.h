@@ -9,6 +9,9 @@
 namespace vrx {
 
 /// What a property is, apart from its value: shared by all properties of the same kind.
+///
+///     const auto size = boost::make_shared<PropertySpecImp>(u"Size", category, DataTypeImp::STRING, capabilities);
+///     device.addProperty(boost::make_shared<PropertyImp>(size, ValueImp(u"34359738368")));
 class VRX_EXPORT PropertySpecImp {
 public:
     PropertySpecImp(String key, PropertyCategoryImp category, DataTypeImp type, CapabilityImp capabilities);

@@ -6,6 +6,10 @@
 namespace vrx {
 
 /// A hint attached to a result or an event: what was wrong, in words.
+///
+///     for (const auto& tip : event.tips()) {
+///         show(tip->toString(0, true));
+///     }
 class VRX_EXPORT TipImp {
 public:
     enum class Type { Inventory, InventoryXml };

@@ -8,6 +8,8 @@
 namespace vrx {
 
 /// The type of a value: one of 17 codes.
+///
+///     DataTypeImp(DataTypeImp::UINT32).toString();     // "UINT32"
 class VRX_EXPORT DataTypeImp {
 public:
     enum Code : std::uint8_t {
