@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <random>
 
+#include "tests/libInventory/support/DebugLines.h"
 #include "tests/libInventory/support/PlainRun.h"
 
 namespace vrx::test::plain {
@@ -191,6 +192,11 @@ public:
         return outcome;
     }
 
+    Outcome runWithDebugLines() {
+        const DebugLines lines;
+        return run();
+    }
+
 private:
     Texts partLines() const {
         Texts lines;
@@ -234,6 +240,28 @@ TEST(RandomRunTest, theEngineSaysWhatThePlainRulesSay) {
     EXPECT_GT(passed, 200);
     EXPECT_GT(withExtra, 300);
     EXPECT_GT(withParts, 50);
+}
+
+TEST(RandomRunTest, debugLinesAndEarlierRunsChangeNothing) {
+    for (unsigned seed = 0; seed < 150; ++seed) {
+        RandomWorld world(seed);
+        const Element script = world.script();
+        Engine quiet(world.machine(), true);
+        Engine logged(world.machine(), true);
+        Engine mixed(world.machine(), true);
+        for (Engine* const engine : {&quiet, &logged, &mixed}) {
+            engine->load(script);
+        }
+        const std::string what = "seed " + std::to_string(seed) + "\n" + script.toXml();
+        const Outcome first = quiet.run();
+        ASSERT_EQ(logged.runWithDebugLines(), first) << what;
+        ASSERT_EQ(mixed.run(), first) << what;
+        const Outcome second = quiet.run();
+        ASSERT_EQ(logged.runWithDebugLines(), second) << what;
+        ASSERT_EQ(mixed.runWithDebugLines(), second) << what;
+        quiet.load(script);
+        ASSERT_EQ(quiet.run(), first) << what;
+    }
 }
 
 }  // namespace

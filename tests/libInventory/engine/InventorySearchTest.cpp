@@ -61,6 +61,20 @@ TEST_F(SearchTest, TheFirstOrTurnsFastestAndCarriesAtItsEnd) {
     EXPECT_FALSE(passes("b", "bb", "ac"));
 }
 
+TEST_F(SearchTest, AnEmptyOrIsADigitThatIsAlwaysAtItsEnd) {
+    const std::string all = disk("a") + disk("b") + disk("c");
+    EXPECT_THAT(check(store, "<or/>" + all + "<or>" + all + "</or>").unsatisfied, ElementsAre("c"));
+}
+
+TEST_F(SearchTest, AmongManyDevicesANameIsStillAPattern) {
+    for (const char* const locator : {"d", "e", "f"}) {
+        addDevice(store, "Storage", std::string("disk ") + locator, locator);
+    }
+    const std::string pattern = R"(<device type="Storage" name="^disk [af]$"/>)";
+    EXPECT_TRUE(check(store, pattern + pattern).passed);
+    EXPECT_FALSE(check(store, pattern + pattern + pattern).passed);
+}
+
 TEST_F(SearchTest, EachCombinationStartsFromAllCommonLinks) {
     // The first alternative takes disk b from the named element, and fails because disk c is wanted outside.
     const std::string body = R"(<device type="Storage" name="disk [ab]"/>)" + disk("c") + "<or><and>" + disk("b") +
