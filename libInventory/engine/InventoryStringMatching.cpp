@@ -2,6 +2,7 @@
 /// so that a plain name with brackets in it works as people expect.
 
 #include "libInventory/Inventory.h"
+#include "libInventory/engine/matching/Anchors.h"
 #include "libRegex/Regex.h"
 
 namespace vrx {
@@ -10,13 +11,7 @@ bool Inventory::matchString(StringView pattern, StringView value) {
     if (Regex::rangeMatches(pattern, value, Regex::CASE_SENSITIVE)) {
         return true;
     }
-    if (pattern.starts_with(u'^')) {
-        pattern.remove_prefix(1);
-    }
-    if (pattern.ends_with(u'$')) {
-        pattern.remove_suffix(1);
-    }
-    return equalNoCase(pattern, value);
+    return equalNoCase(withoutAnchors(pattern), value);
 }
 
 }  // namespace vrx

@@ -4,26 +4,13 @@
 #include <utility>
 
 #include "libInventory/Inventory.h"
+#include "libInventory/engine/matching/Anchors.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libRegex/Regex.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
 namespace vrx {
-
-namespace {
-
-StringView withoutAnchors(StringView pattern) noexcept {
-    if (pattern.starts_with(u'^')) {
-        pattern.remove_prefix(1);
-    }
-    if (pattern.ends_with(u'$')) {
-        pattern.remove_suffix(1);
-    }
-    return pattern;
-}
-
-}  // namespace
 
 CandidateSearch::CandidateSearch(const StateManager& store, const CapabilityImp& capability)
     : m_store(store), m_capability(capability), m_ofType(store.devicesCapableOf(capability)) {}
