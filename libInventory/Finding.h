@@ -87,8 +87,8 @@ struct VRX_EXPORT Finding {
     /// when it need only be there.
     Array<String> expected;
 
-    /// What was there instead, as it was during the run. After a run that passed, or in which candidates failed by the
-    /// ten thousand, what candidates of satisfied elements failed is quoted as it is when it is asked for.
+    /// What was there instead, as it was when the run ended, whatever the host has set since; of properties of a host's
+    /// own class, which do not tell what they were, that holds for what stands in the script.
     String found;
 
     /// The `part` element that the element is or lies in; null when it is in none. Its attributes `id`, `name` and

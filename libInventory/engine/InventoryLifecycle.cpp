@@ -95,6 +95,7 @@ void InventoryState::reset() {
     m_totalCombinations = 1;
     m_record = RunRecord();
     m_keptLinks.reset();
+    m_valuesOfRun.reset();
 }
 
 }  // namespace vrx

@@ -18,6 +18,7 @@
 #include "libInventory/engine/findings/FiledFindings.h"
 #include "libInventory/engine/findings/RunRecord.h"
 #include "libSystemState/StateManager.h"
+#include "libSystemState/properties/ValueMoment.h"
 
 namespace vrx {
 
@@ -112,6 +113,9 @@ struct InventoryState {
 
     /// The links of the record, made when somebody asks for them.
     std::unique_ptr<KeptLinks> m_keptLinks;
+
+    /// The end of the last run, when findings of it quote values that have not been copied; null otherwise.
+    std::unique_ptr<const ValueMoment> m_valuesOfRun;
 
     InventoryState();
     ~InventoryState();

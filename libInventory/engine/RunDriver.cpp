@@ -51,6 +51,9 @@ bool RunDriver::run(bool* inventorySatisfied) {
     }
     RunRecord& record = m_state.m_record;
     record.summary.patternsGivenUp = Regex::exceededCount() - givenUpBefore - record.givenUpInTraces;
+    if (!m_state.m_tipTables[slot::MATCHING].isEmpty()) {
+        m_state.m_valuesOfRun = std::make_unique<const ValueMoment>();
+    }
     if (!passed) {
         ScriptNotices(m_state).testFailed();
     }
@@ -203,10 +206,7 @@ void RunDriver::keepLinks() {
     }
 }
 
-// What is written quotes the values of now, and so does nearly everything else that a later run or the host may read:
-// where candidates fail by the ten thousand, those of elements that are satisfied are left to the next run.
 void RunDriver::tellFailure(XmlElement* root) {
-    constexpr std::size_t MOST_VALUES_KEPT = 10'000;
     if (!m_anySatisfied) {
         ExtraDeviceSearch(m_state).findNone(slot::BEST);
     }
@@ -216,7 +216,6 @@ void RunDriver::tellFailure(XmlElement* root) {
         ErrorGathering(m_state).gatherElement(root, slot::BEST);
     } else {
         ErrorGathering(m_state).gatherAndClean(root, slot::BEST);
-        ErrorGathering(m_state).copyValues(MOST_VALUES_KEPT);
     }
 }
 

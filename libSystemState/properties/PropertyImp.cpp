@@ -7,6 +7,7 @@
 #include "libCommon/containers/HashFunctions.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/ValueMoment.h"
 
 /// A property is a pointer to its shared specification, its value, and a pointer to what few properties have: children
 /// and flags. The last is made when the first of these is set, so that a plain property costs nothing for it.
@@ -48,9 +49,11 @@ PropertyImp::Rare& PropertyImp::rare() {
 IPropertyImp* PropertyImp::clone() const { return new PropertyImp(*this); }
 
 IPropertyImp& PropertyImp::setValue(const ValueImp& value) {
-    m_value = value;
+    setValue(ValueImp(value));
     return *this;
 }
+
+void PropertyImp::setValue(ValueImp&& value) { ValueMoment::keep(*this, std::exchange(m_value, std::move(value))); }
 
 IPropertyImp& PropertyImp::setPartOfGroup(bool partOfGroup) {
     rare().isPartOfGroup = partOfGroup;

@@ -55,7 +55,7 @@ public:
     const String& specGuid() const override { return m_spec->guid(); }
 
     /// Takes the value over without a copy.
-    void setValue(ValueImp&& value) { m_value = std::move(value); }
+    void setValue(ValueImp&& value);
 
 private:
     struct Rare;

@@ -181,7 +181,7 @@ bool DeviceOutcomes::evaluateProperty(const XmlElement& element, std::uint32_t p
         entries[at->next].kind == FindingKind::PropertyMatched) {
         return true;
     }
-    FindingWords words(element);
+    FindingWords words(element, m_state.m_valuesOfRun.get());
     candidate.failures.append(RunFindings::findingOf(element, entries[at->next], words));
     return false;
 }
@@ -190,7 +190,7 @@ std::optional<Finding> DeviceOutcomes::refusal() const {
     for (const unsigned slot : {slot::SCRIPT, slot::MATCHING}) {
         const FiledFindings* const filed = filedOn(m_state, m_element, slot);
         if (filed != nullptr && filed->entries().size() > filed->firstOfRun()) {
-            FindingWords words(m_element);
+            FindingWords words(m_element, m_state.m_valuesOfRun.get());
             return RunFindings::findingOf(m_element, filed->entries().back(), words);
         }
     }

@@ -8,7 +8,6 @@
 
 #include "libInventory/engine/findings/ErrorGathering.h"
 
-#include <limits>
 #include <utility>
 
 #include "libInventory/engine/InventoryState.h"
@@ -25,9 +24,9 @@ using vocabulary::ElementKind;
 
 namespace {
 
-void copyValue(FiledFindings::Entry& entry, StringView key) {
+void copyValue(FiledFindings::Entry& entry, const FindingWords& words, StringView key) {
     if (entry.kind == FindingKind::PropertyMismatch && !entry.text) {
-        entry.text = std::make_unique<const String>(FindingWords::foundBy(entry, key));
+        entry.text = std::make_unique<const String>(words.foundBy(entry, key));
     }
 }
 
@@ -75,9 +74,9 @@ unsigned ErrorGathering::writeFindings(XmlElement* element, unsigned slot) {
     }
     // All texts come first: an `error` child would count as one more entry that the element asks for.
     Array<String> texts(filed->count());
-    FindingWords words(*element);
+    FindingWords words(*element, m_state.m_valuesOfRun.get());
     for (FiledFindings::Entry& entry : filed->entries()) {
-        copyValue(entry, element->Attribute(vocabulary::KEY));
+        copyValue(entry, words, element->Attribute(vocabulary::KEY));
         words.append(entry, texts);
     }
     for (const String& text : texts) {
@@ -90,7 +89,7 @@ unsigned ErrorGathering::writeFindings(XmlElement* element, unsigned slot) {
 
 /// The error of an element that is itself unsatisfied; false when there is none to write.
 bool ErrorGathering::writeUnsatisfied(XmlElement* element) {
-    const String text = FindingWords(*element).ofUnsatisfied();
+    const String text = FindingWords(*element, nullptr).ofUnsatisfied();
     if (text.isEmpty()) {
         VRX_LOG(inventoryLog(), LogPriority::Error, u"unknown error errorElement: " << element->Name());
         return false;
@@ -125,21 +124,16 @@ void ErrorGathering::gatherAndClean(XmlElement* element, unsigned slot) {
     }
 }
 
-void ErrorGathering::copyValues(std::size_t most) {
-    for (auto& entry : m_state.m_tipTables[slot::MATCHING]) {
-        for (FiledFindings::Entry& filed : entry.value.entries()) {
-            if (most-- == 0) {
-                return;
-            }
-            copyValue(filed, entry.key->Attribute(vocabulary::KEY));
-        }
-    }
-}
-
 // A run on a script that was run before finds findings of the earlier run in slots 0 and 1. They speak of the values of
 // then.
 void ErrorGathering::settle() {
-    copyValues(std::numeric_limits<std::size_t>::max());
+    for (auto& entry : m_state.m_tipTables[slot::MATCHING]) {
+        const FindingWords words(*entry.key, m_state.m_valuesOfRun.get());
+        for (FiledFindings::Entry& filed : entry.value.entries()) {
+            copyValue(filed, words, entry.key->Attribute(vocabulary::KEY));
+        }
+    }
+    m_state.m_valuesOfRun.reset();
     for (const unsigned slot : {slot::SCRIPT, slot::MATCHING}) {
         for (auto& entry : m_state.m_tipTables[slot]) {
             entry.value.beginRun();

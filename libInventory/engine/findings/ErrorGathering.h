@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-
 #include "libCommon/Forward.h"
 #include "libCommon/text/String.h"
 
@@ -20,10 +18,7 @@ public:
     /// Everything of a subtree that is to be shown, and takes the run records off the elements.
     void gatherAndClean(XmlElement* element, unsigned slot);
 
-    /// Copies the values that so many of the matching slot's findings quote, the first ones.
-    void copyValues(std::size_t most);
-
-    /// Copies what findings of the last run refer to, before a new run or the host can change it.
+    /// Copies what findings of the last run refer to, before a new run can write it into the script.
     void settle();
 
 private:

@@ -87,13 +87,16 @@ void FindingWords::appendMismatch(const FiledFindings::Entry& entry, Array<Strin
     texts.append(u" did not match sysinfo value  : " + foundBy(entry, asked.key()));
 }
 
-String FindingWords::foundBy(const FiledFindings::Entry& entry, StringView key) {
+String FindingWords::foundBy(const FiledFindings::Entry& entry, StringView key) const {
     if (entry.text) {
         return *entry.text;
     }
     const IPropertyImp* const property =
         entry.kind == FindingKind::PropertyMismatch ? entry.device->findProperty(key) : nullptr;
-    return property != nullptr ? property->value().toString(true) : String();
+    if (property == nullptr) {
+        return String();
+    }
+    return m_moment != nullptr ? m_moment->textOf(*property) : property->value().toString(true);
 }
 
 const PropertyExpectation& FindingWords::expectation(std::size_t children) {

@@ -50,7 +50,7 @@ void readAttribute(Finding& finding, const FiledFindings::Entry& entry) {
 void readProperty(Finding& finding, const FiledFindings::Entry& entry, FindingWords& words) {
     const PropertyExpectation& asked = words.expectation(entry.expectedEntries);
     finding.key = asked.key();
-    finding.found = FindingWords::foundBy(entry, asked.key());
+    finding.found = words.foundBy(entry, asked.key());
     for (const StringView pattern : asked.entries()) {
         finding.expected.append(pattern);
     }
@@ -106,7 +106,7 @@ Array<Finding> RunFindings::written() const {
     Array<Finding> findings;
     for (const RunRecord::Written& written : m_state.m_record.written) {
         const XmlElement& element = *written.element;
-        FindingWords words(element);
+        FindingWords words(element, m_state.m_valuesOfRun.get());
         for (std::uint32_t i = 0; i < written.entries; ++i) {
             const FiledFindings& filed = *m_state.m_tipTables[written.slot].find(written.element);
             Finding& finding = findings.append(findingOf(element, filed.entries()[i], words));

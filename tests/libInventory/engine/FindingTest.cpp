@@ -273,9 +273,27 @@ TEST_F(FindingsTest, QuoteTheValuesOfTheirRun) {
 TEST_F(FindingsTest, QuoteTheValuesOfTheirRunAlsoWhereNothingWasWritten) {
     const auto a = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}});
     addDevice(store, "Fan", "b", "2", "", {{"x", {"2"}}});
-    EXPECT_FALSE(run("<device type='Fan'><property key='x' value='2'/></device><device type='Storage'/>"));
+    for (const char* const rest : {"<device type='Storage'/>", ""}) {
+        setValue(a, u"x", u"1");
+        EXPECT_EQ(run("<device type='Fan'><property key='x' value='2'/></device>" + std::string(rest)), *rest == '\0');
+        setValue(a, u"x", u"7");
+        setValue(a, u"x", u"8");
+        EXPECT_THAT(candidates(element(u"device")), ElementsAre("a [x: 2 / 1]", "b self"));
+    }
+}
+
+TEST_F(FindingsTest, OfARunThatPassedKeepTheirValuesInTheTipsOfALaterOne) {
+    const auto a = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}});
+    const auto b = addDevice(store, "Fan", "b", "2", "", {{"x", {"2"}}});
+    EXPECT_TRUE(run("<or><device type='Fan'><property key='x' value='2'/></device></or>"));
     setValue(a, u"x", u"7");
-    EXPECT_THAT(candidates(element(u"device")), ElementsAre("a [x: 2 / 1]", "b self"));
+    setValue(b, u"x", u"8");
+    EXPECT_FALSE(inventory.run());
+    std::string found;
+    for (const Finding& finding : inventory.findings()) {
+        found += finding.found.isEmpty() ? "" : utf8(finding.found) + " ";
+    }
+    EXPECT_EQ(found, "1 7 8 ");
 }
 
 TEST_F(FindingsTest, ARunAgainStillHasTheLinksOfTheFirst) {

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "libSystemState/StateManager.h"
+#include "libSystemState/properties/ValueMoment.h"
 #include "tests/libSystemState/TestDevices.h"
 
 namespace vrx {
@@ -44,6 +45,28 @@ TEST(PropertyImpTest, resolvesItsChildrenThroughTheDevice) {
     EXPECT_EQ(keysOf(top->children(*device)), "other middle");
     top->clearChildrenKeys();
     EXPECT_TRUE(top->isLeaf());
+}
+
+TEST(PropertyImpTest, leavesItsFormerValuesWithTheMomentsThatLive) {
+    const auto property = makeProperty(u"key", u"1");
+    const auto set = [&property](const char16_t* text) {
+        property->setValue(ValueImp(text));
+    };
+    auto first = std::make_unique<ValueMoment>();
+    EXPECT_EQ(first->textOf(*property), u"1");
+    set(u"2");
+    set(u"3");
+    const ValueMoment second;
+    set(u"4");
+    EXPECT_EQ(first->textOf(*property), u"1");
+    EXPECT_EQ(second.textOf(*property), u"3");
+    {
+        const ValueMoment third;
+        set(u"5");
+        EXPECT_EQ(third.textOf(*property), u"4");
+    }
+    first.reset();
+    EXPECT_EQ(second.textOf(*property), u"3");
 }
 
 TEST(PropertyImpTest, printsATreeThatLeadsBackToItself) {
