@@ -112,7 +112,7 @@ TEST(ScriptContentTest, FindsElementsAndNeededDevices) {
         needsDevice(Script(u"<not><device/></not><fail-on-extra><device/></fail-on-extra><x><device/></x>").root()));
 }
 
-TEST(ScriptElementTest, TellsWhatAPropertyAsksFor) {
+TEST(ScriptWalkTest, TellsWhatAPropertyAsksFor) {
     const auto asked = [](const char16_t* property) {
         std::vector<std::string> texts;
         for (const String& value : askedValues(*Script(property).root().FirstChildElement())) {
