@@ -27,31 +27,53 @@ std::vector<char> bufferOf(const std::string& bytes) { return {bytes.begin(), by
 
 const std::string TABLE = "/sys/firmware/dmi/tables/DMI";
 
+/// What nothing but the table tells of.
+LeftOut onlyInTable(const char* words) {
+    return {words, {u"MemoryModule", u"MemoryArray", u"Slot", u"PowerSupply", u"Cooling", u"ManagementController"}};
+}
+
+/// What other sources tell of may say less without the table.
+void addLessDetail(CollectContext& context, const CollectNote& note) {
+    static constexpr StringView TOLD_OF[] = {u"System", u"Chassis",   u"Motherboard", u"Firmware",
+                                             u"Memory", u"Processor", u"Cache",       u"Battery"};
+    CapabilityImp types;
+    for (const StringView type : TOLD_OF) {
+        types = types | CapabilityImp(type);
+    }
+    context.recording.addUnread(
+        {String::UTF8Decode(note.path), types, String::UTF8Decode(note.detail), {String(UnreadSource::ANY_PROPERTY)}});
+}
+
 /// The bytes of the saved file's table, or else of the machine's own.
 std::string tableBytes(CollectContext& context, const std::string& savedPath) {
     if (savedPath.empty()) {
         RootFolder::Access access{};
         std::string bytes = context.root.bytes(TABLE, SmbiosTable::LARGEST, &access);
-        context.noteAccess(TABLE, access, "memory modules, slots and sockets, power supplies");
+        context.noteAccess(TABLE, access, onlyInTable("memory modules, slots and sockets, power supplies"));
         return bytes;
     }
     std::string file;
     String error;
     if (!loadFile(String::UTF8Decode(savedPath), file, error)) {
         context.note(savedPath, CollectNote::Reason::Unreadable, error.toUtf8(),
-                     "everything that the SMBIOS table tells");
+                     onlyInTable("everything that the SMBIOS table tells"));
     }
     return std::string(tableInFile(file).substr(0, SmbiosTable::LARGEST));
 }
 
 void readSmbios(CollectContext& context, const std::string& savedPath) {
+    const std::size_t heard = context.notes.size();
     const SmbiosTable table(bufferOf(tableBytes(context, savedPath)));
     context.smbios = readSmbiosFacts(table);
     if (table.isDamaged()) {
         context.note(savedPath.empty() ? TABLE : savedPath, CollectNote::Reason::Damaged, "the table is damaged",
-                     "what comes behind its last complete structure");
+                     onlyInTable("what comes behind its last complete structure"));
     } else if (!savedPath.empty() && table.structures().empty()) {
-        context.note(savedPath, CollectNote::Reason::SaysNothing, "holds no SMBIOS table", "everything that it tells");
+        context.note(savedPath, CollectNote::Reason::SaysNothing, "holds no SMBIOS table",
+                     onlyInTable("everything that it tells"));
+    }
+    if (context.notes.size() > heard) {
+        addLessDetail(context, context.notes.back());
     }
 }
 
@@ -59,7 +81,7 @@ void readCpuInfo(CollectContext& context) {
     static const std::string PATH = "/proc/cpuinfo";
     RootFolder::Access access{};
     context.cpuInfo = CpuInfo(bufferOf(context.root.bytes(PATH, LARGEST_CPUINFO, &access)));
-    context.noteAccess(PATH, access, "what the processors are");
+    context.noteAccess(PATH, access, {"what the processors are", {u"Processor"}, {UnreadSource::ANY_PROPERTY}});
 }
 
 void runSources(CollectContext& context, const SourceChoice& choice) {
@@ -82,6 +104,16 @@ bool saysSomething(const Recording& recording) {
         }
     }
     return false;
+}
+
+/// What the notes say that the recording lacks goes with it.
+void addUnread(const std::vector<CollectNote>& notes, Recording& recording) {
+    for (const CollectNote& note : notes) {
+        if (!note.types.isEmpty()) {
+            recording.addUnread(
+                {String::UTF8Decode(note.path), note.types, String::UTF8Decode(note.detail), note.properties});
+        }
+    }
 }
 
 }  // namespace
@@ -129,6 +161,7 @@ bool collectMachine(StateManager& store, const CollectOptions& options, std::vec
         return false;
     }
     choice.apply(context.recording);
+    addUnread(notes, context.recording);
     if (options.isAnonymous) {
         anonymize(context.recording);
     }

@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "libCommon/Export.h"
+#include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libSystemState/Forward.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
 
 /// The machine that the program runs on, or a saved copy of another one's files, as devices of a store: a tree below
 /// one System device, with locators, names and properties (docs/recorder.md lists them).
@@ -75,13 +77,17 @@ struct CollectNote {
     std::string path;    ///< what could not be read
     std::string detail;  ///< the reason in words: "needs root", "No such file or directory"
     std::string lost;    ///< what the recording lacks for it: "memory modules, slots and sockets, power supplies"
+
+    /// The same as data, which the store keeps as an unread source. No types where the note is for people alone.
+    CapabilityImp types;
+    Array<String> properties;
 };
 
 /// "PATH: DETAIL; left out: LOST".
 VRX_EXPORT std::string noteText(const CollectNote& note);
 
-/// Records a machine. `notes` receives what could not be read. False, adding nothing, only when nothing at all could be
-/// had.
+/// Records a machine. `notes` receives what could not be read, and the store keeps what it lacks for it. False, adding
+/// nothing, only when nothing at all could be had.
 ///
 /// Requires: the store is empty, and the options hold no unknown name.
 VRX_EXPORT bool collectMachine(StateManager& store, const CollectOptions& options, std::vector<CollectNote>& notes);

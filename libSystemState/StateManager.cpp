@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <mutex>
+#include <utility>
 
 #include "libCommon/Assertion.h"
 #include "libCommon/containers/HashTable.h"
 #include "libSystemState/StateIndexes.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/devices/DeviceImp.h"
 #include "libSystemState/properties/PropertySpecImp.h"
 
@@ -21,6 +23,7 @@ struct StateManager::Content {
     static constexpr std::size_t FEW_DEVICES = 8;
 
     DeviceArray devices;
+    Array<UnreadSource> unread;
     std::unique_ptr<StateIndexes> indexesWhenMade;
     std::mutex specsMutex;
     HashTable<String, boost::shared_ptr<PropertySpecImp>> specs;
@@ -132,10 +135,24 @@ boost::shared_ptr<PropertySpecImp> StateManager::propertySpec(const String& guid
     return found ? *found : boost::shared_ptr<PropertySpecImp>();
 }
 
+const Array<UnreadSource>& StateManager::unread() const noexcept { return m_content->unread; }
+
+void StateManager::addUnread(UnreadSource unread) {
+    for (UnreadSource& known : m_content->unread) {
+        if (known.source == unread.source && known.reason == unread.reason && known.properties == unread.properties) {
+            const bool isAll = known.types.isAll() || unread.types.isAll();
+            known.types = isAll ? CapabilityImp::ALL() : known.types | unread.types;
+            return;
+        }
+    }
+    m_content->unread.append(std::move(unread));
+}
+
 // The content stays, because other threads may be about to lock it.
 void StateManager::clear() {
     m_content->indexesWhenMade.reset();
     m_content->devices = DeviceArray();
+    m_content->unread.clear();
     const std::lock_guard lock(m_content->specsMutex);
     m_content->specs = {};
 }

@@ -12,6 +12,7 @@
 namespace vrx {
 
 struct MergeChanges;
+struct UnreadSource;
 
 /// The store: every device once, as a tree under one root, and the registered property specifications.
 ///
@@ -72,7 +73,14 @@ public:
     /// The property specification of that guid; an empty pointer when there is none.
     boost::shared_ptr<PropertySpecImp> propertySpec(const String& guid) const;
 
-    /// Removes every device and specification.
+    /// What could not be read of the machine, in order of adding. Nothing that looks devices up asks for it; whoever
+    /// says that a device is not there does.
+    const Array<UnreadSource>& unread() const noexcept;
+
+    /// Adds something that could not be read. One of the same source, reason and properties takes its types in.
+    void addUnread(UnreadSource unread);
+
+    /// Removes every device and specification, and what could not be read.
     void clear();
 
 private:

@@ -7,6 +7,7 @@
 #include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/recording/SysInfoReader.h"
+#include "libInventory/recording/UnreadElements.h"
 #include "libInventory/support/InventoryLog.h"
 
 namespace vrx {
@@ -24,7 +25,7 @@ void noteParseError(const XmlDocument& document, ImportReport& report) {
     }
 }
 
-void importDevices(XmlDocument& document, SysInfoReader& reader, ImportReport& report) {
+void importDevices(XmlDocument& document, SysInfoReader& reader, StateManager& store, ImportReport& report) {
     XmlElement* const root = document.RootElement();
     if (root == nullptr) {
         report.failure = Failure::NoRoot;
@@ -32,6 +33,8 @@ void importDevices(XmlDocument& document, SysInfoReader& reader, ImportReport& r
         report.failure = Failure::NoDevices;
         report.row = root->Row() + 1;
         report.column = root->Column() + 1;
+    } else {
+        readUnread(*root, store);
     }
 }
 
@@ -40,7 +43,7 @@ bool importInto(StateManager& store, ImportReport& report, const Load& load) {
     XmlDocument document;
     SysInfoReader reader(store, report);
     if (load(document, &reader)) {
-        importDevices(document, reader, report);
+        importDevices(document, reader, store, report);
     } else {
         noteParseError(document, report);
     }

@@ -13,6 +13,10 @@ inline constexpr StringView PROPERTY = u"property";
 inline constexpr StringView PROPERTY_UPPER = u"Property";  ///< read as well
 inline constexpr StringView VALUE_UPPER = u"Value";        ///< read as well: an entry of a value, as its text
 
+inline constexpr StringView UNREAD_SOURCE = u"UnreadSource";  ///< beside the devices: what could not be read
+
+inline constexpr StringView SOURCE = u"source";
+inline constexpr StringView REASON = u"reason";
 inline constexpr StringView TYPE = u"type";
 inline constexpr StringView NAME = u"name";
 inline constexpr StringView HW_LOCATOR = u"hwLocator";

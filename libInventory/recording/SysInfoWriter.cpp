@@ -23,6 +23,7 @@
 #include "libCommon/xml/XmlDocument.h"
 #include "libCommon/xml/XmlWriter.h"
 #include "libInventory/recording/SysInfoVocabulary.h"
+#include "libInventory/recording/UnreadElements.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -53,6 +54,7 @@ public:
         if (store.rootDevice()) {
             addTree(store.rootDevice(), root);
         }
+        writeUnread(store, m_document, *root);
         std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
         writeFormatted(m_document.Top(), 0, text);
         return text;

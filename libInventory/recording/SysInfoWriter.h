@@ -16,7 +16,8 @@ namespace vrx {
 
 /// A store as a SysInfo recording: UTF-8 with declaration, formatted, devices nested as their tree is. Reading it back
 /// gives devices with the same types, capabilities, names, locators, and properties with the same keys and values, in
-/// this order. An empty store gives an empty `SysInfo` element, which is no recording.
+/// this order; what could not be read comes back as well. An empty store gives an empty `SysInfo` element, which is no
+/// recording.
 ///
 /// Properties in the categories Volatile, Internal or Group are left out unless `allCategories`, because reading gives
 /// every property the category SysInfo.

@@ -5,11 +5,17 @@
 namespace vrx {
 
 void CollectContext::note(std::string_view path, CollectNote::Reason reason, std::string_view detail,
-                          std::string_view lost) {
-    notes.push_back({reason, std::string(path), std::string(detail), std::string(lost)});
+                          const LeftOut& lost) {
+    CollectNote& note = notes.emplace_back(reason, std::string(path), std::string(detail), lost.words);
+    for (const StringView type : lost.types) {
+        note.types = note.types | CapabilityImp(type);
+    }
+    for (const StringView key : lost.keys) {
+        note.properties.append(String(key));
+    }
 }
 
-void CollectContext::noteAccess(std::string_view path, RootFolder::Access access, std::string_view lost) {
+void CollectContext::noteAccess(std::string_view path, RootFolder::Access access, const LeftOut& lost) {
     using Reason = CollectNote::Reason;
     switch (access) {
         case RootFolder::Access::Granted: return;

@@ -2,6 +2,8 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "libMachine/MachineCollector.h"
 #include "libMachine/linux/CpuInfo.h"
@@ -10,6 +12,18 @@
 #include "libMachine/smbios/SmbiosFacts.h"
 
 namespace vrx {
+
+/// What a recording lacks for something that could not be read.
+struct LeftOut {
+    LeftOut(const char* leftOut) : words(leftOut) {}             // NOLINT: words alone are for people alone
+    LeftOut(std::string leftOut) : words(std::move(leftOut)) {}  // NOLINT
+    LeftOut(std::string leftOut, std::vector<StringView> ofTypes, std::vector<StringView> ofKeys = {})
+        : words(std::move(leftOut)), types(std::move(ofTypes)), keys(std::move(ofKeys)) {}
+
+    std::string words;
+    std::vector<StringView> types;  ///< of devices that may be there all the same
+    std::vector<StringView> keys;   ///< when there are any: only these properties of them are missing
+};
 
 /// What the sources of one recording share: where they read, what several of them need, and where they put what they
 /// found.
@@ -23,11 +37,11 @@ struct CollectContext {
     Recording recording;
     std::vector<CollectNote>& notes;
 
-    /// Notes that something could not be read.
-    void note(std::string_view path, CollectNote::Reason reason, std::string_view detail, std::string_view lost);
+    /// Notes that something could not be read. With types the recording carries that as well.
+    void note(std::string_view path, CollectNote::Reason reason, std::string_view detail, const LeftOut& lost);
 
     /// The same for the reason that `access` stands for; does nothing when access was granted.
-    void noteAccess(std::string_view path, RootFolder::Access access, std::string_view lost);
+    void noteAccess(std::string_view path, RootFolder::Access access, const LeftOut& lost);
 };
 
 /// The sources, in the order in which they run. Each adds its devices to the recording, or properties to devices that

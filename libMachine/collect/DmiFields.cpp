@@ -55,10 +55,11 @@ constexpr Copy<BiosFacts> BIOS_COPIES[] = {
     {&BiosFacts::controllerRevision, "ec_firmware_release", property::CONTROLLER_REVISION},
 };
 
-/// Puts the kernel's copies over the facts; `device` names what they belong to in a note.
+/// Puts the kernel's copies over the facts of the device of that type.
 template <typename Facts, std::size_t Size>
-Facts withCopies(CollectContext& context, Facts facts, const Copy<Facts> (&copies)[Size], std::string_view device) {
+Facts withCopies(CollectContext& context, Facts facts, const Copy<Facts> (&copies)[Size], StringView type) {
     std::string denied;
+    std::vector<StringView> keys;
     for (const Copy<Facts>& copy : copies) {
         const std::string path = std::string(FOLDER).append(copy.file);
         std::string text = context.root.text(path);
@@ -66,11 +67,12 @@ Facts withCopies(CollectContext& context, Facts facts, const Copy<Facts> (&copie
             facts.*copy.text = std::move(text);
         } else if (context.smbios.isEmpty && context.root.access(path) == RootFolder::Access::Denied) {
             denied += (denied.empty() ? "" : ", ") + toUtf8(copy.key);
+            keys.push_back(copy.key);
         }
     }
     if (!denied.empty()) {
         context.noteAccess(FOLDER.substr(0, FOLDER.size() - 1), RootFolder::Access::Denied,
-                           fmt::format("{} of the {}", denied, device));
+                           {fmt::format("{} of the {}", denied, toUtf8(type)), {type}, keys});
     }
     return facts;
 }
@@ -84,15 +86,15 @@ Facts firstOf(const std::vector<Facts>& list) {
 }  // namespace
 
 SystemFacts dmiSystem(CollectContext& context) {
-    return withCopies(context, context.smbios.system.value_or(SystemFacts()), SYSTEM_COPIES, "System");
+    return withCopies(context, context.smbios.system.value_or(SystemFacts()), SYSTEM_COPIES, u"System");
 }
 
 BoardFacts dmiBoard(CollectContext& context) {
-    return withCopies(context, firstOf(context.smbios.boards), BOARD_COPIES, "Motherboard");
+    return withCopies(context, firstOf(context.smbios.boards), BOARD_COPIES, u"Motherboard");
 }
 
 ChassisFacts dmiChassis(CollectContext& context) {
-    ChassisFacts facts = withCopies(context, firstOf(context.smbios.chassis), CHASSIS_COPIES, "Chassis");
+    ChassisFacts facts = withCopies(context, firstOf(context.smbios.chassis), CHASSIS_COPIES, u"Chassis");
     if (const auto number = context.root.number(std::string(FOLDER) + "chassis_type")) {
         facts.type = chassisTypeName(static_cast<unsigned>(*number));
     }
@@ -100,7 +102,7 @@ ChassisFacts dmiChassis(CollectContext& context) {
 }
 
 BiosFacts dmiBios(CollectContext& context) {
-    return withCopies(context, context.smbios.bios.value_or(BiosFacts()), BIOS_COPIES, "BIOS");
+    return withCopies(context, context.smbios.bios.value_or(BiosFacts()), BIOS_COPIES, u"BIOS");
 }
 
 }  // namespace vrx

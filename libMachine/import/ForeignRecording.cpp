@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "libMachine/import/FormatTable.h"
 #include "libMachine/import/mending/TextMending.h"
@@ -59,6 +60,22 @@ void noteLocators(const Recording& recording, DamageList& damage) {
     }
 }
 
+/// What is lost with damaged text may have been any device.
+void noteLosses(RecordingFormat format, const DamageList& damage, Recording& recording) {
+    for (const ImportDamage& one : damage.all()) {
+        const DamageLoss loss = lossOf(one.kind);
+        if (loss == DamageLoss::Nothing) {
+            continue;
+        }
+        UnreadSource unread{
+            String::UTF8Decode(formatTitle(format)), CapabilityImp::ALL(), String::UTF8Decode(damageText(one)), {}};
+        if (loss == DamageLoss::Properties) {
+            unread.properties.append(String(UnreadSource::ANY_PROPERTY));
+        }
+        recording.addUnread(std::move(unread));
+    }
+}
+
 }  // namespace
 
 bool convertForeign(RecordingFormat format, std::string_view bytes, Recording& recording, DamageList& damage) {
@@ -67,6 +84,7 @@ bool convertForeign(RecordingFormat format, std::string_view bytes, Recording& r
     row->convert(mendedText(bytes, damage), recording, damage);
     noteSerialNumbers(recording, damage);
     noteLocators(recording, damage);
+    noteLosses(format, damage, recording);
     return recording.size() > 0;
 }
 

@@ -152,6 +152,9 @@ void Recording::storeIn(StateManager& store) {
             pending.emplace_back(*child, device);
         }
     }
+    for (const UnreadSource& unread : m_unread) {
+        store.addUnread(unread);
+    }
 }
 
 }  // namespace vrx

@@ -6,10 +6,12 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "libMachine/record/DeviceRecord.h"
 #include "libSystemState/Forward.h"
+#include "libSystemState/UnreadSource.h"
 
 namespace vrx {
 
@@ -47,8 +49,13 @@ public:
     /// The device of that sysfs folder or of the nearest folder above it; NONE when there is none.
     std::size_t nearest(std::string_view sysPath) const;
 
-    /// Adds all devices to an empty store, each parent directly followed by what is below it. Of several devices with
-    /// one hardware locator the second gets "#2" behind it, and so on. Requires: there is a root.
+    /// Notes what could not be read, for the store.
+    void addUnread(UnreadSource unread) { m_unread.append(std::move(unread)); }
+    const Array<UnreadSource>& unread() const noexcept { return m_unread; }
+
+    /// Adds all devices, and what could not be read, to an empty store, each parent directly followed by what is below
+    /// it. Of several devices with one hardware locator the second gets "#2" behind it, and so on. Requires: there is a
+    /// root.
     void storeIn(StateManager& store);
 
 private:
@@ -60,6 +67,7 @@ private:
     std::unordered_map<std::string, std::size_t> m_byPath;
     std::unordered_set<std::size_t> m_leftOut;
     std::uint64_t m_source = 1;
+    Array<UnreadSource> m_unread;
 };
 
 }  // namespace vrx

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "libSystemState/StateManager.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
@@ -14,6 +15,9 @@ StoredMachine::StoredMachine(const StateManager& store) {
     std::vector<std::pair<boost::shared_ptr<IDeviceImp>, std::size_t>> pending;
     if (store.rootDevice()) {
         pending.emplace_back(store.rootDevice(), Recording::NONE);
+    }
+    for (const UnreadSource& unread : store.unread()) {
+        m_recording.addUnread(unread);
     }
     while (!pending.empty()) {
         const auto [device, parent] = std::move(pending.back());

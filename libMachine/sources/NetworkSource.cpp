@@ -137,7 +137,7 @@ DeviceRecord newAdapter(const CollectContext& context, const Interface& interfac
 }  // namespace
 
 void collectNetwork(CollectContext& context) {
-    context.noteAccess(INTERFACES, context.root.access(INTERFACES), "network adapters");
+    context.noteAccess(INTERFACES, context.root.access(INTERFACES), {"network adapters", {u"Network"}});
     std::set<std::size_t> taken;
     for (const Interface& interface : readInterfaces(context.root)) {
         const std::string sysPath = context.root.resolved(INTERFACES + interface.name);

@@ -146,7 +146,7 @@ private:
 
 void collectStorage(CollectContext& context) {
     static const std::string FOLDER = "/sys/block/";
-    context.noteAccess(FOLDER, context.root.access(FOLDER), "disks");
+    context.noteAccess(FOLDER, context.root.access(FOLDER), {"disks", {u"Storage"}});
     for (const std::string& name : context.root.list(FOLDER)) {
         if (isSoftwareOrPart(name) || context.root.text(FOLDER + name + "/hidden") == "1") {
             continue;

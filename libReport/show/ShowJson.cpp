@@ -1,5 +1,6 @@
 #include "libReport/show/ShowReport.h"
 #include "libReport/text/JsonWriter.h"
+#include "libReport/text/UnreadText.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
@@ -44,6 +45,8 @@ std::string showJson(const ShowReport& report, const TextFormat&) {
         writeDevice(json, *device);
     }
     json.endArray();
+    json.key("unread");
+    writeUnread(json, report.machine.unread());
     json.endObject();
     return json.take();
 }

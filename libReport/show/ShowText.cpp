@@ -12,6 +12,7 @@
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
+#include "libReport/text/UnreadText.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
@@ -167,6 +168,9 @@ std::string showText(const ShowReport& report, const TextFormat& format) {
     const std::size_t count = report.machine.deviceCount();
     const std::string shown = report.devices.size() == count ? "" : std::to_string(report.devices.size()) + " of ";
     std::string out = printable(std::string_view(report.machineName)) + ": " + shown + counted(count, "device") + "\n";
+    for (const UnreadSource& unread : report.machine.unread()) {
+        out += styled("not read: " + unreadText(unread), Style::Caution, format.colour) + "\n";
+    }
     if (report.hasProperties) {
         for (const IDeviceImp* const device : report.devices) {
             writeBlock(out, *device, format);

@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 
 #include "libInventory/recording/SysInfoWriter.h"
 #include "libMachine/record/CleanText.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
@@ -72,6 +74,13 @@ TEST(MachineCollectorTest, recordsASavedServer) {
     EXPECT_EQ(machine.text(u"memory", u"Size"), "3 GB") << "three blocks of 1 GB";
     EXPECT_EQ(machine.text(u"memory", u"UsableSize"), "15.49 GB");
     EXPECT_THAT(joined(machine.notes), HasSubstr("/sys/firmware/dmi/tables/DMI: absent; left out: memory modules"));
+    const auto mayHide = [&](StringView type, StringView key) {
+        return std::ranges::any_of(machine.store.unread(), [&](const UnreadSource& unread) {
+            return key.empty() ? unread.mayHide(CapabilityImp(type)) : unread.mayHide(CapabilityImp(type), key);
+        });
+    };
+    EXPECT_TRUE(mayHide(u"MemoryModule", u"") && mayHide(u"Processor", u"Socket"));
+    EXPECT_FALSE(mayHide(u"Processor", u"") || mayHide(u"Network", u"Address"));
 }
 
 TEST(MachineCollectorTest, processorsHaveCoresAndCaches) {

@@ -11,28 +11,29 @@ namespace {
 
 struct Title {
     DamageKind kind;
+    DamageLoss loss;
     std::string_view text;
 };
 
 constexpr Title TITLES[] = {
-    {DamageKind::BytesNotUtf8, "bytes that are no UTF-8, replaced"},
-    {DamageKind::ControlCharacters, "control characters, left out"},
-    {DamageKind::XmlCutOff, "XML that ends too early, closed"},
-    {DamageKind::XmlNotClosed, "XML elements that are not closed, closed"},
-    {DamageKind::XmlNoTag, "XML tags that make no sense, left out"},
-    {DamageKind::XmlTooDeep, "XML elements that are nested too deep, left out"},
-    {DamageKind::JsonNoComma, "missing commas in JSON, put in"},
-    {DamageKind::JsonCutOff, "JSON that ends too early"},
-    {DamageKind::JsonNotParsed, "JSON that does not parse, left out from there on"},
-    {DamageKind::StructureHead, "structures whose first line cannot be read, left out"},
-    {DamageKind::StructureLine, "lines that cannot be read, left out"},
-    {DamageKind::StructureNumber, "numbers that cannot be read, left out"},
-    {DamageKind::StructureHandle, "structures with the handle of another one"},
-    {DamageKind::StructuresMissing, "structures that the recording announces and does not have"},
-    {DamageKind::TableComplaint, "complaints of dmidecode about the table"},
-    {DamageKind::TableCutOff, "recordings that end before the end of the table"},
-    {DamageKind::RepeatedSerialNumber, "modules or disks with the serial number of another one"},
-    {DamageKind::RepeatedLocator, "devices at the place of another one, told apart by a number"},
+    {DamageKind::BytesNotUtf8, DamageLoss::Nothing, "bytes that are no UTF-8, replaced"},
+    {DamageKind::ControlCharacters, DamageLoss::Nothing, "control characters, left out"},
+    {DamageKind::XmlCutOff, DamageLoss::Devices, "XML that ends too early, closed"},
+    {DamageKind::XmlNotClosed, DamageLoss::Nothing, "XML elements that are not closed, closed"},
+    {DamageKind::XmlNoTag, DamageLoss::Devices, "XML tags that make no sense, left out"},
+    {DamageKind::XmlTooDeep, DamageLoss::Devices, "XML elements that are nested too deep, left out"},
+    {DamageKind::JsonNoComma, DamageLoss::Nothing, "missing commas in JSON, put in"},
+    {DamageKind::JsonCutOff, DamageLoss::Devices, "JSON that ends too early"},
+    {DamageKind::JsonNotParsed, DamageLoss::Devices, "JSON that does not parse, left out from there on"},
+    {DamageKind::StructureHead, DamageLoss::Devices, "structures whose first line cannot be read, left out"},
+    {DamageKind::StructureLine, DamageLoss::Properties, "lines that cannot be read, left out"},
+    {DamageKind::StructureNumber, DamageLoss::Properties, "numbers that cannot be read, left out"},
+    {DamageKind::StructureHandle, DamageLoss::Nothing, "structures with the handle of another one"},
+    {DamageKind::StructuresMissing, DamageLoss::Devices, "structures that the recording announces and does not have"},
+    {DamageKind::TableComplaint, DamageLoss::Nothing, "complaints of dmidecode about the table"},
+    {DamageKind::TableCutOff, DamageLoss::Devices, "recordings that end before the end of the table"},
+    {DamageKind::RepeatedSerialNumber, DamageLoss::Nothing, "modules or disks with the serial number of another one"},
+    {DamageKind::RepeatedLocator, DamageLoss::Nothing, "devices at the place of another one, told apart by a number"},
 };
 
 std::string firstOf(const ImportDamage& damage) {
@@ -55,6 +56,11 @@ void DamageList::add(DamageKind kind, std::size_t line, std::string place, std::
 std::string_view damageTitle(DamageKind kind) noexcept {
     const auto* const title = std::ranges::find(TITLES, kind, &Title::kind);
     return title == std::end(TITLES) ? std::string_view() : title->text;
+}
+
+DamageLoss lossOf(DamageKind kind) noexcept {
+    const auto* const title = std::ranges::find(TITLES, kind, &Title::kind);
+    return title == std::end(TITLES) ? DamageLoss::Devices : title->loss;
 }
 
 std::string damageText(const ImportDamage& damage) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,6 +9,11 @@
 #include "libMachine/MachineImport.h"
 
 namespace vrx {
+
+/// What a recording may lack for damage.
+enum class DamageLoss : std::uint8_t { Nothing, Properties, Devices };
+
+DamageLoss lossOf(DamageKind kind) noexcept;
 
 /// What was wrong with a recording by kind, so that a thousand bad bytes give one line and not a thousand.
 class DamageList {

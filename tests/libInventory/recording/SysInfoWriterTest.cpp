@@ -8,6 +8,7 @@
 #include "libCommon/values/Unit.h"
 #include "libInventory/Inventory.h"
 #include "libSystemState/StateManager.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/devices/DeviceImp.h"
 #include "libSystemState/properties/PropertyImp.h"
 
@@ -69,6 +70,28 @@ TEST(SysInfoWriterTest, devicesSurviveWithAwkwardTexts) {
     readBack(store, copy);
     EXPECT_EQ(contentOf(copy), contentOf(store));
     EXPECT_EQ(copy.deviceCount(), 5U);
+}
+
+TEST(SysInfoWriterTest, whatCouldNotBeReadSurvives) {
+    StateManager store;
+    store.addDevice(deviceOf(u"System", u"n", u"h", u"o"), nullptr);
+    store.addUnread({u"<DMI>", CapabilityImp(u"MemoryModule"), u"needs root", {}});
+    store.addUnread({u"<DMI>", CapabilityImp(u"Slot"), u"needs root", {}});
+    store.addUnread({u"dump", CapabilityImp::ALL(), u"cut off", {u"Serial Number", u"*"}});
+    StateManager copy;
+    readBack(store, copy);
+    EXPECT_EQ(copy.deviceCount(), 1U);
+    ASSERT_EQ(copy.unread().size(), 2U);
+    EXPECT_EQ(copy.unread(), store.unread());
+    EXPECT_TRUE(copy.unread()[0].mayHide(CapabilityImp(u"Memory")));
+    EXPECT_TRUE(copy.unread()[0].mayHide(CapabilityImp(u"ExpansionSlot")));
+    EXPECT_FALSE(copy.unread()[1].mayHide(CapabilityImp(u"Fan")));
+    EXPECT_TRUE(copy.unread()[1].mayHide(CapabilityImp(u"Fan"), u"Speed"));
+
+    StateManager odd;
+    EXPECT_TRUE(Inventory::importStateFromXmlString(
+        u"<s><Device/><UnreadSource><DeviceType>Fann</DeviceType></UnreadSource></s>", odd));
+    EXPECT_TRUE(odd.unread()[0].mayHide(CapabilityImp(u"Fan"))) << "a type that nobody knows may be any";
 }
 
 TEST(SysInfoWriterTest, valuesSurvive) {
