@@ -61,6 +61,18 @@ void Associations::link(InventoryNode& inventoryNode, const boost::shared_ptr<ID
         return;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, linkText(inventoryNode.m_element, *device));
+    connect(inventoryNode, device);
+}
+
+void Associations::associateAgain(const XmlElement* element, const Array<boost::shared_ptr<IDeviceImp>>& devices) {
+    VRX_ASSERT_TEXT(element, "invElement");
+    InventoryNode& inventoryNode = nodeOf(element);
+    for (const auto& device : devices) {
+        connect(inventoryNode, device);
+    }
+}
+
+void Associations::connect(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device) {
     DeviceNode& deviceNode = nodeOf(device);
     inventoryNode.m_hasEverMatched = true;
     const auto inventoryIndex = static_cast<std::uint32_t>(inventoryNode.m_links.size());

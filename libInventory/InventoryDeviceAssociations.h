@@ -49,6 +49,9 @@ public:
     /// only makes the element known. Requires: element is not null.
     void associate(const XmlElement* element, const boost::shared_ptr<IDeviceImp>& device);
 
+    /// Links an element with devices that the log has been told of already. Requires: nothing is null.
+    void associateAgain(const XmlElement* element, const Array<boost::shared_ptr<IDeviceImp>>& devices);
+
     /// Whether the device is known and has no links left; `found` becomes true when it is known and is left as it was
     /// otherwise.
     bool isExtra(const boost::shared_ptr<IDeviceImp>& device, bool& found) const;
@@ -103,6 +106,7 @@ private:
     InventoryNode& nodeOf(const XmlElement* element);
     DeviceNode& nodeOf(const boost::shared_ptr<IDeviceImp>& device);
     void link(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device);
+    void connect(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device);
     void rememberDevices();
 
     OrderedHashTable<const XmlElement*, InventoryNode*> m_inventoryNodes;

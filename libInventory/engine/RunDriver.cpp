@@ -210,13 +210,7 @@ void RunDriver::tellFailure(XmlElement* root) {
     if (!m_anySatisfied) {
         ExtraDeviceSearch(m_state).findNone(slot::BEST);
     }
-    // Of a run that shares a match cache only the extra devices are read, and those are filed at the root; the rest has
-    // lines for the log.
-    if (m_state.m_matchCache != nullptr && !inventoryLog().isEnabled(LogPriority::Debug)) {
-        ErrorGathering(m_state).gatherElement(root, slot::BEST);
-    } else {
-        ErrorGathering(m_state).gatherAndClean(root, slot::BEST);
-    }
+    ErrorGathering(m_state).gatherAndClean(root, slot::BEST);
 }
 
 void RunDriver::failUnexpectedly(XmlElement* root, const String& text) {

@@ -241,34 +241,36 @@ TEST(InventoryDeviceAssociationsTest, ReductionEqualsThePlainRulesOnRandomGraphs
         const int size = 1 + static_cast<int>(random() % 7);
         Graph g(size, size);
         PlainReduction plain(g.elements.size(), g.devices.size());
-        const int links = static_cast<int>(random() % 30);
-        for (int i = 0; i < links; ++i) {
-            const int element = static_cast<int>(random() % g.elements.size());
-            const int device = static_cast<int>(random() % g.devices.size());
-            const bool parallel = round % 3 == 0;
-            const auto known = g.partners(element);
-            if (parallel || std::find(known.begin(), known.end(), device) == known.end()) {
-                g.link(element, device);
-                plain.link(element, device);
+        for (const bool isAgain : {false, true}) {
+            const int links = static_cast<int>(random() % 30);
+            for (int i = 0; i < links; ++i) {
+                const int element = static_cast<int>(random() % g.elements.size());
+                const int device = static_cast<int>(random() % g.devices.size());
+                const bool parallel = round % 3 == 0 || (isAgain && round % 3 == 1);
+                const auto known = g.partners(element);
+                if (parallel || std::find(known.begin(), known.end(), device) == known.end()) {
+                    g.link(element, device);
+                    plain.link(element, device);
+                }
             }
-        }
-        std::vector<bool> linked(g.elements.size());
-        for (int i = 0; i < size; ++i) {
-            linked[i] = !g.partners(i).empty();
-        }
-        g.graph.removeExtraLinks();
-        plain.run();
-        std::vector<bool> taken(g.devices.size());
-        for (int i = 0; i < size; ++i) {
-            const auto partners = g.partners(i);
-            ASSERT_EQ(partners, plain.partners(i)) << "round " << round << " element " << i;
-            ASSERT_LE(partners.size(), 1U);
-            for (const int device : partners) {
-                ASSERT_FALSE(taken[device]) << "a device was given to two elements";
-                taken[device] = true;
+            std::vector<bool> linked(g.elements.size());
+            for (int i = 0; i < size; ++i) {
+                linked[i] = !g.partners(i).empty();
             }
-            if (linked[i]) {
-                ASSERT_TRUE(g.graph.hasEverMatched(g.elements[i]));
+            g.graph.removeExtraLinks();
+            plain.run();
+            std::vector<bool> taken(g.devices.size());
+            for (int i = 0; i < size; ++i) {
+                const auto partners = g.partners(i);
+                ASSERT_EQ(partners, plain.partners(i)) << "round " << round << " element " << i;
+                ASSERT_LE(partners.size(), 1U);
+                for (const int device : partners) {
+                    ASSERT_FALSE(taken[device]) << "a device was given to two elements";
+                    taken[device] = true;
+                }
+                if (linked[i]) {
+                    ASSERT_TRUE(g.graph.hasEverMatched(g.elements[i]));
+                }
             }
         }
     }

@@ -19,6 +19,7 @@
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/MatchCache.h"
+#include "libRegex/Regex.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {
@@ -97,11 +98,9 @@ bool DeviceMatcher::matchThroughCache(XmlElement* element, bool underNot) {
     Inventory::InventoryDeviceAssociations& associations = m_state.m_associationSets[0];
     const String text = element->toString();
     const MatchCache::DeviceArray* const known = m_state.m_matchCache->find(text);
-    // The log is told of every match in full, so for the log it is made again, with the same answer.
-    if (known != nullptr && !inventoryLog().isEnabled(LogPriority::Debug)) {
-        for (const auto& device : *known) {
-            associations.associate(element, device);
-        }
+    if (known != nullptr) {
+        logMatch(element, underNot);
+        associations.associateAgain(element, *known);
         return !known->isEmpty();
     }
     const bool matched = matchInStore(element, underNot, 0);
@@ -109,6 +108,21 @@ bool DeviceMatcher::matchThroughCache(XmlElement* element, bool underNot) {
     associations.getMatchedDevices(element, devices);
     m_state.m_matchCache->keep(text, std::move(devices));
     return matched;
+}
+
+/// The log is told of every match in full, also of one that is known: it is made again for its lines, with links that
+/// nobody reads.
+void DeviceMatcher::logMatch(XmlElement* element, bool underNot) {
+    if (!inventoryLog().isEnabled(LogPriority::Debug)) {
+        return;
+    }
+    std::uint64_t& givenUp = m_state.m_record.givenUpInTraces;
+    const std::uint64_t before = givenUp - Regex::exceededCount();
+    Inventory::InventoryDeviceAssociations forTheLog;
+    forTheLog.swap(m_state.m_associationSets[0]);
+    matchInStore(element, underNot, 0);
+    forTheLog.swap(m_state.m_associationSets[0]);
+    givenUp = before + Regex::exceededCount();
 }
 
 bool DeviceMatcher::matchInStore(XmlElement* element, bool underNot, unsigned associationIndex) {

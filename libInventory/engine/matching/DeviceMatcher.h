@@ -22,6 +22,7 @@ private:
     using DeviceArray = CandidateSearch::DeviceArray;
 
     bool matchThroughCache(XmlElement* element, bool underNot);
+    void logMatch(XmlElement* element, bool underNot);
     bool matchInStore(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
     bool tryCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,

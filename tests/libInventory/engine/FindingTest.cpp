@@ -130,6 +130,7 @@ TEST_F(FindingsTest, OnlyFailuresThatMadeADifferenceAreACandidates) {
         {"<not><property key='x'/></not>", {"a [: / ]", "b [: / ]", "c [: / ]"}},
         {"<and>" + x1 + "</and><not>" + y1 + "</not>", {"a [: / ]", "b [x: 1 / 2]", "c [x: 1 / 3]"}},
         {"<or/>", {"a [: / ]", "b [: / ]", "c [: / ]"}},
+        {"<not><spoke/></not>", {"a [: / ]", "b [: / ]", "c [: / ]"}},
     };
     for (const auto& [content, expected] : table) {
         run("<device type='Fan'>" + content + "</device><device type='Fan' name='nobody'/>");

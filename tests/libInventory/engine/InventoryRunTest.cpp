@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
 #include <random>
 
 #include "libCommon/error/Exception.h"
@@ -222,6 +226,18 @@ TEST(LoadingTest, RejectsWithTheReasonAndKeepsNothing) {
     EXPECT_EQ(observer.fileErrors[4], "Invalid inventory script.  Script must contain <inventory-check> element.");
     EXPECT_EQ(observer.fileErrors[6], "Could not open Inventory Script file: /nowhere/script.xml");
     EXPECT_TRUE(inventory.loadInventoryScript(u"<Inventory-CHECK/>"));
+}
+
+TEST(LoadingTest, AFileReadsAsItsTextDoes) {
+    const std::string path = testing::TempDir() + "vrx-script-" + std::to_string(getpid()) + ".xml";
+    const std::string script = R"(<inventory-check><device type="Fan" name="%u0041"/></inventory-check>)";
+    std::ofstream(path) << script;
+    Inventory ofText;
+    Inventory ofFile;
+    EXPECT_TRUE(ofText.loadInventoryScript(text(script)));
+    EXPECT_TRUE(ofFile.loadInventoryScriptFile(text(path)));
+    EXPECT_EQ(ofFile.script().toString(), ofText.script().toString());
+    std::filesystem::remove(path);
 }
 
 TEST(LoadingTest, FlagsAreReadAnewAndTipsSettingStays) {

@@ -133,6 +133,8 @@ TEST(InventoryStateImportTest, failuresSayWhy) {
               std::tuple(Failure::Malformed, std::string("unclosed token"), 2U, 2U));
     EXPECT_EQ(outcome(Inventory::importStateFromXmlString(u"<s><a", store, report)),
               std::tuple(Failure::Malformed, std::string("unclosed token"), 1U, 4U));
+    EXPECT_EQ(outcome(Inventory::importStateFromXmlString(u"x", store, report)),
+              std::tuple(Failure::Malformed, std::string("syntax error"), 1U, 1U));
     EXPECT_EQ(outcome(Inventory::importStateFromXmlString(u"\n<s><SysInfo><device/></SysInfo></s>", store, report)),
               std::tuple(Failure::NoDevices, std::string(), 2U, 1U));
     EXPECT_EQ(outcome(Inventory::importStateFromXmlFile(u"/none.xml", store, report)),
@@ -141,6 +143,7 @@ TEST(InventoryStateImportTest, failuresSayWhy) {
     EXPECT_EQ(lines.text, reported);
     EXPECT_EQ(lines.text, R"(importStateFromXmlString() Parse failed: unclosed token (2:2)
 importStateFromXmlString() Parse failed: unclosed token (1:4)
+importStateFromXmlString() Parse failed: syntax error
 Failed to parse sysinfo file
 importStateFromXmlString() populateStateManagerRecursive failed.
 importStateFromXmlFile(/none.xml) LoadFile failed: No such file or directory

@@ -121,6 +121,7 @@ TEST(RangeFormTest, isOrdinaryTextElsewhere) {
     expectAll({
         {u"^@$", u"VRXRRANGE", true},
         {u"^@[ab]$", u"VRXRRANGEb", true},
+        {u"^@x1-2]$", u"VRXRRANGEx1-2]", true},
         {u"^@[5]$", u"VRXRRANGE5", true},
         {u"^@[1-2-3]$", u"VRXRRANGE3", true},
         {u"^@[1-2$", u"1", false},

@@ -89,7 +89,7 @@ TEST_F(SysinfoFilterTest, decidesForEverySetOfTypesAnew) {
 
 TEST_F(SysinfoFilterTest, reportsWhatKeepsAFileFromLoading) {
     const std::tuple<const char*, SysinfoFilter::PARSE_RET, const char*> cases[] = {
-        {"<system-information-filter>\n <device>", SysinfoFilter::PARSE_XML_ERROR, "(2:"},
+        {"<system-information-filter>\n <device>", SysinfoFilter::PARSE_XML_ERROR, "(2:10)"},
         {"", SysinfoFilter::PARSE_XML_ERROR, "("},
         {"<System-Information-Filter/>", SysinfoFilter::PARSE_WRONG_ROOT, "\"System-Information-Filter\" (1:1)"},
         {"<system-information-filter>\n<device type='Fan'/><device type='fna'/></system-information-filter>",
