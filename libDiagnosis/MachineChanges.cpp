@@ -9,7 +9,7 @@
 #include <span>
 #include <unordered_set>
 
-#include "libCommon/containers/HashFunctions.h"
+#include "libCommon/text/TextHash.h"
 #include "libDiagnosis/DevicePairs.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -53,7 +53,7 @@ private:
 
     /// A recording keeps no categories, so a key that is left out on one side is left out on the other.
     void leaveOutWhatChangesByItself(Properties& before, Properties& after) const {
-        std::unordered_set<StringView> keys;
+        std::unordered_set<StringView, TextHash> keys;
         for (const Properties* const properties : {&before, &after}) {
             for (const IPropertyImp* const property : *properties) {
                 if (!m_allCategories && !property->category().intersect(PropertyCategoryImp::SysInfo())) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "libCommon/containers/HashFunctions.h"
+#include "libCommon/text/TextHash.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx {
@@ -37,10 +38,6 @@ public:
     bool contains(const IDeviceImp* device);
 
 private:
-    struct TextHash {
-        std::size_t operator()(StringView text) const noexcept { return hashOf(text); }
-    };
-
     /// Groups of devices with one key. A key that is a view refers to a text of the group's first device.
     template <typename Key>
     struct Groups {

@@ -156,7 +156,8 @@ VRX_EXPORT std::string toUtf8(StringView text);
 /// Appends borrowed text, encoded as UTF-8, to `out`.
 VRX_EXPORT void appendUtf8(std::string& out, StringView text);
 
-/// Hash of borrowed text (not stable across versions of the program).
+/// Hash of borrowed text. Each process has another: nobody can make texts beforehand that share one.
 VRX_EXPORT std::size_t hashOf(StringView text) noexcept;
+VRX_EXPORT std::size_t hashOf(std::string_view bytes) noexcept;
 
 }  // namespace vrx

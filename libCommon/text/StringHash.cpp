@@ -1,7 +1,11 @@
-/// The hash of texts: a multiply-and-fold hash that takes 16 bytes a step. The product of two 64-bit words is folded
-/// (high half xor low half), which spreads every input bit over the whole result; the tables rely on that and do not
-/// mix again. The last words may overlap words that were read already, so that no length needs a loop over units.
+/// The hash of texts: SipHash-1-3 under a key that each process draws for itself. Texts come from recordings and
+/// scripts of strangers; without the key nobody can find texts that fall into one place of a table and make every
+/// look-up a walk. Nothing may therefore depend on a hash value: tables that are listed keep the order of insertion.
 
+#include <sys/random.h>
+
+#include <bit>
+#include <chrono>
 #include <cstring>
 
 #include "libCommon/text/String.h"
@@ -10,51 +14,90 @@ namespace vrx {
 
 namespace {
 
-__extension__ using Product = unsigned __int128;
+struct HashKey {
+    std::uint64_t first = 0;
+    std::uint64_t second = 0;
+};
 
-constexpr std::size_t WORD = 4;  // units that one 64-bit word holds
-
-constexpr std::uint64_t SEED_A = 0x9E3779B97F4A7C15;
-constexpr std::uint64_t SEED_B = 0xD1B54A32D192ED03;
-constexpr std::uint64_t SEED_C = 0x8CB92BA72F3D8DD7;
-
-std::uint64_t fold(std::uint64_t a, std::uint64_t b) noexcept {
-    const Product product = Product{a} * b;
-    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+/// Where the kernel has no random numbers, the address space and the clock differ from run to run at least.
+HashKey drawHashKey() noexcept {
+    HashKey key;
+    if (getrandom(&key, sizeof key, GRND_NONBLOCK) != sizeof key) {
+        key.first = std::bit_cast<std::uintptr_t>(&key);
+        key.second = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+    }
+    return key;
 }
 
-std::uint64_t word(const char16_t* units) noexcept {
-    std::uint64_t value = 0;
-    std::memcpy(&value, units, sizeof value);
-    return value;
+const HashKey& hashKey() noexcept {
+    static const HashKey key = drawHashKey();
+    return key;
 }
 
-/// One to three units, each in 16 bits of its own.
-std::uint64_t shortWord(const char16_t* units, std::size_t count) noexcept {
-    const std::uint64_t first = units[0];
-    const std::uint64_t middle = units[count / 2];
-    const std::uint64_t last = units[count - 1];
-    return first | middle << 16 | last << 32;
+class SipState {
+public:
+    explicit SipState(const HashKey& key) noexcept
+        : m_a(key.first ^ 0x736F6D6570736575),
+          m_b(key.second ^ 0x646F72616E646F6D),
+          m_c(key.first ^ 0x6C7967656E657261),
+          m_d(key.second ^ 0x7465646279746573) {}
+
+    void add(std::uint64_t word) noexcept {
+        m_d ^= word;
+        round();
+        m_a ^= word;
+    }
+
+    std::uint64_t finish() noexcept {
+        m_c ^= 0xFF;
+        round();
+        round();
+        round();
+        return m_a ^ m_b ^ m_c ^ m_d;
+    }
+
+private:
+    void round() noexcept {
+        m_a += m_b;
+        m_c += m_d;
+        m_b = std::rotl(m_b, 13) ^ m_a;
+        m_d = std::rotl(m_d, 16) ^ m_c;
+        m_a = std::rotl(m_a, 32) + m_d;
+        m_c += m_b;
+        m_d = std::rotl(m_d, 21) ^ m_a;
+        m_b = std::rotl(m_b, 17) ^ m_c;
+        m_c = std::rotl(m_c, 32);
+    }
+
+    std::uint64_t m_a;
+    std::uint64_t m_b;
+    std::uint64_t m_c;
+    std::uint64_t m_d;
+};
+
+/// The last word holds what is left of the text and, in its top byte, the length.
+template <typename Unit>
+std::size_t hashOfUnits(const Unit* units, std::size_t size) noexcept {
+    constexpr std::size_t WORD = sizeof(std::uint64_t) / sizeof(Unit);
+    SipState state(hashKey());
+    std::size_t left = size;
+    for (; left >= WORD; left -= WORD, units += WORD) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, units, sizeof word);
+        state.add(word);
+    }
+    std::uint64_t last = std::uint64_t{size * sizeof(Unit)} << 56;
+    for (std::size_t i = 0; i < left; ++i) {
+        last |= std::uint64_t{static_cast<std::make_unsigned_t<Unit>>(units[i])} << (i * 8 * sizeof(Unit));
+    }
+    state.add(last);
+    return state.finish();
 }
 
 }  // namespace
 
-std::size_t hashOf(StringView text) noexcept {
-    const char16_t* units = text.data();
-    std::size_t left = text.size();
-    std::uint64_t state = SEED_A;
-    for (; left > 2 * WORD; left -= 2 * WORD, units += 2 * WORD) {
-        state = fold(word(units) ^ SEED_B, word(units + WORD) ^ state);
-    }
-    std::uint64_t a = 0;
-    std::uint64_t b = 0;
-    if (left >= WORD) {
-        a = word(units);
-        b = word(units + left - WORD);
-    } else if (left > 0) {
-        a = shortWord(units, left);
-    }
-    return fold(fold(a ^ SEED_B, b ^ state) ^ SEED_C, text.size() ^ SEED_B);
-}
+std::size_t hashOf(StringView text) noexcept { return hashOfUnits(text.data(), text.size()); }
+
+std::size_t hashOf(std::string_view bytes) noexcept { return hashOfUnits(bytes.data(), bytes.size()); }
 
 }  // namespace vrx

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "libCommon/text/String.h"
+#include "libCommon/text/TextHash.h"
 #include "libCommon/xml/XmlArena.h"
 #include "libCommon/xml/XmlElement.h"
 
@@ -25,14 +26,10 @@ public:
     const XmlName* internUtf8(std::string_view text);
 
 private:
-    struct Hash {
-        std::size_t operator()(StringView text) const noexcept { return hashOf(text); }
-    };
-
     const XmlName* add(StringView keptText);
 
     XmlArena& m_arena;
-    boost::unordered_flat_map<StringView, const XmlName*, Hash> m_names;
+    boost::unordered_flat_map<StringView, const XmlName*, TextHash> m_names;
 };
 
 /// Names as the XML parser hands them out: zero-terminated UTF-8, in memory that it reuses for the same name

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "libCommon/text/TextHash.h"
 #include "libMachine/import/FormatTable.h"
 #include "libMachine/import/mending/TextMending.h"
 #include "libMachine/record/Recording.h"
@@ -35,7 +36,7 @@ std::string serialNumberOf(const DeviceRecord& device) {
 std::string driveOf(const DeviceRecord& device) { return device.hwLocator.substr(0, device.hwLocator.rfind("/ns:")); }
 
 void noteSerialNumbers(const Recording& recording, DamageList& damage) {
-    std::unordered_map<std::string, std::string> drives;
+    std::unordered_map<std::string, std::string, TextHash> drives;
     for (std::size_t place = 0; place < recording.size(); ++place) {
         const DeviceRecord& device = recording.at(place);
         const std::string number = hasOwnSerialNumber(device) ? serialNumberOf(device) : std::string();
@@ -51,7 +52,7 @@ void noteSerialNumbers(const Recording& recording, DamageList& damage) {
 
 /// Addresses and ports that two devices claim; storing them tells them apart.
 void noteLocators(const Recording& recording, DamageList& damage) {
-    std::unordered_map<std::string_view, std::size_t> places;
+    std::unordered_map<std::string_view, std::size_t, TextHash> places;
     for (std::size_t place = 0; place < recording.size(); ++place) {
         const std::string& locator = recording.at(place).hwLocator;
         if (!places.emplace(locator, place).second) {

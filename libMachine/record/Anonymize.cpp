@@ -15,6 +15,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "libCommon/text/TextHash.h"
 #include "libMachine/record/CleanText.h"
 #include "libMachine/record/Pseudonym.h"
 #include "libMachine/record/Recording.h"
@@ -161,7 +162,7 @@ private:
 
     static constexpr std::size_t LONGEST_FORM = 36;
 
-    std::unordered_map<std::string, std::string> m_known;
+    std::unordered_map<std::string, std::string, TextHash> m_known;
     std::size_t m_longest = 0;
 };
 

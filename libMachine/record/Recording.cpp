@@ -76,7 +76,7 @@ private:
     }
 
     StateManager& m_store;
-    std::unordered_map<std::string, unsigned> m_locators;  // how many devices asked for each
+    std::unordered_map<std::string, unsigned, TextHash> m_locators;  // how many devices asked for each
     std::map<SpecKey, boost::shared_ptr<PropertySpecImp>> m_specs;
 };
 

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "libCommon/text/TextHash.h"
 #include "libMachine/record/DeviceRecord.h"
 #include "libSystemState/Forward.h"
 #include "libSystemState/UnreadSource.h"
@@ -64,7 +65,7 @@ private:
     std::vector<std::vector<std::size_t>> childrenOfAll() const;
 
     std::vector<DeviceRecord> m_devices;
-    std::unordered_map<std::string, std::size_t> m_byPath;
+    std::unordered_map<std::string, std::size_t, TextHash> m_byPath;
     std::unordered_set<std::size_t> m_leftOut;
     std::uint64_t m_source = 1;
     Array<UnreadSource> m_unread;

@@ -2,6 +2,7 @@
 
 #include <unordered_set>
 
+#include "libCommon/text/TextHash.h"
 #include "libMachine/record/Recording.h"
 #include "libSystemState/Forward.h"
 
@@ -16,9 +17,6 @@ public:
     Recording& recording() noexcept { return m_recording; }
 
 private:
-    struct TextHash {
-        std::size_t operator()(const String& text) const noexcept { return hashOf(text); }
-    };
     StringView kept(const String& text) { return *m_texts.insert(text).first; }
 
     Recording m_recording;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "libCommon/text/TextHash.h"
 #include "libMachine/collect/CollectContext.h"
 #include "libSystemState/properties/PropertyNames.h"
 
@@ -83,7 +84,7 @@ void addPartitions(CollectContext& context, const std::string& disk, std::size_t
 }  // namespace
 
 void collectPartitions(CollectContext& context) {
-    std::unordered_map<std::string, std::size_t> disks;
+    std::unordered_map<std::string, std::size_t, TextHash> disks;
     for (std::size_t place = 0; place < context.recording.size(); ++place) {
         disks.emplace(context.recording.at(place).osLocator, place);
     }

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "libCommon/text/TextHash.h"
 #include "libMachine/import/lshw/LshwTree.h"
 #include "libMachine/record/Recording.h"
 #include "libMachine/smbios/SmbiosFacts.h"
@@ -37,7 +38,7 @@ struct LshwConversion {
         std::size_t device;
         unsigned ports;
     };
-    std::unordered_map<std::string, Function> functions;  ///< PCI functions by address
+    std::unordered_map<std::string, Function, TextHash> functions;  ///< PCI functions by address
 
     /// The one controller of the machine whose ports may be host adapters that lshw could not place; 0 when there are
     /// none or several.
