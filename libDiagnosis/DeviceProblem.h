@@ -30,6 +30,7 @@ struct DeviceProblem {
     Inventory::DeviceSpec written;  ///< its attributes; the name is a pattern
     Inventory::DeviceSpec asked;    ///< the same without what the root of the script switches off
     bool isMissing = false;         ///< it got no device, and no `not` forbids what it describes
+    bool isUndetermined = false;    ///< nobody can tell: see Doubt.h
     bool isKnownType = true;
     bool hasGroups = false;  ///< it asks for more than properties, with `and`, `or` or `not`
     std::optional<Refusal> refusal;

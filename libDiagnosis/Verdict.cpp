@@ -16,15 +16,19 @@ bool couldBeOtherwise(const XmlElement& root, bool passed) {
 
 }  // namespace
 
-Verdict verdictOf(const Inventory& inventory, bool passed) {
+Verdict verdictOf(const Inventory& inventory, bool passed, const Certainty& certainty) {
     const XmlElement& root = *inventory.script().RootElement();
     if (inventory.summary().patternsGivenUp > 0 && couldBeOtherwise(root, passed)) {
         return Verdict::Undecided;
     }
     if (!passed) {
-        return Verdict::Failed;
+        return certainty.couldHavePassed ? Verdict::Undecided : Verdict::Failed;
     }
-    return contentOf(root).asksForAnything() ? Verdict::Passed : Verdict::NothingToCheck;
+    if (!contentOf(root).asksForAnything()) {
+        return Verdict::NothingToCheck;
+    }
+    const bool isCertain = !certainty.couldHaveFailed && inventory.summary().undecidedExtras.isEmpty();
+    return isCertain ? Verdict::Passed : Verdict::Undecided;
 }
 
 }  // namespace vrx

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "libDiagnosis/Doubt.h"
 #include "libInventory/Inventory.h"
 
 namespace vrx {
@@ -15,10 +16,10 @@ enum class Verdict {
     Passed,
     Failed,
     NothingToCheck,  ///< the script asks for nothing
-    Undecided,       ///< patterns were given up at their work limit, and another answer to them could change the result
+    Undecided,  ///< patterns were given up, or something is not known of the machine, and that could change the result
 };
 
 /// Of a run that has ended with that answer.
-Verdict verdictOf(const Inventory& inventory, bool passed);
+Verdict verdictOf(const Inventory& inventory, bool passed, const Certainty& certainty);
 
 }  // namespace vrx

@@ -37,9 +37,41 @@ struct VRX_EXPORT ImportReport {
         std::uint32_t row = 0;  ///< of the property's element
         std::uint32_t column = 0;
         std::uint32_t propertiesBehind = 0;  ///< how many of the same list were left out with it
+        std::uint32_t device = 0;            ///< whose property it is: how many devices were added before that one
 
         /// The line that the engine logs about it.
         String line() const;
+    };
+
+    /// Something that looks like a device and that no rule of a script can see.
+    struct PassedOver {
+        enum class Kind : std::uint8_t {
+            UnknownType,   ///< a device of a type that is none; it is in the store
+            OtherElement,  ///< an element that is no device by its name: "DEVICE", "devise"
+            OutsideOfList  ///< a device where no list of devices is
+        };
+        Kind kind = Kind::UnknownType;
+        String element;  ///< its name
+        String type;     ///< as it is written; empty for none
+        std::uint32_t row = 0;
+        std::uint32_t column = 0;
+    };
+
+    /// A measurement whose number is none; it is in the store with 0.
+    struct NoNumber {
+        std::uint32_t device = 0;  ///< how many devices were added before the one that it belongs to
+        String key;                ///< of the property
+        String text;               ///< in place of the number
+        std::uint32_t row = 0;
+        std::uint32_t column = 0;
+    };
+
+    /// A property whose key has an escape (`%u` and four digits) in it, so that no script can ask for it.
+    struct CodedKey {
+        std::uint32_t device = 0;  ///< how many devices were added before the one that it belongs to
+        String key;
+        std::uint32_t row = 0;
+        std::uint32_t column = 0;
     };
 
     Failure failure = Failure::None;
@@ -52,6 +84,9 @@ struct VRX_EXPORT ImportReport {
     std::uint32_t devices = 0;     ///< added to the store, also before a failure
     std::uint32_t properties = 0;  ///< of these devices
     Array<Skipped> skipped;        ///< in the order of the document
+    Array<PassedOver> passedOver;  ///< likewise
+    Array<NoNumber> noNumbers;     ///< likewise
+    Array<CodedKey> codedKeys;     ///< likewise
 
     /// What the engine logs about the failure, one text a line; nothing without one.
     Array<String> failureLines() const;

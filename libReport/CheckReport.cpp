@@ -1,6 +1,8 @@
 #include "libReport/CheckReport.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "libInventory/script/ScriptContent.h"
 #include "libInventory/script/ScriptWalk.h"
@@ -36,15 +38,34 @@ std::vector<ScriptNotice> noticesOf(const Inventory& inventory) {
     return notices;
 }
 
+/// Marks the problems of devices that may be none.
+void markUndetermined(CheckReport& report) {
+    std::set<std::pair<std::uint64_t, std::uint64_t>> places;
+    for (const Doubt& doubt : report.doubts) {
+        places.emplace(doubt.device.row, doubt.device.column);
+    }
+    for (DeviceProblem& problem : report.devices) {
+        problem.isUndetermined = places.contains({problem.place.row, problem.place.column});
+    }
+}
+
+Verdict plainVerdict(bool passed) noexcept { return passed ? Verdict::Passed : Verdict::Failed; }
+
 }  // namespace
 
 std::size_t CheckReport::missingCount() const noexcept {
-    return static_cast<std::size_t>(std::ranges::count(devices, true, &DeviceProblem::isMissing));
+    return static_cast<std::size_t>(std::ranges::count_if(
+        devices, [](const DeviceProblem& problem) { return problem.isMissing && !problem.isUndetermined; }));
 }
 
-CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed) {
+CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed, const CheckBasis& basis) {
     CheckReport report;
-    report.verdict = verdictOf(inventory, passed);
+    Certainty certainty = basis.isPlain ? Certainty() : certaintyOf(inventory, machine, basis.import, passed);
+    report.verdict = basis.isPlain ? plainVerdict(passed) : verdictOf(inventory, passed, certainty);
+    report.doubts = std::move(certainty.doubts);
+    report.unread = machine.unread();
+    report.import = basis.import != nullptr ? *basis.import : ImportReport();
+    report.combinations = inventory.summary().combinations;
     report.givenUpPatterns = static_cast<std::size_t>(inventory.summary().patternsGivenUp);
     report.deviceElements = contentOf(*inventory.script().RootElement()).devices;
     report.machineDevices = machine.deviceCount();
@@ -56,6 +77,7 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
         const Array<Finding> findings = inventory.findings();
         addFindings(findings, inventory, &machine, report.findings, report.devices);
         report.forbidden = forbiddenDevices(findings);
+        markUndetermined(report);
     }
     report.headline = headlineOf(report);
     return report;

@@ -9,11 +9,14 @@
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libDiagnosis/DeviceProblem.h"
+#include "libDiagnosis/Doubt.h"
 #include "libDiagnosis/Verdict.h"
 #include "libInventory/Finding.h"
+#include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
 #include "libReport/ReportWriter.h"
 #include "libSystemState/StateManager.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/results/TestRunEventImp.h"
 
 /// What a check found, as data; text and JSON are written from it. CheckRun.h makes one of a machine and a script; who
@@ -48,12 +51,15 @@ struct CheckReport {
     std::string headline;  ///< what is to be said first, in one line
     std::optional<bool> inventorySatisfied;
     std::size_t givenUpPatterns = 0;
+    std::uint64_t combinations = 1;  ///< of alternatives; beyond MOST_COMBINATIONS a run that did not pass is undecided
 
     std::string script;                ///< how reports call it; a path as a rule
     std::optional<std::string> state;  ///< the same of the recording; none for the machine that the program runs on
     Array<String> fileErrors;          ///< why one of them did not load
     std::size_t deviceElements = 0;    ///< of the script
     std::size_t machineDevices = 0;
+    Array<UnreadSource> unread;  ///< what could not be read of the machine
+    ImportReport import;         ///< what the import of its recording passed over; empty when it was none
     std::chrono::steady_clock::duration duration{};
 
     std::vector<ScriptNotice> notices;
@@ -62,19 +68,29 @@ struct CheckReport {
     std::vector<Inventory::DeviceSpec> forbidden;  ///< of each `not` that is not met the first device that it describes
     Array<Inventory::DeviceSpec> extra;            ///< devices of the machine beyond the script
 
+    /// Why the answer is not certain, if it is not; else what it does not hang on.
+    std::vector<Doubt> doubts;
+
     Array<Inventory::DeviceSpec> unsatisfied;  ///< as the engine lists them
     Array<TestRunEventImp> events;             ///< without the closing "InventoryTestFailed"
 
     /// The inventory's script; null when it did not load.
     const XmlDocument* annotatedScript = nullptr;
 
-    /// How many devices the script asks for and the machine lacks.
+    /// How many devices the script asks for and the machine lacks for sure.
     std::size_t missingCount() const noexcept;
+};
+
+/// How much a report trusts the engine's answer.
+struct CheckBasis {
+    const ImportReport* import = nullptr;  ///< of the machine's recording; borrowed, null for none
+    bool isPlain = false;                  ///< the verdict is the engine's answer, whatever is not known
 };
 
 /// Requires: the inventory has run on that machine, and `passed` is its answer. What the inventory cannot know (names,
 /// events, duration, whether the script was met leaving extra devices aside) is left for the caller.
-CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed);
+CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed,
+                        const CheckBasis& basis = CheckBasis());
 
 /// text: the verdict, missing and extra devices, the findings in the order of the script, counts
 /// and time; requires that the script and the machine were loaded. json: one object.

@@ -9,11 +9,11 @@ CheckRun::CheckRun(StateManager& machine) : m_machine(machine) {
     m_inventory.setStateManager(machine);
 }
 
-CheckReport CheckRun::run() {
+CheckReport CheckRun::run(const CheckBasis& basis) {
     m_events.clear();
     bool isSatisfied = false;
     const bool passed = m_inventory.run(&isSatisfied);
-    CheckReport report = checkReport(m_inventory, m_machine, passed);
+    CheckReport report = checkReport(m_inventory, m_machine, passed, basis);
     report.inventorySatisfied = isSatisfied;
     report.events = std::exchange(m_events, {});
     return report;

@@ -28,7 +28,7 @@ public:
     const Array<String>& fileErrors() const noexcept { return m_fileErrors; }
 
     /// Runs the check. Names and duration of the report are left for the caller. Requires: a script is loaded.
-    CheckReport run();
+    CheckReport run(const CheckBasis& basis = CheckBasis());
 
 private:
     void handleEvent(const TestRunEventImp& event) override;

@@ -13,8 +13,8 @@ public:
     Array<TestRunEventImp> events;
 };
 
-Verdict verdictOfDevice(const Inventory& engine, bool passed) {
-    if (engine.summary().patternsGivenUp > 0) {
+Verdict verdictOfDevice(const Inventory& engine, bool passed, const Certainty& certainty) {
+    if (engine.summary().patternsGivenUp > 0 || certainty.couldHavePassed || certainty.couldHaveFailed) {
         return Verdict::Undecided;
     }
     if (!passed) {
@@ -26,12 +26,13 @@ Verdict verdictOfDevice(const Inventory& engine, bool passed) {
 
 }  // namespace
 
-DeviceCheckReport checkDevice(const IDeviceImp& device, const String& content, bool withScript) {
+DeviceCheckReport checkDevice(const IDeviceImp& device, const String& content, bool withScript,
+                              const StateManager* machine, const CheckBasis& basis) {
     DeviceCheckReport report;
     report.device = specOf(device);
     report.guid = device.guid();
     report.isTypeUsable = Inventory::canCheckDevice(device);
-    if (!report.isTypeUsable) {
+    if (!report.isTypeUsable && !basis.isPlain) {
         report.verdict = Verdict::Undecided;
         return report;
     }
@@ -42,7 +43,16 @@ DeviceCheckReport checkDevice(const IDeviceImp& device, const String& content, b
     if (engine.script().Error() || engine.script().RootElement() == nullptr) {
         return report;
     }
-    report.verdict = verdictOfDevice(engine, passed);
+    if (basis.isPlain) {
+        report.verdict = passed ? Verdict::Passed : Verdict::Failed;
+    } else {
+        Certainty certainty;
+        if (machine != nullptr) {
+            certainty = certaintyOfDevice(engine, device, *machine, basis.import, passed);
+        }
+        report.verdict = verdictOfDevice(engine, passed, certainty);
+        report.doubts = std::move(certainty.doubts);
+    }
     if (withScript) {
         report.annotatedScript = engine.script().toString();
     }

@@ -26,13 +26,16 @@ struct DeviceCheckReport {
     Inventory::DeviceSpec device;
     String guid;
     Array<TestRunEventImp> events;          ///< every event
+    std::vector<Doubt> doubts;              ///< about properties, where these keep the answer from being certain
     std::vector<ReportFinding> findings;    ///< in document order
     std::vector<DeviceProblem> devices;     ///< one at most
     std::optional<String> annotatedScript;  ///< when it was asked for
 };
 
-/// Checks the device. `withScript` asks for the annotated script.
-DeviceCheckReport checkDevice(const IDeviceImp& device, const String& content, bool withScript);
+/// Checks the device. `withScript` asks for the annotated script. With the machine that it is of, what is not known of
+/// it counts.
+DeviceCheckReport checkDevice(const IDeviceImp& device, const String& content, bool withScript,
+                              const StateManager* machine = nullptr, const CheckBasis& basis = CheckBasis());
 
 /// text: the verdict and the properties that differ; the annotated script in place of those, when there is one.
 /// json: one object.

@@ -16,7 +16,8 @@ namespace {
 constexpr const char* CHECK_FOOTER =
     "Exit status: 0 the machine holds what the script asks for; 1 it does not;\n"
     "2 a file cannot be read, parsed or written; 3 undetermined: the script asks for\n"
-    "nothing, a pattern took too much work, or this machine cannot be read;\n"
+    "nothing, a pattern took too much work, there are too many alternatives, or the\n"
+    "machine could not be read where it matters;\n"
     "4 internal error.\n"
     "\n"
     "Examples:\n"
@@ -37,7 +38,9 @@ std::string whyUndetermined(const CheckReport& report) {
             return inputName(report.script) +
                    ": nothing to check: the script holds no device and no fail-on-extra element";
         case Verdict::Undecided:
-            return inputName(report.script) + ": undecided: a pattern took too much work on a value and was given up";
+            return inputName(report.script) +
+                   (report.givenUpPatterns > 0 ? ": undecided: a pattern took too much work on a value and was given up"
+                                               : ": undetermined: " + report.headline);
         default: return {};
     }
 }
@@ -80,14 +83,14 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     Inventory& inventory = world.run.inventory();
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
     loadScript(options.scriptPath, world.run, session);
-    loadMachine(options.statePath, world.machine, session);
+    const ImportReport import = loadMachine(options.statePath, world.machine, session);
     {
         CombinationProgress progress(session.console);
-        inventory.setProgress([&progress](const RunProgress& state) {
+        inventory.setProgress([&progress, &options](const RunProgress& state) {
             progress.show(state);
-            return true;
+            return options.isPlain || state.combinations <= MOST_COMBINATIONS;
         });
-        world.report = world.run.run();
+        world.report = world.run.run({&import, options.isPlain});
         inventory.setProgress({});
     }
     world.report.duration = session.console.now() - start;
@@ -134,6 +137,7 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         ->type_name("FILE");
     command.add_flag("--no-unsatisfied-tips", options->hasNoUnsatisfiedTips,
                      "Leave out the error that says that a device is not satisfied");
+    options->addPlain(command);
     options->addLogging(command);
     command.footer(CHECK_FOOTER);
     setAction(command, session, options, [options, &session] { return check(*options, session); });

@@ -15,6 +15,7 @@
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/OrInsidePart.h"
 #include "libReport/DeviceCheckReport.h"
+#include "libReport/text/DoubtText.h"
 
 namespace vrx::cli {
 
@@ -99,7 +100,8 @@ StateManager::DevicePointer findDevice(const std::string& guid, const StateManag
 }
 
 [[noreturn]] void failUndecided(const Content& content, const DeviceCheckReport& report) {
-    const std::string why = report.isTypeUsable
+    const std::string why = !report.doubts.empty() ? doubtText(report.doubts.front())
+                            : report.isTypeUsable
                                 ? "a pattern took too much work on a value and was given up"
                                 : "no script can ask for the device's type \"" + report.device.type.toUtf8() + "\"";
     throw CommandFailure(ExitStatus::Undetermined, content.name + ": undecided: " + why);
@@ -109,9 +111,10 @@ CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
     const Content content = readContent(options.content);
     examine(content);
     StateManager& store = session.make<StateManager>();
-    loadMachine(options.statePath, store, session);
+    const ImportReport import = loadMachine(options.statePath, store, session);
     const auto device = findDevice(options.guid, store, machineName(options.statePath));
-    const DeviceCheckReport report = vrx::checkDevice(*device, content.text, options.hasReport);
+    const DeviceCheckReport report =
+        vrx::checkDevice(*device, content.text, options.hasReport, &store, {&import, options.isPlain});
     if (report.verdict == Verdict::Undecided) {
         failUndecided(content, report);
     }
@@ -136,6 +139,7 @@ void addCheckDeviceCommand(CLI::App& parent, Session& session) {
     command.add_flag("--report", options->hasReport, "Report the script with what was found");
     options->addFormat(command, deviceCheckWriters());
     options->addOutput(command);
+    options->addPlain(command);
     options->addLogging(command);
     command.footer(CHECK_DEVICE_FOOTER);
     setAction(command, session, options, [options, &session] { return checkDevice(*options, session); });

@@ -43,7 +43,7 @@ CommandResult convert(const ConvertOptions& options, Session& session) {
         }
     }
     StateManager& store = session.make<StateManager>();
-    const RecordingFormat format = loadRecording(options.inputPath, load, store, session);
+    const RecordingFormat format = loadRecording(options.inputPath, load, store, session).format;
     session.say(fmt::format("{}: {}, {}", inputName(options.inputPath),
                             formatTitle(isForeign(format) ? format : RecordingFormat::SysInfo),
                             counted(static_cast<std::size_t>(store.deviceCount()), "device")));

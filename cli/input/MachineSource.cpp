@@ -6,6 +6,7 @@
 
 #include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
+#include "libReport/text/ImportNotices.h"
 #include "libReport/text/TextPieces.h"
 
 namespace vrx::cli {
@@ -73,13 +74,16 @@ void loadThisMachine(StateManager& store, const Session& session) {
 
 }  // namespace
 
-RecordingFormat loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
-                              const Session& session) {
+ImportResult loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
+                           const Session& session) {
     const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
-    const ImportResult result = importInput(path, options, store);
+    ImportResult result = importInput(path, options, store);
     if (session.logLevel <= LogPriority::Warning) {
         for (const String& line : damageLines(result)) {
             session.say(fmt::format("{}: warning: {}", inputName(path), line.toUtf8()));
+        }
+        for (const std::string& notice : importNotices(result.report)) {
+            session.say(fmt::format("{}: warning: {}", inputName(path), notice));
         }
     }
     if (!result.isImported()) {
@@ -88,15 +92,15 @@ RecordingFormat loadRecording(const std::string& path, const ImportOptions& opti
     for (const String& line : result.report.errorLines()) {
         session.log->show(LogPriority::Error, line);
     }
-    return result.format;
+    return result;
 }
 
-void loadMachine(const std::string& statePath, StateManager& store, const Session& session) {
+ImportReport loadMachine(const std::string& statePath, StateManager& store, const Session& session) {
     if (statePath.empty()) {
         loadThisMachine(store, session);
-    } else {
-        loadRecording(statePath, {}, store, session);
+        return {};
     }
+    return loadRecording(statePath, {}, store, session).report;
 }
 
 void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session& session) {

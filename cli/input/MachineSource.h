@@ -16,12 +16,12 @@ namespace vrx::cli {
 /// program runs on when the path is empty; what could not be read of that one is said on standard error.
 /// The recording may be in any format that recognisedFormat knows; what was damaged in one of another program is said
 /// on standard error, one line for each kind.
-/// Throws a CommandFailure when there is no machine.
-void loadMachine(const std::string& statePath, StateManager& store, const Session& session);
+/// Throws a CommandFailure when there is no machine. Returns what the import did, if it was a recording.
+ImportReport loadMachine(const std::string& statePath, StateManager& store, const Session& session);
 
-/// The same for a recording. Returns its format.
-RecordingFormat loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
-                              const Session& session);
+/// The same for a recording.
+ImportResult loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
+                           const Session& session);
 
 /// Says on standard error what could not be read of the machine. Throws a CommandFailure when nothing could.
 void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session& session);

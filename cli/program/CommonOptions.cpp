@@ -98,6 +98,10 @@ void CommonOptions::addOutput(CLI::App& command) {
         ->type_name("FILE");
 }
 
+void CommonOptions::addPlain(CLI::App& command) {
+    command.add_flag("--plain", isPlain, "The engine's own answer, whatever is not known or cannot be sure");
+}
+
 void CommonOptions::addLogging(CLI::App& command) {
     command
         .add_option("--log-level", logLevel,

@@ -22,6 +22,7 @@ struct CommonOptions {
     std::string outputPath;  ///< empty for standard output
     std::string logLevel = "warning";
     std::string logFile;
+    bool isPlain = false;  ///< what the engine answers is all that counts
 
     void addState(CLI::App& command);
 
@@ -35,6 +36,9 @@ struct CommonOptions {
         addFormats(command, names);
     }
     void addOutput(CLI::App& command);
+
+    /// The engine as it stands, for commands that check or generate.
+    void addPlain(CLI::App& command);
 
     /// Every command has these.
     void addLogging(CLI::App& command);

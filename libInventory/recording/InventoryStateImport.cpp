@@ -6,6 +6,7 @@
 
 #include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/recording/PassedOver.h"
 #include "libInventory/recording/SysInfoReader.h"
 #include "libInventory/recording/UnreadElements.h"
 #include "libInventory/support/InventoryLog.h"
@@ -38,6 +39,17 @@ void importDevices(XmlDocument& document, SysInfoReader& reader, StateManager& s
     }
 }
 
+/// What was passed over is looked for in the document as a whole, where elements have their places.
+template <typename Load>
+void notePassedOver(const Load& load, ImportReport& report) {
+    XmlDocument document;
+    if (load(document, nullptr)) {
+        findPassedOver(*document.RootElement(), report);
+    } else {
+        report.passedOver.emplace();  // it has changed meanwhile
+    }
+}
+
 template <typename Load>
 bool importInto(StateManager& store, ImportReport& report, const Load& load) {
     XmlDocument document;
@@ -46,6 +58,9 @@ bool importInto(StateManager& store, ImportReport& report, const Load& load) {
         importDevices(document, reader, store, report);
     } else {
         noteParseError(document, report);
+    }
+    if (report.failure == Failure::None && reader.hasMetOddities()) {
+        notePassedOver(load, report);
     }
     for (const String& line : report.failureLines()) {
         VRX_LOG(inventoryLog(), LogPriority::Error, line);

@@ -23,10 +23,12 @@
 #include <utility>
 
 #include "libCommon/text/NumberText.h"
+#include "libCommon/text/UuCode.h"
 #include "libCommon/values/Measurement.h"
 #include "libCommon/values/Unit.h"
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/ImportReport.h"
+#include "libInventory/recording/SysInfoStructure.h"
 #include "libInventory/recording/SysInfoVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/InventoryLog.h"
@@ -39,26 +41,6 @@
 namespace vrx {
 
 namespace {
-
-bool isDevice(StringView name) noexcept { return name == sysInfo::DEVICE || name == sysInfo::DEVICE_LOWER; }
-bool isProperty(StringView name) noexcept { return name == sysInfo::PROPERTY || name == sysInfo::PROPERTY_UPPER; }
-
-XmlElement* firstDevice(XmlElement& parent) {
-    for (XmlElement* list = parent.FirstChildElement(sysInfo::SYS_INFO); list;
-         list = list->NextSiblingElement(sysInfo::SYS_INFO)) {
-        if (XmlElement* const device = list->FirstChildElement(sysInfo::DEVICE)) {
-            return device;
-        }
-    }
-    XmlElement* const device = parent.FirstChildElement(sysInfo::DEVICE);
-    return device ? device : parent.FirstChildElement(sysInfo::DEVICE_LOWER);
-}
-
-// Contract: the first `property` wins over any `Property`, also over one that stands before it and is then skipped.
-XmlElement* firstProperty(XmlElement& parent) {
-    XmlElement* const property = parent.FirstChildElement(sysInfo::PROPERTY);
-    return property ? property : parent.FirstChildElement(sysInfo::PROPERTY_UPPER);
-}
 
 /// The children that describe a device itself, the first of each name.
 struct DeviceItems {
@@ -81,7 +63,7 @@ DeviceItems itemsOf(XmlElement& device) {
     DeviceItems items;
     for (const XmlElement* child : childElements(device)) {
         const StringView name = child->Name();
-        if (isProperty(name)) {
+        if (sysInfo::isProperty(name)) {
             continue;  // nearly all children are properties
         }
         if (name == sysInfo::TYPE_ITEM) {
@@ -94,7 +76,7 @@ DeviceItems itemsOf(XmlElement& device) {
             keepFirst(items.name, child);
         } else if (name == sysInfo::CAPABILITY) {
             items.capabilities = items.capabilities | CapabilityImp(child->NormalizedText());
-        } else if (isDevice(name) || name == sysInfo::SYS_INFO) {
+        } else if (sysInfo::isDevice(name) || name == sysInfo::SYS_INFO) {
             items.hasLists = true;
             items.hasDevices = items.hasDevices || name == sysInfo::DEVICE;
         }
@@ -170,20 +152,22 @@ Array<String> childValues(XmlElement& property) {
 }
 
 /// Empty when the units are unknown. Contract: the number is that of the attribute, 0 when it is none or missing.
-std::optional<ValueImp> measuredValue(StringView attribute, StringView units) {
+std::optional<ValueImp> measuredValue(StringView attribute, StringView units, bool& isNumber) {
     const std::optional<Unit> unit = Unit::lookupByString(units);
     if (!unit) {
         return std::nullopt;
     }
-    return ValueImp(DiscreteMeasurement(unit->type(), String(attribute).strToReal64(), unit->magnitude()));
+    return ValueImp(DiscreteMeasurement(unit->type(), String(attribute).strToReal64(&isNumber), unit->magnitude()));
 }
 
 }  // namespace
 
 bool SysInfoReader::readElement(XmlElement& element) {
-    if (!isDevice(element.Name())) {
+    if (!sysInfo::isDevice(element.Name())) {
+        m_hasMetOddities = m_hasMetOddities || sysInfo::looksLikeDevice(element);
         return false;
     }
+    ++m_devicesMet;
     const DeviceItems items = itemsOf(element);
     if (!hasItem(element, items.osLocator, sysInfo::OS_LOCATOR) ||
         !hasItem(element, items.hwLocator, sysInfo::HW_LOCATOR) || !hasItem(element, items.name, sysInfo::NAME)) {
@@ -208,13 +192,13 @@ bool SysInfoReader::readElement(XmlElement& element) {
 }
 
 bool SysInfoReader::readDevices(XmlElement& parent) {
-    XmlElement* const first = firstDevice(parent);
+    XmlElement* const first = sysInfo::firstDeviceOf(parent);
     if (!first) {
         return false;
     }
     std::uint32_t counter = 0;
     for (XmlElement* element = first; element; element = element->NextSiblingElement()) {
-        if (isDevice(element->Name())) {
+        if (sysInfo::isDevice(element->Name())) {
             readDevice(*element, counter++);
         }
     }
@@ -258,6 +242,7 @@ void SysInfoReader::readDevice(XmlElement& element, std::uint32_t counter) {
 
 void SysInfoReader::addDevice(const boost::shared_ptr<IDeviceImp>& device, const RecordedProperties& properties) {
     ++m_report.devices;
+    m_hasMetOddities = m_hasMetOddities || device->type().isInvalid();
     m_report.properties += static_cast<std::uint32_t>(properties.entries().size());
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"populateStateManagerRecursive() adding device: " << device->guid());
     m_store.addDevice(device, nullptr);
@@ -273,8 +258,8 @@ std::unique_ptr<const RecordedProperties> SysInfoReader::propertiesOf(XmlElement
 }
 
 bool SysInfoReader::readProperties(XmlElement& parent) {
-    for (XmlElement* element = firstProperty(parent); element; element = element->NextSiblingElement()) {
-        if (isProperty(element->Name()) && !readProperty(*element)) {
+    for (XmlElement* element = sysInfo::firstPropertyOf(parent); element; element = element->NextSiblingElement()) {
+        if (sysInfo::isProperty(element->Name()) && !readProperty(*element)) {
             if (!m_isAhead) {
                 skip(*element);
             }
@@ -289,10 +274,12 @@ bool SysInfoReader::readProperty(XmlElement& element) {
     const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(sysInfo::KEY_ITEM) : nullptr;
     const std::uint32_t spec = keyChild ? specOf(keyChild->GetText()) : specOf(attributes.key);
 
+    bool isNumber = true;
     if (attributes.units.empty()) {
         addPlain(spec, element, attributes.value);
-    } else if (std::optional<ValueImp> value = measuredValue(attributes.value, attributes.units)) {
+    } else if (std::optional<ValueImp> value = measuredValue(attributes.value, attributes.units, isNumber)) {
         addValue(spec, std::move(*value));
+        m_hasMetOddities = m_hasMetOddities || !isNumber;
     } else if (m_isAhead) {
         m_hasToWait = true;
         return false;
@@ -314,10 +301,11 @@ void SysInfoReader::skip(const XmlElement& element) {
     const XmlElement* const keyChild = attributes.key.empty() ? element.FirstChildElement(sysInfo::KEY_ITEM) : nullptr;
     skipped.key = keyChild ? keyChild->GetText() : String(attributes.key);
     skipped.text = attributes.units;
+    skipped.device = m_report.devices;
     skipped.row = element.Row() + 1;
     skipped.column = element.Column() + 1;
     for (const XmlElement* next = element.NextSiblingElement(); next; next = next->NextSiblingElement()) {
-        skipped.propertiesBehind += isProperty(next->Name()) ? 1U : 0U;
+        skipped.propertiesBehind += sysInfo::isProperty(next->Name()) ? 1U : 0U;
     }
     VRX_LOG(inventoryLog(), LogPriority::Error, skipped.line());
 }
@@ -377,6 +365,7 @@ std::uint32_t SysInfoReader::newSpec(StringView key) {
     m_specs->push_back(spec);
     m_isRegistered.push_back(false);
     m_positions.emplace(spec->key(), position);
+    m_hasMetOddities = m_hasMetOddities || needsUuEncode(key);
     ++m_unregistered;
     return position;
 }

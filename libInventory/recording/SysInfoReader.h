@@ -13,14 +13,13 @@
 #include "libCommon/text/String.h"
 #include "libCommon/text/TextHash.h"
 #include "libCommon/xml/XmlElementReader.h"
+#include "libInventory/ImportReport.h"
 #include "libSystemState/Forward.h"
 #include "libSystemState/properties/PropertySpecImp.h"
 #include "libSystemState/properties/RecordedProperties.h"
 #include "libSystemState/values/ValueImp.h"
 
 namespace vrx {
-
-struct ImportReport;
 
 /// Reads the devices of one SysInfo document into a store. A reader serves one document and must not outlive the store
 /// or the report.
@@ -41,6 +40,10 @@ public:
     /// Adds the devices that are listed under an element, each followed by those nested in it. False when the element
     /// holds no device list.
     bool readDevices(XmlElement& parent);
+
+    /// Whether there was anything that rules of scripts cannot see, or a measurement without a number. Requires: the
+    /// document was read while it was parsed.
+    bool hasMetOddities() const noexcept { return m_hasMetOddities || m_devicesMet != m_report.devices; }
 
 private:
     /// A device that was read ahead; its element's user data points to it.
@@ -94,6 +97,8 @@ private:
     bool m_hasToWait = false;  // whether the device that is read ahead can only be read later
     std::deque<DeviceAhead> m_ahead;
     boost::unordered_flat_map<StringView, std::uint32_t, TextHash> m_positions;  // the keys are borrowed from m_specs
+    std::uint32_t m_devicesMet = 0;  // elements that are called as devices are
+    bool m_hasMetOddities = false;
     std::uint32_t m_expected = 0;  // position of the property specification that the next property probably has
 };
 

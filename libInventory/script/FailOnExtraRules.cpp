@@ -11,6 +11,7 @@
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libSystemState/StateManager.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/DeviceImp.h"
 
@@ -49,8 +50,12 @@ NamedDevices namedDevices(const XmlElement& root) {
 }
 
 bool namesAll(const NamedDevices& named, const StateManager& machine, const CapabilityImp& type) {
+    const auto mayHide = [&type](const UnreadSource& unread) {
+        return unread.mayHide(type);
+    };
     const auto& devices = machine.devicesCapableOf(type);
-    return std::all_of(devices.begin(), devices.end(),
+    return std::none_of(machine.unread().begin(), machine.unread().end(), mayHide) &&
+           std::all_of(devices.begin(), devices.end(),
                        [&named](const auto& device) { return named.guids.contains(device->guid()); });
 }
 

@@ -8,12 +8,14 @@
 
 #include <fmt/format.h>
 
+#include <limits>
 #include <set>
 #include <utility>
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/text/DeviceSummary.h"
+#include "libReport/text/DoubtText.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/writers/DifferenceText.h"
@@ -132,7 +134,7 @@ std::vector<const Inventory::DeviceSpec*> unpairedExtras(const CheckReport& repo
 
 std::string firstMissing(const CheckReport& report) {
     for (const DeviceProblem& problem : report.devices) {
-        if (problem.isMissing) {
+        if (problem.isMissing && !problem.isUndetermined) {
             return textOf(problem);
         }
     }
@@ -154,14 +156,30 @@ std::string problemSentence(const CheckReport& report) {
     return count > 1 ? first + ", and " + counted(count - 1, "more problem") : first;
 }
 
+/// Why there is no sure answer.
+std::string doubtSentence(const CheckReport& report) {
+    if (report.givenUpPatterns > 0) {
+        return counted(report.givenUpPatterns, "pattern test") + " took too much work and had to be given up";
+    }
+    if (!report.doubts.empty()) {
+        const std::size_t more = report.doubts.size() - 1;
+        return doubtText(report.doubts.front()) + (more > 0 ? ", and " + counted(more, "more doubt") : "");
+    }
+    if (report.combinations > MOST_COMBINATIONS) {
+        const bool isMore = report.combinations == std::numeric_limits<std::uint64_t>::max();
+        return fmt::format("the alternatives of the script make {}{} combinations, which are too many to try",
+                           isMore ? "more than " : "", report.combinations);
+    }
+    return "not everything that the script asks for could be tried";
+}
+
 }  // namespace
 
 std::string headlineOf(const CheckReport& report) {
     switch (report.verdict) {
         case Verdict::Passed: return "the machine holds what the script asks for";
         case Verdict::NothingToCheck: return "the script asks for no device and has no fail-on-extra rule";
-        case Verdict::Undecided:
-            return counted(report.givenUpPatterns, "pattern test") + " took too much work and had to be given up";
+        case Verdict::Undecided: return doubtSentence(report);
         default: return problemSentence(report);
     }
 }

@@ -1,7 +1,9 @@
 #include <fmt/format.h>
 
 #include "libReport/text/DeviceSpecJson.h"
+#include "libReport/text/DoubtText.h"
 #include "libReport/text/JsonWriter.h"
+#include "libReport/text/UnreadText.h"
 #include "libReport/writers/EventJson.h"
 #include "libReport/writers/Writers.h"
 
@@ -91,6 +93,65 @@ void writeFindings(JsonWriter& json, const CheckReport& report) {
     json.endArray();
 }
 
+std::string_view verdictName(Verdict verdict) noexcept {
+    switch (verdict) {
+        case Verdict::NotRun: return "refused";
+        case Verdict::Passed: return "passed";
+        case Verdict::Failed: return "failed";
+        default: return "undetermined";
+    }
+}
+
+std::string_view passedOverName(ImportReport::PassedOver::Kind kind) noexcept {
+    static constexpr std::string_view NAMES[] = {"unknownType", "otherElement", "outsideOfList"};
+    return NAMES[static_cast<std::size_t>(kind)];
+}
+
+void writeMachine(JsonWriter& json, const CheckReport& report) {
+    json.beginObject();
+    json.key("devices").value(static_cast<std::int64_t>(report.machineDevices));
+    json.key("unread");
+    writeUnread(json, report.unread);
+    json.key("passedOver").beginArray();
+    for (const ImportReport::PassedOver& one : report.import.passedOver) {
+        json.beginObject();
+        json.key("kind").value(passedOverName(one.kind));
+        json.key("element").value(one.element);
+        json.key("type").value(one.type);
+        writePlace(json, {one.row, one.column});
+        json.endObject();
+    }
+    json.endArray();
+    json.key("noNumbers").beginArray();
+    for (const ImportReport::NoNumber& one : report.import.noNumbers) {
+        json.beginObject();
+        json.key("property").value(one.key);
+        json.key("text").value(one.text);
+        writePlace(json, {one.row, one.column});
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
+}
+
+void writeDoubts(JsonWriter& json, const std::vector<Doubt>& doubts) {
+    json.beginArray();
+    for (const Doubt& doubt : doubts) {
+        json.beginObject();
+        json.key("asked").value(nameOf(doubt.asked));
+        json.key("type").value(doubt.spec.type);
+        if (!doubt.key.isEmpty()) {
+            json.key("property").value(doubt.key);
+        }
+        json.key("cause").value(nameOf(doubt.cause));
+        json.key("text").value(doubt.text);
+        json.key("reason").value(doubt.reason);
+        writePlace(json, doubt.place);
+        json.endObject();
+    }
+    json.endArray();
+}
+
 }  // namespace
 
 std::string checkJson(const CheckReport& report, const TextFormat&) {
@@ -114,6 +175,12 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     writeFindings(json, report);
     json.key("annotatedScript");
     report.annotatedScript ? json.value(report.annotatedScript->toString()) : json.null();
+    json.key("verdict").value(verdictName(report.verdict));
+    json.key("headline").value(std::string_view(report.headline));
+    json.key("machine");
+    writeMachine(json, report);
+    json.key("undetermined");
+    writeDoubts(json, report.doubts);
     json.endObject();
     return json.take();
 }

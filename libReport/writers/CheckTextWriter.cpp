@@ -3,12 +3,16 @@
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
+#include "libReport/text/DoubtText.h"
+#include "libReport/text/ImportNotices.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
+#include "libReport/text/UnreadText.h"
 #include "libReport/writers/FindingLines.h"
 #include "libReport/writers/NoticeText.h"
+#include "libReport/writers/PlacedLines.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {
@@ -34,7 +38,7 @@ void writeDevices(std::string& out, const char* title, const std::vector<Row>& r
 std::vector<Row> missingRows(const CheckReport& report) {
     std::vector<Row> rows;
     for (const DeviceProblem& problem : report.devices) {
-        if (problem.isMissing) {
+        if (problem.isMissing && !problem.isUndetermined) {
             const Inventory::DeviceSpec& written = problem.written;
             rows.push_back({orDash(written.type), written.name.isEmpty() ? "-" : readablePattern(written.name),
                             orDash(written.hwLocator), orDash(written.osLocator)});
@@ -55,7 +59,7 @@ std::string verdictText(Verdict verdict, const TextFormat& format) {
     switch (verdict) {
         case Verdict::Passed: return styled("PASSED", Style::Good, format.colour);
         case Verdict::NothingToCheck: return styled("NOTHING CHECKED", Style::Caution, format.colour);
-        case Verdict::Undecided: return styled("UNDECIDED", Style::Caution, format.colour);
+        case Verdict::Undecided: return styled("UNDETERMINED", Style::Caution, format.colour);
         default: return styled("FAILED", Style::Bad, format.colour);
     }
 }
@@ -86,6 +90,27 @@ void writeFindings(std::string& out, const CheckReport& report, const TextFormat
                        counted(findings.count, "finding"), durationText(report.duration));
 }
 
+/// What is not known, where it may matter: of a check that is certain only what the recording is wrong in.
+void writeUnknowns(std::string& out, const CheckReport& report, const TextFormat& format) {
+    const std::string file = inputName(report.script);
+    PlacedLines lines(file, format);
+    for (const Doubt& doubt : report.doubts) {
+        lines.wrapped(0, lines.placeText(doubt.place) + "  " + doubtText(doubt), Style::Caution);
+    }
+    if (report.verdict != Verdict::Passed) {
+        for (const UnreadSource& unread : report.unread) {
+            lines.wrapped(0, "not read: " + unreadText(unread), Style::Caution);
+        }
+    }
+    for (const std::string& notice : importNotices(report.import)) {
+        lines.wrapped(0, "in the recording: " + notice, Style::Caution);
+    }
+    const std::string text = lines.take();
+    if (!text.empty()) {
+        out += "\n" + styled("Not known", Style::Bold, format.colour) + "\n" + text;
+    }
+}
+
 }  // namespace
 
 std::string checkText(const CheckReport& report, const TextFormat& format) {
@@ -95,6 +120,7 @@ std::string checkText(const CheckReport& report, const TextFormat& format) {
     if (!notices.empty()) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
+    writeUnknowns(out, report, format);
     if (report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided) {
         writeFindings(out, report, format);
     } else {

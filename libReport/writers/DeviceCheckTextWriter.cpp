@@ -1,5 +1,6 @@
 #include "libCommon/text/PrintableText.h"
 #include "libCommon/xml/XmlDocument.h"
+#include "libReport/text/DoubtText.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextTable.h"
 #include "libReport/writers/FindingLines.h"
@@ -31,7 +32,7 @@ std::string headOf(Verdict verdict, const TextFormat& format) {
         case Verdict::NothingToCheck:
             return styled("NOTHING CHECKED", Style::Caution, format.colour) + "  the content asks for no property\n";
         case Verdict::Undecided:
-            return styled("UNDECIDED", Style::Caution, format.colour) + "  there is no sure answer\n";
+            return styled("UNDETERMINED", Style::Caution, format.colour) + "  there is no sure answer\n";
         case Verdict::Passed: return styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n";
         default: return styled("FAILED", Style::Bad, format.colour) + "  the device does not meet the content\n";
     }
@@ -45,6 +46,9 @@ std::string deviceCheckText(const DeviceCheckReport& report, const TextFormat& f
     table.addRow({"device", printable(report.device.type) + "  " + printable(report.device.name)});
     table.addRow({"guid", printable(report.guid)});
     table.write(out, format);
+    for (const Doubt& doubt : report.doubts) {
+        out += styled(doubtText(doubt), Style::Caution, format.colour) + "\n";
+    }
     if (report.annotatedScript) {
         out += "\n" + indentedScript(*report.annotatedScript);
     } else if (report.verdict == Verdict::Failed) {

@@ -149,7 +149,7 @@ TEST_F(ProgramTest, GivesNoAnswerWhenAPatternTakesTooMuchWork) {
     const std::string asked = write("s.xml", "<inventory-check>" + device + "</inventory-check>");
     const std::string forbidden = write("n.xml", "<inventory-check><not>" + device + "</not></inventory-check>");
     EXPECT_EQ(run({"check", asked, "--state", machine}), 3);
-    EXPECT_THAT(console.out, StartsWith("UNDECIDED"));
+    EXPECT_THAT(console.out, StartsWith("UNDETERMINED"));
     EXPECT_EQ(run({"check", forbidden, "--state", machine, "--format", "json", "--log-level", "off"}), 3);
     EXPECT_FALSE(boost::json::parse(console.out).at("passed").as_bool());
     EXPECT_EQ(run({"match", "^(a+)+$", value + "b"}), 3);

@@ -1,0 +1,327 @@
+/// Whether an answer is certain.
+///
+/// The script is evaluated once more, from what the run found, with two answers for each element: whether it may hold,
+/// and whether it may not. Where nothing is unknown just one of them is true. A device that was not found may be there
+/// if a source of its type could not be read; one that was found is doubtful only if it was judged by a property whose
+/// value is not known. `not` turns the two around; of an `or` the alternative that was kept counts, and others as far
+/// as they hold something doubtful.
+///
+/// Where an estimate is made it is made so that a doubt is kept: who is in doubt says so.
+///
+/// A run that failed has failed for sure when the script cannot hold, or when a device is too many that nothing
+/// doubtful could have claimed.
+
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "libCommon/text/UuCode.h"
+#include "libDiagnosis/DeviceProblem.h"
+#include "libDiagnosis/Doubt.h"
+#include "libDiagnosis/Unknowns.h"
+#include "libInventory/Finding.h"
+#include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptWalk.h"
+#include "libInventory/script/XmlChildren.h"
+#include "libSystemState/devices/IDeviceImp.h"
+
+namespace vrx {
+
+namespace {
+
+using vocabulary::ElementKind;
+using Asked = Doubt::Asked;
+
+struct Truth {
+    bool mayHold = true;
+    bool mayFail = false;
+    bool isDoubtful = false;  ///< something unknown is in it
+};
+
+Truth both(const Truth& one, const Truth& other) {
+    return {one.mayHold && other.mayHold, one.mayFail || other.mayFail, one.isDoubtful || other.isDoubtful};
+}
+
+/// How an element is looked at.
+struct View {
+    bool isKept = true;        ///< it is part of the combination that the run speaks of
+    bool isForbidden = false;  ///< it lies in a `not`
+};
+
+class CertaintySearch {
+public:
+    CertaintySearch(const Inventory& inventory, const Unknowns& unknowns)
+        : m_inventory(inventory), m_unknowns(unknowns) {
+        const Array<const XmlElement*> missing = inventory.missingElements();
+        m_missing.insert(missing.begin(), missing.end());
+        for (const ChosenAlternative& choice : inventory.chosenAlternatives()) {
+            m_chosen.emplace(choice.orElement, choice.alternative);
+        }
+        const RunSummary& summary = inventory.summary();
+        m_isOpen = summary.wasStopped || summary.combinations > MOST_COMBINATIONS;
+    }
+
+    Certainty find(bool passed) {
+        const XmlElement& root = *m_inventory.script().RootElement();
+        const Truth whole = ofContent(root, View());
+        const bool isRuleDoubtful = lookAtRules(root);
+        const bool isDoubtful = whole.isDoubtful || isRuleDoubtful || m_isOpen;
+        Certainty certainty;
+        certainty.couldHavePassed = !passed && isDoubtful && whole.mayHold && mayClaimExtras();
+        certainty.couldHaveFailed = passed && ((whole.mayFail && whole.isDoubtful) || isRuleDoubtful);
+        certainty.doubts = std::move(m_doubts);
+        return certainty;
+    }
+
+    /// Of a single-device check, which runs on a copy of the device.
+    Certainty findForDevice(const IDeviceImp& device, bool passed) {
+        const XmlElement* const element = m_inventory.script().RootElement()->FirstChildElement();
+        Certainty certainty;
+        if (element != nullptr && passed) {
+            certainty.couldHaveFailed = asksForUnknown(*element, device);
+        } else if (element != nullptr) {
+            const Array<Candidate> candidates = m_inventory.outcomeOf(*element).candidates;
+            certainty.couldHavePassed = !candidates.isEmpty() && mayMeet(candidates[0], device);
+        }
+        certainty.doubts = std::move(m_doubts);
+        return certainty;
+    }
+
+private:
+    Truth of(const XmlElement& element, const View& view) {
+        switch (vocabulary::kindOf(element)) {
+            case ElementKind::InventoryCheck:
+            case ElementKind::And:
+            case ElementKind::Part: return ofContent(element, view);
+            case ElementKind::Or: return ofAlternatives(element, view);
+            case ElementKind::Not: return ofNot(element, view);
+            case ElementKind::Device: return ofDevice(element, view);
+            default: return {};
+        }
+    }
+
+    Truth ofContent(const XmlElement& element, const View& view) {
+        Truth truth;
+        for (const XmlElement* const child : childElements(element)) {
+            truth = both(truth, of(*child, view));
+        }
+        return truth;
+    }
+
+    Truth ofNot(const XmlElement& element, const View& view) {
+        const Truth content = ofContent(element, {view.isKept, !view.isForbidden});
+        return {content.mayFail, content.mayHold, content.isDoubtful};
+    }
+
+    Truth ofAlternatives(const XmlElement& element, const View& view) {
+        const auto chosen = view.isKept ? m_chosen.find(&element) : m_chosen.end();
+        Truth truth{false, true, false};
+        for (const XmlElement* const child : childElements(element)) {
+            const bool isKept = chosen != m_chosen.end() && chosen->second == child;
+            const Truth one = of(*child, {isKept, view.isForbidden});
+            if (isKept) {
+                truth.mayHold = truth.mayHold || one.mayHold;
+                truth.mayFail = one.mayFail;
+                truth.isDoubtful = truth.isDoubtful || one.isDoubtful;
+            } else if (one.mayHold && (one.isDoubtful || m_isOpen || !view.isKept)) {
+                truth.mayHold = true;
+                truth.isDoubtful = truth.isDoubtful || one.isDoubtful;
+            }
+        }
+        return truth;
+    }
+
+    Truth ofDevice(const XmlElement& element, const View& view) {
+        const bool isFound = view.isKept && !view.isForbidden && !m_missing.contains(&element);
+        if (isFound && !m_unknowns.hasProperties()) {
+            return {};
+        }
+        const DeviceOutcome outcome = m_inventory.outcomeOf(element);
+        if (view.isKept && outcome.isSatisfied) {
+            return ofFound(element, outcome);
+        }
+        Truth truth{false, true, false};
+        for (const Candidate& candidate : outcome.candidates) {
+            if (candidate.failures.isEmpty()) {
+                truth.mayHold = truth.mayHold || !view.isKept || m_isOpen;
+                truth.isDoubtful = truth.isDoubtful || mayGiveUp(candidate.holder, element, view);
+            } else if (mayMeet(candidate, *candidate.device)) {
+                truth.isDoubtful = true;
+                m_mayBeClaimed.insert(candidate.device.get());
+            }
+        }
+        if (truth.isDoubtful) {
+            return {true, true, true};
+        }
+        const CapabilityImp type(attributeOf(element, vocabulary::TYPE));
+        if (std::optional<Doubt> doubt = m_unknowns.hidden(type, view.isForbidden)) {
+            keep(*doubt, view.isForbidden ? Asked::Forbidden : Asked::Device, element);
+            return {true, true, true};
+        }
+        return truth;
+    }
+
+    /// Of an element with a device: in doubt when it asks for a property of it that is not known.
+    Truth ofFound(const XmlElement& element, const DeviceOutcome& outcome) {
+        for (const Candidate& candidate : outcome.candidates) {
+            if (candidate.holder == &element && asksForUnknown(element, *candidate.device)) {
+                return {true, true, true};
+            }
+        }
+        return {true, false, false};
+    }
+
+    /// Whether all that the candidate failed hangs on properties that are not known.
+    bool mayMeet(const Candidate& candidate, const IDeviceImp& device) {
+        return std::all_of(candidate.failures.begin(), candidate.failures.end(),
+                           [&](const Finding& failure) { return asksForUnknown(*failure.element, device); });
+    }
+
+    bool asksForUnknown(const XmlElement& element, const IDeviceImp& device) {
+        if (!m_unknowns.hasProperties()) {
+            return false;
+        }
+        for (ScriptWalk walk(element); walk; ++walk) {
+            if (walk->kind != ElementKind::Property) {
+                continue;
+            }
+            const String key = fromXmlSafe(attributeOf(*walk->element, vocabulary::KEY));
+            if (std::optional<Doubt> doubt = m_unknowns.property(device, key)) {
+                doubt->key = key;
+                keep(*doubt, Asked::Property, *walk->element);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Whether the element that has a device may have another instead, one that was not seen, or one that a third
+    /// element may give up.
+    bool mayGiveUp(const XmlElement* first, const XmlElement& asking, const View& view) {
+        std::vector<const XmlElement*> pending{first};
+        std::vector<const XmlElement*> firm;
+        while (!pending.empty()) {
+            const XmlElement* const holder = pending.back();
+            pending.pop_back();
+            if (holder == nullptr || !m_firm.insert(holder).second) {
+                continue;
+            }
+            firm.push_back(holder);
+            const CapabilityImp type(attributeOf(*holder, vocabulary::TYPE));
+            if (std::optional<Doubt> doubt = m_unknowns.hidden(type, false)) {
+                keep(*doubt, view.isForbidden ? Asked::Forbidden : Asked::Device, asking);
+                for (const XmlElement* const one : firm) {
+                    m_firm.erase(one);
+                }
+                return true;
+            }
+            for (const Candidate& other : m_inventory.outcomeOf(*holder).candidates) {
+                if (other.failures.isEmpty()) {
+                    pending.push_back(other.holder);
+                }
+            }
+        }
+        return false;
+    }
+
+    /// Whether each device that is too many may be what a doubtful element asks for.
+    bool mayClaimExtras() const {
+        const Array<ExtraDevice> extras = m_inventory.extraDevicesWithRules();
+        return std::all_of(extras.begin(), extras.end(), [&](const ExtraDevice& extra) {
+            return m_isOpen || m_mayBeClaimed.contains(extra.device.get()) || m_doubtfulRules.contains(extra.rule);
+        });
+    }
+
+    /// Whether some rule for extra devices cannot see what it has to look at.
+    bool lookAtRules(const XmlElement& root) {
+        bool isDoubtful = false;
+        for (ScriptWalk walk(root, ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
+            if (walk->kind == ElementKind::FailOnExtra) {
+                isDoubtful = lookAtRule(*walk->element) || isDoubtful;
+            }
+        }
+        return isDoubtful;
+    }
+
+    bool lookAtRule(const XmlElement& rule) {
+        for (const StringView attribute : {vocabulary::TYPE, vocabulary::CAPABILITY}) {
+            if (std::optional<Doubt> doubt = m_unknowns.hidden(CapabilityImp(rule.Attribute(attribute)), true)) {
+                keep(*doubt, Asked::Extra, rule);
+                return true;
+            }
+        }
+        if (std::optional<Doubt> doubt = m_unknowns.hiddenOfAnyType()) {
+            keep(*doubt, Asked::Extra, rule);
+            return true;
+        }
+        return m_unknowns.hasProperties() && lookAtContent(rule);
+    }
+
+    /// Whether the rule asks for a property that is not known of a device that it covers.
+    bool lookAtContent(const XmlElement& rule) {
+        const CapabilityImp type(rule.Attribute(vocabulary::TYPE));
+        const CapabilityImp capability(rule.Attribute(vocabulary::CAPABILITY));
+        for (ScriptWalk walk(rule); walk; ++walk) {
+            if (walk->kind != ElementKind::Property) {
+                continue;
+            }
+            const String key = fromXmlSafe(attributeOf(*walk->element, vocabulary::KEY));
+            if (std::optional<Doubt> doubt = m_unknowns.property(type | capability, key)) {
+                doubt->key = key;
+                keep(*doubt, Asked::Property, *walk->element);
+                m_doubtfulRules.insert(&rule);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void keep(Doubt doubt, Asked asked, const XmlElement& element) {
+        doubt.asked = asked;
+        doubt.place = placeIn(element);
+        if (asked == Asked::Extra) {
+            const StringView type = element.Attribute(vocabulary::TYPE);
+            doubt.spec.type = type.empty() ? element.Attribute(vocabulary::CAPABILITY) : type;
+        } else if (const XmlElement* const device = deviceAround(element)) {
+            doubt.spec = askedBy(*device);
+            doubt.device = placeIn(*device);
+        }
+        if (m_kept.emplace(&element, asked).second) {
+            m_doubts.push_back(std::move(doubt));
+        }
+    }
+
+    const Inventory& m_inventory;
+    const Unknowns& m_unknowns;
+    std::unordered_set<const XmlElement*> m_missing;
+    std::unordered_map<const XmlElement*, const XmlElement*> m_chosen;
+    std::unordered_set<const IDeviceImp*> m_mayBeClaimed;   // by doubtful elements
+    std::unordered_set<const XmlElement*> m_doubtfulRules;  // whose content asks for what is not known
+    std::unordered_set<const XmlElement*> m_firm;           // elements that give no device up
+    std::set<std::pair<const XmlElement*, Asked>> m_kept;   // who has a doubt already
+    std::vector<Doubt> m_doubts;
+    bool m_isOpen = false;  ///< not all combinations were tried
+};
+
+}  // namespace
+
+Certainty certaintyOf(const Inventory& inventory, const StateManager& machine, const ImportReport* import,
+                      bool passed) {
+    const Unknowns unknowns(machine, import);
+    const RunSummary& summary = inventory.summary();
+    const bool isOpen = summary.wasStopped || summary.combinations > MOST_COMBINATIONS;
+    if (unknowns.isEmpty() && (passed || !isOpen)) {
+        return {};
+    }
+    return CertaintySearch(inventory, unknowns).find(passed);
+}
+
+Certainty certaintyOfDevice(const Inventory& engine, const IDeviceImp& device, const StateManager& machine,
+                            const ImportReport* import, bool passed) {
+    const Unknowns unknowns(machine, import);
+    return unknowns.hasProperties() ? CertaintySearch(engine, unknowns).findForDevice(device, passed) : Certainty();
+}
+
+}  // namespace vrx
