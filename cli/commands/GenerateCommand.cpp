@@ -6,14 +6,19 @@
 #include <optional>
 
 #include "cli/commands/Commands.h"
+#include "cli/input/GeneratedScript.h"
 #include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
+#include "cli/input/ScriptableMachine.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/script/FailOnExtraRules.h"
 #include "libReport/text/GenerationNotices.h"
+#include "libReport/text/TextPieces.h"
+#include "libReport/text/UnreadText.h"
 #include "libSystemState/StateManager.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/filter/SysinfoFilter.h"
 
 namespace vrx::cli {
@@ -42,6 +47,7 @@ struct GenerateOptions : CommonOptions {
     bool ignoresLocators = false;
     bool ignoresNames = false;
     bool failsOnExtra = false;
+    bool hasLenientKeys = false;
 };
 
 std::string filterProblem(const std::string& path, const SysinfoFilter& filter) {
@@ -73,6 +79,42 @@ bool loadDefaultFilter(SysinfoFilter& filter, const Session& session) {
     return problem.empty();
 }
 
+void sayLeftOut(const std::vector<std::string>& leftOut, const std::string& noun, const char* why,
+                const Session& session) {
+    if (!leftOut.empty()) {
+        session.say(fmt::format("{} left out of the script, {}; the first is {}", counted(leftOut.size(), noun), why,
+                                leftOut.front()));
+    }
+}
+
+/// Says what the script has to do without. Throws when the user has to decide on it.
+void sayNotScriptable(const NotScriptable& found, const GenerateOptions& options, const Session& session) {
+    if (!found.codedKeys.empty() && !options.hasLenientKeys) {
+        const std::size_t more = found.codedKeys.size() - 1;
+        throw CommandFailure(
+            ExitStatus::BadInput,
+            fmt::format("{} has an escape or a control character in it, so no script can ask for it{}; "
+                        "--lenient-keys leaves it out",
+                        found.codedKeys.front(), more > 0 ? fmt::format(", nor for {} more", more) : ""));
+    }
+    sayLeftOut(found.codedKeys, "property key", "because of an escape or a control character", session);
+    sayLeftOut(found.unknownTypes, "device", "because no rule sees a type that is none", session);
+    sayLeftOut(found.hiddenProperties, "property", "because a check sees only the first of a key, and none without one",
+               session);
+}
+
+/// Throws when the script is not what it should be.
+void verify(const String& script, StateManager& machine, const SysinfoFilter* filter, const GenerateOptions& options,
+            const Session& session) {
+    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
+    const std::string problem = problemOfGenerated(script, machine, filter, options.hasAllCategories);
+    if (!problem.empty()) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             fmt::format("the script would not hold for {} itself: {}; --plain writes it all the same",
+                                         machineName(options.statePath), problem));
+    }
+}
+
 CommandResult generateScript(const GenerateOptions& options, Session& session) {
     SysinfoFilter filter;
     const bool isFilterGiven = !options.filterPath.empty();
@@ -82,8 +124,16 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
         }
     }
     StateManager& store = session.make<StateManager>();
-    loadMachine(options.statePath, store, session);
+    const ImportReport import = loadMachine(options.statePath, store, session);
     const bool isFiltered = isFilterGiven || loadDefaultFilter(filter, session);
+    const SysinfoFilter* const chosen = isFiltered ? &filter : nullptr;
+    StateManager& scriptable = session.make<StateManager>();
+    NotScriptable left;
+    if (!options.isPlain) {
+        left = takeScriptable(store, chosen, import, machineName(options.statePath), scriptable);
+        sayNotScriptable(left, options, session);
+    }
+    StateManager& machine = left.isEmpty() ? store : scriptable;
 
     // Without a filter of the user's the engine itself looks for the default one, and writes its header. That there is
     // none is all that it could warn of then.
@@ -92,15 +142,21 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
         quiet.emplace(*session.log, LogPriority::Warning);
     }
     Inventory inventory;
-    inventory.setStateManager(store);
+    inventory.setStateManager(machine);
     String script;
     inventory.generateInventoryScript(script, options.hasAllCategories, !options.ignoresLocators, !options.ignoresNames,
                                       isFilterGiven ? &filter : nullptr);
     if (options.failsOnExtra) {
-        script = withFailOnExtraRules(script, store);
+        script = withFailOnExtraRules(script, machine);
     }
-    for (const std::string& notice : generationNotices(store, isFiltered ? &filter : nullptr, script)) {
+    for (const UnreadSource& unread : store.unread()) {
+        session.say("not read, so the script does not ask for it: " + unreadText(unread));
+    }
+    for (const std::string& notice : generationNotices(machine, chosen, script)) {
         session.say(notice);
+    }
+    if (!options.isPlain) {
+        verify(script, machine, chosen, options, session);
     }
     return {ExitStatus::Success, script.toUtf8()};
 }
@@ -118,6 +174,9 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
     command.add_flag("--no-check-names", options->ignoresNames, "A check of the script ignores names");
     command.add_flag("--fail-on-extra", options->failsOnExtra,
                      "A check of the script fails on extra devices: a rule for each type that it names wholly");
+    command.add_flag("--lenient-keys", options->hasLenientKeys,
+                     "Leave out properties whose keys no script can ask for");
+    options->addPlain(command);
     options->addOutput(command);
     options->addLogging(command);
     command.footer(GENERATE_FOOTER);
