@@ -101,7 +101,9 @@ void importForeign(std::string_view bytes, StateManager& store, bool isAnonymous
     const bool isConverted = convertForeign(result.format, bytes, recording, damage);
     result.damage = damage.takeAll();
     if (!isConverted) {
-        result.report.failure = ImportReport::Failure::NoDevices;
+        const bool isRefused = !damage.refusal().empty();
+        result.report.failure = isRefused ? ImportReport::Failure::Malformed : ImportReport::Failure::NoDevices;
+        result.report.reason = String::UTF8Decode(damage.refusal());
         return;
     }
     if (isAnonymous) {

@@ -35,7 +35,9 @@ std::string problemOf(const std::string& path, const ImportResult& result) {
         return fileProblem(path, report.reason, EXPECTED);
     }
     if (isForeign(result.format)) {
-        return fmt::format("{}: this {} holds no devices", inputName(path), formatTitle(result.format));
+        return report.failure == Failure::Malformed
+                   ? fmt::format("{}: {}", inputName(path), report.reason.toUtf8())
+                   : fmt::format("{}: this {} holds no devices", inputName(path), formatTitle(result.format));
     }
     const std::string text =
         report.failure == Failure::Malformed ? fmt::format("{}; {}", report.reason.toUtf8(), EXPECTED) : NO_DEVICES;

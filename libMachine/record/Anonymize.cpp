@@ -27,7 +27,7 @@ namespace {
 
 constexpr StringView IDENTITIES[] = {property::SERIAL_NUMBER, property::ASSET_TAG, property::UUID,
                                      property::WWN,           property::ADDRESS,   property::FILE_SYSTEM_UUID,
-                                     property::HOST_NAME};
+                                     property::HOST_NAME,     property::NODE_GUID};
 
 bool isIdentity(const PropertyRecord& property) noexcept {
     return std::find(std::begin(IDENTITIES), std::end(IDENTITIES), property.key) != std::end(IDENTITIES);

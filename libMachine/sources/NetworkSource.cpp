@@ -84,6 +84,9 @@ void addFirmware(DeviceRecord& device, const RootFolder& root, const Interface& 
         if (!device.has(property::FIRMWARE_VERSION)) {
             device.text(property::FIRMWARE_VERSION, root.text(folder + name + "/fw_ver"));
         }
+        if (!device.has(property::NODE_GUID)) {
+            device.text(property::NODE_GUID, root.text(folder + name + "/node_guid"));
+        }
     }
     if (root.isLive() && !interface.isVirtual && !device.has(property::FIRMWARE_VERSION)) {
         device.text(property::FIRMWARE_VERSION, driverFirmware(interface.name));

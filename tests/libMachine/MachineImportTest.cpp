@@ -76,6 +76,7 @@ TEST(MachineImportTest, saysWhyThereIsNoMachine) {
         {"<SysInfo>\n <Device type='\xE9'/></SysInfo>", Failure::Malformed, 2, 16, false},
         {"<!-- x -->\n<other/>", Failure::NoDevices, 2, 1, true},
         {"nothing", Failure::Malformed, 1, 1, true},
+        {"<topology version='4.0'><object type='Machine'/></topology>", Failure::Malformed, 0, 0, true},
         {"# dmidecode 3.3\nNo SMBIOS nor DMI entry point found, sorry.\n", Failure::NoDevices, 0, 0, true},
     };
     for (const Row& row : rows) {

@@ -31,15 +31,28 @@ public:
             } else if (child->Name() == CUT_OFF_ELEMENT) {
                 m_machine.isCutOff = true;  // inside all objects that are being read
             } else if (child->Name() != u"info") {
+                if (child->Name() == u"topology") {
+                    readTopology(*child);
+                }
                 read(*child, functionAbove);
             }
         }
     }
 
 private:
+    /// What stands around the objects.
+    void readTopology(const XmlElement& topology) {
+        m_machine.topology = &topology;
+        const std::string version = hwlocText(topology, u"version");
+        const std::uint64_t major = parseNumber(version.substr(0, version.find('.'))).value_or(1);
+        m_machine.format = static_cast<unsigned>(std::min<std::uint64_t>(major, UINT32_MAX));
+    }
+
     void readObject(const XmlElement& object, std::size_t functionAbove) {
         const StringView type = object.Attribute(u"type");
-        if (type == u"Machine" && m_machine.machine == nullptr) {
+        const bool isBetter =
+            type == u"Machine" && m_machine.machine != nullptr && m_machine.machine->Attribute(u"type") != u"Machine";
+        if (m_machine.machine == nullptr || isBetter) {
             m_machine.machine = &object;
         }
         m_machine.memory += hwlocNumber(object, u"local_memory");
@@ -51,6 +64,8 @@ private:
             readThread(object);
         } else if (type.ends_with(u"Cache")) {
             readCache(object, functionAbove);
+        } else if (type == u"Misc" && object.Attribute(u"subtype") == u"MemoryModule") {
+            m_machine.modules.push_back(&object);
         } else if (!object.Attribute(u"pci_busid").empty()) {
             m_machine.functions.push_back({&object, functionAbove});
             read(object, m_machine.functions.size());
@@ -135,6 +150,11 @@ HwlocMachine readHwlocMachine(const XmlDocument& document) {
     return machine;
 }
 
+std::string HwlocMachine::info(StringView name) const {
+    std::string value = machine == nullptr ? std::string() : hwlocInfo(*machine, name);
+    return value.empty() && topology != nullptr ? hwlocInfo(*topology, name) : value;
+}
+
 std::string hwlocText(const XmlElement& element, StringView attribute) { return toUtf8(element.Attribute(attribute)); }
 
 std::uint64_t hwlocNumber(const XmlElement& element, StringView attribute) {
@@ -149,6 +169,13 @@ std::string hwlocInfo(const XmlElement& element, StringView name) {
         }
     }
     return {};
+}
+
+std::uint64_t hwlocSize(const XmlElement& element) {
+    static constexpr std::uint64_t KIB = 1024;
+    const std::string text = hwlocInfo(element, u"Size");
+    const std::uint64_t number = parseNumber(text.substr(0, text.find("KiB"))).value_or(0);
+    return number > UINT64_MAX / KIB ? 0 : number * KIB;
 }
 
 }  // namespace vrx

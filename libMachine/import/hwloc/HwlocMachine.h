@@ -23,9 +23,17 @@ struct HwlocFunction {
     std::size_t above = 0;  ///< its place among the functions, counted from 1; 0 when it is below none
 };
 
+inline constexpr unsigned NEWEST_HWLOC_FORMAT = 3;
+
 /// What stands in a document.
 struct HwlocMachine {
-    const XmlElement* machine = nullptr;  ///< null when there is none
+    /// What is said of the whole machine: format 3 keeps a part of it in the topology.
+    std::string info(StringView name) const;
+
+    unsigned format = 1;
+    const XmlElement* topology = nullptr;
+    const XmlElement* machine = nullptr;  ///< else the outermost object, as a memory node may be; null without objects
+    std::vector<const XmlElement*> modules;
     std::vector<HwlocPackage> packages;
     std::vector<HwlocFunction> functions;
     std::uint64_t memory = 0;  ///< bytes of all memory nodes
@@ -41,5 +49,8 @@ std::uint64_t hwlocNumber(const XmlElement& element, StringView attribute);
 
 /// The value of the `info` of that name; empty when there is none.
 std::string hwlocInfo(const XmlElement& element, StringView name);
+
+/// The bytes that its `info` called Size tells, which is in KiB; format 3 writes the unit behind it. 0 for none.
+std::uint64_t hwlocSize(const XmlElement& element);
 
 }  // namespace vrx

@@ -1,24 +1,24 @@
-/// The topology that hwloc exports, in the forms of its versions 1 and 2. It is read as the XML that it is: hwloc
-/// itself refuses a document of which something is missing, and there is no need for its sets of processors.
+/// The topology that hwloc exports, in the formats 1 to 3. It is read as the XML that it is: hwloc itself refuses a
+/// document of which something is missing, and there is no need for its sets of processors. A later format may mean
+/// other things by the same names, so it is refused.
 ///
-/// Memory is what the memory nodes have together, as the operating system sees it. PCI functions are told by numbers;
-/// their names come from this machine's pci.ids.
+/// Memory is what the memory nodes have together, as the operating system sees it; modules are there when hwloc ran as
+/// root.
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
-#include <vector>
 
 #include "libMachine/devices/MachineDevices.h"
+#include "libMachine/devices/MemoryDevices.h"
 #include "libMachine/devices/PackageDevices.h"
-#include "libMachine/ids/HardwareIds.h"
-#include "libMachine/ids/PciIdentity.h"
 #include "libMachine/import/Converters.h"
+#include "libMachine/import/hwloc/HwlocFunctions.h"
 #include "libMachine/import/hwloc/HwlocMachine.h"
 #include "libMachine/import/mending/XmlMending.h"
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/CleanText.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
@@ -56,162 +56,62 @@ void addProcessor(Recording& recording, HwlocPackage& package) {
     addCoresAndCaches(recording, place, topology);
 }
 
-/// "0106 [8086:a102] [17aa:2247] 31": class, vendor and device, subsystem, revision.
-struct PciNumbers {
-    PciIdentity identity;
-    std::uint32_t revision = 0;
-};
-
-PciNumbers pciNumbers(const XmlElement& object) {
-    std::uint32_t numbers[6] = {};
-    const std::string text = hwlocText(object, u"pci_type");
-    std::size_t at = 0;
-    for (std::uint32_t& number : numbers) {
-        at = std::min(text.find_first_of("0123456789abcdefABCDEF", at), text.size());
-        const auto [end, error] = std::from_chars(text.data() + at, text.data() + text.size(), number, 16);
-        at = static_cast<std::size_t>(end - text.data());
-    }
-    PciNumbers result;
-    result.identity = {(numbers[0] & 0xFFFF) << 8, false, numbers[1], numbers[2], numbers[3], numbers[4]};
-    result.revision = numbers[5];
-    return result;
-}
-
-StringView networkType(StringView type, const std::string& interface) {
-    return interface.starts_with("wl")   ? StringView(u"WirelessNetwork")
-           : interface.starts_with("ib") ? StringView(u"Infiniband")
-           : type == u"Network"          ? StringView(u"Ethernet")
-                                         : type;
-}
-
-class DeviceWriter {
-public:
-    DeviceWriter(const HwlocMachine& machine, Recording& recording) : m_machine(machine), m_recording(recording) {
-        for (const auto& [object, above] : machine.functions) {
-            wantPciNames(m_names, pciNumbers(*object).identity);
-        }
-        if (!machine.functions.empty()) {
-            m_names.load(RootFolder("/"), "pci.ids");
-        }
-    }
-
-    void write() {
-        std::vector<std::size_t> places;
-        for (const auto& [object, above] : m_machine.functions) {
-            const PciNumbers numbers = pciNumbers(*object);
-            DeviceRecord device = pciFunctionDevice(hwlocText(*object, u"pci_busid"), numbers.identity, m_names);
-            device.parent = above == 0 ? 0 : places[above - 1];
-            device.add(property::REVISION, String::UTF8Decode(fmt::format("{:02x}", numbers.revision & 0xFF)));
-            places.push_back(m_recording.add(std::move(device)));
-            writeSystemDevices(*object, places.back());
-        }
-    }
-
-private:
-    /// What the operating system found on a function: a first network interface makes the function the adapter.
-    void writeSystemDevices(const XmlElement& function, std::size_t place) {
-        enum : std::uint64_t { BLOCK = 0, NETWORK = 2, OPEN_FABRICS = 3 };
-        unsigned ports = 0;
-        for (const XmlElement* child = function.FirstChildElement(u"object"); child != nullptr;
-             child = child->NextSiblingElement(u"object")) {
-            const std::uint64_t kind = hwlocNumber(*child, u"osdev_type");
-            if (child->Attribute(u"type") != u"OSDev") {
-                continue;
-            }
-            if (kind == BLOCK) {
-                writeDisk(*child, place);
-            } else if (kind == NETWORK) {
-                writeInterface(*child, place, ports++);
-            }
-        }
-    }
-
-    void writeInterface(const XmlElement& object, std::size_t place, unsigned port) {
-        const std::string name = hwlocText(object, u"name");
-        if (port > 0) {
-            DeviceRecord further;
-            further.type = m_recording.at(place).type;
-            further.name = m_recording.at(place).name;
-            further.hwLocator = fmt::format("{}/port:{}", m_recording.at(place).hwLocator, port);
-            further.parent = place;
-            place = m_recording.add(std::move(further));
-        }
-        DeviceRecord& adapter = m_recording.at(place);
-        adapter.type = networkType(adapter.type, name);
-        adapter.osLocator = name;
-        adapter.text(property::ADDRESS, hwlocInfo(object, u"Address"));
-    }
-
-    void writeDisk(const XmlElement& object, std::size_t controller) {
-        static constexpr std::uint64_t KIB = 1024;
-        const std::string name = hwlocText(object, u"name");
-        if (name.empty() || name.starts_with("dm-") || name.starts_with("md")) {
-            return;
-        }
-        DeviceRecord disk;
-        const bool isNvme = name.starts_with("nvme");
-        disk.type = isNvme                   ? StringView(u"NvmeDrive")
-                    : name.starts_with("sr") ? StringView(u"OpticalDrive")
-                                             : StringView(u"Storage");
-        disk.osLocator = "/dev/" + name;
-        disk.hwLocator = m_recording.at(controller).hwLocator +
-                         (isNvme ? "/ns:" + std::string(name.substr(name.find_last_not_of("0123456789") + 1))
-                                 : std::string("/disk"));
-        disk.parent = controller;
-        disk.text(property::VENDOR, hwlocInfo(object, u"Vendor"));
-        disk.text(property::MODEL, hwlocInfo(object, u"Model"));
-        disk.text(property::SERIAL_NUMBER, hwlocInfo(object, u"SerialNumber"));
-        disk.text(property::FIRMWARE_VERSION, hwlocInfo(object, u"Revision"));
-        disk.size(property::SIZE, parseNumber(hwlocInfo(object, u"Size")).value_or(0) * KIB);
-        disk.size(property::SECTOR_SIZE, parseNumber(hwlocInfo(object, u"SectorSize")).value_or(0));
-        disk.name = cleanName(hwlocInfo(object, u"Model"));
-        if (disk.name.empty()) {
-            disk.name = "Disk";
-        }
-        m_recording.add(std::move(disk));
-    }
-
-    const HwlocMachine& m_machine;
-    Recording& m_recording;
-    HardwareIds m_names;
-};
-
 /// hwloc keeps what SMBIOS tells of the machine in the names that the kernel has for it.
-SystemFacts systemOf(const XmlElement* machine) {
+SystemFacts systemOf(const HwlocMachine& machine) {
     SystemFacts system;
-    if (machine != nullptr) {
-        system.vendor = hwlocInfo(*machine, u"DMISysVendor");
-        system.model = hwlocInfo(*machine, u"DMIProductName");
-        system.version = hwlocInfo(*machine, u"DMIProductVersion");
-        system.serialNumber = hwlocInfo(*machine, u"DMIProductSerial");
-        system.uuid = hwlocInfo(*machine, u"DMIProductUUID");
-    }
+    system.vendor = machine.info(u"DMISysVendor");
+    system.model = machine.info(u"DMIProductName");
+    system.version = machine.info(u"DMIProductVersion");
+    system.serialNumber = machine.info(u"DMIProductSerial");
+    system.uuid = machine.info(u"DMIProductUUID");
     return system;
 }
 
-void addFirmware(const XmlElement& machine, Recording& recording) {
+void addFirmware(const HwlocMachine& machine, Recording& recording) {
     ChassisFacts chassis;
-    chassis.vendor = hwlocInfo(machine, u"DMIChassisVendor");
-    chassis.version = hwlocInfo(machine, u"DMIChassisVersion");
-    chassis.serialNumber = hwlocInfo(machine, u"DMIChassisSerial");
-    chassis.assetTag = hwlocInfo(machine, u"DMIChassisAssetTag");
+    chassis.vendor = machine.info(u"DMIChassisVendor");
+    chassis.version = machine.info(u"DMIChassisVersion");
+    chassis.serialNumber = machine.info(u"DMIChassisSerial");
+    chassis.assetTag = machine.info(u"DMIChassisAssetTag");
     addChassis(recording, chassis);
     BoardFacts board;
-    board.vendor = hwlocInfo(machine, u"DMIBoardVendor");
-    board.model = hwlocInfo(machine, u"DMIBoardName");
-    board.version = hwlocInfo(machine, u"DMIBoardVersion");
-    board.serialNumber = hwlocInfo(machine, u"DMIBoardSerial");
-    board.assetTag = hwlocInfo(machine, u"DMIBoardAssetTag");
+    board.vendor = machine.info(u"DMIBoardVendor");
+    board.model = machine.info(u"DMIBoardName");
+    board.version = machine.info(u"DMIBoardVersion");
+    board.serialNumber = machine.info(u"DMIBoardSerial");
+    board.assetTag = machine.info(u"DMIBoardAssetTag");
     addBoard(recording, board);
     BiosFacts bios;
-    bios.vendor = hwlocInfo(machine, u"DMIBIOSVendor");
-    bios.version = hwlocInfo(machine, u"DMIBIOSVersion");
-    bios.releaseDate = hwlocInfo(machine, u"DMIBIOSDate");
+    bios.vendor = machine.info(u"DMIBIOSVendor");
+    bios.version = machine.info(u"DMIBIOSVersion");
+    bios.releaseDate = machine.info(u"DMIBIOSDate");
     addBios(recording, bios);
 }
 
-void addMemory(std::uint64_t bytes, Recording& recording) {
-    if (bytes == 0) {
+MemoryFacts modulesOf(const HwlocMachine& machine) {
+    MemoryFacts facts;
+    for (const XmlElement* const element : machine.modules) {
+        MemoryModuleFacts module;
+        module.place.instance = static_cast<unsigned>(facts.modules.size());
+        module.isInstalled = true;
+        module.slot = hwlocInfo(*element, u"DeviceLocation");
+        module.bank = hwlocInfo(*element, u"BankLocation");
+        module.formFactor = toUtf8(cleanText(hwlocInfo(*element, u"FormFactor")));
+        module.memoryType = toUtf8(cleanText(hwlocInfo(*element, u"Type")));
+        module.vendor = hwlocInfo(*element, u"Vendor");
+        module.partNumber = hwlocInfo(*element, u"PartNumber");
+        module.serialNumber = hwlocInfo(*element, u"SerialNumber");
+        module.assetTag = hwlocInfo(*element, u"AssetTag");
+        module.size = hwlocSize(*element);
+        module.ranks = static_cast<unsigned>(parseNumber(hwlocInfo(*element, u"Rank")).value_or(0));
+        facts.modules.push_back(std::move(module));
+    }
+    return facts;
+}
+
+void addMemory(const HwlocMachine& machine, Recording& recording) {
+    const std::uint64_t bytes = machine.isCutOff ? 0 : machine.memory;
+    if (bytes == 0 && machine.modules.empty()) {
         return;
     }
     DeviceRecord memory;
@@ -221,7 +121,10 @@ void addMemory(std::uint64_t bytes, Recording& recording) {
     memory.osLocator = "/proc/meminfo";
     memory.parent = 0;
     memory.size(property::USABLE_SIZE, bytes, Category::Internal());
-    recording.add(std::move(memory));
+    const std::size_t place = recording.add(std::move(memory));
+    if (!machine.modules.empty()) {
+        addMemoryModules(recording, place, modulesOf(machine));
+    }
 }
 
 }  // namespace
@@ -237,16 +140,22 @@ void convertHwlocXml(std::string_view text, Recording& recording, DamageList& da
         return;
     }
     HwlocMachine machine = readHwlocMachine(document);
+    if (machine.format > NEWEST_HWLOC_FORMAT) {
+        damage.refuse(
+            fmt::format("hwloc XML of format {}; the formats 1 to {} can be read, and lstopo can write older ones",
+                        machine.format, NEWEST_HWLOC_FORMAT));
+        return;
+    }
     if (machine.machine == nullptr) {
         return;
     }
-    recording.add(systemDevice(systemOf(machine.machine)));
-    addFirmware(*machine.machine, recording);
+    recording.add(systemDevice(systemOf(machine)));
+    addFirmware(machine, recording);
     for (HwlocPackage& package : machine.packages) {
         addProcessor(recording, package);
     }
-    addMemory(machine.isCutOff ? 0 : machine.memory, recording);
-    DeviceWriter(machine, recording).write();
+    addMemory(machine, recording);
+    addHwlocFunctions(machine, recording);
 }
 
 }  // namespace vrx

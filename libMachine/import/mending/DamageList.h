@@ -22,11 +22,16 @@ public:
     /// a field or a locator.
     void add(DamageKind kind, std::size_t line = 0, std::string place = {}, std::size_t count = 1);
 
+    /// Notes that the recording cannot be read at all, and why, as one sentence without a full stop.
+    void refuse(std::string reason) { m_refusal = std::move(reason); }
+    const std::string& refusal() const noexcept { return m_refusal; }
+
     const std::vector<ImportDamage>& all() const noexcept { return m_kinds; }
     std::vector<ImportDamage> takeAll() noexcept { return std::move(m_kinds); }
 
 private:
     std::vector<ImportDamage> m_kinds;
+    std::string m_refusal;
 };
 
 }  // namespace vrx

@@ -141,14 +141,34 @@ TEST(LshwRecordingTest, tellsTypesOfPciFunctions) {
     }
 }
 
-TEST(HwlocXmlTest, readsBothVersions) {
+/// A document of format 2 as format 3 writes it: kinds of objects as bits, sizes with their unit, digits behind a
+/// revision, and what is said of the machine in the topology.
+std::string inThirdFormat(std::string text) {
+    const std::string_view pairs[][2] = {{"version=\"2.0\"", "version=\"3.1\""},
+                                         {"osdev_type=\"3\"", "osdev_type=\"48\""},
+                                         {"osdev_type=\"2\"", "osdev_type=\"16\""},
+                                         {"osdev_type=\"0\"", "osdev_type=\"1\""},
+                                         {"976762584", "976762584KiB"},
+                                         {"16777216", "16777216KiB"},
+                                         {"] 01\"", "] 01 02\""}};
+    for (const auto& [from, to] : pairs) {
+        text = replaced(text, from, to);
+    }
+    const std::string vendor = R"(<info name="DMISysVendor" value="Example Works"/>)";
+    return replaced(replaced(text, vendor, ""), "</topology>", vendor + "</topology>");
+}
+
+TEST(HwlocXmlTest, readsAllFormats) {
     const std::string second = convertData("node.hwloc2.xml");
     std::string first = replaced(second, "\"Package\"", "\"Socket\"");
     for (const char* level : {"L1Cache", "L3Cache"}) {
         first = replaced(first, level, "Cache");
     }
     const ConvertedMachine machine(second);
+    first = replaced(first, " version=\"2.0\"", "");
     EXPECT_EQ(ConvertedMachine(first).all(), machine.all());
+    EXPECT_EQ(ConvertedMachine(inThirdFormat(second)).all(), machine.all());
+    EXPECT_EQ(ConvertedMachine(replaced(second, "\"Machine\"", "\"NUMANode\"")).all(), machine.all());
     expectDevices(
         machine,
         {{"cpu:1",
@@ -161,7 +181,10 @@ TEST(HwlocXmlTest, readsBothVersions) {
          {"cpu:1/l3:0",
           "Cache name=L3 cache os=/sys/devices/system/cpu/cpu1/cache above=cpu:1 Level=3 CacheType=Unified Size=32 MB "
           "LineSize=64 B Associativity=16"},
-         {"memory", "Memory name=Memory os=/proc/meminfo above=system UsableSize=16 GB(Internal)"},
+         {"memory", "Memory name=Memory os=/proc/meminfo above=system UsableSize=16 GB(Internal) InstalledSize=16 GB"},
+         {"dimm:DIMM_A1",
+          "MemoryModule name=Memory module os= above=memory Slot=DIMM_A1 SerialNumber=M0001 Size=16 GB "
+          "MemoryType=DDR4"},
          {"pci:0000:02:00.0/ns:1",
           "NvmeDrive name=Example Flash os=/dev/nvme0n1 above=pci:0000:02:00.0 Model=Example Flash SerialNumber=N0002 "
           "Size=931.51 GB"}});
@@ -169,6 +192,8 @@ TEST(HwlocXmlTest, readsBothVersions) {
                 AllOf(testing::StartsWith("Ethernet "), HasSubstr(" os=eno1 above=pci:0000:00:1c.0 "),
                       HasSubstr("VendorId=8086 DeviceId=1521"), HasSubstr("Revision=01 Address=02:00:00:00:00:0a")));
     EXPECT_THAT(machine.at("pci:0000:01:00.0/port:1"), HasSubstr("Address=02:00:00:00:00:0b"));
+    EXPECT_THAT(machine.at("pci:0000:03:00.0"),
+                AllOf(HasSubstr(" os=ib0 "), HasSubstr("Address=80:00:00:48:fe:80:0a NodeGuid=0002:c903:00f9:bfa0")));
 }
 
 // Whatever is missing or wrong: a machine with its root, or none, but never a crash or a value that was cut in half.
