@@ -11,7 +11,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using vrx::RecordingFormat;
     static constexpr std::array FORMATS = {RecordingFormat::LshwXml, RecordingFormat::LshwJson,
-                                           RecordingFormat::Dmidecode, RecordingFormat::HwlocXml};
+                                           RecordingFormat::Dmidecode, RecordingFormat::HwlocXml,
+                                           RecordingFormat::Redfish};
     if (size == 0) {
         return 0;
     }

@@ -95,10 +95,12 @@ void importSysInfoWith(Read read, StateManager& store, bool isAnonymous, const I
     }
 }
 
-void importForeign(std::string_view bytes, StateManager& store, bool isAnonymous, ImportResult& result) {
+/// Takes what `convert(recording, damage)` makes of a recording of another program.
+template <typename Convert>
+void importForeign(Convert convert, StateManager& store, bool isAnonymous, ImportResult& result) {
     DamageList damage;
     Recording recording;
-    const bool isConverted = convertForeign(result.format, bytes, recording, damage);
+    const bool isConverted = convert(recording, damage);
     result.damage = damage.takeAll();
     if (!isConverted) {
         const bool isRefused = !damage.refusal().empty();
@@ -113,13 +115,36 @@ void importForeign(std::string_view bytes, StateManager& store, bool isAnonymous
     result.report.devices = static_cast<std::uint32_t>(store.deviceCount());
 }
 
+void importForeignBytes(std::string_view bytes, StateManager& store, bool isAnonymous, ImportResult& result) {
+    const auto convert = [&](Recording& recording, DamageList& damage) {
+        return convertForeign(result.format, bytes, recording, damage);
+    };
+    importForeign(convert, store, isAnonymous, result);
+}
+
+ImportResult importFolder(const std::string& path, StateManager& store, const ImportOptions& options) {
+    ImportResult result;
+    result.format = RecordingFormat::Redfish;
+    const auto convert = [&](Recording& recording, DamageList& damage) {
+        return convertForeignFolder(result.format, path, recording, damage);
+    };
+    importForeign(convert, store, options.isAnonymous, result);
+    return result;
+}
+
+bool isFolder(const std::string& path, const ImportOptions& options) {
+    std::error_code failure;
+    return fs::is_directory(path, failure) &&
+           options.format.value_or(RecordingFormat::Redfish) == RecordingFormat::Redfish;
+}
+
 }  // namespace
 
 ImportResult importMachine(std::string_view bytes, StateManager& store, const ImportOptions& options) {
     ImportResult result;
     result.format = options.format ? *options.format : recognisedFormat(bytes);
     if (isForeign(result.format)) {
-        importForeign(bytes, store, options.isAnonymous, result);
+        importForeignBytes(bytes, store, options.isAnonymous, result);
     } else {
         const auto read = [&](StateManager& target) {
             importSysInfo(bytes, target, result);
@@ -130,6 +155,9 @@ ImportResult importMachine(std::string_view bytes, StateManager& store, const Im
 }
 
 ImportResult importMachineFile(const std::string& path, StateManager& store, const ImportOptions& options) {
+    if (isFolder(path, options)) {
+        return importFolder(path, store, options);
+    }
     ImportResult result;
     std::string bytes;
     if (isPipe(path)) {
@@ -142,7 +170,7 @@ ImportResult importMachineFile(const std::string& path, StateManager& store, con
         };
         importSysInfoWith(read, store, options.isAnonymous, result);
     } else if (readFile(path, bytes, result)) {
-        importForeign(bytes, store, options.isAnonymous, result);
+        importForeignBytes(bytes, store, options.isAnonymous, result);
     }
     return result;
 }

@@ -53,6 +53,11 @@ enum class DamageKind : std::uint8_t {
     StructuresMissing,
     TableComplaint,  ///< dmidecode's own words about the table that it read
     TableCutOff,
+    ArchiveCutOff,
+    ResourceLeftOut,  ///< of a Redfish service, as what follows: no JSON, no regular file, or too large
+    ResourceMissing,  ///< others refer to it
+    ResourceTwice,
+    PartNotHealthy,  ///< no damage of the recording: it says that something is wrong with a part
     RepeatedSerialNumber,
     RepeatedLocator,
 };
@@ -92,7 +97,8 @@ struct ImportResult {
 /// Requires: the store is empty.
 VRX_EXPORT ImportResult importMachine(std::string_view bytes, StateManager& store, const ImportOptions& options = {});
 
-/// The same for a file; its path is UTF-8. Pipes are read to their end.
+/// The same for a file, or for a folder with the resources of a Redfish service; its path is UTF-8. Pipes are read to
+/// their end.
 VRX_EXPORT ImportResult importMachineFile(const std::string& path, StateManager& store,
                                           const ImportOptions& options = {});
 

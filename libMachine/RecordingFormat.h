@@ -18,7 +18,7 @@
 namespace vrx {
 
 /// In the order in which people are told of them.
-enum class RecordingFormat : std::uint8_t { Unknown, SysInfo, LshwXml, LshwJson, Dmidecode, HwlocXml };
+enum class RecordingFormat : std::uint8_t { Unknown, SysInfo, LshwXml, LshwJson, Dmidecode, HwlocXml, Redfish };
 
 /// Whether a format is another program's.
 constexpr bool isForeign(RecordingFormat format) noexcept {

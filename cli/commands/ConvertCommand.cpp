@@ -15,8 +15,9 @@ namespace vrx::cli {
 namespace {
 
 constexpr const char* CONVERT_FOOTER =
-    "FILE may be the output of lshw (-xml or -json), of dmidecode, of lstopo (--of xml), or SysInfo\n"
-    "XML; what it is shows in its content. What it was taken for, how many devices it holds, and what\n"
+    "FILE may be the output of lshw (-xml or -json), of dmidecode, of lstopo (--of xml), SysInfo XML,\n"
+    "or the resources of a Redfish service (a folder, a tar archive, one JSON document); what it is\n"
+    "shows in its content. What it was taken for, how many devices it holds, and what\n"
     "was damaged is said on standard error. Whatever a file of another program lacks is left out.\n"
     "Exit status: 0 converted; 2 wrong usage, a file that cannot be read or written, or one that\n"
     "holds no devices; 4 internal error.\n"

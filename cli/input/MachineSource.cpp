@@ -14,7 +14,7 @@ namespace vrx::cli {
 namespace {
 
 constexpr const char* EXPECTED =
-    "expected a recording of a machine: SysInfo XML, or what lshw, dmidecode or hwloc wrote";
+    "expected a recording of a machine: SysInfo XML, what lshw, dmidecode or hwloc wrote, or the resources of Redfish";
 constexpr const char* NO_DEVICES =
     "this document holds no devices; expected a <SysInfo> with <Device> elements, or <device> elements, in its root";
 

@@ -77,9 +77,9 @@ void writeFile(const std::string& path, std::string_view bytes) {
 
 void CommonOptions::addState(CLI::App& command) {
     command
-        .add_option(
-            "--state", statePath,
-            "A recorded machine (SysInfo, lshw, dmidecode or hwloc), - for standard input; without it this machine")
+        .add_option("--state", statePath,
+                    "A recorded machine (SysInfo, lshw, dmidecode, hwloc or Redfish), - for standard input; without it "
+                    "this machine")
         ->type_name("FILE");
 }
 

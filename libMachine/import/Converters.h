@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "libMachine/import/RecordingStart.h"
@@ -18,6 +19,7 @@ bool isLshwXml(const RecordingStart& start);
 bool isLshwJson(const RecordingStart& start);
 bool isDmidecode(const RecordingStart& start);
 bool isHwlocXml(const RecordingStart& start);
+bool isRedfish(const RecordingStart& start);
 
 /// The output of `lshw -xml`: one root node, or a list of them.
 void convertLshwXml(std::string_view text, Recording& recording, DamageList& damage);
@@ -30,5 +32,10 @@ void convertDmidecode(std::string_view text, Recording& recording, DamageList& d
 
 /// What `lstopo --of xml` and hwloc_topology_export_xml write.
 void convertHwlocXml(std::string_view text, Recording& recording, DamageList& damage);
+
+/// The resources of a Redfish service: one JSON document of them by path, a tar archive, or a folder of them. Any
+/// bytes: each resource is mended by itself.
+void convertRedfish(std::string_view bytes, Recording& recording, DamageList& damage);
+void convertRedfishFolder(const std::string& folder, Recording& recording, DamageList& damage);
 
 }  // namespace vrx

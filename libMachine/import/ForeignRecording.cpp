@@ -77,16 +77,32 @@ void noteLosses(RecordingFormat format, const DamageList& damage, Recording& rec
     }
 }
 
+/// False when there is no device.
+bool noteWhatIsWrong(RecordingFormat format, Recording& recording, DamageList& damage) {
+    noteSerialNumbers(recording, damage);
+    noteLocators(recording, damage);
+    noteLosses(format, damage, recording);
+    return recording.size() > 0;
+}
+
 }  // namespace
 
 bool convertForeign(RecordingFormat format, std::string_view bytes, Recording& recording, DamageList& damage) {
     const RecordingFormatRow* const row = rowOf(format);
     VRX_ASSERT(row != nullptr && row->convert != nullptr);
-    row->convert(mendedText(bytes, damage), recording, damage);
-    noteSerialNumbers(recording, damage);
-    noteLocators(recording, damage);
-    noteLosses(format, damage, recording);
-    return recording.size() > 0;
+    if (row->mendsItself) {
+        row->convert(bytes, recording, damage);
+    } else {
+        row->convert(mendedText(bytes, damage), recording, damage);
+    }
+    return noteWhatIsWrong(format, recording, damage);
+}
+
+bool convertForeignFolder(RecordingFormat format, const std::string& folder, Recording& recording, DamageList& damage) {
+    const RecordingFormatRow* const row = rowOf(format);
+    VRX_ASSERT(row != nullptr && row->convertFolder != nullptr);
+    row->convertFolder(folder, recording, damage);
+    return noteWhatIsWrong(format, recording, damage);
 }
 
 }  // namespace vrx

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "libMachine/RecordingFormat.h"
@@ -14,5 +15,10 @@ class Recording;
 ///
 /// Requires: the format is one of another program's (isForeign).
 bool convertForeign(RecordingFormat format, std::string_view bytes, Recording& recording, DamageList& damage);
+
+/// The same for a recording that is a folder of files.
+///
+/// Requires: the format has such recordings (RecordingFormatRow::convertFolder).
+bool convertForeignFolder(RecordingFormat format, const std::string& folder, Recording& recording, DamageList& damage);
 
 }  // namespace vrx

@@ -14,6 +14,7 @@ bool isSysInfo(const RecordingStart& start) { return !start.root().empty(); }
 constexpr RecordingFormatRow FORMATS[] = {
     {RecordingFormat::Dmidecode, "dmidecode", "dmidecode text", isDmidecode, convertDmidecode},
     {RecordingFormat::HwlocXml, "hwloc-xml", "hwloc XML", isHwlocXml, convertHwlocXml},
+    {RecordingFormat::Redfish, "redfish", "Redfish resources", isRedfish, convertRedfish, convertRedfishFolder, true},
     {RecordingFormat::LshwXml, "lshw-xml", "lshw XML", isLshwXml, convertLshwXml},
     {RecordingFormat::LshwJson, "lshw-json", "lshw JSON", isLshwJson, convertLshwJson},
     {RecordingFormat::SysInfo, "sysinfo", "SysInfo XML", isSysInfo, nullptr},

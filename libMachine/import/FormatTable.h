@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "libMachine/RecordingFormat.h"
@@ -20,6 +21,12 @@ struct RecordingFormatRow {
 
     /// Null for SysInfo XML, which the engine reads (see Converters.h).
     void (*convert)(std::string_view text, Recording& recording, DamageList& damage);
+
+    /// Null where a recording is one file.
+    void (*convertFolder)(const std::string& folder, Recording& recording, DamageList& damage) = nullptr;
+
+    /// Whether `convert` takes the bytes as they are, and not a mended text.
+    bool mendsItself = false;
 };
 
 /// The formats in the order in which they are recognised: the first that fits counts.

@@ -18,6 +18,12 @@ std::string asciiStart(std::string_view bytes) {
     return first == std::string::npos || first > 3 ? start : start.substr(first);  // behind a byte-order mark
 }
 
+/// Every header of the archives that are written today has this behind the fields of the first ones.
+bool isTarStart(std::string_view bytes) noexcept {
+    static constexpr std::size_t MAGIC_AT = 257;
+    return bytes.size() > MAGIC_AT && bytes.substr(MAGIC_AT).starts_with("ustar");
+}
+
 void skipBlanks(std::string_view& text) noexcept {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
 }
@@ -36,7 +42,8 @@ std::string_view fromElement(std::string_view text) noexcept {
 
 }  // namespace
 
-RecordingStart::RecordingStart(std::string_view bytes) : m_start(asciiStart(bytes)), m_text(m_start) {
+RecordingStart::RecordingStart(std::string_view bytes)
+    : m_isArchive(isTarStart(bytes)), m_start(asciiStart(bytes)), m_text(m_start) {
     skipBlanks(m_text);
     for (std::string_view rest = m_text; !rest.empty(); skipBlanks(rest)) {
         if (rest.front() == '<') {

@@ -18,6 +18,9 @@ public:
     /// All of it, without blanks before it.
     std::string_view text() const noexcept { return m_text; }
 
+    /// Whether it is a tar archive.
+    bool isArchive() const noexcept { return m_isArchive; }
+
     /// From the first "{" or "[" on; empty when it is no JSON.
     std::string_view json() const noexcept { return m_json; }
 
@@ -26,6 +29,7 @@ public:
     std::string_view firstInRoot() const noexcept;
 
 private:
+    bool m_isArchive;
     std::string m_start;
     std::string_view m_text;
     std::string_view m_json;

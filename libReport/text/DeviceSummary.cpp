@@ -170,9 +170,13 @@ std::string anyProperties(const IDeviceImp& device) {
     return text;
 }
 
-}  // namespace
+/// What a part says of itself that nobody wants to overlook; empty when all is well.
+std::string healthText(const IDeviceImp& device) {
+    const std::string health = valueText(device, HEALTH);
+    return health.empty() || health == "OK" ? std::string() : "health " + health;
+}
 
-std::string deviceSummary(const IDeviceImp& device) {
+std::string mainProperties(const IDeviceImp& device) {
     const std::vector<CapabilityImp>& types = tableTypes();
     for (std::size_t i = 0; i < types.size(); ++i) {
         if (types[i].isCapable(device.type())) {
@@ -182,6 +186,14 @@ std::string deviceSummary(const IDeviceImp& device) {
         }
     }
     return anyProperties(device);
+}
+
+}  // namespace
+
+std::string deviceSummary(const IDeviceImp& device) {
+    const std::string main = mainProperties(device);
+    const std::string health = healthText(device);
+    return main + (main.empty() || health.empty() ? "" : ", ") + health;
 }
 
 std::string deviceTitle(const IDeviceImp& device) {

@@ -32,6 +32,13 @@ constexpr Title TITLES[] = {
     {DamageKind::StructuresMissing, DamageLoss::Devices, "structures that the recording announces and does not have"},
     {DamageKind::TableComplaint, DamageLoss::Nothing, "complaints of dmidecode about the table"},
     {DamageKind::TableCutOff, DamageLoss::Devices, "recordings that end before the end of the table"},
+    {DamageKind::ArchiveCutOff, DamageLoss::Devices, "archives that are damaged or end too early"},
+    {DamageKind::ResourceLeftOut, DamageLoss::Devices, "resources that cannot be read, left out"},
+    {DamageKind::ResourceMissing, DamageLoss::Nothing,  // its types are known
+     "resources that others refer to and the recording does not have"},
+    {DamageKind::ResourceTwice, DamageLoss::Properties,
+     "resources that are there twice and differ, the first one taken"},
+    {DamageKind::PartNotHealthy, DamageLoss::Nothing, "parts that report a health other than OK"},
     {DamageKind::RepeatedSerialNumber, DamageLoss::Nothing, "modules or disks with the serial number of another one"},
     {DamageKind::RepeatedLocator, DamageLoss::Nothing, "devices at the place of another one, told apart by a number"},
 };

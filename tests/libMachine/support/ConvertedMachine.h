@@ -18,6 +18,16 @@ struct ConvertedMachine {
         }
     }
 
+    /// A recording that is a folder.
+    ConvertedMachine(RecordingFormat folderFormat, const std::string& folder) : format(folderFormat) {
+        DamageList list;
+        isConverted = convertForeignFolder(format, folder, recording, list);
+        refusal = list.refusal();
+        for (const ImportDamage& kind : list.all()) {
+            damage.push_back(damageText(kind));
+        }
+    }
+
     /// "TYPE name=NAME os=LOCATOR above=LOCATOR KEY=VALUE ..." of the device at a place; "(Volatile)" and "(Internal)"
     /// stand behind values that are so. Empty when there is none.
     std::string at(const std::string& hwLocator) const {
@@ -41,6 +51,7 @@ struct ConvertedMachine {
     bool isConverted = false;
     Recording recording;
     std::vector<std::string> damage;
+    std::string refusal;
 
 private:
     std::string textOf(const DeviceRecord& device) const {
