@@ -7,6 +7,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <new>
+
 #include "libCommon/io/FileLoader.h"
 #include "libMachine/collect/CollectContext.h"
 #include "libMachine/collect/SourceChoice.h"
@@ -84,12 +87,49 @@ void readCpuInfo(CollectContext& context) {
     context.noteAccess(PATH, access, {"what the processors are", {u"Processor"}, {UnreadSource::ANY_PROPERTY}});
 }
 
+LeftOut leftOutOf(const Source& source, std::vector<StringView> keys) {
+    std::vector<StringView> types(source.types.begin(), source.types.end());
+    std::erase(types, StringView());
+    return {std::string(source.description), std::move(types), std::move(keys)};
+}
+
+/// Names the files that the source may not read, in one note, but for those that it named itself.
+void noteDenied(CollectContext& context, const Source& source) {
+    std::vector<std::string> denied = context.root.takeDenied();
+    std::erase_if(denied, [&context](const std::string& path) {
+        return std::ranges::any_of(context.notes, [&path](const CollectNote& note) {
+            return path.starts_with(note.path.substr(0, note.path.find('*')));
+        });
+    });
+    if (denied.empty()) {
+        return;
+    }
+    LeftOut lost = leftOutOf(source, {UnreadSource::ANY_PROPERTY});
+    lost.words = fmt::format("properties of {}{}", source.description,
+                             denied.size() == 1 ? "" : fmt::format("; so are {} more files", denied.size() - 1));
+    context.noteAccess(denied.front(), RootFolder::Access::Denied, lost);
+}
+
+/// What a source has found stays when it fails. Without memory nothing can be relied on, so that is not held up.
+void runSource(CollectContext& context, const Source& source) {
+    try {
+        source.collect(context);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& failure) {
+        context.note("source " + std::string(source.name), CollectNote::Reason::Unreadable, failure.what(),
+                     leftOutOf(source, {}));
+    }
+    noteDenied(context, source);
+}
+
 void runSources(CollectContext& context, const SourceChoice& choice) {
     const std::span<const Source> all = sources();
+    context.root.takeDenied();
     for (std::size_t number = 0; number < all.size(); ++number) {
         if (choice.runs(number)) {
             context.recording.setSource(static_cast<unsigned>(number));
-            all[number].collect(context);
+            runSource(context, all[number]);
         }
     }
 }

@@ -68,7 +68,7 @@ struct CollectNote {
         Absent,
         NeedsRoot,
         Denied,      ///< for root as well, or in a saved copy
-        Unreadable,  ///< a file that the options name
+        Unreadable,  ///< a file that the options name, or a source that failed
         Damaged,
         SaysNothing  ///< of what is looked for there
     };

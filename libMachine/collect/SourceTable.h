@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
 #include <span>
 #include <string_view>
+
+#include "libCommon/text/String.h"
 
 namespace vrx {
 
@@ -12,6 +15,9 @@ struct Source {
     std::string_view name;
     std::string_view description;  ///< one line for people
     void (*collect)(CollectContext&);
+
+    /// Types of the devices that it finds, the rest empty.
+    std::array<StringView, 7> types;
 
     /// Others find the places of their devices by this one's, so it always runs.
     bool givesPlaces = false;

@@ -17,9 +17,13 @@ void addNumber(DeviceRecord& device, StringView key, std::uint32_t number, int d
 void addIdentifiers(DeviceRecord& device, const PciIdentity& identity, const HardwareIds& names) {
     device.text(property::VENDOR, names.vendor(identity.vendor));
     device.text(property::MODEL, names.device(identity.vendor, identity.device));
-    device.text(property::CLASS, names.className(identity.classCode));
-    addNumber(device, property::VENDOR_ID, identity.vendor);
-    addNumber(device, property::DEVICE_ID, identity.device);
+    if (identity.hasWholeClassCode || identity.classCode != 0) {
+        device.text(property::CLASS, names.className(identity.classCode));
+    }
+    if (identity.vendor != 0) {
+        addNumber(device, property::VENDOR_ID, identity.vendor);
+        addNumber(device, property::DEVICE_ID, identity.device);
+    }
     if (identity.hasWholeClassCode) {
         addNumber(device, property::CLASS_CODE, identity.classCode, 6);
     }
@@ -33,6 +37,9 @@ void addIdentifiers(DeviceRecord& device, const PciIdentity& identity, const Har
 }
 
 std::string nameOf(const PciIdentity& identity, const HardwareIds& names) {
+    if (identity.vendor == 0) {
+        return "PCI device";
+    }
     const std::string model = cleanName(names.device(identity.vendor, identity.device));
     return model.empty() ? fmt::format("PCI device {:04x}:{:04x}", identity.vendor, identity.device) : model;
 }
@@ -40,7 +47,9 @@ std::string nameOf(const PciIdentity& identity, const HardwareIds& names) {
 }  // namespace
 
 void wantPciNames(HardwareIds& names, const PciIdentity& identity) {
-    names.wantDevice(identity.vendor, identity.device);
+    if (identity.vendor != 0) {
+        names.wantDevice(identity.vendor, identity.device);
+    }
     names.wantClass(identity.classCode);
     if (identity.subVendor != 0) {
         names.wantSubsystem(identity.vendor, identity.device, identity.subVendor, identity.subDevice);

@@ -10,6 +10,9 @@
 /// The environment belongs to the whole process: one topology is loaded at a time, and a host must not read or change
 /// the environment on other threads meanwhile.
 ///
+/// hwloc leaves out what contradicts something else that it was told, and gives up without processor 0. The kernel's
+/// own numbers of packages are compared with its result, and what it left out is read from the kernel (SysfsTopology).
+///
 /// Where the kernel shows no topology, hwloc makes one up from the number of processors. That is not asked for.
 
 #include "libMachine/linux/CpuTopology.h"
@@ -24,6 +27,7 @@
 #include <string>
 
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/linux/SysfsTopology.h"
 
 namespace vrx {
 
@@ -154,6 +158,26 @@ CpuPackage packageOf(hwloc_topology_t topology, hwloc_obj_t object) {
     return package;
 }
 
+/// Adds packages that the kernel shows and hwloc does not, and takes the kernel's word for one of which hwloc has fewer
+/// processors. Where hwloc counts as many as the kernel, the two only number packages differently.
+void addWhatIsLeftOut(const RootFolder& root, const SysfsProcessors& processors, std::vector<CpuPackage>& packages) {
+    const std::size_t count =
+        std::accumulate(packages.begin(), packages.end(), std::size_t{0},
+                        [](std::size_t sum, const CpuPackage& package) { return sum + package.threads(); });
+    if (count >= processors.onlineCount()) {
+        return;
+    }
+    for (const auto& [id, cpus] : processors.online) {
+        const auto known = std::ranges::find(packages, id, &CpuPackage::id);
+        if (known == packages.end()) {
+            packages.push_back(readSysfsPackage(root, id, cpus));
+        } else if (known->threads() < cpus.size()) {
+            *known = readSysfsPackage(root, id, cpus);
+        }
+    }
+    std::ranges::stable_sort(packages, {}, &CpuPackage::firstCpu);
+}
+
 }  // namespace
 
 unsigned CpuPackage::threads() const noexcept {
@@ -161,17 +185,20 @@ unsigned CpuPackage::threads() const noexcept {
                            [](unsigned sum, const CpuCore& core) { return sum + core.threads; });
 }
 
-std::vector<CpuPackage> readCpuTopology(const RootFolder& root) {
-    std::vector<CpuPackage> packages;
-    if (root.list("/sys/devices/system/cpu/cpu0/topology").empty()) {
-        return packages;
+CpuTopology readCpuTopology(const RootFolder& root) {
+    CpuTopology machine;
+    const SysfsProcessors processors = readSysfsProcessors(root);
+    machine.offline = processors.offline;
+    if (!root.list("/sys/devices/system/cpu/cpu0/topology").empty()) {
+        const Topology topology = loadTopology(root);
+        hwloc_obj_t object = nullptr;
+        while (topology &&
+               (object = hwloc_get_next_obj_by_type(topology.get(), HWLOC_OBJ_PACKAGE, object)) != nullptr) {
+            machine.packages.push_back(packageOf(topology.get(), object));
+        }
     }
-    const Topology topology = loadTopology(root);
-    hwloc_obj_t object = nullptr;
-    while (topology && (object = hwloc_get_next_obj_by_type(topology.get(), HWLOC_OBJ_PACKAGE, object)) != nullptr) {
-        packages.push_back(packageOf(topology.get(), object));
-    }
-    return packages;
+    addWhatIsLeftOut(root, processors, machine.packages);
+    return machine;
 }
 
 }  // namespace vrx

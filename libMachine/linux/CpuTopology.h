@@ -35,10 +35,15 @@ struct CpuPackage {
     unsigned threads() const noexcept;
 };
 
+struct CpuTopology {
+    std::vector<CpuPackage> packages;
+    std::vector<unsigned> offline;  ///< logical processors of which the kernel shows nothing
+};
+
 /// The processor packages of a machine with their cores and caches, as the kernel shows them below
 /// /sys/devices/system/cpu; none when it shows nothing there.
 ///
 /// Requires: no other thread uses the environment at the same time (hwloc takes its root folder from there).
-std::vector<CpuPackage> readCpuTopology(const RootFolder& root);
+CpuTopology readCpuTopology(const RootFolder& root);
 
 }  // namespace vrx

@@ -100,6 +100,21 @@ RootFolder::RootFolder(std::string folder) : m_folder(std::move(folder)) {
 }
 
 RootFolder::Descriptor RootFolder::open(const std::string& path, int flags) const {
+    Descriptor opened = openAnyway(path, flags);
+    if (opened < 0 && accessOfError(errno) == Access::Denied) {
+        const int error = errno;
+        m_denied.insert(path);
+        errno = error;
+    }
+    return opened;
+}
+
+std::vector<std::string> RootFolder::takeDenied() const {
+    const std::set<std::string> denied = std::exchange(m_denied, {});
+    return {denied.begin(), denied.end()};
+}
+
+RootFolder::Descriptor RootFolder::openAnyway(const std::string& path, int flags) const {
     if (isLive()) {
         return Descriptor(::open(path.c_str(), flags));
     }

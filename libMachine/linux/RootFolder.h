@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,12 +53,18 @@ public:
     /// The path with all links followed, as the machine has it; empty when it is absent.
     std::string resolved(const std::string& path) const;
 
+    /// The files and folders, in the order of their names, that nobody may read of those that were tried since this was
+    /// last asked.
+    std::vector<std::string> takeDenied() const;
+
 private:
     class Descriptor;
     Descriptor open(const std::string& path, int flags) const;
+    Descriptor openAnyway(const std::string& path, int flags) const;
 
     std::string m_folder;                        // without a slash at its end, so empty for "/"
     std::shared_ptr<const Descriptor> m_handle;  // of a saved copy's folder
+    mutable std::set<std::string> m_denied;
 };
 
 /// The last name of a path.

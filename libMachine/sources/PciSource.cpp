@@ -11,6 +11,7 @@
 
 #include "libMachine/collect/CollectContext.h"
 #include "libMachine/ids/HardwareIds.h"
+#include "libMachine/ids/PciClasses.h"
 #include "libMachine/ids/PciIdentity.h"
 #include "libSystemState/properties/PropertyNames.h"
 
@@ -44,10 +45,9 @@ std::vector<PciFunction> readFunctions(const RootFolder& root) {
         PciFunction function;
         function.address = std::move(address);
         function.vendor = numberIn(root, function.path("vendor"));
-        if (function.vendor == 0) {
-            continue;  // nothing there to be read
-        }
-        function.classCode = numberIn(root, function.path("class"));
+        const std::optional<std::uint64_t> classCode = root.number(function.path("class"));
+        function.classCode = static_cast<std::uint32_t>(classCode.value_or(0));
+        function.hasWholeClassCode = classCode.has_value();
         function.device = numberIn(root, function.path("device"));
         function.subVendor = numberIn(root, function.path("subsystem_vendor"));
         function.subDevice = numberIn(root, function.path("subsystem_device"));
@@ -68,6 +68,19 @@ HardwareIds readNames(CollectContext& context, const std::vector<PciFunction>& f
     return names;
 }
 
+/// A function of which the kernel does not show who made it is a device of its class all the same.
+void noteUnread(CollectContext& context, const PciFunction& function) {
+    const std::string path = function.path("vendor");
+    const RootFolder::Access access = context.root.access(path);
+    const LeftOut lost("what the PCI device " + function.address + " is", {pciDeviceType(function.classCode)},
+                       {UnreadSource::ANY_PROPERTY});
+    if (access == RootFolder::Access::Granted) {
+        context.note(path, CollectNote::Reason::SaysNothing, "holds no number", lost);
+    } else {
+        context.noteAccess(path, access, lost);
+    }
+}
+
 /// Slot names by the address of bus and device that they stand for ("0000:03:00").
 std::map<std::string, std::string> readSlots(const RootFolder& root) {
     std::map<std::string, std::string> slots;
@@ -82,31 +95,49 @@ double gigatransfers(std::string_view text) {
     return text.find(" GT/s") == std::string_view::npos ? 0 : leadingNumber(text);
 }
 
-/// The link as it can be, and as it is at the moment: saving power slows it down and narrows it.
+std::optional<std::uint64_t> linkWidth(const RootFolder& root, const std::string& path) {
+    static constexpr std::uint64_t UNKNOWN = 255;
+    const std::optional<std::uint64_t> width = root.number(path);
+    return width && *width != 0 && *width < UNKNOWN ? width : std::nullopt;
+}
+
+/// The highest speed and width in a folder of a function.
+void addHighestLink(DeviceRecord& device, const RootFolder& root, const std::string& folder, StringView speed,
+                    StringView width) {
+    device.measure(speed, gigatransfers(root.text(folder + "/max_link_speed")), u"GT/s");
+    device.number(width, linkWidth(root, folder + "/max_link_width"));
+}
+
+/// The link as the device and the slot above it can have it, and as it is. Saving power lowers the speed, not the
+/// width: one that is narrower than both allow trained so. The width of a bridge is that of whatever is behind it.
 void addLink(DeviceRecord& device, const PciFunction& function, const RootFolder& root) {
-    static constexpr std::uint64_t UNKNOWN_WIDTH = 255;
-    const auto addWidth = [&](StringView key, std::string_view file, Category category) {
-        const std::optional<std::uint64_t> width = root.number(function.path(file));
-        if (width && *width != 0 && *width < UNKNOWN_WIDTH) {
-            device.number(key, width, category);
-        }
-    };
-    device.measure(property::MAX_LINK_SPEED, gigatransfers(root.text(function.path("max_link_speed"))), u"GT/s");
-    addWidth(property::MAX_LINK_WIDTH, "max_link_width", Category::SysInfo());
+    const std::string folder = DEVICES + function.address;
+    addHighestLink(device, root, folder, property::MAX_LINK_SPEED, property::MAX_LINK_WIDTH);
+    const std::string above = device.sysPath.substr(0, device.sysPath.find_last_of('/'));
+    if (device.has(property::MAX_LINK_WIDTH) && device.type != u"PciBridge") {
+        addHighestLink(device, root, above, property::SLOT_MAX_LINK_SPEED, property::SLOT_MAX_LINK_WIDTH);
+    }
     device.measure(property::LINK_SPEED, gigatransfers(root.text(function.path("current_link_speed"))), u"GT/s",
                    Category::Volatile());
-    addWidth(property::LINK_WIDTH, "current_link_width", Category::Volatile());
+    device.number(property::LINK_WIDTH, linkWidth(root, function.path("current_link_width")),
+                  device.type == u"PciBridge" ? Category::Volatile() : Category::SysInfo());
 }
 
 }  // namespace
 
 void collectPci(CollectContext& context) {
     const RootFolder& root = context.root;
-    context.noteAccess(DEVICES, context.root.access(DEVICES), "PCI devices");
+    context.noteAccess(
+        DEVICES, context.root.access(DEVICES),
+        {"PCI devices",
+         {u"PciDevice", u"Bus", u"Network", u"StorageController", u"Display", u"Multimedia", u"Coprocessor"}});
     const std::vector<PciFunction> functions = readFunctions(root);
     const HardwareIds names = readNames(context, functions);
     const std::map<std::string, std::string> slots = readSlots(root);
     for (const PciFunction& function : functions) {
+        if (function.vendor == 0) {
+            noteUnread(context, function);
+        }
         DeviceRecord device = pciFunctionDevice(function.address, function, names);
         device.sysPath = root.resolved(device.osLocator);
         if (const auto revision = root.number(function.path("revision"))) {

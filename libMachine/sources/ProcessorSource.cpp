@@ -7,6 +7,7 @@
 /// firmware says of the processors.
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <map>
 
@@ -109,17 +110,32 @@ void recordFromCpuInfo(CollectContext& context) {
     }
 }
 
+/// Of processors that are offline the kernel shows neither cores nor caches, so those of a package are not counted.
+void noteOffline(CollectContext& context, const std::string& reason) {
+    static const std::string PATH = "/sys/devices/system/cpu";
+    context.note(PATH, CollectNote::Reason::SaysNothing, reason,
+                 {"cores, threads and caches that are theirs", {u"ProcessorCore", u"Cache"}});
+    context.recording.addUnread({String::UTF8Decode(PATH),
+                                 CapabilityImp(StringView(u"Processor")),
+                                 String::UTF8Decode(reason),
+                                 {String(property::CORES), String(property::THREADS)}});
+}
+
 }  // namespace
 
 void collectProcessors(CollectContext& context) {
-    const std::vector<CpuPackage> packages = readCpuTopology(context.root);
+    const CpuTopology topology = readCpuTopology(context.root);
+    const std::vector<CpuPackage>& packages = topology.packages;
+    if (!topology.offline.empty()) {
+        noteOffline(context, fmt::format("processors {} are offline", fmt::join(topology.offline, ", ")));
+    }
     const std::vector<const ProcessorFacts*> sockets = populatedSockets(context.smbios);
     for (std::size_t i = 0; i < packages.size(); ++i) {
         PackageRecorder(context, packages[i]).record(sockets.size() == packages.size() ? sockets[i] : nullptr);
     }
     if (packages.empty()) {
         context.note("/sys/devices/system/cpu", CollectNote::Reason::SaysNothing, "shows no processor packages",
-                     "processor cores and caches");
+                     {"processor cores and caches", {u"ProcessorCore", u"Cache"}});
         recordFromCpuInfo(context);
     }
     if (packages.empty() && context.cpuInfo.blocks().empty()) {

@@ -142,6 +142,22 @@ private:
     DiskPlace m_place;
 };
 
+/// An NVMe drive is its controller, so the link of that one is the drive's.
+void addLinkOfController(DeviceRecord& disk, const Recording& recording) {
+    static constexpr StringView KEYS[] = {property::MAX_LINK_SPEED,      property::MAX_LINK_WIDTH,
+                                          property::SLOT_MAX_LINK_SPEED, property::SLOT_MAX_LINK_WIDTH,
+                                          property::LINK_SPEED,          property::LINK_WIDTH};
+    const std::size_t controller = recording.nearest(disk.sysPath);
+    if (disk.type != u"NvmeDrive" || controller == Recording::NONE) {
+        return;
+    }
+    for (const PropertyRecord& property : recording.at(controller).properties) {
+        if (std::find(std::begin(KEYS), std::end(KEYS), property.key) != std::end(KEYS)) {
+            disk.properties.push_back(property);
+        }
+    }
+}
+
 }  // namespace
 
 void collectStorage(CollectContext& context) {
@@ -153,7 +169,9 @@ void collectStorage(CollectContext& context) {
         }
         DiskPlace place = placeOfDisk(context.root, context.recording, name);
         if (!place.sysPath.empty()) {
-            context.recording.add(DiskReader(context.root, name, std::move(place)).read());
+            DeviceRecord disk = DiskReader(context.root, name, std::move(place)).read();
+            addLinkOfController(disk, context.recording);
+            context.recording.add(std::move(disk));
         }
     }
 }

@@ -1,13 +1,17 @@
 #include "libMachine/MachineCollector.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <set>
 
 #include "libInventory/recording/SysInfoWriter.h"
+#include "libMachine/linux/RootFolder.h"
+#include "libMachine/linux/SysfsTopology.h"
 #include "libMachine/record/CleanText.h"
 #include "libSystemState/UnreadSource.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
@@ -32,6 +36,19 @@ std::string joined(const std::vector<CollectNote>& notes) {
         all += noteText(note) + "\n";
     }
     return all;
+}
+
+std::string textOf(const CpuPackage& package) {
+    std::string text = fmt::format("package {} from {}:", package.id, package.firstCpu);
+    for (const CpuCore& core : package.cores) {
+        text += fmt::format(" core {} from {}, {} threads;", core.id, core.firstCpu, core.threads);
+    }
+    for (const CpuCache& cache : package.caches) {
+        text += fmt::format(" L{} kind {} from {} core {}, {} bytes, {} a line, {} ways;", cache.level,
+                            static_cast<int>(cache.kind), cache.firstCpu,
+                            cache.core ? static_cast<int>(*cache.core) : -1, cache.bytes, cache.lineSize, cache.ways);
+    }
+    return text;
 }
 
 /// A module of 40 bytes with label and bank; the size in MB, 0 for an empty slot.
@@ -115,6 +132,34 @@ TEST(MachineCollectorTest, processorsHaveCoresAndCaches) {
     EXPECT_THAT(xml, ::testing::Not(HasSubstr("CurrentClock")));
     EXPECT_THAT(xml, ::testing::Not(HasSubstr("Microcode")));
     EXPECT_THAT(sysInfoXml(machine.store, true), HasSubstr("CurrentClock"));
+}
+
+// What the topology library does not show, the kernel does: here two processors of one package, which it drops when a
+// bus's locality contradicts them, and all others when processor 0 is offline.
+TEST(MachineCollectorTest, processorsThatTheTopologyLibraryLeavesOutAreRead) {
+    SavedMachine whole;
+    whole.processors(2, 2, "Example CPU");
+    whole.collect();
+    const RootFolder root(whole.folder());
+    const SysfsProcessors processors = readSysfsProcessors(root);
+    ASSERT_EQ(processors.online.size(), 2U);
+    const CpuTopology topology = readCpuTopology(root);
+    for (const CpuPackage& expected : topology.packages) {
+        const CpuPackage package = readSysfsPackage(root, expected.id, processors.online.at(expected.id));
+        EXPECT_EQ(textOf(package), textOf(expected));
+    }
+
+    SavedMachine machine;
+    machine.processors(2, 2, "Example CPU");
+    std::filesystem::remove_all(machine.folder() + "/sys/devices/system/cpu/cpu0/topology");
+    std::filesystem::remove_all(machine.folder() + "/sys/devices/system/cpu/cpu0/cache");
+    machine.file("/sys/devices/system/cpu/cpu0/online", "0\n");
+    machine.collect();
+    EXPECT_EQ(machine.text(u"cpu:0", u"Threads"), "3");
+    EXPECT_EQ(machine.text(u"cpu:1", u"Cores"), "2");
+    EXPECT_EQ(machine.parentOf(u"cpu:1/core:4/l1d"), "cpu:1/core:4");
+    EXPECT_EQ(machine.text(u"cpu:1/l3:0", u"Size"), whole.text(u"cpu:1/l3:0", u"Size"));
+    EXPECT_THAT(joined(machine.notes), HasSubstr("processors 0 are offline; left out: cores, threads and caches"));
 }
 
 TEST(MachineCollectorTest, memoryModulesComeFromSmbios) {
@@ -201,12 +246,45 @@ TEST(MachineCollectorTest, pciFunctionsAreATreeWithNames) {
     EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"Speed"), "10000 Mbit/s");
     EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"LinkSpeed"), "-") << "unknown at the moment";
     EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"LinkWidth"), "4");
+    EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"SlotMaxLinkWidth"), "16");
+    EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"SlotMaxLinkSpeed"), "16 GT/s");
     EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"NumaNode"), "-");
     EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"Driver"), "exnet");
     EXPECT_EQ(machine.summary(u"pci:10000:01:00.0"),
               "NvmeController|PCI device 1d01:0499|/sys/bus/pci/devices/10000:01:00.0");
     EXPECT_EQ(machine.text(u"pci:10000:01:00.0", u"Vendor"), "Other Devices");
     EXPECT_TRUE(machine.hasCapability(u"pci:10000:01:00.0", u"PciDevice"));
+}
+
+// A link that trained narrower has to be seen by a script that was made before; what saving power changes has not.
+TEST(MachineCollectorTest, widthsOfLinksAreRecorded) {
+    SavedMachine machine("server");
+    const std::string nvme = "/sys/bus/pci/devices/10000:01:00.0/";
+    machine.file(nvme + "max_link_width", "4\n");
+    machine.file(nvme + "current_link_width", "2\n");
+    machine.file(nvme + "current_link_speed", "2.5 GT/s PCIe\n");
+    machine.collect();
+    for (const String& locator : {String(u"pci:0000:01:00.0"), String(u"pci:10000:01:00.0/ns:1")}) {
+        const IPropertyImp* const width = machine.device(locator).findProperty(u"LinkWidth");
+        ASSERT_NE(width, nullptr) << locator.toUtf8();
+        EXPECT_EQ(width->category(), PropertyCategoryImp::SysInfo());
+    }
+    EXPECT_EQ(machine.text(u"pci:10000:01:00.0/ns:1", u"LinkWidth"), "2");
+    EXPECT_EQ(machine.text(u"pci:10000:01:00.0/ns:1", u"MaxLinkWidth"), "4");
+    for (const auto& [locator, key] : {std::pair<String, String>(u"pci:10000:01:00.0/ns:1", u"LinkSpeed"),
+                                       std::pair<String, String>(u"pci:0000:00:1c.0", u"LinkWidth")}) {
+        EXPECT_EQ(machine.device(locator).findProperty(key)->category(), PropertyCategoryImp::Volatile());
+    }
+}
+
+// The kernel lists it, so it is recorded, and what cannot be read of it is named.
+TEST(MachineCollectorTest, functionsThatShowLittleAreRecorded) {
+    SavedMachine machine("server");
+    machine.file("/sys/bus/pci/devices/0000:05:00.0/class", "0x020000\n");
+    machine.collect();
+    EXPECT_EQ(machine.summary(u"pci:0000:05:00.0"), "Ethernet|PCI device|/sys/bus/pci/devices/0000:05:00.0");
+    EXPECT_EQ(machine.text(u"pci:0000:05:00.0", u"VendorId"), "-");
+    EXPECT_THAT(joined(machine.notes), HasSubstr("0000:05:00.0/vendor: absent; left out: what the PCI device"));
 }
 
 TEST(MachineCollectorTest, networkAdaptersAreTheirFunctions) {
