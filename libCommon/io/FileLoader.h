@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "libCommon/Export.h"
@@ -29,7 +30,11 @@ VRX_EXPORT bool loadDescriptor(int descriptor, std::string& bytes, String& error
 /// Replaces the file's content in one step: the bytes go to a temporary file in the same folder, which takes the
 /// place of the old one only when everything was written. On failure the old file is as it was, nothing is left
 /// behind, and `error` says why. A path that is no regular file (a pipe, a terminal, /dev/null, /dev/full) is written
-/// directly. An existing file's permissions are kept, and a symbolic link's target is what is replaced.
+/// directly; one that names an open file (/dev/stdout, /dev/fd/3) is written on where that stands. An existing file's
+/// permissions are kept, and a symbolic link's target is what is replaced.
 VRX_EXPORT bool replaceFile(const String& path, std::string_view bytes, String& error);
+
+/// The number of this process's open file that the path names, as /dev/stdout names 1; none for any other path.
+VRX_EXPORT std::optional<int> ownDescriptor(const String& path);
 
 }  // namespace vrx

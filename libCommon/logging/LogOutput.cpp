@@ -1,12 +1,13 @@
-/// Log lines through log4cplus, loaded on demand.
+/// Where log lines go.
 ///
-/// A program that links log4cplus pays for it at every start: the library sets itself up and starts a pool of threads
-/// while it is loaded, which takes longer than a small check. This system has no threads of its own and most runs
-/// write no line, so the library is loaded when the first line is written, through its C interface.
+/// Lines for standard error go through log4cplus. A program that links log4cplus pays for it at every start: the
+/// library sets itself up and starts a pool of threads while it is loaded, which takes longer than a small check. This
+/// system has no threads of its own and most runs write no line, so the library is loaded when the first line is
+/// written, through its C interface. One logger of its own, cut off from the root, carries all lines, so that a host
+/// that uses log4cplus itself keeps its configuration; names and priorities are settled before a line comes here.
 ///
-/// The outputs are described to it in its configuration text. Files are named there by descriptor, because a path may
-/// hold characters that the text cannot. One logger of its own, cut off from the root, carries all lines, so that a
-/// host that uses log4cplus itself keeps its configuration; names and priorities are settled before a line comes here.
+/// Files are written here, in the same form: that library says nothing of a line that a full disk did not take, and
+/// whoever relies on a log must learn that it has holes.
 
 #include "libCommon/logging/LogOutput.h"
 
@@ -14,10 +15,15 @@
 #include <fcntl.h>
 #include <log4cplus/clogger.h>
 
-#include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <cstdio>
+#include <ctime>
 
 #include "libCommon/io/FileDescriptor.h"
+#include "libCommon/logging/LogFile.h"
+#include "libCommon/logging/LoggerRegistry.h"
+#include "libCommon/text/PrintableText.h"
 
 namespace vrx {
 
@@ -35,13 +41,36 @@ int levelOf(LogPriority priority) noexcept {
     }
 }
 
-void describeAppender(std::string& text, const std::string& name, const std::string& kind, const std::string& option) {
-    const std::string key = "log4cplus.appender." + name;
-    text += key + "=log4cplus::" + kind + "\n";
-    text += key + "." + option + "\n";
-    text += key + ".ImmediateFlush=true\n";
-    text += key + ".layout=log4cplus::PatternLayout\n";
-    text += key + ".layout.ConversionPattern=%D{%Y-%m-%d %H:%M:%S.%q} %-5p %m%n\n";
+constexpr const char* CONFIGURATION =
+    "log4cplus.logger.vrx=TRACE, console\n"
+    "log4cplus.additivity.vrx=false\n"
+    "log4cplus.appender.console=log4cplus::ConsoleAppender\n"
+    "log4cplus.appender.console.logToStdErr=true\n"
+    "log4cplus.appender.console.ImmediateFlush=true\n"
+    "log4cplus.appender.console.layout=log4cplus::PatternLayout\n"
+    "log4cplus.appender.console.layout.ConversionPattern=%D{%Y-%m-%d %H:%M:%S.%q} %-5p %m%n\n";
+
+const char* nameOf(LogPriority priority) noexcept {
+    switch (priority) {
+        case LogPriority::Debug: return "DEBUG";
+        case LogPriority::Info: return "INFO ";
+        case LogPriority::Warning: return "WARN ";
+        default: return "ERROR";
+    }
+}
+
+/// "2026-11-21 10:33:20.042 WARN  ", local time.
+std::string lineStart(LogPriority priority) {
+    using namespace std::chrono;
+    const auto now = time_point_cast<milliseconds>(system_clock::now());
+    const std::time_t seconds = system_clock::to_time_t(floor<std::chrono::seconds>(now));
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    char text[40];
+    const std::size_t size = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+    std::snprintf(text + size, sizeof text - size, ".%03d %s ", static_cast<int>(now.time_since_epoch().count() % 1000),
+                  nameOf(priority));
+    return text;
 }
 
 }  // namespace
@@ -69,7 +98,6 @@ struct LogOutput::Backend {
 
 void LogOutput::addStandardError() {
     const std::lock_guard lock(m_mutex);
-    m_isChanged = m_isChanged || !m_toStandardError;
     m_toStandardError = true;
     m_isConfigured = true;
 }
@@ -81,7 +109,6 @@ bool LogOutput::addFile(const String& path) {
     }
     const std::lock_guard lock(m_mutex);
     m_files.push_back(file.release());
-    m_isChanged = true;
     m_isConfigured = true;
     return true;
 }
@@ -90,49 +117,44 @@ void LogOutput::write(const std::string& loggerName, LogPriority priority, Strin
     if (!m_isConfigured.load(std::memory_order_acquire)) {
         return;
     }
-    std::string line = loggerName + " - ";
-    appendUtf8(line, message);
-    std::replace(line.begin(), line.end(), '\0', ' ');  // the line is handed over as a C string
+    const std::string line = loggerName + " - " + printable(message);
     const std::lock_guard lock(m_mutex);
-    if (const Backend* backend = readyBackend()) {
+    writeToFiles(lineStart(priority) + line + '\n');
+    if (const Backend* backend = m_toStandardError ? readyBackend() : nullptr) {
         backend->log(LOGGER, levelOf(priority), line.c_str());
     }
 }
 
-/// The loaded back end with the present outputs; null when the library cannot be loaded, which is said once.
+String LogOutput::fileError() {
+    const std::lock_guard lock(m_mutex);
+    return m_fileError == 0 ? String() : systemErrorText(m_fileError);
+}
+
+String logFileError() { return LoggerRegistry::instance().output().fileError(); }
+
+void LogOutput::writeToFiles(std::string_view line) {
+    for (const int number : m_files) {
+        FileDescriptor file(number);
+        if (!file.writeAll(line) && m_fileError == 0) {
+            m_fileError = errno;
+        }
+        file.release();
+    }
+}
+
+/// The loaded back end; null when the library cannot be loaded, which is said once.
 LogOutput::Backend* LogOutput::readyBackend() {
     if (m_backend == nullptr) {
         m_backend = new Backend;
         if (!m_backend->load()) {
             std::fprintf(stderr, "log lines cannot be written: %s\n", dlerror());
-            m_isConfigured = false;
+            m_toStandardError = false;
             return nullptr;
         }
         m_backend->session = m_backend->initialize();
-    }
-    if (m_isChanged) {
-        m_backend->configure(configuration().c_str());
-        m_isChanged = false;
+        m_backend->configure(CONFIGURATION);
     }
     return m_backend;
-}
-
-std::string LogOutput::configuration() const {
-    std::string appenders;
-    std::string names;
-    if (m_toStandardError) {
-        names += ", console";
-        describeAppender(appenders, "console", "ConsoleAppender", "logToStdErr=true");
-    }
-    for (const int file : m_files) {
-        const std::string name = "file" + std::to_string(file);
-        names += ", " + name;
-        describeAppender(appenders, name, "FileAppender", "File=/proc/self/fd/" + std::to_string(file));
-        appenders += "log4cplus.appender." + name + ".Append=true\n";
-    }
-    const std::string logger = LOGGER;
-    return "log4cplus.logger." + logger + "=TRACE" + names + "\nlog4cplus.additivity." + logger + "=false\n" +
-           appenders;
 }
 
 }  // namespace vrx

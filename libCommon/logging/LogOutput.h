@@ -9,8 +9,7 @@
 
 namespace vrx {
 
-/// Where log lines go outside of the program: standard error and files, through log4cplus. Nothing is loaded before the
-/// first line is written to a configured output.
+/// Where log lines go outside of the program: standard error, through log4cplus, and files.
 class LogOutput {
 public:
     void addStandardError();
@@ -18,19 +17,22 @@ public:
     /// False when the file cannot be opened for appending.
     bool addFile(const String& path);
 
+    /// Why a line is missing in a file; empty while every line was written.
+    String fileError();
+
     void write(const std::string& loggerName, LogPriority priority, StringView message);
 
 private:
     struct Backend;
 
     Backend* readyBackend();
-    std::string configuration() const;
+    void writeToFiles(std::string_view line);
 
     std::mutex m_mutex;
     std::atomic<bool> m_isConfigured = false;
     bool m_toStandardError = false;
     std::vector<int> m_files;  ///< descriptors, open for the rest of the process
-    bool m_isChanged = false;  ///< the back end does not know the present outputs yet
+    int m_fileError = 0;       ///< of the first line that a file did not take
     Backend* m_backend = nullptr;
 };
 

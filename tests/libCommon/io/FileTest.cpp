@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "libCommon/io/FileLoader.h"
+#include "libCommon/text/NumberText.h"
 #include "tests/libCommon/PrintText.h"
 
 namespace vrx {
@@ -145,6 +146,22 @@ TEST_F(FileTest, keepsPermissionsAndLinks) {
     EXPECT_EQ(get("not there yet"), "born");
     fs::create_symlink("circle", m_folder / "circle");
     EXPECT_EQ(replace("circle", "x"), "Too many levels of symbolic links");
+}
+
+TEST_F(FileTest, writesOnWhatIsOpenAndNeverReplacesIt) {
+    put("file", "");
+    std::ofstream output(m_folder / "file");
+    output << "before " << std::flush;
+    const int own = open((m_folder / "file").c_str(), O_WRONLY | O_APPEND);
+    fs::create_symlink("/dev/fd/" + std::to_string(own), m_folder / "link");
+    EXPECT_EQ(ownDescriptor(path("link")), own);
+    EXPECT_EQ(replace("link", "own "), "");
+    EXPECT_EQ(replace(u"/proc/thread-self/fd/" + toText(own), "other "), "");
+    EXPECT_EQ(write(own, "after", 5), 5);
+    EXPECT_EQ(get("file"), "before own other after");
+    close(own);
+    EXPECT_EQ(ownDescriptor(path("file")), std::nullopt);
+    EXPECT_EQ(entries(), 2);
 }
 
 TEST_F(FileTest, leavesTheOldFileWhenTheDiskIsFull) {

@@ -10,6 +10,7 @@
 #include "libCommon/error/Exception.h"
 #include "libCommon/error/StructuredException.h"
 #include "libCommon/io/FileLoader.h"
+#include "libCommon/logging/LogFile.h"
 #include "libCommon/text/NumberText.h"
 #include "tests/libCommon/PrintText.h"
 
@@ -109,7 +110,7 @@ TEST(LoggerTest, lettersOfALine) {
 TEST(LoggerTest, writesEachLineOnceToStandardError) {
     EXPECT_EXIT((logEverywhere(), _exit(0)), testing::ExitedWithCode(0),
                 "^[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} WARN  test\\.output - "
-                "[0-9]+ wärn \\.\n$");
+                "[0-9]+ wärn\\\\u0000\\.\n$");
 }
 
 TEST(LoggerTest, appendsToFilesOfAnyName) {
@@ -121,7 +122,10 @@ TEST(LoggerTest, appendsToFilesOfAnyName) {
         VRX_LOG(Logger::get("test"), LogPriority::Error, u"one");
         const bool isOpenStill = Logger::logToFile(path + u"2");
         VRX_LOG(Logger::get("test"), LogPriority::Error, u"two");
-        _exit(isOpen && isOpenStill && !Logger::logToFile(u"/missing/file") ? 0 : 1);
+        const bool isWhole = logFileError().isEmpty() && Logger::logToFile(u"/dev/full");
+        VRX_LOG(Logger::get("test"), LogPriority::Error, u"three");
+        const bool isFull = logFileError() == u"No space left on device";
+        _exit(isOpen && isOpenStill && isWhole && isFull && !Logger::logToFile(u"/missing/file") ? 0 : 1);
     };
     EXPECT_EXIT(writeTwice(), testing::ExitedWithCode(0), "^$");
     std::string first;
@@ -129,8 +133,8 @@ TEST(LoggerTest, appendsToFilesOfAnyName) {
     String error;
     EXPECT_TRUE(loadFile(path, first, error));
     EXPECT_TRUE(loadFile(path + u"2", second, error));
-    EXPECT_THAT(first, testing::MatchesRegex(".* ERROR test - [0-9]+ one\n.* ERROR test - [0-9]+ two\n"));
-    EXPECT_THAT(second, testing::MatchesRegex("[^\n]* ERROR test - [0-9]+ two\n"));
+    EXPECT_THAT(first, testing::MatchesRegex(".* ERROR test - [0-9]+ one\n.* ERROR test - [0-9]+ two\n.* three\n"));
+    EXPECT_THAT(second, testing::MatchesRegex("[^\n]* ERROR test - [0-9]+ two\n.* three\n"));
     std::filesystem::remove_all(folder);
 }
 
