@@ -27,14 +27,30 @@ bool isIn(const CodePointRange (&ranges)[N], std::uint32_t codePoint) noexcept {
     });
 }
 
-/// Control characters, and marks that change the direction of the text around them or break lines.
-bool isActedOn(char16_t unit) noexcept {
-    return unit < 0x20 || (unit >= 0x7F && unit <= 0x9F) || unit == 0x061C || unit == 0x200E || unit == 0x200F ||
-           (unit >= 0x2028 && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069) || unit == 0xFEFF;
+/// What a terminal acts on or does not show: control characters, marks that change the direction of the text around
+/// them or break lines, all that has no shape of its own (soft hyphen, joiners, selectors, tags), and what is no
+/// character. Texts that differ in these alone look the same, and some are made to.
+constexpr CodePointRange HIDDEN[] = {
+    {0x00, 0x1F},       {0x7F, 0x9F},       {0xAD, 0xAD},      {0x34F, 0x34F},   {0x61C, 0x61C},   {0x115F, 0x1160},
+    {0x17B4, 0x17B5},   {0x180B, 0x180F},   {0x200B, 0x200F},  {0x2028, 0x202E}, {0x2060, 0x206F}, {0x3164, 0x3164},
+    {0xFDD0, 0xFDEF},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},  {0xFFA0, 0xFFA0}, {0xFFF0, 0xFFFB}, {0xFFFE, 0xFFFF},
+    {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
+
+bool isHidden(std::uint32_t codePoint) noexcept {
+    const bool isUsual = (codePoint >= 0x20 && codePoint < 0x7F) || (codePoint >= 0xA0 && codePoint < 0xAD);
+    return !isUsual && (isIn(HIDDEN, codePoint) || (codePoint & 0xFFFE) == 0xFFFE);
 }
 
 bool isHighSurrogate(char16_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool isLowSurrogate(char16_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+/// The character at the index; half of a surrogate pair stands for itself.
+std::uint32_t codePointAt(StringView text, std::size_t index) noexcept {
+    const char16_t unit = text[index];
+    return isHighSurrogate(unit) && index + 1 < text.size() && isLowSurrogate(text[index + 1])
+               ? 0x10000u + ((unit - 0xD800u) << 10) + (text[index + 1] - 0xDC00u)
+               : unit;
+}
 
 void appendEscaped(std::string& out, char16_t unit) {
     switch (unit) {
@@ -55,14 +71,20 @@ std::string_view characterAt(std::string_view utf8, std::size_t position) noexce
     return utf8.substr(position, sequenceLength(utf8[position]));
 }
 
-unsigned widthOf(std::string_view character) noexcept {
-    if (character.size() < 2) {
-        return 1;
-    }
+/// Requires: valid UTF-8 of more than one byte.
+std::uint32_t codePointOf(std::string_view character) noexcept {
     auto codePoint = static_cast<std::uint32_t>(static_cast<unsigned char>(character[0])) & (0x7Fu >> character.size());
     for (const char next : character.substr(1)) {
         codePoint = codePoint << 6 | (static_cast<unsigned char>(next) & 0x3Fu);
     }
+    return codePoint;
+}
+
+unsigned widthOf(std::string_view character) noexcept {
+    if (character.size() < 2) {
+        return 1;
+    }
+    const std::uint32_t codePoint = codePointOf(character);
     return isIn(WITHOUT_WIDTH, codePoint) ? 0 : isIn(WIDE, codePoint) ? 2 : 1;
 }
 
@@ -93,14 +115,17 @@ std::string printable(StringView text) {
     std::string out;
     out.reserve(text.size());
     std::size_t plain = 0;  // start of the piece that is not written yet
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
-            ++i;
-        } else if (isActedOn(text[i]) || isHighSurrogate(text[i]) || isLowSurrogate(text[i])) {
+    for (std::size_t i = 0; i < text.size();) {
+        const std::uint32_t codePoint = codePointAt(text, i);
+        const std::size_t next = codePoint > 0xFFFF ? i + 2 : i + 1;
+        if (isHidden(codePoint) || (codePoint >= 0xD800 && codePoint <= 0xDFFF)) {
             appendUtf8(out, text.substr(plain, i - plain));
-            appendEscaped(out, text[i]);
-            plain = i + 1;
+            for (; i < next; ++i) {
+                appendEscaped(out, text[i]);
+            }
+            plain = next;
         }
+        i = next;
     }
     appendUtf8(out, text.substr(plain));
     return out;
@@ -111,6 +136,24 @@ std::string printable(std::string_view utf8) { return printable(String::UTF8Deco
 std::string printableValue(StringView text) {
     const bool showsQuotes = text.empty() || text.front() == u' ' || text.back() == u' ';
     return showsQuotes ? "\"" + printable(text) + "\"" : printable(text);
+}
+
+std::string printableMarkup(std::string_view utf8, Markup markup) {
+    std::string out;
+    out.reserve(utf8.size());
+    for (std::size_t at = 0; at < utf8.size();) {
+        const std::string_view character = characterAt(utf8, at);
+        const auto codePoint = character.size() > 1 ? codePointOf(character) : static_cast<unsigned char>(utf8[at]);
+        at += character.size();
+        if (!isHidden(codePoint) || codePoint == '\n' || codePoint == '\t') {
+            out += character;
+        } else if (markup == Markup::Xml) {
+            fmt::format_to(std::back_inserter(out), "&#x{:X};", codePoint);
+        } else {
+            out += printable(character);
+        }
+    }
+    return out;
 }
 
 unsigned displayWidth(std::string_view utf8) {

@@ -16,6 +16,14 @@ TEST(PrintableTextTest, EscapesWhatATerminalWouldActOn) {
     EXPECT_EQ(printable(std::string_view("a\x1b")), "a\\u001B");
 }
 
+TEST(PrintableTextTest, EscapesWhatIsNotShown) {
+    EXPECT_EQ(printable(u"a\u00ADb\u200Bc\uFEFF\uFFFE"), "a\\u00ADb\\u200Bc\\uFEFF\\uFFFE");
+    EXPECT_EQ(printable(u"\U000E0041\U0001FFFF\u00A0\uFFFD"), "\\uDB40\\uDC41\\uD83F\\uDFFF\u00A0\uFFFD");
+    const std::string document = "<a b=\"\u202Ex\U000E0041\">\n\t\u00E4\033</a>\n";
+    EXPECT_EQ(printableMarkup(document, Markup::Xml), "<a b=\"&#x202E;x&#xE0041;\">\n\t\u00E4&#x1B;</a>\n");
+    EXPECT_EQ(printableMarkup("[\"\u00AD\U000E0041\"]\n", Markup::Json), "[\"\\u00AD\\uDB40\\uDC41\"]\n");
+}
+
 TEST(PrintableTextTest, ShowsBlanksAtTheEnds) {
     EXPECT_EQ(printableValue(u""), "\"\"");
     EXPECT_EQ(printableValue(u"a "), "\"a \"");
