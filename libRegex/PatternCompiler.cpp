@@ -1,6 +1,7 @@
 #include "libRegex/PatternCompiler.h"
 
 #include <algorithm>
+#include <new>
 
 // The dialect: Perl-compatible, on single 16-bit code units.
 //
@@ -27,6 +28,9 @@ constexpr bool isAscii(char16_t unit) noexcept { return unit < 0x80; }
 pcre2_compile_context* compileContext() {
     thread_local const PcreHandle<pcre2_compile_context> context = [] {
         PcreHandle<pcre2_compile_context> made(pcre2_compile_context_create(nullptr));
+        if (made == nullptr) {
+            throw std::bad_alloc();
+        }
         pcre2_set_max_pattern_length(made.get(), MAX_PATTERN_UNITS);
         return made;
     }();
@@ -44,6 +48,9 @@ CompiledCode compilePattern(StringView pattern, LetterCase letterCase, WorkCount
     result.code.reset(
         pcre2_compile(pcreUnits(pattern), pattern.size(), options, &failure.error, &failure.offset, compileContext()));
     if (result.code == nullptr) {
+        if (failure.error == PCRE2_ERROR_HEAP_FAILED) {
+            throw std::bad_alloc();
+        }
         result.failure = failure;
     }
     return result;

@@ -1,6 +1,7 @@
 #include "libRegex/PatternProgram.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "libCommon/Assertion.h"
@@ -18,8 +19,8 @@
 //      callouts (empty groups have none). The step limit holds as well: it ends exploding patterns sooner.
 //
 // Both searches decide alike; only what they can afford differs, and neither depends on what was searched for before.
-// A test that no search could decide is Exceeded. Errors of the matcher itself (no memory, endless recursion) count as
-// that too.
+// A test that no search could decide is Exceeded. Endless recursion counts as that too. Without memory
+// nothing is known of pattern or value, so that is an exception.
 //
 // The limits are measured: a step takes about 15 ns, so a pattern such as "^(a+)+$" is given up after some 0.15 ms,
 // and the costliest search after a few. ".*foo.*bar.*" on 2,000 units takes 2,000 steps for each "foo" that it meets.
@@ -43,7 +44,9 @@ struct MatchWorkspace {
     PcreHandle<pcre2_match_context> context{pcre2_match_context_create(nullptr)};
 
     MatchWorkspace() {
-        VRX_ASSERT(data != nullptr && context != nullptr);
+        if (data == nullptr || context == nullptr) {
+            throw std::bad_alloc();
+        }
         pcre2_set_heap_limit(context.get(), HEAP_LIMIT_KIB);
     }
 };
@@ -99,6 +102,9 @@ SearchOutcome run(const pcre2_code& code, std::uint32_t stepLimit, Callout callo
         pcre2_match(&code, pcreUnits(watch.value), watch.value.size(), 0, 0, workspace.data.get(), context);
     if (result >= 0) {
         return SearchOutcome::Match;
+    }
+    if (result == PCRE2_ERROR_NOMEMORY) {
+        throw std::bad_alloc();
     }
     return result == PCRE2_ERROR_NOMATCH ? SearchOutcome::NoMatch : SearchOutcome::Exceeded;
 }

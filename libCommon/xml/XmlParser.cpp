@@ -176,7 +176,11 @@ std::string_view XmlParser::restAtEvent() const {
                : std::string_view(buffer, static_cast<std::size_t>(size)).substr(static_cast<std::size_t>(offset));
 }
 
+// That there was no memory says nothing about the text.
 XmlError XmlParser::libraryError() {
+    if (XML_GetErrorCode(m_parser.get()) == XML_ERROR_NO_MEMORY) {
+        throw std::bad_alloc();
+    }
     const String description = describeError(XML_GetErrorCode(m_parser.get()), restAtEvent(), m_builder);
     return {description, placeOfEvent()};
 }
