@@ -4,14 +4,17 @@
 /// either side whose texts are equal are taken for the same, in order. What one key has paired takes no part in the
 /// next. All keys hold the type, so a pair always has one type.
 ///
-///     1. both locators, name and all properties      equal devices, in whatever order they stand
-///     2. both locators                               changed in place
-///     3. the hardware locator                        the operating system counts differently
-///     4. UUID, WWN, serial number, address           moved, and perhaps changed
-///     5. name and all properties                     moved
+///     1. the hardware locator, where one device of each side has it: changed in place
+///     2. both locators, name and all properties      equal devices, in whatever order they stand
+///     3. the hardware locator, and an identity: UUID, WWN, serial number, address
+///     4. both locators; the hardware locator
+///     5. an identity                                 moved, and perhaps changed
+///     6. name and all properties                     moved
+///     7. the OS locator
 ///
-/// The first key is long, so a device that alone has its locators on both sides is paired by the second beforehand;
-/// nothing else could become its pair. Each key costs one pass and one hash table.
+/// A name that the kernel hands out comes last, because it may belong to another device today; it is no part of the
+/// keys before. The first key decides for nearly every device, so the long second one is made of few. Each key costs
+/// one pass and one hash table.
 
 #include "libDiagnosis/DevicePairs.h"
 
@@ -21,6 +24,7 @@
 #include "libCommon/containers/HashFunctions.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/devices/KernelNames.h"
 #include "libSystemState/properties/IPropertyImp.h"
 #include "libSystemState/properties/PropertyCategoryImp.h"
 #include "libSystemState/properties/PropertyNames.h"
@@ -45,17 +49,21 @@ void appendContent(String& key, const IDeviceImp& device) {
 
 String typeKey(const IDeviceImp& device) { return device.type().toString() + SEPARATOR; }
 
-String placeKey(const IDeviceImp& device) { return typeKey(device) + device.guid(); }
+String guidKey(const IDeviceImp& device) { return typeKey(device) + device.guid(); }
+
+/// Empty, which pairs nothing, where one of the locators tells no place.
+String placeKey(const IDeviceImp& device) {
+    return isPlace(device.hwLocator()) && !isKernelName(device.osLocator()) ? guidKey(device) : String();
+}
 
 String wholeKey(const IDeviceImp& device) {
-    String key = placeKey(device);
+    String key = guidKey(device);
     appendContent(key, device);
     return key;
 }
 
-/// Empty, which pairs nothing, without a hardware locator.
 String hardwareKey(const IDeviceImp& device) {
-    return device.hwLocator().isEmpty() ? String() : typeKey(device) + device.hwLocator();
+    return isPlace(device.hwLocator()) ? typeKey(device) + device.hwLocator() : String();
 }
 
 String contentKey(const IDeviceImp& device) {
@@ -64,11 +72,15 @@ String contentKey(const IDeviceImp& device) {
     return key;
 }
 
-KeyOf identityKey(StringView key) {
-    return [key](const IDeviceImp& device) {
+using KeyFunction = String (*)(const IDeviceImp&);
+
+/// What `startOf` gives, and the identity.
+KeyOf identityKey(StringView key, KeyFunction startOf) {
+    return [key, startOf](const IDeviceImp& device) {
         const IPropertyImp* const property = device.findProperty(key);
         const String value = property ? property->value().toString(true) : String();
-        return value.isEmpty() ? String() : typeKey(device) + value;
+        const String start = value.isEmpty() ? String() : startOf(device);
+        return start.isEmpty() ? String() : start + SEPARATOR + value;
     };
 }
 
@@ -140,14 +152,18 @@ Devices devicesOf(const StateManager& store) {
 std::vector<DevicePair> pairDevices(const StateManager& before, const StateManager& after) {
     const Devices all = devicesOf(after);
     Pairing pairing(devicesOf(before), all);
-    pairing.pairUniqueBy(placeKey);
+    pairing.pairUniqueBy(hardwareKey);
     pairing.pairBy(wholeKey);
+    for (const StringView key : IDENTITIES) {
+        pairing.pairBy(identityKey(key, hardwareKey));
+    }
     pairing.pairBy(placeKey);
     pairing.pairBy(hardwareKey);
     for (const StringView key : IDENTITIES) {
-        pairing.pairBy(identityKey(key));
+        pairing.pairBy(identityKey(key, typeKey));
     }
     pairing.pairBy(contentKey);
+    pairing.pairBy(guidKey);
 
     std::vector<DevicePair> pairs;
     for (const IDeviceImp* const device : all) {

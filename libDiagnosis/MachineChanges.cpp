@@ -13,6 +13,7 @@
 #include "libDiagnosis/DevicePairs.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/devices/KernelNames.h"
 #include "libSystemState/properties/IPropertyImp.h"
 #include "libSystemState/properties/PropertyCategoryImp.h"
 #include "libSystemState/values/ValueImp.h"
@@ -134,6 +135,12 @@ private:
 
 bool DeviceChange::isMoved() const {
     return before != nullptr && after != nullptr && before->hwLocator() != after->hwLocator();
+}
+
+bool DeviceChange::isOnlyRenamed() const {
+    return before != nullptr && after != nullptr && !isMoved() && values.size() == 1 &&
+           values.front().what == What::OsLocator && isKernelName(before->osLocator()) &&
+           isKernelName(after->osLocator());
 }
 
 std::vector<DeviceChange> machineChanges(const StateManager& before, const StateManager& after, bool allCategories) {

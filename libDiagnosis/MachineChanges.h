@@ -28,6 +28,9 @@ struct DeviceChange {
 
     /// Whether it is in both, at another hardware locator.
     bool isMoved() const;
+
+    /// Whether it is the same in both but for the name that the kernel gave it.
+    bool isOnlyRenamed() const;
 };
 
 /// What differs between two machines: devices of `after` in its order, then those that only `before` has. Equal

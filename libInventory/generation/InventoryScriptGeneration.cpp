@@ -2,8 +2,10 @@
 /// before its children, with its properties as exact patterns or ranges.
 ///
 /// Names, locators and exact values are encoded while they pass through the XML layer, and the finished text is decoded
-/// as a whole; loading a script encodes its text again. So any 16-bit text survives, in a text held in memory.
+/// as a whole; loading a script encodes its text again. So any 16-bit text survives, in a text held in memory. No file
+/// can hold some of them: where the text has to be well-formed, what was encoded becomes escapes of patterns instead.
 
+#include <algorithm>
 #include <utility>
 
 #include "libCommon/Assertion.h"
@@ -11,6 +13,7 @@
 #include "libCommon/time/DateTime.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/ScriptGeneration.h"
 #include "libInventory/generation/PropertyValueLinking.h"
 #include "libInventory/generation/ValuePattern.h"
 #include "libInventory/script/ScriptVocabulary.h"
@@ -18,6 +21,7 @@
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/devices/KernelNames.h"
 #include "libSystemState/filter/SysinfoFilter.h"
 #include "libSystemState/properties/IPropertyImp.h"
 #include "libSystemState/properties/PropertyCategoryImp.h"
@@ -84,8 +88,12 @@ void addPropertyElement(const IPropertyImp& property, const boost::shared_ptr<ID
 
 class DeviceElements {
 public:
-    DeviceElements(XmlElement* root, SysinfoFilter* filter, bool includeAllCategories)
-        : m_root(root), m_filter(filter), m_excluded(excludedCategories(includeAllCategories)) {}
+    DeviceElements(XmlElement* root, const StateManager& machine, const ScriptOptions& options, SysinfoFilter* filter)
+        : m_root(root),
+          m_machine(machine),
+          m_options(options),
+          m_filter(filter),
+          m_excluded(excludedCategories(options.hasAllCategories)) {}
 
     /// A device tree may be deeper than the stack, so what is still to come is kept aside.
     void addTree(const boost::shared_ptr<IDeviceImp>& root) {
@@ -111,8 +119,7 @@ private:
         XmlElement* const element = m_root->Document().NewElement(vocabulary::DEVICE);
         element->SetAttribute(vocabulary::TYPE, device->type().toString(0, false));
         element->SetAttribute(vocabulary::NAME, exactValuePattern(device->name()));
-        element->SetAttribute(vocabulary::HW_LOCATOR, toXmlSafe(device->hwLocator()));
-        element->SetAttribute(vocabulary::OS_LOCATOR, toXmlSafe(device->osLocator()));
+        addLocators(*element, *device);
         if (m_filter == nullptr) {
             properties = device->properties(PropertyCategoryImp::ALL());
         }
@@ -122,26 +129,82 @@ private:
         m_root->LinkEndChild(element);
     }
 
+    void addLocators(XmlElement& element, const IDeviceImp& device) const {
+        const auto isWritten = [this](const String& locator) {
+            return !m_options.isWellFormed || canBeWritten(locator);
+        };
+        if (isWritten(device.hwLocator())) {
+            element.SetAttribute(vocabulary::HW_LOCATOR, toXmlSafe(device.hwLocator()));
+        }
+        if (isWritten(device.osLocator()) && !isKnownWithoutKernelName(device)) {
+            element.SetAttribute(vocabulary::OS_LOCATOR, toXmlSafe(device.osLocator()));
+        }
+    }
+
+    /// Whether the OS locator is a name that the kernel gave, and no other device that the element might get is there.
+    bool isKnownWithoutKernelName(const IDeviceImp& device) const {
+        if (!m_options.leavesOutKernelNames || !m_options.checksHwLocators || !m_options.checksOsLocators ||
+            !isKernelName(device.osLocator()) || !isPlace(device.hwLocator()) ||
+            (m_options.isWellFormed && !canBeWritten(device.hwLocator()))) {
+            return false;
+        }
+        const auto& there = m_machine.devicesByHwLocator(device.hwLocator());
+        return std::ranges::none_of(there, [&device](const auto& other) {
+            return other.get() != &device && device.type().isCapable(other->type());
+        });
+    }
+
     XmlElement* m_root;
+    const StateManager& m_machine;
+    const ScriptOptions& m_options;
     SysinfoFilter* m_filter;
     PropertyCategoryImp m_excluded;
 };
 
+/// Writes what the encoded text holds so that it stays well-formed: a per cent sign as itself, what XML has no room for
+/// as patterns write it. Names and values are patterns; nothing else has such characters.
+String withPatternEscapes(StringView encoded) {
+    constexpr std::size_t ESCAPE = 6;
+    String text;
+    text.reserve(encoded.size());
+    std::size_t copied = 0;
+    for (std::size_t at = encoded.find(u'%'); at != StringView::npos; at = encoded.find(u'%', at + 1)) {
+        const StringView escape = encoded.substr(at, ESCAPE);
+        const String unit = fromXmlSafe(escape);
+        if (unit.size() != 1 || (unit != u"%" && canBeWritten(unit))) {
+            continue;
+        }
+        text.append(encoded.substr(copied, at - copied));
+        text.append(unit == u"%" ? unit : concat(u"\\x{", escape.substr(2), u"}"));
+        copied = at + ESCAPE;
+    }
+    text.append(encoded.substr(copied));
+    return text;
+}
+
 }  // namespace
 
-void Inventory::generateInventoryScript(String& script, bool includeAllCategories, bool checkLocators, bool checkNames,
-                                        SysinfoFilter* filter) {
+bool canBeWritten(StringView locator) noexcept {
+    for (std::size_t i = 0; i < locator.size(); ++i) {
+        if (!isXmlRepresentable(locator, i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+String generatedScript(const StateManager& machine, const ScriptOptions& options) {
     XmlDocument document;
     XmlElement* const root = document.NewElement(vocabulary::INVENTORY_CHECK);
-    root->SetAttribute(vocabulary::CHECK_NAMES, booleanText(checkNames));
-    root->SetAttribute(vocabulary::CHECK_HW_LOCATORS, booleanText(checkLocators));
-    root->SetAttribute(vocabulary::CHECK_OS_LOCATORS, booleanText(checkLocators));
-    root->LinkEndChild(document.NewComment(filter == nullptr ? narrowed(headerText()) : String::EMPTY));
+    root->SetAttribute(vocabulary::CHECK_NAMES, booleanText(options.checksNames));
+    root->SetAttribute(vocabulary::CHECK_HW_LOCATORS, booleanText(options.checksHwLocators));
+    root->SetAttribute(vocabulary::CHECK_OS_LOCATORS, booleanText(options.checksOsLocators));
+    root->LinkEndChild(document.NewComment(options.filter == nullptr ? narrowed(headerText()) : String::EMPTY));
 
-    if (const boost::shared_ptr<IDeviceImp> rootDevice = stateManager().rootDevice()) {
+    if (const boost::shared_ptr<IDeviceImp> rootDevice = machine.rootDevice()) {
         SysinfoFilter defaultFilter;
-        SysinfoFilter* chosen = filter;
-        if (filter == nullptr) {
+        SysinfoFilter* chosen = options.filter;
+        if (chosen == nullptr) {
             const SysinfoFilter::PARSE_RET result = defaultFilter.loadFile(DEFAULT_FILTER_FILE);
             if (result == SysinfoFilter::PARSE_SUCCESS) {
                 chosen = &defaultFilter;
@@ -151,13 +214,26 @@ void Inventory::generateInventoryScript(String& script, bool includeAllCategorie
                             << DEFAULT_FILTER_FILE << u" result = " << static_cast<int>(result));
             }
         }
-        DeviceElements(root, chosen, includeAllCategories).addTree(rootDevice);
+        DeviceElements(root, machine, options, chosen).addTree(rootDevice);
     }
     document.LinkEndChild(root);
+    String script;
     document.GetFormattedStr(script, 0);
-    if (needsUuDecode(script)) {
-        script = fromXmlSafe(script);
+    if (!needsUuDecode(script)) {
+        return script;
     }
+    return options.isWellFormed ? withPatternEscapes(script) : fromXmlSafe(script);
+}
+
+void Inventory::generateInventoryScript(String& script, bool includeAllCategories, bool checkLocators, bool checkNames,
+                                        SysinfoFilter* filter) {
+    ScriptOptions options;
+    options.hasAllCategories = includeAllCategories;
+    options.checksNames = checkNames;
+    options.checksHwLocators = checkLocators;
+    options.checksOsLocators = checkLocators;
+    options.filter = filter;
+    script = generatedScript(stateManager(), options);
 }
 
 }  // namespace vrx

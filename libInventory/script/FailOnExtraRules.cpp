@@ -25,6 +25,7 @@ using Guids = std::unordered_set<String, HashFunc<String>>;
 struct NamedDevices {
     std::vector<String> types;
     Guids guids;
+    Guids places;  ///< type and hardware locator, of elements that ask for no OS locator
 };
 
 /// A generated script holds the locators also where its root switches their check off.
@@ -35,12 +36,18 @@ String guidOf(const XmlElement& device) {
     return DeviceImp::guid(decoded(vocabulary::HW_LOCATOR), decoded(vocabulary::OS_LOCATOR));
 }
 
+String placeOf(const String& type, const String& hwLocator) { return concat(type, u" ", hwLocator); }
+
 NamedDevices namedDevices(const XmlElement& root) {
     NamedDevices named;
     for (const XmlElement* const element : childElements(root)) {
         if (vocabulary::kindOf(*element) == vocabulary::ElementKind::Device) {
-            named.guids.insert(guidOf(*element));
             const String type(attributeOf(*element, vocabulary::TYPE));
+            if (element->FindAttribute(vocabulary::OS_LOCATOR) == nullptr) {
+                named.places.insert(placeOf(type, fromXmlSafe(attributeOf(*element, vocabulary::HW_LOCATOR))));
+            } else {
+                named.guids.insert(guidOf(*element));
+            }
             if (std::find(named.types.begin(), named.types.end(), type) == named.types.end()) {
                 named.types.push_back(type);
             }
@@ -54,9 +61,12 @@ bool namesAll(const NamedDevices& named, const StateManager& machine, const Capa
         return unread.mayHide(type);
     };
     const auto& devices = machine.devicesCapableOf(type);
+    const auto isNamed = [&named](const auto& device) {
+        return named.guids.contains(device->guid()) ||
+               named.places.contains(placeOf(device->type().toString(0, false), device->hwLocator()));
+    };
     return std::none_of(machine.unread().begin(), machine.unread().end(), mayHide) &&
-           std::all_of(devices.begin(), devices.end(),
-                       [&named](const auto& device) { return named.guids.contains(device->guid()); });
+           std::all_of(devices.begin(), devices.end(), isNamed);
 }
 
 }  // namespace
@@ -65,7 +75,7 @@ String withFailOnExtraRules(const String& script, const StateManager& machine) {
     const String end = concat(u"</", vocabulary::INVENTORY_CHECK, u">");
     const std::size_t at = script.view().rfind(end);
     XmlDocument document;
-    if (at == StringView::npos || !document.Parse(script)) {
+    if (at == StringView::npos || !document.Parse(toXmlSafe(script))) {
         return script;
     }
     const NamedDevices named = namedDevices(*document.RootElement());

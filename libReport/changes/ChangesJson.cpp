@@ -45,7 +45,7 @@ std::string_view kindOf(const DeviceChange& change) {
     if (change.before == nullptr || change.after == nullptr) {
         return change.after == nullptr ? "missing" : "added";
     }
-    return change.isMoved() ? "moved" : "changed";
+    return change.isMoved() ? "moved" : change.isOnlyRenamed() ? "renamed" : "changed";
 }
 
 void writeChange(JsonWriter& json, const DeviceChange& change) {
@@ -71,7 +71,7 @@ void writeChange(JsonWriter& json, const DeviceChange& change) {
 std::string changesJson(const ChangesReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
-    json.key("equal").value(report.changes.empty());
+    json.key("equal").value(report.isEqual());
     json.key("before").value(report.before);
     json.key("after").value(report.after);
     json.key("changes").beginArray();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -16,9 +17,15 @@ struct ChangesReport {
     std::string before;
     std::string after;
     std::vector<DeviceChange> changes;
+
+    /// Other names of the kernel do not make two machines differ.
+    bool isEqual() const {
+        return std::ranges::all_of(changes, [](const DeviceChange& change) { return change.isOnlyRenamed(); });
+    }
 };
 
-/// text: whether the two are equal, then missing, added, moved and changed devices. json: the same for programs.
+/// text: whether the two are equal, then missing, added, moved, changed and renamed devices. json: the same for
+/// programs.
 ReportWriters<ChangesReport> changesWriters();
 
 std::string changesText(const ChangesReport& report, const TextFormat& format);

@@ -87,10 +87,12 @@ std::string changesText(const ChangesReport& report, const TextFormat& format) {
     const std::size_t moved =
         writer.write("Moved devices", changes, [](const DeviceChange& change) { return change.isMoved(); });
     const std::size_t changed = writer.write("Changed devices", changes, [](const DeviceChange& change) {
-        return change.before != nullptr && change.after != nullptr && !change.isMoved();
+        return change.before != nullptr && change.after != nullptr && !change.isMoved() && !change.isOnlyRenamed();
     });
+    writer.write("Note: same devices under other names of the kernel", changes,
+                 [](const DeviceChange& change) { return change.isOnlyRenamed(); });
     std::string out =
-        changes.empty()
+        report.isEqual()
             ? styled("EQUAL", Style::Good, format.colour) + "  the two machines hold the same\n"
             : styled("DIFFERENT", Style::Bad, format.colour) +
                   fmt::format("  {} missing, {} added, {} moved, {} changed\n", missing, added, moved, changed);

@@ -80,6 +80,28 @@ TEST(MachineChangesTest, TellMovedDevicesFromMissingAndAddedOnes) {
     EXPECT_THAT(changesBetween(fan, otherType), ElementsAre("none -> fan:1", "fan:1 -> none"));
 }
 
+TEST(MachineChangesTest, PairByPlaceAndSerialNumberBeforeNamesOfTheKernel) {
+    const auto device = [](StringView place, StringView name, StringView address) {
+        return concat(u"<Device type='Ethernet' name='N' hwLocator='", place, u"' osLocator='", name,
+                      u"'><property key='Address' value='", address, u"'/></Device>");
+    };
+    for (const StringView place : {u"pci:1", u""}) {
+        const String before = device(place, u"eth0", u"a") + device(place, u"eth1", u"b");
+        const String after = device(place, u"eth0", u"b") + device(place, u"eth1", u"a");
+        const std::string at = toUtf8(place);
+        EXPECT_THAT(changesBetween(before, after), ElementsAre(at + ",  eth1 -> eth0", at + ",  eth0 -> eth1"));
+    }
+    StateManager before;
+    StateManager after;
+    load(before, device(u"1", u"eth0", u"a") + device(u"2", u"eth1", u"b") + device(u"3", u"slot 3", u"c"));
+    load(after, device(u"1", u"wlan0", u"a") + device(u"2", u"eth2", u"x") + device(u"3", u"slot 4", u"c"));
+    std::vector<bool> renamed;
+    for (const DeviceChange& change : machineChanges(before, after, false)) {
+        renamed.push_back(change.isOnlyRenamed());
+    }
+    EXPECT_THAT(renamed, ElementsAre(true, false, false));
+}
+
 TEST(MachineChangesTest, PairPropertiesByKeyWhateverTheirOrder) {
     const auto fan = [](StringView properties) {
         return concat(u"<Device type='Fan' name='F' hwLocator='f' osLocator=''>", properties, u"</Device>");

@@ -3,10 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
+#include "libCommon/xml/XmlDocument.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/ScriptGeneration.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/filter/SysinfoFilter.h"
 #include "tests/libInventory/support/RandomMachine.h"
 #include "tests/libInventory/support/World.h"
@@ -37,11 +42,29 @@ protected:
 
     static void expectPassed(StateManager& store, const Way& way, SysinfoFilter* filter, const std::string& what) {
         Inventory inventory;
+        inventory.setStateManager(store);
+        String script;
+        inventory.generateInventoryScript(script, way.allCategories, way.checkLocators, way.checkNames, filter);
+        expectPassed(store, script, what);
+
+        const String written = generatedScript(
+            store, {way.allCategories, way.checkNames, way.checkLocators, way.checkLocators, filter, true, true});
+        const std::string file = written.toUtf8();
+        XmlDocument document;
+        ASSERT_TRUE(document.ParseUtf8(file)) << what << "\n" << file;
+        const auto& devices = store.devicesCapableOf(CapabilityImp::ALL());
+        if (std::all_of(devices.begin(), devices.end(), [](const auto& device) {
+                return canBeWritten(device->hwLocator()) && canBeWritten(device->osLocator());
+            })) {
+            expectPassed(store, String::UTF8Decode(file), what + " in a file");
+        }
+    }
+
+    static void expectPassed(StateManager& store, const String& script, const std::string& what) {
+        Inventory inventory;
         RecordingObserver observer;
         inventory.setStateManager(store);
         inventory.registerInventoryObserver(observer);
-        String script;
-        inventory.generateInventoryScript(script, way.allCategories, way.checkLocators, way.checkNames, filter);
         ASSERT_TRUE(inventory.loadInventoryScript(script)) << what << "\n" << utf8(script);
         EXPECT_TRUE(inventory.run(nullptr)) << what << "\n" << utf8(inventory.script().toString());
         EXPECT_TRUE(observer.events.empty()) << what;
