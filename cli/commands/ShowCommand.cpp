@@ -83,7 +83,7 @@ CommandResult showChanges(const ShowOptions& options, Session& session) {
     if (!options.choice.isEverything()) {
         keepChosen(options, before, after, report.changes);
     }
-    return {report.changes.empty() ? ExitStatus::Success : ExitStatus::NotPassed,
+    return {report.isEqual() ? ExitStatus::Success : ExitStatus::NotPassed,
             options.written(report, changesWriters(), session)};
 }
 
