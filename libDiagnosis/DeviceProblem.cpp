@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "libCommon/text/UuCode.h"
+#include "libDiagnosis/Breadth.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
@@ -134,6 +135,7 @@ DeviceProblem problemOf(const XmlElement& device, const Inventory& inventory, co
     problem.written = writtenIn(device);
     problem.asked = askedBy(device);
     problem.isKnownType = !type.isInvalid();
+    problem.breadth = breadthOf(type);
     problem.hasGroups = holdsGroups(device);
     problem.candidates = summaryOf(outcome);
     if (outcome.refusal) {

@@ -32,6 +32,7 @@ struct DeviceProblem {
     bool isMissing = false;         ///< it got no device, and no `not` forbids what it describes
     bool isUndetermined = false;    ///< nobody can tell: see Doubt.h
     bool isKnownType = true;
+    unsigned breadth = 0;    ///< 0 for a part; the more, the more of the machine its type sums up
     bool hasGroups = false;  ///< it asks for more than properties, with `and`, `or` or `not`
     std::optional<Refusal> refusal;
     CandidateSummary candidates;

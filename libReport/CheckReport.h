@@ -63,8 +63,8 @@ struct CheckReport {
     std::chrono::steady_clock::duration duration{};
 
     std::vector<ScriptNotice> notices;
-    std::vector<ReportFinding> findings;           ///< in document order
-    std::vector<DeviceProblem> devices;            ///< `device` elements without a device or with findings, likewise
+    std::vector<ReportFinding> findings;  ///< in document order
+    std::vector<DeviceProblem> devices;  ///< `device` elements without a device or with findings; likewise, parts first
     std::vector<Inventory::DeviceSpec> forbidden;  ///< of each `not` that is not met the first device that it describes
     Array<Inventory::DeviceSpec> extra;            ///< devices of the machine beyond the script
 

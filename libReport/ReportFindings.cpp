@@ -4,9 +4,12 @@
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
+#include "libDiagnosis/Breadth.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {
 
@@ -19,7 +22,18 @@ bool comesBefore(const XmlElement* a, const XmlElement* b) {
     return std::tuple(a->Row(), a->Column()) < std::tuple(b->Row(), b->Column());
 }
 
-/// The devices that are missing or in which something was found, in document order.
+/// In document order, but what sums up much of the machine behind what sums up less.
+void putPartsFirst(Elements& devices) {
+    std::vector<std::pair<unsigned, const XmlElement*>> ranked;
+    ranked.reserve(devices.size());
+    for (const XmlElement* const device : devices) {
+        ranked.emplace_back(breadthOf(CapabilityImp(attributeOf(*device, vocabulary::TYPE))), device);
+    }
+    std::ranges::stable_sort(ranked, {}, &std::pair<unsigned, const XmlElement*>::first);
+    std::ranges::transform(ranked, devices.begin(), &std::pair<unsigned, const XmlElement*>::second);
+}
+
+/// The devices that are missing or in which something was found.
 Elements devicesToTell(const Array<const XmlElement*>& missing, const Array<Finding>& findings) {
     Elements devices(missing.begin(), missing.end());
     for (const Finding& finding : findings) {
@@ -30,6 +44,7 @@ Elements devicesToTell(const Array<const XmlElement*>& missing, const Array<Find
     std::ranges::sort(devices, comesBefore);
     const auto repeated = std::ranges::unique(devices);
     devices.erase(repeated.begin(), repeated.end());
+    putPartsFirst(devices);
     return devices;
 }
 

@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <limits>
 #include <set>
 #include <utility>
@@ -132,23 +133,30 @@ std::vector<const Inventory::DeviceSpec*> unpairedExtras(const CheckReport& repo
     return left;
 }
 
-std::string firstMissing(const CheckReport& report) {
-    for (const DeviceProblem& problem : report.devices) {
-        if (problem.isMissing && !problem.isUndetermined) {
-            return textOf(problem);
-        }
+/// Null when nothing is missing. Parts come before what sums them up.
+const DeviceProblem* firstMissing(const CheckReport& report) {
+    const auto at = std::ranges::find_if(
+        report.devices, [](const DeviceProblem& problem) { return problem.isMissing && !problem.isUndetermined; });
+    return at == report.devices.end() ? nullptr : &*at;
+}
+
+std::string firstSentence(const CheckReport& report, const std::vector<const Inventory::DeviceSpec*>& extra) {
+    const DeviceProblem* const missing = firstMissing(report);
+    if (missing != nullptr && missing->breadth == 0) {
+        return textOf(*missing);
     }
-    return {};
+    if (!extra.empty()) {
+        return deviceTitle(*extra.front()) + " is too many";
+    }
+    if (!report.forbidden.empty()) {
+        return titleOf(report.forbidden.front(), nullptr) + " is there and must not be";
+    }
+    return missing != nullptr ? textOf(*missing) : std::string();
 }
 
 std::string problemSentence(const CheckReport& report) {
     const std::vector<const Inventory::DeviceSpec*> extra = unpairedExtras(report);
-    std::string first = firstMissing(report);
-    if (first.empty() && !extra.empty()) {
-        first = deviceTitle(*extra.front()) + " is too many";
-    } else if (first.empty() && !report.forbidden.empty()) {
-        first = titleOf(report.forbidden.front(), nullptr) + " is there and must not be";
-    }
+    const std::string first = firstSentence(report, extra);
     if (first.empty()) {
         return "the machine does not hold what the script asks for";
     }

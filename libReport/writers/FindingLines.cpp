@@ -2,11 +2,15 @@
 ///
 /// A device and everything found inside it is one block: a heading with the device's place, what the device itself
 /// lacks, then the properties that the nearest candidate fails, each with its own place, or who has the devices that
-/// would do. Other elements (groups, rules, the root) are a line each. Blocks come in the order of the script.
+/// would do. Other elements (groups, rules, the root) are a line each. Blocks come in the order of the script,
+/// those of what sums up parts (memory, board, system) last.
 
 #include "libReport/writers/FindingLines.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
+#include <span>
 
 #include "libCommon/text/PrintableText.h"
 #include "libRegex/Regex.h"
@@ -72,23 +76,38 @@ public:
         : m_isOfScript(!file.empty()), m_lines(file, format) {}
 
     void write(const std::vector<ReportFinding>& findings, const std::vector<DeviceProblem>& devices) {
-        for (std::size_t at = 0; at < findings.size();) {
-            if (!findings[at].device) {
-                writeOther(findings[at++]);
-                continue;
+        std::vector<Block> blocks = blocksOf(findings);
+        std::ranges::stable_sort(blocks, {}, [&devices](const Block& block) {
+            return block.front().device ? devices[*block.front().device].breadth : 0;
+        });
+        for (const Block& block : blocks) {
+            if (block.front().device) {
+                writeDevice(devices[*block.front().device], block);
+            } else {
+                writeOther(block.front());
             }
-            std::size_t end = at + 1;
-            while (end < findings.size() && findings[end].device == findings[at].device) {
-                ++end;
-            }
-            writeDevice(devices[*findings[at].device], findings.data() + at, findings.data() + end);
-            at = end;
         }
     }
 
     FindingLines take() { return {m_lines.take(), m_count}; }
 
 private:
+    using Block = std::span<const ReportFinding>;
+
+    /// What is found in one device, or one other finding each.
+    static std::vector<Block> blocksOf(const std::vector<ReportFinding>& findings) {
+        std::vector<Block> blocks;
+        for (std::size_t at = 0; at < findings.size();) {
+            std::size_t end = at + 1;
+            while (findings[at].device && end < findings.size() && findings[end].device == findings[at].device) {
+                ++end;
+            }
+            blocks.emplace_back(findings.data() + at, end - at);
+            at = end;
+        }
+        return blocks;
+    }
+
     void writeOther(const ReportFinding& finding) {
         if (finding.kind == FindingKind::ExtraDevice) {
             return;
@@ -99,16 +118,16 @@ private:
         }
     }
 
-    void writeDevice(const DeviceProblem& problem, const ReportFinding* begin, const ReportFinding* end) {
+    void writeDevice(const DeviceProblem& problem, Block findings) {
         ++m_count;
         m_lines.placed(0, problem.place, headingOf(problem));
         bool isExplained = problem.refusal.has_value() || problem.candidates.nearest.has_value();
         if (problem.refusal) {
             writeRefusal(*problem.refusal);
         }
-        for (const ReportFinding* finding = begin; finding != end; ++finding) {
-            if (!isToldByProblem(finding->kind)) {
-                isExplained = writeWords(problem, *finding) || isExplained;
+        for (const ReportFinding& finding : findings) {
+            if (!isToldByProblem(finding.kind)) {
+                isExplained = writeWords(problem, finding) || isExplained;
             }
         }
         if (problem.candidates.nearest) {

@@ -69,6 +69,15 @@ TEST(CheckHeadlineTest, TakesTheTwoSidesOfAChangedDeviceForOneProblem) {
               "MemoryModule \"M-16\" (dimm:A1) differs: Size: expected 8 GB, found 16 GB, and 1 more problem");
 }
 
+TEST(CheckHeadlineTest, NamesThePartBeforeWhatSumsItUp) {
+    const std::string sums =
+        "<device type='Computer'><property key='K'/></device><device type='Memory' hwlocator='m'/>";
+    EXPECT_EQ(headlineOf(sums + "<device type='Fan'/>"), "Fan is missing, and 2 more problems");
+    EXPECT_EQ(headlineOf(sums + "<fail-on-extra type='Fan'/><fail-on-extra type='MemoryModule'/>"),
+              "MemoryModule \"M-16\" (dimm:A1) is too many, and 3 more problems");
+    EXPECT_EQ(headlineOf(sums), "Memory (m) is missing, and 1 more problem");
+}
+
 TEST(CheckHeadlineTest, NamesWhatIsTooManyOrForbidden) {
     EXPECT_EQ(headlineOf("<device type='Ethernet' hwlocator='pci:1'/><fail-on-extra type='Network'/>"),
               "Ethernet (eth1) is too many");
