@@ -4,6 +4,7 @@ import re
 import shlex
 
 import machineFaults
+import sourceFaults
 
 
 def rowOf(name, trials, mustFail):
@@ -15,7 +16,7 @@ def rowOf(name, trials, mustFail):
 
 def tableOf(trials):
     rows = [["fault", "made", "caught", "named rightly", "false alarms"]]
-    for kind, _, _ in machineFaults.KINDS:
+    for kind in [kind for kind, _, _ in machineFaults.KINDS] + sourceFaults.KIND_NAMES:
         some = [trial for trial in trials if trial.fault.kind == kind]
         if some:
             rows.append(rowOf(kind, some, some[0].fault.mustFail))

@@ -13,6 +13,7 @@ import xml.etree.ElementTree as ElementTree
 from xml.sax.saxutils import quoteattr
 
 import machineFaults
+import sourceFaults
 
 TOLERANCE = 5
 SECONDS = 120
@@ -173,14 +174,22 @@ class Preparation:
 
     def trials(self, seed, faults):
         """The faults of this recording, the same for the same seed, whatever else is in the folder."""
-        number = 0
-        for kind, candidatesOf, make in machineFaults.KINDS:
+        for number, fault in enumerate(self.faults(seed, faults), 1):
+            yield Trial(self.result.name, number, fault, self.tolerantScript if fault.hasTolerance else self.script)
+
+    def faults(self, seed, most):
+        def chosen(kind, candidates):
             rng = random.Random(f"{seed}/{self.result.name}/{kind}")
-            candidates = list(candidatesOf(self.machine))
-            for candidate in rng.sample(candidates, min(faults, len(candidates))):
-                fault = make(self.machine, candidate, rng)
-                number += 1
-                yield Trial(self.result.name, number, fault, self.tolerantScript if fault.hasTolerance else self.script)
+            candidates = list(candidates)
+            return rng, rng.sample(candidates, min(most, len(candidates)))
+        for kind, candidatesOf, make in machineFaults.KINDS:
+            rng, candidates = chosen(kind, candidatesOf(self.machine))
+            for candidate in candidates:
+                yield make(self.machine, candidate, rng)
+        source = sourceFaults.SourceRecording(self.path.read_bytes(), self.machine)
+        for kind in sourceFaults.KINDS:
+            for candidate in chosen(kind, source.candidates())[1]:
+                yield source.fault(kind, candidate)
 
 
 def runTrial(runner, trial):

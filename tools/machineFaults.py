@@ -121,8 +121,10 @@ class Fault:
 def removed(machine, index):
     faulty = machine.copy()
     device = faulty.devices[index]
+    gone = set(device.element.iter("Device"))
+    touched = [device] + [other for other in faulty.devices if other is not device and other.element in gone]
     device.parent.remove(device.element)
-    return Fault("device removed", f"{device} removed with what is below it", faulty.text(), [device],
+    return Fault("device removed", f"{device} removed with what is below it", faulty.text(), touched,
                  isNameTelling=machine.isAlone(device))
 
 
