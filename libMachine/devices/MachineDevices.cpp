@@ -2,31 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
-#include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/IsoDate.h"
 
 namespace vrx {
 
 namespace {
 
 constexpr std::string_view KERNEL_COPIES = "/sys/class/dmi/id";
-
-/// "12/15/2023" as "2023-12-15"; years of two digits are those before 2000. Any other form stays as it is.
-std::string dateText(std::string_view text) {
-    const std::size_t first = std::min(text.find('/'), text.size());
-    const std::size_t second = std::min(text.find('/', first + 1), text.size());
-    if (second == text.size()) {
-        return std::string(text);
-    }
-    const std::uint64_t month = parseNumber(text.substr(0, first)).value_or(0);
-    const std::uint64_t day = parseNumber(text.substr(first + 1, second - first - 1)).value_or(0);
-    const std::optional<std::uint64_t> year = parseNumber(text.substr(second + 1));
-    if (month < 1 || month > 12 || day < 1 || day > 31 || !year || *year > 9999) {
-        return std::string(text);
-    }
-    return fmt::format("{:04}-{:02}-{:02}", *year < 100 ? *year + 1900 : *year, month, day);
-}
 
 DeviceRecord childOfRoot(StringView type, std::string hwLocator) {
     DeviceRecord device;
@@ -106,7 +88,7 @@ void addBios(Recording& recording, const BiosFacts& facts) {
     DeviceRecord device = childOfRoot(u"BIOS", "bios");
     device.text(property::VENDOR, facts.vendor);
     device.text(property::FIRMWARE_VERSION, facts.version);
-    device.text(property::RELEASE_DATE, dateText(facts.releaseDate));
+    device.text(property::RELEASE_DATE, isoDate(facts.releaseDate));
     device.text(property::REVISION, facts.revision);
     device.text(property::CONTROLLER_REVISION, facts.controllerRevision);
     device.name = nameFromModel(device, "BIOS");

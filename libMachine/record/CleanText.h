@@ -19,7 +19,7 @@ std::string smallLetters(std::string_view text);
 bool hasWord(std::string_view words, std::string_view word, char separator) noexcept;
 
 /// Whether a cleaned text stands where a vendor had nothing to say: "To Be Filled By O.E.M.", "Not Specified", "None",
-/// "0000000", "0123456789". Such a value tells nothing about the machine and is left out of a recording.
+/// "0000000", "Type1Sku0". Such a value tells nothing about the machine and is left out of a recording.
 bool isPlaceholder(StringView text) noexcept;
 
 }  // namespace vrx

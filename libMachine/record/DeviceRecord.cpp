@@ -1,7 +1,6 @@
 #include "libMachine/record/DeviceRecord.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "libCommon/values/Measurement.h"
 #include "libCommon/values/Unit.h"
@@ -58,7 +57,7 @@ void DeviceRecord::size(StringView key, std::uint64_t bytes, Category category) 
         number /= STEP;
         ++unit;
     }
-    measure(key, std::round(number * 100) / 100, UNITS[unit], category);
+    measure(key, number, UNITS[unit], category);
 }
 
 void DeviceRecord::add(StringView key, String value, Category category) {

@@ -24,7 +24,8 @@ struct PropertyRecord {
 /// A device while the machine is being recorded: sources may still add to what others found. Texts are UTF-8.
 ///
 /// The operations that set properties leave out what is empty, unknown or a vendor's placeholder. The recording tells
-/// of placeholders in one property, `Placeholders`, but for those whose value another source knew.
+/// of placeholders in one property, `Placeholders`, but for those whose value another source knew. It is for people,
+/// and Internal: which fields a vendor left as they were says nothing of the hardware.
 struct DeviceRecord {
     StringView type;                       ///< a name of the capability tree
     std::vector<StringView> capabilities;  ///< what it can do beside its type
@@ -49,7 +50,7 @@ struct DeviceRecord {
     /// What a sensor reads at the moment, Volatile; any number may be one.
     void reading(StringView key, double number, StringView unit);
 
-    /// A number of bytes in the largest unit that leaves at least 1, to two decimals: 16 GB, 465.76 GB.
+    /// A number of bytes in the largest unit that leaves at least 1, to the byte: 16 GB, 4.0009765625 GB.
     void size(StringView key, std::uint64_t bytes, Category category = Category::SysInfo());
 
     /// A text that is already clean and known to mean something.

@@ -43,7 +43,7 @@ private:
         }
         if (!keys.isEmpty()) {
             record.properties.push_back(
-                {property::PLACEHOLDERS, PropertyCategoryImp::SysInfo(), ValueImp(std::move(keys))});
+                {property::PLACEHOLDERS, PropertyCategoryImp::Internal(), ValueImp(std::move(keys))});
         }
     }
 

@@ -16,7 +16,7 @@ namespace {
 const std::string MODULES = "/sys/class/tpm/";
 
 /// The text behind "LABEL: " in a file of such lines.
-std::string labelled(std::string_view text, std::string_view label) {
+std::string labelledField(std::string_view text, std::string_view label) {
     const std::size_t at = text.find(label);
     if (at == std::string_view::npos) {
         return {};
@@ -73,10 +73,10 @@ void collectSecurity(CollectContext& context) {
         module.hwLocator = "tpm";
         module.osLocator = "/dev/" + name;
         const std::string major = root.text(folder + "/tpm_version_major");
-        const std::string version = labelled(capabilities, "TCG version: ");
+        const std::string version = labelledField(capabilities, "TCG version: ");
         addMissing(module, property::VERSION, version.empty() && !major.empty() ? major + ".0" : version);
-        addMissing(module, property::VENDOR, lettersOf(labelled(capabilities, "Manufacturer: ")));
-        addMissing(module, property::FIRMWARE_VERSION, labelled(capabilities, "Firmware version: "));
+        addMissing(module, property::VENDOR, lettersOf(labelledField(capabilities, "Manufacturer: ")));
+        addMissing(module, property::FIRMWARE_VERSION, labelledField(capabilities, "Firmware version: "));
     }
 }
 

@@ -4,6 +4,10 @@
 
 #include "libReport/text/DeviceSummary.h"
 
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
 #include <optional>
 #include <span>
 #include <vector>
@@ -116,6 +120,22 @@ bool holds(const String& text, StringView part) {
 
 bool isInName(const IDeviceImp& device, StringView text) { return holds(device.name(), text); }
 
+/// A measure to two decimals, which people read more easily: "465.7617416381836 GB" as "465.76 GB".
+std::string roundedMeasure(const std::string& text) {
+    static constexpr std::size_t DECIMALS = 2;
+    const std::size_t blank = text.find(' ');
+    const std::size_t point = text.find('.');
+    const bool isLong = point != std::string::npos && blank != std::string::npos && blank > point + DECIMALS + 1;
+    if (!isLong || text.find_first_not_of("0123456789.") != blank) {
+        return text;
+    }
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + blank, number);
+    return error == std::errc() && end == text.data() + blank
+               ? fmt::format("{}", std::round(number * 100) / 100) + text.substr(blank)
+               : text;
+}
+
 /// The value as it is shown; empty when there is none, or nothing that fits in a line.
 std::string valueText(const IDeviceImp& device, StringView key) {
     const IPropertyImp* const property = key.empty() ? nullptr : device.findProperty(key);
@@ -123,7 +143,7 @@ std::string valueText(const IDeviceImp& device, StringView key) {
         return {};
     }
     const String text = property->value().toString(true);
-    return text.isEmpty() || text.size() > LONGEST_VALUE ? std::string() : printable(text);
+    return text.isEmpty() || text.size() > LONGEST_VALUE ? std::string() : roundedMeasure(printable(text));
 }
 
 std::string pieceText(const IDeviceImp& device, const Piece& piece) {
