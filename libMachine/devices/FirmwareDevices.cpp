@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 #include "libMachine/devices/MachineDevices.h"
 #include "libMachine/linux/PciPlaces.h"
@@ -89,6 +90,35 @@ void fillPowerSupply(DeviceRecord& device, const PowerSupplyFacts& supply, bool 
     device.name = nameFromModel(device, byPart);
 }
 
+/// Of the devices that are switched on.
+std::set<std::string_view> onboardAddresses(const SmbiosFacts& facts) {
+    std::set<std::string_view> addresses;
+    for (const OnboardDeviceFacts& onboard : facts.onboardDevices) {
+        if (onboard.isEnabled && !onboard.busAddress.empty()) {
+            addresses.insert(onboard.busAddress);
+        }
+    }
+    return addresses;
+}
+
+DeviceRecord onboardDevice(const OnboardDeviceFacts& onboard) {
+    const bool isOnBus = !onboard.busAddress.empty();
+    const StringView type = onboardDeviceType(onboard.type, onboard.designation);
+    DeviceRecord device = labelledDevice(isOnBus || type != u"PciDevice" ? type : u"Generic", "onboard", onboard.place,
+                                         onboard.designation);
+    if (isOnBus) {
+        device.hwLocator = "pci:" + onboard.busAddress;
+        device.osLocator = "/sys/bus/pci/devices/" + onboard.busAddress;
+        if (device.type != u"PciDevice") {
+            device.capabilities.push_back(u"PciDevice");
+        }
+    }
+    const std::string label = cleanName(onboard.designation);
+    device.name = label.empty() ? "On-board device" : label;
+    device.text(property::LABEL, onboard.designation);
+    return device;
+}
+
 StringView coolingDeviceType(std::string_view type) noexcept {
     return type.find("Fan") != std::string_view::npos || type == "Centrifugal Blower" ? StringView(u"Fan")
                                                                                       : StringView(u"Cooling");
@@ -98,9 +128,10 @@ StringView coolingDeviceType(std::string_view type) noexcept {
 
 void addExpansionSlots(Recording& recording, const SmbiosFacts& facts) {
     const PciPlaces functions(recording);
+    const std::set<std::string_view> onboard = onboardAddresses(facts);
     std::vector<const ExpansionSlotFacts*> others;
     for (const ExpansionSlotFacts& slot : facts.slots) {
-        const bool isUsed = slot.usage == "In Use" && !slot.busAddress.empty();
+        const bool isUsed = slot.usage == "In Use" && !slot.busAddress.empty() && !onboard.contains(slot.busAddress);
         const std::vector<std::size_t> holds = isUsed ? functions.inSlot(slot.busAddress) : std::vector<std::size_t>();
         for (const std::size_t place : holds) {
             if (!recording.at(place).has(property::SLOT)) {
@@ -127,22 +158,11 @@ void labelOnboardDevices(Recording& recording, const SmbiosFacts& facts) {
 }
 
 void addOnboardDevices(Recording& recording, const SmbiosFacts& facts) {
+    const bool hasAddresses = !onboardAddresses(facts).empty();
     for (const OnboardDeviceFacts& onboard : facts.onboardDevices) {
-        if (!onboard.isEnabled || onboard.busAddress.empty()) {
-            continue;
+        if (onboard.isEnabled && (!onboard.busAddress.empty() || !hasAddresses)) {
+            recording.add(onboardDevice(onboard));
         }
-        DeviceRecord device;
-        device.type = onboardDeviceType(onboard.type, onboard.designation);
-        if (device.type != u"PciDevice") {
-            device.capabilities.push_back(u"PciDevice");
-        }
-        const std::string label = cleanName(onboard.designation);
-        device.name = label.empty() ? "On-board device" : label;
-        device.hwLocator = "pci:" + onboard.busAddress;
-        device.osLocator = "/sys/bus/pci/devices/" + onboard.busAddress;
-        device.parent = 0;
-        device.text(property::LABEL, onboard.designation);
-        recording.add(std::move(device));
     }
 }
 

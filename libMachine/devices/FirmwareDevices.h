@@ -8,13 +8,14 @@
 namespace vrx {
 
 /// Gives PCI devices that are in the recording the name of the expansion slot that they sit in; every other slot, empty
-/// or in use, becomes a Slot device `slot:LABEL`.
+/// or in use, becomes a Slot device `slot:LABEL`. What firmware lists at a device of the board is no slot of that.
 void addExpansionSlots(Recording& recording, const SmbiosFacts& facts);
 
 /// Gives PCI devices that are in the recording and belong to the board the name that they have there.
 void labelOnboardDevices(Recording& recording, const SmbiosFacts& facts);
 
-/// Adds the devices of the board that are switched on and stand on the PCI bus, for want of a better source.
+/// Adds the devices of the board that are switched on, for want of a better source: those on the PCI bus, or, where
+/// older firmware tells no addresses, `onboard:LABEL`.
 void addOnboardDevices(Recording& recording, const SmbiosFacts& facts);
 
 /// Power supplies `psu:LABEL`; a bay without one becomes a Slot.

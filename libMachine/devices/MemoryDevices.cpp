@@ -1,5 +1,11 @@
 /// A module's locator is the label of its slot. Boards that label several slots alike tell them apart by the bank, so
 /// there the bank stands before the label, for all slots. A slot without any label goes by its number.
+///
+/// Persistent memory in a slot is storage: it is no MemoryModule and not in the installed size. The chip that holds the
+/// firmware, which some tables list among the modules, is nothing that anybody can take out, and left out.
+///
+/// Makers are named though firmware copies their number from the module, and part numbers are read where it wrote their
+/// characters as numbers, so that modules of one model are equal on machines of different firmware.
 
 #include "libMachine/devices/MemoryDevices.h"
 
@@ -10,6 +16,7 @@
 #include <set>
 
 #include "libMachine/devices/MachineDevices.h"
+#include "libMachine/ids/MemoryMakers.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
@@ -59,7 +66,9 @@ private:
     void addModule(const MemoryModuleFacts& module) {
         const std::string label = labelOf(module);
         DeviceRecord device;
-        device.type = module.isInstalled ? StringView(u"MemoryModule") : StringView(u"Slot");
+        device.type = !module.isInstalled   ? StringView(u"Slot")
+                      : module.isPersistent ? StringView(u"Storage")
+                                            : StringView(u"MemoryModule");
         device.hwLocator = "dimm:" + (label.empty() ? std::to_string(module.place.instance) : label);
         device.osLocator = module.place.osLocator;
         const auto array = module.array ? m_arrays.find(*module.array) : m_arrays.end();
@@ -76,14 +85,18 @@ private:
     }
 
     void fill(DeviceRecord& device, const MemoryModuleFacts& module) {
-        m_installed += module.size;
-        device.text(property::VENDOR, module.vendor);
-        device.text(property::PART_NUMBER, module.partNumber);
+        m_installed += module.isPersistent ? 0 : module.size;
+        addMaker(device, module);
+        const std::string part = textInHex(cleanName(module.partNumber));
+        device.text(property::PART_NUMBER, part.empty() ? module.partNumber : part);
         device.text(property::SERIAL_NUMBER, module.serialNumber);
         device.text(property::ASSET_TAG, module.assetTag);
         device.size(property::SIZE, module.size);
         addWord(device, property::MEMORY_TYPE, module.memoryType);
         addWord(device, property::BUFFERING, module.buffering);
+        if (module.isPersistent) {
+            addWord(device, property::TECHNOLOGY, module.technology.empty() ? "Non-Volatile" : module.technology);
+        }
         device.measure(property::SPEED, module.speed, u"MT/s");
         device.measure(property::CONFIGURED_SPEED, module.configuredSpeed, u"MT/s");
         device.measure(property::VOLTAGE, module.voltage, u"V");
@@ -92,11 +105,25 @@ private:
         if (module.ranks != 0) {
             device.number(property::RANKS, module.ranks);
         }
-        device.name = nameFromModel(device, "Memory module", property::PART_NUMBER);
+        const std::string_view otherwise = module.isPersistent ? "Persistent memory module" : "Memory module";
+        device.name = nameFromModel(device, otherwise, property::PART_NUMBER);
+    }
+
+    static void addMaker(DeviceRecord& device, const MemoryModuleFacts& module) {
+        const std::string text = cleanName(module.vendor);
+        const std::string_view maker = memoryMaker(text);
+        if (maker.empty()) {
+            device.text(property::VENDOR, module.vendor);
+        } else {
+            device.text(property::VENDOR, maker);
+            device.text(property::VENDOR_ID, text, PropertyCategoryImp::Internal());
+        }
     }
 
     bool isSystemMemory(const MemoryModuleFacts& module) const {
-        return !module.array || !m_otherArrays.contains(*module.array);
+        static constexpr std::string_view CHIPS[] = {"Flash", "ROM", "EPROM", "EEPROM", "FEPROM"};
+        const bool isChip = std::find(std::begin(CHIPS), std::end(CHIPS), module.memoryType) != std::end(CHIPS);
+        return !isChip && (!module.array || !m_otherArrays.contains(*module.array));
     }
 
     bool hasEqualLabels(const std::vector<MemoryModuleFacts>& modules) const {

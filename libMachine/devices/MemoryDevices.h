@@ -13,8 +13,8 @@ namespace vrx {
 std::size_t addMemory(Recording& recording, std::size_t parent, const MemoryFacts& facts);
 
 /// Adds the arrays and their modules below a Memory device, and sets its InstalledSize. An empty slot becomes a Slot,
-/// not a module; modules of arrays that are no system memory are left out; those whose array is not among the facts
-/// stand directly below the Memory device.
+/// not a module, and persistent memory is Storage; the firmware's own chips and modules of arrays that are no system
+/// memory are left out; those whose array is not among the facts stand directly below the Memory device.
 void addMemoryModules(Recording& recording, std::size_t memory, const MemoryFacts& facts);
 
 }  // namespace vrx

@@ -57,7 +57,8 @@ void addSharedCache(Recording& recording, std::size_t place, const ProcessorFact
     const auto cache = std::find_if(caches.begin(), caches.end(), [&processor](const CacheFacts& candidate) {
         return candidate.place.handle == processor.level3Cache;
     });
-    if (cache == caches.end() || cache->level != 3 || cache->size == 0 || kernelVendor(processor) != INTEL) {
+    if (cache == caches.end() || cache->level != 3 || (cache->size == 0 && cache->isSizeKnown) ||
+        kernelVendor(processor) != INTEL) {
         return;
     }
     DeviceRecord device;

@@ -68,7 +68,8 @@ struct ChassisFacts {
 struct CacheFacts {
     SmbiosPlace place;
     unsigned level = 0;
-    std::uint64_t size = 0;  ///< in bytes, over all cores
+    std::uint64_t size = 0;   ///< in bytes, over all cores
+    bool isSizeKnown = true;  ///< otherwise the source tells no sizes, and 0 does not mean that there is none
 };
 
 struct ProcessorFacts {
@@ -107,7 +108,9 @@ struct MemoryModuleFacts {
     std::string bank;
     std::string formFactor;
     std::string memoryType;
-    std::string buffering;  ///< "Registered", "Unbuffered", "Load Reduced"
+    std::string buffering;      ///< "Registered", "Unbuffered", "Load Reduced"
+    std::string technology;     ///< "DRAM", "NVDIMM-N"
+    bool isPersistent = false;  ///< keeps what it holds without power, so it is no RAM
     std::string vendor;
     std::string partNumber;
     std::string serialNumber;
@@ -135,13 +138,13 @@ struct ExpansionSlotFacts {
     std::string busAddress;  ///< "0000:3b:00.0"
 };
 
-/// A device on the board that has an address on the PCI bus.
+/// A device on the board.
 struct OnboardDeviceFacts {
     SmbiosPlace place;
     std::string designation;
     std::string type;  ///< "Ethernet"
     bool isEnabled = false;
-    std::string busAddress;
+    std::string busAddress;  ///< on the PCI bus; empty in tables of older firmware
 };
 
 struct PowerSupplyFacts {

@@ -138,6 +138,7 @@ inline constexpr SmbiosField<MemoryModuleFacts> MODULE_FIELDS[] = {
     {&MemoryModuleFacts::formFactor, 0x0E, word(nameAt<memoryFormFactorName>), "Form Factor"},
     {&MemoryModuleFacts::memoryType, 0x12, word(nameAt<memoryTypeName>), "Type"},
     {&MemoryModuleFacts::buffering, 0x13, BUFFERING, "Type Detail"},
+    {&MemoryModuleFacts::technology, 0x28, word(nameAt<memoryTechnologyName>), "Memory Technology"},
     {&MemoryModuleFacts::vendor, 0x17, TEXT, "Manufacturer"},
     {&MemoryModuleFacts::partNumber, 0x1A, TEXT, "Part Number"},
     {&MemoryModuleFacts::serialNumber, 0x18, TEXT, "Serial Number"},

@@ -55,6 +55,10 @@ constexpr std::string_view MEMORY_TYPES[] = {
     "HBM",   "HBM2",  "DDR5",   "LPDDR5", "HBM3",
 };
 
+constexpr std::string_view MEMORY_TECHNOLOGIES[] = {
+    "", "", "", "DRAM", "NVDIMM-N", "NVDIMM-F", "NVDIMM-P", "Intel Optane persistent memory",
+};
+
 constexpr std::string_view FORM_FACTORS[] = {
     "",        "",       "",
     "SIMM",    "SIP",    "Chip",
@@ -301,6 +305,8 @@ std::string_view nameIn(const std::string_view (&names)[Size], unsigned number) 
 std::string_view chassisTypeName(unsigned number) noexcept { return nameIn(CHASSIS_TYPES, number); }
 
 std::string_view memoryTypeName(unsigned number) noexcept { return nameIn(MEMORY_TYPES, number); }
+
+std::string_view memoryTechnologyName(unsigned number) noexcept { return nameIn(MEMORY_TECHNOLOGIES, number); }
 
 std::string_view memoryFormFactorName(unsigned number) noexcept { return nameIn(FORM_FACTORS, number); }
 

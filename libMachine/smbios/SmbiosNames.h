@@ -8,6 +8,7 @@ namespace vrx {
 
 std::string_view chassisTypeName(unsigned number) noexcept;
 std::string_view memoryTypeName(unsigned number) noexcept;
+std::string_view memoryTechnologyName(unsigned number) noexcept;
 std::string_view memoryFormFactorName(unsigned number) noexcept;
 std::string_view errorCorrectionName(unsigned number) noexcept;
 std::string_view boardTypeName(unsigned number) noexcept;

@@ -54,6 +54,7 @@ public:
         PROCESSOR = 4,
         CACHE = 7,
         SLOT = 9,
+        ONBOARD_LIST = 10,
         MEMORY_ARRAY = 16,
         MEMORY_DEVICE = 17,
         PORTABLE_BATTERY = 22,

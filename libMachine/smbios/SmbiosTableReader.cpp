@@ -40,9 +40,26 @@ void SmbiosTableReader::finish(MemoryArrayFacts& array) const {
     array.isSystemMemory = m_structure.byte(0x05) == SYSTEM_MEMORY;
 }
 
-void SmbiosTableReader::finish(MemoryModuleFacts& module) const { module.isInstalled = m_structure.word(0x0C) != 0; }
+void SmbiosTableReader::finish(MemoryModuleFacts& module) const {
+    module.isInstalled = m_structure.word(0x0C) != 0;
+    const bool isNonVolatile = hasBits(0x14, 0x10);
+    module.isPersistent = isNonVolatile || (!module.technology.empty() && module.technology != "DRAM");
+}
 
 void SmbiosTableReader::finish(OnboardDeviceFacts& device) const { device.isEnabled = hasBits(0x05, 0x80); }
+
+/// Two bytes each behind the header: the type with the bit that says whether it is switched on, and the text's number.
+std::vector<OnboardDeviceFacts> SmbiosTableReader::onboardList() const {
+    std::vector<OnboardDeviceFacts> devices;
+    for (std::size_t offset = 0x04; m_structure.has(offset, 2); offset += 2) {
+        OnboardDeviceFacts device;
+        device.type = smbios::nameAt<onboardDeviceName, 0x7F>(m_structure, offset);
+        device.designation = m_structure.text(offset + 1);
+        device.isEnabled = hasBits(offset, 0x80);
+        devices.push_back(std::move(device));
+    }
+    return devices;
+}
 
 void SmbiosTableReader::finish(PowerSupplyFacts& supply) const {
     supply.isPresent = !m_structure.has(0x0E, 2) || hasBits(0x0E, 0x02);

@@ -41,6 +41,8 @@ public:
     void finish(PowerSupplyFacts& supply) const;
     void finish(PortableBatteryFacts& battery) const;
 
+    std::vector<OnboardDeviceFacts> onboardList() const;
+
 private:
     template <typename Facts>
     std::optional<std::uint64_t> numberOf(const SmbiosField<Facts>& field) const {

@@ -13,6 +13,7 @@ namespace vrx {
 ///     bool tells<Facts>() const                        whether the structure is such a thing at all
 ///     void read(const SmbiosField&, Value&) const      a field, of each of the types that fields have
 ///     void finish(Facts&) const                        what it has in a way of its own
+///     std::vector<OnboardDeviceFacts> onboardList() const   the devices of a structure that holds several
 template <typename Reader>
 class SmbiosWalk {
 public:
@@ -29,6 +30,7 @@ public:
             case SmbiosTable::PROCESSOR: return readInto(m_facts.processors, PROCESSOR_FIELDS);
             case SmbiosTable::CACHE: return readInto(m_facts.caches, CACHE_FIELDS);
             case SmbiosTable::SLOT: return readInto(m_facts.slots, SLOT_FIELDS);
+            case SmbiosTable::ONBOARD_LIST: return readList();
             case SmbiosTable::MEMORY_ARRAY: return readInto(m_facts.memory.arrays, ARRAY_FIELDS);
             case SmbiosTable::MEMORY_DEVICE: return readInto(m_facts.memory.modules, MODULE_FIELDS);
             case SmbiosTable::PORTABLE_BATTERY: return readInto(m_facts.batteries, BATTERY_FIELDS);
@@ -53,6 +55,15 @@ private:
     void readInto(std::vector<Facts>& list, const SmbiosField<Facts> (&fields)[Size]) {
         if (m_reader.template tells<Facts>()) {
             list.push_back(readFields(fields));
+        }
+    }
+
+    /// Each device goes by its place in all lists, as the structures have no numbers for them.
+    void readList() {
+        for (OnboardDeviceFacts& device : m_reader.onboardList()) {
+            device.place = m_place;
+            device.place.instance = static_cast<unsigned>(m_facts.onboardDevices.size());
+            m_facts.onboardDevices.push_back(std::move(device));
         }
     }
 

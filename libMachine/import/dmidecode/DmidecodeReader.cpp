@@ -100,10 +100,30 @@ void DmidecodeReader::finish(MemoryArrayFacts& array) const {
 void DmidecodeReader::finish(MemoryModuleFacts& module) const {
     const std::string size = m_values.text("Size");
     module.isInstalled = size != "No Module Installed" && size != "Not Installed";
+    if (module.technology.starts_with("Intel Optane")) {
+        module.technology = memoryTechnologyName(0x07);  // versions spell it in several ways
+    }
+    const bool isNonVolatile = m_values.text("Type Detail").find("Non-Volatile") != std::string::npos;
+    module.isPersistent = isNonVolatile || (!module.technology.empty() && module.technology != "DRAM");
 }
 
 void DmidecodeReader::finish(OnboardDeviceFacts& device) const {
     device.isEnabled = m_values.text("Status") == "Enabled";
+}
+
+/// The fields of all devices one after the other; each begins with its type.
+std::vector<OnboardDeviceFacts> DmidecodeReader::onboardList() const {
+    std::vector<OnboardDeviceFacts> devices;
+    for (const DmidecodeStructure::Field& field : m_values.structure().fields) {
+        if (field.key == "Type") {
+            devices.emplace_back().type = DmidecodeValues::wordIn(field.value);
+        } else if (!devices.empty() && field.key == "Status") {
+            devices.back().isEnabled = field.value == "Enabled";
+        } else if (!devices.empty() && field.key == "Description") {
+            devices.back().designation = DmidecodeValues::textIn(field.value);
+        }
+    }
+    return devices;
 }
 
 void DmidecodeReader::finish(ManagementControllerFacts& controller) const {

@@ -46,6 +46,8 @@ public:
     void finish(PortableBatteryFacts& battery) const;
     void finish(PowerSupplyFacts& supply) const;
 
+    std::vector<OnboardDeviceFacts> onboardList() const;
+
 private:
     /// Of the newer and older names of a field, the first that the structure has.
     std::string_view labelOf(std::string_view names) const noexcept;

@@ -25,6 +25,7 @@ namespace vrx {
 
 namespace {
 
+constexpr unsigned ONBOARD_LIST = 10;
 constexpr unsigned ADDITIONAL_INFORMATION = 40;
 constexpr unsigned INACTIVE = 126;
 constexpr unsigned END_OF_TABLE = 127;
@@ -202,7 +203,8 @@ private:
     /// A line that is not indented: a second title in structures that have several, the program's talk behind the last
     /// structure, or what is left of a line.
     void takeOutside(const Line& line, const DmidecodeStructure& structure) {
-        if (!m_isAfterBlank && structure.type != ADDITIONAL_INFORMATION && !isHash(line.text)) {
+        const bool hasTitles = structure.type == ADDITIONAL_INFORMATION || structure.type == ONBOARD_LIST;
+        if (!m_isAfterBlank && !hasTitles && !isHash(line.text)) {
             m_damage.add(DamageKind::StructureLine, line.number);
         }
     }

@@ -13,7 +13,7 @@ namespace vrx {
 
 namespace {
 
-bool isDigit(char letter) noexcept { return letter >= '0' && letter <= '9'; }
+bool startsNumber(char letter) noexcept { return letter >= '0' && letter <= '9'; }
 
 }  // namespace
 
@@ -22,13 +22,15 @@ std::string_view DmidecodeValues::raw(std::string_view key) const noexcept {
     return field == nullptr ? std::string_view() : field->value;
 }
 
-std::string DmidecodeValues::text(std::string_view key) const {
-    const std::string_view value = raw(key);
+std::string DmidecodeValues::text(std::string_view key) const { return textIn(raw(key)); }
+
+std::string DmidecodeValues::word(std::string_view key) const { return wordIn(raw(key)); }
+
+std::string DmidecodeValues::textIn(std::string_view value) {
     return value == "Not Specified" || value == "<BAD INDEX>" ? std::string() : std::string(value);
 }
 
-std::string DmidecodeValues::word(std::string_view key) const {
-    const std::string_view value = raw(key);
+std::string DmidecodeValues::wordIn(std::string_view value) {
     const bool isNone = value == "Other" || value == "Unknown" || value == "Not Specified" || value.starts_with('<');
     return isNone ? std::string() : std::string(value);
 }
@@ -36,7 +38,7 @@ std::string DmidecodeValues::word(std::string_view key) const {
 unsigned DmidecodeValues::number(std::string_view key) const {
     const std::string_view value = raw(key);
     const auto number = parseNumber(value);
-    if (!number && !value.empty() && isDigit(value.front())) {
+    if (!number && !value.empty() && startsNumber(value.front())) {
         countUnreadable(key);
     }
     return number && *number <= 0xFFFFFFFF ? static_cast<unsigned>(*number) : 0;
@@ -87,7 +89,7 @@ double DmidecodeValues::measure(std::string_view key, std::string_view units) co
 
 bool DmidecodeValues::split(std::string_view key, double& number, std::string_view& unit) const {
     const std::string_view value = raw(key);
-    if (value.empty() || !isDigit(value.front())) {
+    if (value.empty() || !startsNumber(value.front())) {
         return false;
     }
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);

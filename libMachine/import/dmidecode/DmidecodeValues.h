@@ -24,6 +24,10 @@ public:
     /// A word of a fixed list; empty where it says that it is another one or not known.
     std::string word(std::string_view key) const;
 
+    /// The same of a value.
+    static std::string textIn(std::string_view value);
+    static std::string wordIn(std::string_view value);
+
     /// A plain number; 0 where there is none.
     unsigned number(std::string_view key) const;
 

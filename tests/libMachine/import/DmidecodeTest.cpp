@@ -334,6 +334,54 @@ TEST(DmidecodeTest, onboardDevicesStandOnThePciBus) {
     EXPECT_THAT(all, Not(HasSubstr("RAID")));
 }
 
+TEST(DmidecodeTest, olderListsOfOnboardDevicesCountWhereNothingHasAnAddress) {
+    const std::string list =
+        "Handle 0x0001, DMI type 10, 8 bytes\nOn Board Device 1 Information\n\tType: Video\n\tStatus: Enabled\n"
+        "\tDescription: Matrox\nOn Board Device 2 Information\n\tType: Ethernet\n\tStatus: Disabled\n"
+        "\tDescription: NIC\n\nHandle 0x0002, DMI type 10, 6 bytes\nOn Board Device Information\n\tType: Ethernet\n"
+        "\tStatus: Enabled\n\tDescription: To Be Filled By O.E.M.\n\n";
+    const std::string slot =
+        "Handle 0x0004, DMI type 9, 17 bytes\nSystem Slot Information\n\tDesignation: Riser\n\tCurrent Usage: In Use\n"
+        "\tBus Address: 0000:1c:00.0\n";
+    const Converted older(list + slot);
+    EXPECT_THAT(older.damage, IsEmpty());
+    EXPECT_THAT(older.dump(),
+                AllOf(HasSubstr("Display [onboard:Matrox] Matrox </sys/firmware/dmi/entries/10-0> Label=Matrox;\n"),
+                      HasSubstr("Ethernet [onboard:2] On-board device </sys/firmware/dmi/entries/10-1>"),
+                      HasSubstr("[slot:Riser]"), Not(HasSubstr("NIC"))));
+    const std::string newer =
+        "Handle 0x0003, DMI type 41, 11 bytes\nOnboard Device\n\tReference Designation: LOM\n\tType: Ethernet\n"
+        "\tStatus: Enabled\n\tBus Address: 0000:1c:00.0\n\n";
+    EXPECT_THAT(Converted(list + newer + slot).dump(),
+                AllOf(HasSubstr("Ethernet [pci:0000:1c:00.0] LOM"), HasSubstr("Slot [slot:Riser]"),
+                      Not(HasSubstr("[onboard:"))));
+    const std::string_view bytes("\x0A\x08\x01\x00\x83\x01\x05\x02Matrox\0NIC\0\0", 20);
+    const std::vector<OnboardDeviceFacts> read =
+        readSmbiosFacts(SmbiosTable({bytes.begin(), bytes.end()})).onboardDevices;
+    ASSERT_EQ(read.size(), 2U);
+    EXPECT_EQ(read[0].type + read[0].designation + read[1].type + read[1].designation, "VideoMatroxEthernetNIC");
+    EXPECT_TRUE(read[0].isEnabled && !read[1].isEnabled);
+}
+
+TEST(DmidecodeTest, modulesOfOneModelAreEqualWhateverFirmwareWritesOfThem) {
+    const auto memory = [](std::string_view fields) {
+        return Converted("Handle 0x0001, DMI type 17, 40 bytes\nMemory Device\n\tLocator: D1\n" + std::string(fields) +
+                         "\nHandle 0x0002, DMI type 17, 40 bytes\nMemory Device\n\tLocator: D2\n\tSize: 4097 MB\n")
+            .dump();
+    };
+    EXPECT_THAT(memory("\tSize: 4096 MB\n\tManufacturer: 00CE00B300CE\n"
+                       "\tPart Number: 4D333933413247343045423120202020\n"),
+                AllOf(HasSubstr("MemoryModule [dimm:D1] Samsung M393A2G40EB1 <"), HasSubstr("VendorId=00CE00B300CE;"),
+                      HasSubstr("PartNumber=M393A2G40EB1; Size=4 GB;"), HasSubstr("Size=4.0009765625 GB;"),
+                      HasSubstr("InstalledSize=8.0009765625 GB;")));
+    EXPECT_THAT(
+        memory("\tSize: 512 GB\n\tType Detail: Synchronous Non-Volatile LRDIMM\n"
+               "\tMemory Technology: Intel Optane DC persistent memory\n"),
+        AllOf(HasSubstr("Storage [dimm:D1] Persistent memory module <"),
+              HasSubstr("Technology=Intel Optane persistent memory;"), HasSubstr("InstalledSize=4.0009765625 GB;")));
+    EXPECT_THAT(memory("\tSize: 16 MB\n\tType: Flash\n\tType Detail: Non-Volatile\n"), Not(HasSubstr("dimm:D1")));
+}
+
 TEST(DmidecodeTest, recordingsOfRealMachinesAreReadWithoutDamage) {
     const auto folder = std::filesystem::path(VRX_TEST_DATA) / "../../shared/machines/dmidecode";
     if (!std::filesystem::is_directory(folder)) {
