@@ -132,7 +132,7 @@ SystemFacts lshwSystem(const LshwNode& node) {
     return system;
 }
 
-SmbiosFacts lshwSmbiosFacts(const LshwTree& tree) {
+SmbiosFacts lshwSmbiosFacts(const LshwTree& tree, DamageList& damage) {
     SmbiosFacts facts;
     facts.isEmpty = false;
     unsigned supplies = 0;
@@ -151,8 +151,8 @@ SmbiosFacts lshwSmbiosFacts(const LshwTree& tree) {
         }
     }
     facts.processors = lshwProcessors(tree);
-    facts.caches = lshwCaches(tree);
-    facts.memory = lshwMemory(tree);
+    facts.caches = lshwCaches(tree, damage);
+    facts.memory = lshwMemory(tree, damage);
     return facts;
 }
 

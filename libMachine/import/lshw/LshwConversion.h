@@ -48,12 +48,18 @@ struct LshwConversion {
 /// A text as it stands in the recording; empty for what lshw writes where it was told to hide the value.
 std::string_view lshwText(std::string_view text) noexcept;
 
+/// Whether a text says something: it is neither hidden nor a vendor's placeholder.
+bool lshwTells(std::string_view text);
+
 /// What lshw took from SMBIOS, or would have: system, board, firmware, processors, caches, memory, power.
-SmbiosFacts lshwSmbiosFacts(const LshwTree& tree);
+SmbiosFacts lshwSmbiosFacts(const LshwTree& tree, DamageList& damage);
 SystemFacts lshwSystem(const LshwNode& node);
 std::vector<ProcessorFacts> lshwProcessors(const LshwTree& tree);
-std::vector<CacheFacts> lshwCaches(const LshwTree& tree);
-MemoryFacts lshwMemory(const LshwTree& tree);
+std::vector<CacheFacts> lshwCaches(const LshwTree& tree, DamageList& damage);
+MemoryFacts lshwMemory(const LshwTree& tree, DamageList& damage);
+
+/// Bytes of all memory as the kernel or the firmware sums it up; 0 where the recording does not say.
+std::uint64_t lshwMemorySize(const LshwTree& tree);
 
 /// Each adds the device that a node is, and returns its place in the recording; none when the node is no such device or
 /// stands for nothing of its own.

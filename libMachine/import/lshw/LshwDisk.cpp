@@ -1,9 +1,9 @@
 /// Disks and their partitions. LshwDiskPlace.cpp says where a disk sits.
 ///
 /// The speed of rotation is what the drive says of itself, or what a RAID controller makes up for all of its drives. A
-/// drive that has "SSD" in its model does not rotate. The vendor of an ATA disk is made up from its model. A medium in
-/// a drive is not part of the machine, nor are the partitions on it; the file system on a partition belongs to the
-/// software.
+/// drive that has "SSD" in its model does not rotate. What such a controller puts together is a volume. The vendor of
+/// an ATA disk is made up from its model. A medium in a drive is not part of the machine, nor are the partitions on it;
+/// the file system on a partition belongs to the software.
 
 #include <fmt/format.h>
 
@@ -12,6 +12,7 @@
 #include "libMachine/import/lshw/LshwConversion.h"
 #include "libMachine/import/lshw/LshwDiskPlace.h"
 #include "libMachine/linux/RootFolder.h"
+#include "libMachine/record/CleanText.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
@@ -38,6 +39,21 @@ double rotationOf(const LshwNode& node, const LshwConnection& connection) {
     return 0;
 }
 
+/// What a controller makes of several drives shows as one disk, of the controller's maker or with a name that says so.
+bool isRaidVolume(const LshwNode& node, const LshwConnection& connection) {
+    static constexpr std::string_view NAMES[] = {"logical volume", "virtual disk", "raid",    "virtualdisk",
+                                                 "logicaldrv",     "perc",         "megarai", "mr9"};
+    static constexpr std::string_view CONTROLLER_MAKERS[] = {"lsi",   "avago",   "broadcom", "amcc",
+                                                             "3ware", "adaptec", "areca",    "intel"};
+    const std::string name = smallLetters(node.product);
+    const std::string maker = smallLetters(node.vendor);
+    const bool isNamed = std::any_of(std::begin(NAMES), std::end(NAMES),
+                                     [&name](std::string_view part) { return name.find(part) != std::string::npos; });
+    const bool isOfController = std::any_of(std::begin(CONTROLLER_MAKERS), std::end(CONTROLLER_MAKERS),
+                                            [&maker](std::string_view start) { return maker.starts_with(start); });
+    return connection.hidesDrives && (isNamed || (connection.isRaid && isOfController));
+}
+
 StringView diskTypeOf(const LshwNode& node, const LshwConnection& connection) {
     if (isOptical(node)) {
         return u"OpticalDrive";
@@ -51,8 +67,14 @@ StringView diskTypeOf(const LshwNode& node, const LshwConnection& connection) {
     if (node.isCalled("enclosure")) {
         return u"Generic";
     }
+    if (isRaidVolume(node, connection)) {
+        return u"Volume";
+    }
     if (connection.transport == "NVMe") {
         return u"NvmeDrive";
+    }
+    if (connection.transport == "MMC" && (node.can("sd") || node.description.starts_with("SD"))) {
+        return u"MemoryCard";
     }
     if (connection.transport == "USB" && node.can("removable")) {
         return u"FlashDrive";
@@ -117,11 +139,13 @@ void addKind(DeviceRecord& disk, const LshwNode& node, const LshwConnection& con
 /// The disk that a device is a part of; none when it is no part of one.
 std::optional<std::size_t> diskAbove(const LshwConversion& conversion, std::size_t place) {
     std::size_t device = conversion.deviceAbove(place);
-    while (device != 0 && conversion.recording.at(device).type == u"Volume") {
+    const auto isDisk = [&conversion](std::size_t at) {
+        return conversion.recording.at(at).has(property::REMOVABLE);
+    };
+    while (device != 0 && !isDisk(device) && conversion.recording.at(device).type == u"Volume") {
         device = conversion.recording.at(device).parent.value_or(0);
     }
-    return device != 0 && conversion.recording.at(device).has(property::REMOVABLE) ? std::optional(device)
-                                                                                   : std::nullopt;
+    return device != 0 && isDisk(device) ? std::optional(device) : std::nullopt;
 }
 
 bool isRemovable(const LshwConversion& conversion, std::size_t place) {

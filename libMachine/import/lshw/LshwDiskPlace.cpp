@@ -3,7 +3,7 @@
 /// lshw hangs a disk on a host adapter ("scsi3"), a number that the kernel counts up. Behind a SATA or IDE controller
 /// each port is such an adapter, so the port is the adapter's number less the first one of that controller. Adapters
 /// that lshw could not place stand on the board; when the machine has just one controller that emulates them, the disks
-/// are its.
+/// are its, but for those whose adapter a USB device plays.
 
 #include "libMachine/import/lshw/LshwDiskPlace.h"
 
@@ -47,7 +47,9 @@ public:
     LshwConnection find() const {
         LshwConnection connection;
         findController(connection);
-        if (connection.controller != 0) {
+        if (isBehindUsb(connection)) {
+            connection.transport = "USB";
+        } else if (connection.controller != 0) {
             findTransport(connection);
         }
         connection.suffix = suffixOf(connection);
@@ -61,6 +63,24 @@ private:
         const std::size_t above = m_conversion.deviceAbove(m_place);
         const bool isPlaced = above != 0 && isController(device(above)) && device(above).type != u"PciBridge";
         connection.controller = isPlaced ? above : scsiAddress(m_node) ? m_conversion.onlyHostController : 0;
+        if (connection.controller != 0 && isBehindUsb(connection) && !isUsb(device(connection.controller))) {
+            connection.controller = 0;
+        }
+    }
+
+    static bool isUsb(const DeviceRecord& controller) {
+        return controller.hwLocator.starts_with("usb:") || controller.type == u"UsbController";
+    }
+
+    /// Whether the host adapter that the disk hangs on is played by a USB device, wherever lshw put it.
+    bool isBehindUsb(const LshwConnection& connection) const {
+        for (std::size_t at = m_node.parent; at != LshwNode::NONE; at = m_conversion.node(at).parent) {
+            const std::string_view driver = m_conversion.node(at).setting("driver");
+            if (driver == "usb-storage" || driver == "uas" || driver.starts_with("ums-")) {
+                return true;
+            }
+        }
+        return connection.controller != 0 && device(connection.controller).hwLocator.starts_with("usb:");
     }
 
     void findTransport(LshwConnection& connection) const {
@@ -72,17 +92,17 @@ private:
             connection.transport = "MMC";
         } else if (m_node.busInfo.starts_with("virtio@")) {
             connection.transport = "VirtIO";
-        } else if (controller.hwLocator.starts_with("usb:")) {
-            connection.transport = "USB";
         } else if (controller.type == u"SataController" || (controller.type == u"RaidController" && isEmulated)) {
             connection.isAta = true;
             connection.transport = "SATA";
         } else if (controller.type == u"IdeController") {
             connection.isAta = true;  // SATA as well: many controllers play the older kind
         } else if (controller.type == u"SasController") {
+            connection.hidesDrives = true;
             connection.transport = "SAS";
         } else if (scsiAddress(m_node)) {
             connection.isRaid = controller.type == u"RaidController";
+            connection.hidesDrives = connection.isRaid || controller.type == u"StorageController";
             connection.transport = "SCSI";
         }
     }

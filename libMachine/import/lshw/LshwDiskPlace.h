@@ -15,6 +15,7 @@ struct LshwConnection {
     std::size_t controller = 0;  ///< 0 when it is not known
     bool isAta = false;
     bool isRaid = false;         ///< the controller speaks for the disk
+    bool hidesDrives = false;    ///< the controller may have made the disk of others
     std::string_view transport;  ///< empty where nothing tells it
     std::string suffix;          ///< of the hardware locator
 };

@@ -1,6 +1,6 @@
 /// Network adapters and interfaces. An adapter on the PCI or USB bus is the device there, with what lshw knows of its
-/// interface. A further port of the same function is a device below it. Interfaces that are software are marked so;
-/// those that have no place for another reason stand under their name, the only one that they have.
+/// interface. A further port of the same function is a device below it. Interfaces that are software are no hardware
+/// and left out; those that have no place for another reason stand under their name, the only one that they have.
 ///
 /// The address of a member of a bond is that of the bond.
 
@@ -32,10 +32,8 @@ bool isSoftware(const LshwNode& node) {
     return driver != std::end(DRIVERS) || isNamed || node.setting("master") == "yes";
 }
 
-/// The ends of pairs are made and removed all the time; the loopback is no adapter.
 bool isPassedOver(const LshwNode& node) {
-    return node.kind != "network" || node.logicalNames.empty() || node.logicalName() == "lo" ||
-           node.logicalName().starts_with("veth") || node.setting("driver") == "veth";
+    return node.kind != "network" || node.logicalNames.empty() || node.logicalName() == "lo" || isSoftware(node);
 }
 
 }  // namespace
@@ -60,7 +58,7 @@ void addLshwLink(DeviceRecord& adapter, const LshwNode& node) {
     if (!node.logicalNames.empty()) {
         adapter.osLocator = node.logicalName();
     }
-    const bool keepsAddress = node.setting("slave") != "yes" && !isSoftware(node);
+    const bool keepsAddress = node.setting("slave") != "yes";
     adapter.text(property::ADDRESS, smallLetters(lshwText(node.serial)),
                  keepsAddress ? Category::SysInfo() : Category::Volatile());
     if (!node.setting("link").empty()) {
@@ -69,7 +67,7 @@ void addLshwLink(DeviceRecord& adapter, const LshwNode& node) {
     adapter.text(property::DUPLEX, node.setting("duplex"), Category::Volatile());
     adapter.measure(property::SPEED, static_cast<double>(node.size) / BITS_PER_MEGABIT, u"Mbit/s",
                     Category::Volatile());
-    if (!isSoftware(node) && node.setting("firmware") != "N/A") {
+    if (node.setting("firmware") != "N/A") {
         adapter.text(property::FIRMWARE_VERSION, node.setting("firmware"));
     }
     if (!adapter.has(property::DRIVER)) {
@@ -94,15 +92,11 @@ std::optional<std::size_t> addLshwInterface(LshwConversion& conversion, std::siz
         return std::nullopt;
     }
     DeviceRecord device;
-    const bool isVirtual = isSoftware(node);
-    device.type = isVirtual ? StringView(u"Network") : lshwNetworkType(node, u"Network");
+    device.type = lshwNetworkType(node, u"Network");
     device.name = fmt::format("Network interface {}", node.logicalName());
     device.hwLocator = fmt::format("net:{}", node.logicalName());
     device.parent = conversion.deviceAbove(place);
     addLshwLink(device, node);
-    if (isVirtual) {
-        device.flag(property::VIRTUAL, true);
-    }
     return conversion.recording.add(std::move(device));
 }
 

@@ -91,9 +91,22 @@ bool fits(const PciTypeRow& row, const LshwNode& node) {
                         [&row](const std::string& capability) { return capability.starts_with(row.capability); }));
 }
 
+/// A drive that is a PCI function by itself, with a driver of its own, shows no disk.
+bool isFlashCard(const LshwNode& node) {
+    static constexpr std::string_view PRODUCTS[] = {"ioDrive", "ioScale", "ioMemory", "FlashMAX"};
+    const bool isKind = node.kind == "memory" || node.kind == "storage" || node.kind == "generic";
+    return isKind && (node.description.starts_with("FLASH memory") ||
+                      std::any_of(std::begin(PRODUCTS), std::end(PRODUCTS), [&node](std::string_view product) {
+                          return node.product.find(product) != std::string::npos;
+                      }));
+}
+
 StringView pciTypeOf(const LshwNode& node) {
     if (node.kind == "network") {
         return lshwNetworkType(node, u"Network");
+    }
+    if (isFlashCard(node)) {
+        return u"SolidStateDrive";
     }
     const auto* const row = std::find_if(std::begin(PCI_TYPES), std::end(PCI_TYPES),
                                          [&node](const PciTypeRow& candidate) { return fits(candidate, node); });

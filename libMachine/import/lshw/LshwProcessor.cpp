@@ -5,7 +5,8 @@
 /// lshw's names for the two large vendors replace those that the processors give themselves; old versions put the maker
 /// of memory of the same number in their place, so the model's name decides. Its version is family, model and stepping
 /// only in versions that tell the microcode as well: older ones cut the model down to four bits. The rated clock is
-/// taken from the model's name, as its numbers are the clock of the moment, or the largest it has been seen at.
+/// taken from the model's name, as its numbers are the clock of the moment, or the largest it has been seen at. A cache
+/// of size 0 is none, unless no cache has a size: then the version could not read them.
 
 #include <fmt/format.h>
 
@@ -58,15 +59,25 @@ unsigned countIn(std::string_view text) {
     return static_cast<unsigned>(std::min<std::uint64_t>(parseNumber(text).value_or(0), 1U << 16));
 }
 
+/// Sockets without a processor have texts in its place: "CPU [empty]", "Processor Not Installed".
+bool isAbsent(const LshwNode& node) {
+    static constexpr std::string_view WORDS[] = {"[empty]",       "Not Present",   "not present",
+                                                 "Not Installed", "not installed", "No CPU"};
+    return std::any_of(std::begin(WORDS), std::end(WORDS), [&node](std::string_view word) {
+        return node.description.find(word) != std::string::npos || node.product.find(word) != std::string::npos ||
+               node.version.find(word) != std::string::npos;
+    });
+}
+
 ProcessorFacts processorOf(const LshwNode& node, unsigned instance) {
     ProcessorFacts processor;
     processor.place.handle = node.smbiosHandle().value_or(instance);
     processor.place.instance = instance;
     processor.place.osLocator = isSocket(node) ? smbiosEntry(4, instance) : std::string();
-    processor.isPopulated = !node.product.empty() || node.size > 0;
+    processor.isPopulated = !isAbsent(node) && (lshwTells(node.product) || node.size > 0);
     processor.socket = lshwText(node.slot);
     processor.vendor = vendorOf(node);
-    processor.version = node.product;
+    processor.version = lshwText(node.product);
     processor.serialNumber = lshwText(node.serial);
     processor.cores = countIn(node.setting(node.setting("enabledcores").empty() ? "cores" : "enabledcores"));
     processor.threads = countIn(node.setting("threads"));
@@ -117,12 +128,18 @@ std::vector<ProcessorFacts> lshwProcessors(const LshwTree& tree) {
     return processors;
 }
 
-std::vector<CacheFacts> lshwCaches(const LshwTree& tree) {
+std::vector<CacheFacts> lshwCaches(const LshwTree& tree, DamageList& damage) {
+    const bool tellsSizes = std::any_of(tree.nodes.begin(), tree.nodes.end(),
+                                        [](const LshwNode& node) { return isCache(node) && node.size > 0; });
     std::vector<CacheFacts> caches;
     for (const LshwNode& node : tree.nodes) {
         if (isCache(node)) {
             const auto instance = static_cast<unsigned>(caches.size());
-            caches.push_back({{*node.smbiosHandle(), instance, smbiosEntry(7, instance)}, levelOf(node), node.size});
+            caches.push_back(
+                {{*node.smbiosHandle(), instance, smbiosEntry(7, instance)}, levelOf(node), node.size, tellsSizes});
+            if (!tellsSizes) {
+                damage.add(DamageKind::SizeMissing, 0, node.slot);
+            }
         }
     }
     return caches;

@@ -10,6 +10,8 @@
 /// adapters that are emulated, buttons, PnP entries) and is passed over. Descriptions are in the language of whoever
 /// ran lshw, so they decide only where class, name, capabilities and addresses do not.
 
+#include <algorithm>
+
 #include "libMachine/devices/FirmwareDevices.h"
 #include "libMachine/devices/MachineDevices.h"
 #include "libMachine/devices/MemoryDevices.h"
@@ -85,30 +87,36 @@ void dropInstalledSize(Recording& recording) {
     }
 }
 
-/// Without modules the size of all memory is all that is known of it.
+bool lacksSize(const MemoryModuleFacts& module) { return module.isInstalled && module.size == 0; }
+
+/// Without modules the size of all memory is all that is known of it. With modules of which one does not tell its size
+/// it stands in for their sum.
 void addMemorySize(const LshwTree& tree, const SmbiosFacts& facts, Recording& recording) {
-    if (!facts.memory.modules.empty()) {
-        return;
+    const std::uint64_t size = lshwMemorySize(tree);
+    if (facts.memory.modules.empty() && size > 0) {
+        const std::size_t memory = addMemory(recording, 0, {});
+        recording.at(memory).size(property::SIZE, size);
     }
-    for (const LshwNode& node : tree.nodes) {
-        if (node.kind == "memory" && node.isCalled("memory") && node.busInfo.empty() && node.size > 0) {
-            const std::size_t memory = addMemory(recording, 0, {});
-            recording.at(memory).size(property::SIZE, node.size);
-            return;
+    if (std::any_of(facts.memory.modules.begin(), facts.memory.modules.end(), lacksSize)) {
+        dropInstalledSize(recording);
+        for (std::size_t place = 0; place < recording.size(); ++place) {
+            if (recording.at(place).type == u"Memory") {
+                recording.at(place).size(property::INSTALLED_SIZE, size);
+            }
         }
     }
 }
 
-void convert(const LshwTree& tree, Recording& recording) {
+void convert(const LshwTree& tree, Recording& recording, DamageList& damage) {
     if (tree.nodes.empty()) {
         return;
     }
-    const SmbiosFacts facts = lshwSmbiosFacts(tree);
+    const SmbiosFacts facts = lshwSmbiosFacts(tree, damage);
     addMachine(facts, recording);
+    addMemorySize(tree, facts, recording);
     if (tree.openAtEnd != LshwNode::NONE) {
         dropInstalledSize(recording);
     }
-    addMemorySize(tree, facts, recording);
     LshwConversion conversion(tree, recording);
     addFunctions(conversion);
     findHostController(conversion);
@@ -119,16 +127,18 @@ void convert(const LshwTree& tree, Recording& recording) {
 
 std::string_view lshwText(std::string_view text) noexcept { return text == "[REMOVED]" ? std::string_view() : text; }
 
+bool lshwTells(std::string_view text) { return !cleanName(lshwText(text)).empty(); }
+
 void convertLshwXml(std::string_view text, Recording& recording, DamageList& damage) {
     LshwTree tree;
     readLshwXml(text, tree, damage);
-    convert(tree, recording);
+    convert(tree, recording, damage);
 }
 
 void convertLshwJson(std::string_view text, Recording& recording, DamageList& damage) {
     LshwTree tree;
     readLshwJson(text, tree, damage);
-    convert(tree, recording);
+    convert(tree, recording, damage);
 }
 
 }  // namespace vrx

@@ -39,6 +39,10 @@ constexpr Title TITLES[] = {
     {DamageKind::ResourceTwice, DamageLoss::Properties,
      "resources that are there twice and differ, the first one taken"},
     {DamageKind::PartNotHealthy, DamageLoss::Nothing, "parts that report a health other than OK"},
+    {DamageKind::ModuleCalledEmpty, DamageLoss::Nothing,
+     "memory modules that are called empty and have a part or serial number, kept"},
+    {DamageKind::SizeMissing, DamageLoss::Nothing,
+     "memory modules and caches that do not tell their size, kept without one"},
     {DamageKind::RepeatedSerialNumber, DamageLoss::Nothing, "modules or disks with the serial number of another one"},
     {DamageKind::RepeatedLocator, DamageLoss::Nothing, "devices at the place of another one, told apart by a number"},
 };
