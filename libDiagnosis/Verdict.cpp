@@ -16,6 +16,18 @@ bool couldBeOtherwise(const XmlElement& root, bool passed) {
 
 }  // namespace
 
+std::string_view nameOf(Verdict verdict) noexcept {
+    switch (verdict) {
+        case Verdict::Passed: return "passed";
+        case Verdict::Failed: return "failed";
+        case Verdict::NothingToCheck:
+        case Verdict::Undecided: return "undetermined";
+        case Verdict::NotRun:
+        case Verdict::Refused: break;
+    }
+    return "refused";
+}
+
 Verdict verdictOf(const Inventory& inventory, bool passed, const Certainty& certainty) {
     const XmlElement& root = *inventory.script().RootElement();
     if (inventory.summary().patternsGivenUp > 0 && couldBeOtherwise(root, passed)) {

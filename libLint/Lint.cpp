@@ -31,11 +31,11 @@ Lint::Result Lint::judge(const XmlDocument& document, const Utf8Damage* damage) 
     m_findings = LintFindings();
     const XmlElement* const root = document.RootElement();
     if (isScript(document)) {
-        lintScript(*root, damage, m_findings);
+        lintScript(*root, damage, m_extent, m_findings);
     } else if (document.Error()) {
         return Result::NotXml;
     } else if (root != nullptr && firstPart(*root) != nullptr) {
-        lintPartsList(*root, m_findings);
+        lintPartsList(*root, m_extent, m_findings);
     } else {
         return Result::Neither;
     }

@@ -22,12 +22,19 @@ namespace vrx {
 
 class Lint {
 public:
+    enum class Extent {
+        Everything,
+        Mistakes,  ///< errors alone: what a script is refused for. Takes a fraction of the time
+    };
+
     enum class Result {
         Done,
         NotReadable,  ///< the file cannot be read
         NotXml,       ///< it does not parse; `document` says where and why
         Neither,      ///< its root is neither that of a script nor that of a parts list, or it has none
     };
+
+    explicit Lint(Extent extent = Extent::Everything) noexcept : m_extent(extent) {}
 
     /// Looks through the bytes of a file, read as a check reads a script, or strictly when they are a parts list.
     /// Forgets what was found before, as all of these do.
@@ -52,6 +59,7 @@ private:
     void parse(const String& text);
     Result judge(const XmlDocument& document, const Utf8Damage* damage);
 
+    Extent m_extent;
     XmlDocument m_document;
     LintFindings m_findings;
 };

@@ -18,7 +18,7 @@
 namespace vrx {
 
 enum class Severity : std::uint8_t {
-    Error,    ///< the script cannot do what it says
+    Error,    ///< a mistake: a check would pass it over or could never meet it, so the script is refused
     Warning,  ///< it probably does something else than was meant
     Note,     ///< worth knowing
 };

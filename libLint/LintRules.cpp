@@ -11,6 +11,7 @@
 #include "libLint/rules/PartsListRules.h"
 #include "libLint/rules/PatternRules.h"
 #include "libLint/rules/PropertyRules.h"
+#include "libLint/rules/RangeRules.h"
 
 namespace vrx {
 
@@ -27,14 +28,16 @@ constexpr LintRule RULES[] = {
 
     {"element-before-parts", Warning, Stage::Element, "{} before the first <part> is passed over; remove it",
      rules::elementBeforeParts},
-    {"misnamed-part", Warning, Stage::Element,
+    {"part-before-parts", Error, Stage::Element,
+     "{} before the first <part> is passed over with the devices in it; write <part>", rules::partBeforeParts},
+    {"misnamed-part", Error, Stage::Element,
      "{} counts as a part, as everything behind the first part does, but nothing in it is compared; write <part>, or "
      "move it before the first part",
      rules::misnamedPart},
     {"unknown-element", Error, Stage::Element,
      "unknown element {}: it and everything in it is passed over; correct or remove it", rules::unknownElement},
-    {"misplaced-element", Error, Stage::Element,
-     "<inventory-check> is the root and counts as an <and> here; write <and>", rules::nestedRoot},
+    {"nested-root", Warning, Stage::Element, "<inventory-check> is the root and counts as an <and> here; write <and>",
+     rules::nestedRoot},
     {"misplaced-element", Error, Stage::Element, "{} {} is passed over with everything in it; move it out",
      rules::misplacedElement},
     {"error-element", Warning, Stage::Element,
@@ -44,20 +47,24 @@ constexpr LintRule RULES[] = {
      rules::propertyOutsideDevice},
     {"ignored-testset", Note, Stage::Element, "a <testset> is passed over with everything in it; it may be left out",
      rules::ignoredTestset},
-    {"element-as-value", Warning, Stage::Element,
+    {"element-as-value", Error, Stage::Element,
      "inside a <property>, {} counts as one more entry of the value; write <value>, or close the <property> before it",
      rules::elementAsValue},
     {"not-under-not", Warning, Stage::Element,
      "a <not> inside a <not> is reported by every check; write what you mean without both", rules::notUnderNotInDevice},
 
-    {"unknown-attribute", Warning, Stage::Attribute, "nothing reads the attribute \"{}\" of {}; remove it",
+    {"unknown-attribute", Error, Stage::Attribute, "nothing reads the attribute \"{}\" of {}; remove it",
      rules::unknownAttribute},
     {"device-attribute", Error, Stage::Attribute,
      "a device has no attribute \"{}\", and with it the device is never found", rules::deviceAttribute},
+    {"repeated-type", Error, Stage::Attribute, "{}=\"{}\" is passed over beside {}=\"{}\"; remove one of them",
+     rules::repeatedType},
 
-    {"ignored-text", Warning, Stage::Content,
+    {"ignored-text", Error, Stage::Content, "nothing reads the text \"{0}\" in {1}; write it as value=\"{0}\"",
+     rules::textAsValue},
+    {"ignored-text", Error, Stage::Content,
      "nothing reads the text \"{}\" in {}; remove it or write it as an attribute", rules::ignoredText},
-    {"flag-value", Warning, Stage::Content, "{}=\"{}\" means off; write true or false", rules::flagValue},
+    {"flag-value", Error, Stage::Content, "{}=\"{}\" means off; write true or false", rules::flagValue},
     {"empty-or", Error, Stage::Content,
      "an <or> without alternatives is satisfied in the first combination only; give it some, or remove it",
      rules::emptyOr},
@@ -68,7 +75,7 @@ constexpr LintRule RULES[] = {
     {"empty-not-in-device", Error, Stage::Content,
      "an empty <not> inside a <device> is never satisfied; put in what is forbidden, or remove it",
      rules::emptyNotInDevice},
-    {"nested-part", Error, Stage::Content,
+    {"nested-part", Warning, Stage::Content,
      "a <part> inside a <part> cannot be told apart from it; write one after the other, or an <and>",
      rules::nestedPart},
     {"not-under-not", Warning, Stage::Content,
@@ -76,12 +83,12 @@ constexpr LintRule RULES[] = {
     {"or-inside-part", Error, Stage::Content, OR_INSIDE_PART_REASON, rules::orInsidePart},
     {"equal-alternatives", Warning, Stage::Content, "this alternative equals the one at {}; remove one",
      rules::equalAlternatives},
-    {"missing-name", Error, Stage::Content, "a part needs a name, which tells it from others; add one",
+    {"missing-name", Warning, Stage::Content, "a part needs a name, which tells it from others; add one",
      rules::missingName},
-    {"duplicate-name", Error, Stage::Content,
+    {"duplicate-name", Warning, Stage::Content,
      "\"{}\" is the name of the part at {} too, and parts of one name are the same part; give each its own",
      rules::duplicateName},
-    {"blank-part", Error, Stage::Content,
+    {"blank-part", Warning, Stage::Content,
      "a blank part, from which no parts can be generated; add the devices that make it up", rules::blankPart},
     {"part-needs-no-device", Warning, Stage::Content,
      "a part that needs no device fits every machine any number of times; add a <device> outside <not>",
@@ -99,7 +106,7 @@ constexpr LintRule RULES[] = {
      "this rule covers nothing, and a check passes without a word about it; give it a known type or capability",
      rules::ruleWithoutType},
     {"missing-key", Error, Stage::Content, "a property needs a key; add the name of the property", rules::missingKey},
-    {"value-beside-children", Warning, Stage::Content,
+    {"value-beside-children", Error, Stage::Content,
      "the \"value\" attribute is not compared beside children; remove it, or the children", rules::valueBesideChildren},
     {"misplaced-element", Error, Stage::Content, "nothing reads {} inside {}; move it out", rules::elementInEntry},
     {"value-missing", Warning, Stage::Content,
@@ -121,10 +128,21 @@ constexpr LintRule RULES[] = {
      "(a+|b+)+",
      rules::patternExplodes},
 
+    {"range-word", Error, Stage::Pattern, "\"{}\" in \"{}\" is no range; write VRXRRANGE[low-high], in capitals",
+     rules::rangeWord},
+
     {"range-syntax", Error, Stage::Range,
      "{} at character {} of \"{}\" is compared as plain text; write [low-high] behind it, two decimal numbers without "
      "blanks",
      rules::rangeSyntax},
+    {"range-unit-blank", Error, Stage::Range,
+     "a range and its unit are one blank apart, but \"{}\" has {}; write the unit behind one blank, or in parentheses "
+     "if it is plain text",
+     rules::rangeUnitBlank},
+    {"range-unit", Error, Stage::Range,
+     "there is no unit \"{}\"; write one of the known units (docs/patterns.md lists them), or put it in parentheses if "
+     "it is plain text",
+     rules::rangeUnit},
     {"range-single-value", Warning, Stage::Range, "the range in \"{}\" holds nothing but {}; widen its bounds",
      rules::rangeSingleValue},
 

@@ -77,6 +77,9 @@ private:
     LintFindings& m_findings;
 };
 
+/// Whether the property has children that count as entries of its value; what a check has left in it does not.
+bool hasEntries(const XmlElement& property) noexcept;
+
 /// "<name>", fit for a message.
 std::string tagOf(const XmlElement& element);
 

@@ -57,7 +57,8 @@ std::uint64_t childCount(const XmlElement& element) noexcept {
 
 class LintWalk {
 public:
-    LintWalk(LintMemory& memory, LintFindings& findings) noexcept : m_memory(memory), m_findings(findings) {}
+    LintWalk(LintMemory& memory, Lint::Extent extent, LintFindings& findings) noexcept
+        : m_memory(memory), m_findings(findings), m_findsAll(extent == Lint::Extent::Everything) {}
 
     /// Everything below and including the top: a script, or a part of a list.
     void walk(const XmlElement& top, LintRole role) {
@@ -128,7 +129,7 @@ private:
                 }
             }
         } else if (subject.kind == ElementKind::Value ||
-                   (subject.kind == ElementKind::Property && subject.element().FirstChildElement() == nullptr)) {
+                   (subject.kind == ElementKind::Property && !hasEntries(subject.element()))) {
             subject.attribute = subject.element().FindAttribute(vocabulary::VALUE);
             if (subject.attribute != nullptr) {
                 lookAtPattern(subject);
@@ -138,7 +139,7 @@ private:
 
     void lookAtPattern(LintSubject& subject) {
         LintPattern pattern{fromXmlSafe(subject.attribute->Value()), {}, 0};
-        if (!pattern.text.isEmpty()) {
+        if (m_findsAll && !pattern.text.isEmpty()) {
             pattern.problem = Regex::compileError(pattern.text, &pattern.problemOffset);
         }
         subject.pattern = &pattern;
@@ -154,24 +155,27 @@ private:
 
     void ask(LintStage stage, const LintSubject& subject) {
         for (const LintRule& rule : lintRules(stage)) {
-            rule.check(subject, LintReporter(rule, m_findings));
+            if (m_findsAll || rule.severity == Severity::Error) {
+                rule.check(subject, LintReporter(rule, m_findings));
+            }
         }
     }
 
     LintMemory& m_memory;
     LintFindings& m_findings;
+    bool m_findsAll;
 };
 
 }  // namespace
 
-void lintScript(const XmlElement& root, const Utf8Damage* damage, LintFindings& findings) {
+void lintScript(const XmlElement& root, const Utf8Damage* damage, Lint::Extent extent, LintFindings& findings) {
     LintMemory memory;
-    LintWalk walk(memory, findings);
+    LintWalk walk(memory, extent, findings);
     walk.lookAtFile(root, damage);
     walk.walk(root, LintRole::Root);
 }
 
-void lintPartsList(const XmlElement& root, LintFindings& findings) {
+void lintPartsList(const XmlElement& root, Lint::Extent extent, LintFindings& findings) {
     LintMemory::PartsByName parts;
     const XmlElement* const first = firstPart(root);
     bool hasBegun = false;
@@ -179,7 +183,7 @@ void lintPartsList(const XmlElement& root, LintFindings& findings) {
         hasBegun = hasBegun || child == first;
         LintMemory memory;
         memory.parts.swap(parts);
-        LintWalk walk(memory, findings);
+        LintWalk walk(memory, extent, findings);
         if (hasBegun) {
             walk.walk(*child, LintRole::ListedPart);
         } else {

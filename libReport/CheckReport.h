@@ -15,6 +15,7 @@
 #include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
 #include "libReport/ReportWriter.h"
+#include "libReport/lint/ScriptMistakes.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/UnreadSource.h"
 #include "libSystemState/results/TestRunEventImp.h"
@@ -62,6 +63,7 @@ struct CheckReport {
     ImportReport import;         ///< what the import of its recording passed over; empty when it was none
     std::chrono::steady_clock::duration duration{};
 
+    ScriptMistakes mistakes;  ///< for which the script was refused
     std::vector<ScriptNotice> notices;
     std::vector<ReportFinding> findings;  ///< in document order
     std::vector<DeviceProblem> devices;  ///< `device` elements without a device or with findings; likewise, parts first

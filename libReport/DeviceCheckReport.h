@@ -25,6 +25,7 @@ struct DeviceCheckReport {
 
     Inventory::DeviceSpec device;
     String guid;
+    ScriptMistakes mistakes;                ///< for which the content was refused
     Array<TestRunEventImp> events;          ///< every event
     std::vector<Doubt> doubts;              ///< about properties, where these keep the answer from being certain
     std::vector<ReportFinding> findings;    ///< in document order

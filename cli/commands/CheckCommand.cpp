@@ -3,6 +3,7 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/input/MachineSource.h"
+#include "cli/input/MistakesFound.h"
 #include "cli/input/ScriptFile.h"
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/CombinationProgress.h"
@@ -15,7 +16,8 @@ namespace {
 
 constexpr const char* CHECK_FOOTER =
     "Exit status: 0 the machine holds what the script asks for; 1 it does not;\n"
-    "2 a file cannot be read, parsed or written; 3 undetermined: the script asks for\n"
+    "2 the script has mistakes, or a file cannot be read, parsed or written;\n"
+    "3 undetermined: the script asks for\n"
     "nothing, a pattern took too much work, there are too many alternatives, or the\n"
     "machine could not be read where it matters;\n"
     "4 internal error.\n"
@@ -56,7 +58,8 @@ ExitStatus statusOf(Verdict verdict) noexcept {
     switch (verdict) {
         case Verdict::Passed: return ExitStatus::Success;
         case Verdict::Failed: return ExitStatus::NotPassed;
-        case Verdict::NotRun: return ExitStatus::BadInput;
+        case Verdict::NotRun:
+        case Verdict::Refused: return ExitStatus::BadInput;
         default: return ExitStatus::Undetermined;
     }
 }
@@ -82,7 +85,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     }
     Inventory& inventory = world.run.inventory();
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
-    loadScript(options.scriptPath, world.run, session);
+    loadScript(options.scriptPath, world.run, options.isPlain, session);
     const ImportReport import = loadMachine(options.statePath, world.machine, session);
     {
         CombinationProgress progress(session.console);
@@ -97,23 +100,33 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
 }
 
 /// The end of a check that did not come to run. Programs that asked for a report get one that says why.
-CommandResult refusal(const CheckOptions& options, const Session& session, CheckWorld& world,
-                      const CommandFailure& failure) {
-    CommandResult result{failure.status(), {}, failure.what()};
+CommandResult unrun(const CheckOptions& options, const Session& session, CheckWorld& world,
+                    const CommandFailure& failure) {
+    CommandResult result{failure.status(), {}, {}, failure.lines()};
     if (options.format != "text") {
         nameInputs(options, world.report);
-        world.report.fileErrors = failure.texts();
         result.text = options.written(world.report, checkWriters(), session);
     }
     return result;
+}
+
+CommandResult refusal(const CheckOptions& options, const Session& session, CheckWorld& world,
+                      const MistakesFound& found) {
+    world.report.verdict = Verdict::Refused;
+    world.report.headline = "the script has " + counted(found.mistakes().size(), "mistake");
+    world.report.mistakes = found.mistakes();
+    return unrun(options, session, world, found);
 }
 
 CommandResult check(const CheckOptions& options, Session& session) {
     CheckWorld& world = session.make<CheckWorld>();
     try {
         run(options, session, world);
-    } catch (const CommandFailure& failure) {
+    } catch (const MistakesFound& failure) {
         return refusal(options, session, world, failure);
+    } catch (const CommandFailure& failure) {
+        world.report.fileErrors = failure.texts();
+        return unrun(options, session, world, failure);
     }
     nameInputs(options, world.report);
     CommandResult result{statusOf(world.report.verdict), options.written(world.report, checkWriters(), session),

@@ -9,6 +9,7 @@
 #include "cli/commands/Commands.h"
 #include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
+#include "cli/input/MistakesFound.h"
 #include "cli/input/NearGuids.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
@@ -22,16 +23,16 @@ namespace vrx::cli {
 namespace {
 
 constexpr const char* EXPECTED_CONTENT = "expected the inner XML of a <device> element: <property>, <and>, <or>, <not>";
-constexpr StringView ENVELOPE = u"<inventory-check><device>";
+constexpr StringView ENVELOPE = u"<inventory-check><device type=\"Device\">";
 constexpr StringView ENVELOPE_END = u"</device></inventory-check>";
 
 constexpr const char* CHECK_DEVICE_FOOTER =
     "CONTENT is what would stand inside a <device> element: property, and, or, not.\n"
     "A guid is HARDWARE-LOCATOR|OS-LOCATOR; show --properties prints them.\n"
-    "Exit status: 0 the device meets the content; 1 it does not; 2 the content or the\n"
-    "state cannot be read or parsed, or there is no such device; 3 undetermined: the\n"
-    "content asks for no property, a pattern took too much work, or this machine\n"
-    "cannot be read; 4 internal error.\n"
+    "Exit status: 0 the device meets the content; 1 it does not; 2 the content has\n"
+    "mistakes, it or the state cannot be read or parsed, or there is no such device;\n"
+    "3 undetermined: the content asks for no property, a pattern took too much work, or\n"
+    "this machine cannot be read; 4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory check-device '<property key=\"Size\" value=\"^500 GB$\"/>' \\\n"
@@ -72,12 +73,15 @@ std::string problemIn(const Content& content, std::uint32_t row, std::uint32_t c
     return problemAt(content.name, row, row == 0 && column >= before ? column - before : column, text);
 }
 
-/// Throws when the content does not load or cannot be decided.
-void examine(const Content& content) {
+/// Throws when the content does not load, has mistakes that are not to be passed over, or cannot be decided.
+void examine(const Content& content, bool passesMistakesOver) {
     XmlDocument document;
     if (!document.Parse(toXmlSafe(concat(ENVELOPE, content.text, ENVELOPE_END)))) {
         throw CommandFailure(ExitStatus::BadInput, problemIn(content, document.ErrorRow(), document.ErrorColumn(),
                                                              document.ErrorDesc().toUtf8() + "; " + EXPECTED_CONTENT));
+    }
+    if (!passesMistakesOver) {
+        refuseMistakes(content.name, document, ENVELOPE.size());
     }
     if (const XmlElement* const found = findOrInsidePart(*document.RootElement())) {
         throw CommandFailure(ExitStatus::BadInput,
@@ -107,9 +111,24 @@ StateManager::DevicePointer findDevice(const std::string& guid, const StateManag
     throw CommandFailure(ExitStatus::Undetermined, content.name + ": undecided: " + why);
 }
 
+CommandResult refusal(const CheckDeviceOptions& options, const Session& session, const MistakesFound& found) {
+    CommandResult result{found.status(), {}, {}, found.lines()};
+    if (options.format != "text") {
+        DeviceCheckReport report;
+        report.verdict = Verdict::Refused;
+        report.mistakes = found.mistakes();
+        result.text = options.written(report, deviceCheckWriters(), session);
+    }
+    return result;
+}
+
 CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
     const Content content = readContent(options.content);
-    examine(content);
+    try {
+        examine(content, options.isPlain);
+    } catch (const MistakesFound& found) {
+        return refusal(options, session, found);
+    }
     StateManager& store = session.make<StateManager>();
     const ImportReport import = loadMachine(options.statePath, store, session);
     const auto device = findDevice(options.guid, store, machineName(options.statePath));

@@ -3,6 +3,7 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/input/MachineSource.h"
+#include "cli/input/MistakesFound.h"
 #include "cli/input/PartsListFile.h"
 #include "cli/program/CommonOptions.h"
 #include "libReport/parts/PartGenerationReport.h"
@@ -16,7 +17,7 @@ constexpr const char* PARTS_GENERATE_FOOTER =
     "Counts how many of each part the machine holds and checks them all together, behind\n"
     "the base script. Parts that claim the same devices are reported in groups.\n"
     "Exit status: 0 the parts were generated; 1 they were not; 2 a file cannot be read,\n"
-    "parsed or written, or a part is blank or undecidable; 3 undetermined: the machine\n"
+    "parsed or written, has mistakes, or a part is blank or undecidable; 3 undetermined: the machine\n"
     "holds none of the parts and there is no base script, or this machine cannot be\n"
     "read; 4 internal error.\n"
     "\n"
@@ -30,10 +31,30 @@ struct PartsGenerateOptions : CommonOptions {
     std::string basePath;
 };
 
+/// The base script. Fills in the parts of the list.
+String loadInputs(const PartsGenerateOptions& options, PartGenerationReport& report) {
+    report.partsList = loadPartsForGeneration(options.listPath, options.isPlain);
+    return loadBaseScript(options.basePath, options.isPlain);
+}
+
+CommandResult refusal(const PartsGenerateOptions& options, const Session& session, PartGenerationReport& report,
+                      const MistakesFound& found) {
+    report.mistakes = found.mistakes();
+    CommandResult result{found.status(), {}, {}, found.lines()};
+    if (options.format == "json") {
+        result.text = options.written(report, partGenerationWriters(), session);
+    }
+    return result;
+}
+
 CommandResult generateParts(const PartsGenerateOptions& options, Session& session) {
     PartGenerationReport& report = session.make<PartGenerationReport>();
-    report.partsList = loadPartsForGeneration(options.listPath);
-    const String base = loadBaseScript(options.basePath);
+    String base;
+    try {
+        base = loadInputs(options, report);
+    } catch (const MistakesFound& found) {
+        return refusal(options, session, report, found);
+    }
     StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
     report.machine = &store;
@@ -63,6 +84,7 @@ void addPartsGenerateCommand(CLI::App& parent, Session& session) {
     options->addState(command);
     command.add_option("--base", options->basePath, "What the machine must hold besides: a script's inner XML")
         ->type_name("FILE");
+    options->addPlain(command);
     options->addFormat(command, partGenerationWriters());
     options->addOutput(command);
     options->addLogging(command);

@@ -3,6 +3,7 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/input/InputFile.h"
+#include "cli/input/MistakesFound.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "libReport/parts/PartsReport.h"
@@ -16,7 +17,7 @@ constexpr const char* EXPECTED_PARTS_LIST = "expected a parts list, XML with <pa
 constexpr const char* PARTS_PARSE_FOOTER =
     "A part without any device description is blank.\n"
     "Exit status: 0 every part has a description; 1 there are blank parts; 2 the list\n"
-    "cannot be read or parsed, or holds no part; 4 internal error.\n"
+    "has mistakes, cannot be read or parsed, or holds no part; 4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory parts parse parts.xml\n"
@@ -26,8 +27,8 @@ struct PartsParseOptions : CommonOptions {
     std::string path;
 };
 
-/// Reads the list. Returns why there are no parts in it; empty when there are some.
-std::string readList(PartsReport& report) {
+/// Reads the list. Returns why there are no parts in it; empty when there are some. Throws a MistakesFound.
+std::string readList(PartsReport& report, bool passesMistakesOver) {
     const String name = String::UTF8Decode(report.path);
     std::string bytes;
     String reason;
@@ -41,15 +42,33 @@ std::string readList(PartsReport& report) {
         document.ParseUtf8(bytes);
         return xmlProblem(report.path, document, EXPECTED_PARTS_LIST);
     }
+    XmlDocument document;
+    if (!passesMistakesOver && document.ParseUtf8(bytes)) {
+        refuseMistakes(report.path, document);
+    }
     const bool hasParts = !report.parts.isEmpty() || !report.blankParts.isEmpty();
     return hasParts ? std::string() : fileProblem(report.path, u"it holds no part", EXPECTED_PARTS_LIST);
+}
+
+CommandResult refusal(const PartsParseOptions& options, const Session& session, PartsReport& report,
+                      const MistakesFound& found) {
+    report.mistakes = found.mistakes();
+    CommandResult result{found.status(), {}, {}, found.lines()};
+    if (options.format != "text") {
+        result.text = options.written(report, partsWriters(), session);
+    }
+    return result;
 }
 
 CommandResult parseParts(const PartsParseOptions& options, const Session& session) {
     PartsReport report;
     report.path = options.path;
     CommandResult result;
-    result.note = readList(report);
+    try {
+        result.note = readList(report, options.isPlain);
+    } catch (const MistakesFound& found) {
+        return refusal(options, session, report, found);
+    }
     const bool hasParts = result.note.empty();
     if (hasParts || options.format != "text") {
         result.text = options.written(report, partsWriters(), session);
@@ -66,6 +85,7 @@ void addPartsParseCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<PartsParseOptions>();
     CLI::App& command = *parent.add_subcommand("parse", "Read a parts list and print its parts");
     command.add_option("LIST", options->path, "The parts list, - for standard input")->required();
+    options->addPlain(command);
     options->addFormat(command, partsWriters());
     options->addOutput(command);
     options->addLogging(command);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "cli/input/InputFile.h"
+#include "cli/input/MistakesFound.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/Session.h"
 #include "libCommon/text/UuCode.h"
@@ -35,7 +36,7 @@ void refuseOrInsidePart(const std::string& path, const XmlElement& element) {
 
 }  // namespace
 
-Array<Inventory::PartSpec> loadPartsForGeneration(const std::string& path) {
+Array<Inventory::PartSpec> loadPartsForGeneration(const std::string& path, bool passesMistakesOver) {
     const std::string bytes = readFile(path, EXPECTED_PARTS);
     XmlDocument document;
     if (!document.ParseUtf8(bytes)) {
@@ -50,13 +51,16 @@ Array<Inventory::PartSpec> loadPartsForGeneration(const std::string& path) {
     if (result != Inventory::PartsParsed || parts.isEmpty()) {
         refuse(fileProblem(path, u"it holds no part", EXPECTED_PARTS));
     }
+    if (!passesMistakesOver) {
+        refuseMistakes(path, document);
+    }
     for (const XmlElement* const child : childElements(std::as_const(*document.RootElement()))) {
         refuseOrInsidePart(path, *child);
     }
     return parts;
 }
 
-String loadBaseScript(const std::string& path) {
+String loadBaseScript(const std::string& path, bool passesMistakesOver) {
     if (path.empty()) {
         return String();
     }
@@ -67,6 +71,9 @@ String loadBaseScript(const std::string& path) {
         const auto shift = document.ErrorRow() == 0 ? static_cast<std::uint32_t>(OPENING.size()) : 0;
         const std::uint32_t column = document.ErrorColumn() < shift ? 0 : document.ErrorColumn() - shift;
         refuse(problemAt(path, document.ErrorRow(), column, document.ErrorDesc().toUtf8() + "; " + EXPECTED_BASE));
+    }
+    if (!passesMistakesOver) {
+        refuseMistakes(path, document, OPENING.size());
     }
     refuseOrInsidePart(path, *document.RootElement());
     return content;

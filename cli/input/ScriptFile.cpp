@@ -1,6 +1,7 @@
 #include "cli/input/ScriptFile.h"
 
 #include "cli/input/InputFile.h"
+#include "cli/input/MistakesFound.h"
 #include "cli/input/XmlFileProblem.h"
 #include "libInventory/script/OrInsidePart.h"
 
@@ -24,7 +25,7 @@ std::string scriptProblem(const std::string& path, const XmlDocument& script) {
 
 }  // namespace
 
-void loadScript(const std::string& path, CheckRun& check, const Session& session) {
+void loadScript(const std::string& path, CheckRun& check, bool passesMistakesOver, const Session& session) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
@@ -35,6 +36,9 @@ void loadScript(const std::string& path, CheckRun& check, const Session& session
     Inventory& inventory = check.inventory();
     if (!inventory.loadInventoryScriptBytes(std::move(bytes), String::UTF8Decode(path))) {
         throw CommandFailure(ExitStatus::BadInput, scriptProblem(path, inventory.script()), check.fileErrors());
+    }
+    if (!passesMistakesOver) {
+        refuseMistakes(path, inventory.script());
     }
     if (const XmlElement* const undecidable = findOrInsidePart(*inventory.script().RootElement())) {
         throw CommandFailure(ExitStatus::BadInput,

@@ -140,6 +140,9 @@ ExitStatus CommonOptions::finish(const Session& session, const CommandResult& re
     if (!result.note.empty()) {
         session.say(result.note);
     }
+    for (const std::string& problem : result.problems) {
+        session.say(problem);
+    }
     for (const OutputFile& file : result.files) {
         writeFile(file.path, file.bytes);
     }

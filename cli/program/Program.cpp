@@ -85,7 +85,9 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
         session.log = &log;
         return session.action();
     } catch (const CommandFailure& failure) {
-        session.say(failure.what());
+        for (const std::string& line : failure.lines()) {
+            session.say(line);
+        }
         return failure.status();
     }
 }

@@ -23,11 +23,26 @@ bool isFlag(StringView text) noexcept {
     return std::ranges::any_of(WORDS, [text](StringView word) { return equalNoCase(word, trimmed(text)); });
 }
 
+/// The beginning of the element's text.
+std::string shortText(const XmlElement& element) {
+    constexpr std::size_t SHOWN = 40;
+    const String text = element.NormalizedText();
+    return printable(text.view().substr(0, SHOWN)) + (text.size() > SHOWN ? "..." : "");
+}
+
+/// Whether a text stands where a value was meant.
+bool isGivenAsText(const LintSubject& subject) {
+    return (subject.kind == ElementKind::Property || subject.kind == ElementKind::Value) &&
+           subject.element().FindAttribute(vocabulary::VALUE) == nullptr &&
+           !subject.element().NormalizedText().isEmpty();
+}
+
 }  // namespace
 
 void unknownAttribute(const LintSubject& subject, const LintReporter& report) {
     const StringView name = subject.attribute->Name();
-    const auto known = attributesOf(subject.kind);
+    const bool isNestedRoot = subject.kind == ElementKind::InventoryCheck && subject.role != LintRole::Root;
+    const auto known = isNestedRoot ? std::span<const StringView>() : attributesOf(subject.kind);
     if (subject.kind != ElementKind::Device && std::ranges::find(known, name) == known.end() && !isXmlsOwn(name)) {
         report.at(subject.element(), printable(name), tagOf(subject.element())).suggestion =
             printable(nearestName(name, known));
@@ -43,11 +58,31 @@ void deviceAttribute(const LintSubject& subject, const LintReporter& report) {
     }
 }
 
+// That of exactly this name counts, else the first.
+void repeatedType(const LintSubject& subject, const LintReporter& report) {
+    const XmlAttribute& attribute = *subject.attribute;
+    if (subject.kind != ElementKind::Device || !equalNoCase(attribute.Name(), vocabulary::TYPE)) {
+        return;
+    }
+    const XmlAttribute* counting = subject.element().FindAttribute(vocabulary::TYPE);
+    for (const XmlAttribute& each : subject.element().Attributes()) {
+        counting = counting == nullptr && equalNoCase(each.Name(), vocabulary::TYPE) ? &each : counting;
+    }
+    if (counting != &attribute) {
+        report.at(subject.element(), printable(attribute.Name()), printable(attribute.Value()),
+                  printable(counting->Name()), printable(counting->Value()));
+    }
+}
+
+void textAsValue(const LintSubject& subject, const LintReporter& report) {
+    if (isGivenAsText(subject)) {
+        report.at(subject.element(), shortText(subject.element()), tagOf(subject.element()));
+    }
+}
+
 void ignoredText(const LintSubject& subject, const LintReporter& report) {
-    if (const String text = subject.element().NormalizedText(); !text.isEmpty()) {
-        constexpr std::size_t SHOWN = 40;
-        const std::string cut = printable(text.view().substr(0, SHOWN)) + (text.size() > SHOWN ? "..." : "");
-        report.at(subject.element(), cut, tagOf(subject.element()));
+    if (!isGivenAsText(subject) && !subject.element().NormalizedText().isEmpty()) {
+        report.at(subject.element(), shortText(subject.element()), tagOf(subject.element()));
     }
 }
 

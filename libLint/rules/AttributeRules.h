@@ -7,6 +7,8 @@ namespace vrx::rules {
 
 LintCheck unknownAttribute;
 LintCheck deviceAttribute;
+LintCheck repeatedType;
+LintCheck textAsValue;
 LintCheck ignoredText;
 LintCheck flagValue;
 

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "libCommon/text/NearestName.h"
 #include "libCommon/text/PrintableText.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libLint/LintMemory.h"
 #include "libLint/LintSubject.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
+#include "libSystemState/capabilities/CapabilityNames.h"
 
 namespace vrx::rules {
 
@@ -33,6 +35,8 @@ StringView typeOf(const LintSubject& subject) noexcept {
                                                : subject.element().Attribute(vocabulary::TYPE);
 }
 
+std::string nearestType(StringView name) { return printable(nearestName(trimmed(name), capabilityNames())); }
+
 bool mustBeThere(const ScriptPlace& place) noexcept { return place.alternative == nullptr && !place.isUnderNot(); }
 
 }  // namespace
@@ -46,14 +50,14 @@ void missingType(const LintSubject& subject, const LintReporter& report) {
 void unknownType(const LintSubject& subject, const LintReporter& report) {
     const bool hasType = subject.kind == ElementKind::Device || subject.kind == ElementKind::FailOnExtra;
     if (hasType && isUnknown(typeOf(subject))) {
-        report.at(subject.element(), printable(typeOf(subject)));
+        report.at(subject.element(), printable(typeOf(subject))).suggestion = nearestType(typeOf(subject));
     }
 }
 
 void unknownCapability(const LintSubject& subject, const LintReporter& report) {
     const StringView capability = subject.element().Attribute(vocabulary::CAPABILITY);
     if (subject.kind == ElementKind::FailOnExtra && isUnknown(capability)) {
-        report.at(subject.element(), printable(capability));
+        report.at(subject.element(), printable(capability)).suggestion = nearestType(capability);
     }
 }
 

@@ -21,8 +21,7 @@ bool isMisplaced(const LintSubject& subject) noexcept {
         case ElementKind::InventoryCheck:
         case ElementKind::Part:
         case ElementKind::Device:
-        case ElementKind::FailOnExtra:
-        case ElementKind::TestSet: return subject.role == LintRole::InDevice;
+        case ElementKind::FailOnExtra: return subject.role == LintRole::InDevice;
         default: return false;
     }
 }
@@ -51,7 +50,7 @@ void misplacedElement(const LintSubject& subject, const LintReporter& report) {
 }
 
 void errorElement(const LintSubject& subject, const LintReporter& report) {
-    if (stands(subject, ElementKind::Error)) {
+    if (subject.kind == ElementKind::Error && subject.role != LintRole::BeforeParts) {
         report.at(subject.element());
     }
 }
@@ -63,7 +62,7 @@ void propertyOutsideDevice(const LintSubject& subject, const LintReporter& repor
 }
 
 void ignoredTestset(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::InScript && subject.kind == ElementKind::TestSet) {
+    if (stands(subject, ElementKind::TestSet)) {
         report.at(subject.element());
     }
 }

@@ -26,7 +26,13 @@ bool holdsNeededDevice(const XmlElement& part) {
 }  // namespace
 
 void elementBeforeParts(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::BeforeParts) {
+    if (subject.role == LintRole::BeforeParts && !describesDevices(subject.element())) {
+        report.at(subject.element(), tagOf(subject.element()));
+    }
+}
+
+void partBeforeParts(const LintSubject& subject, const LintReporter& report) {
+    if (subject.role == LintRole::BeforeParts && describesDevices(subject.element())) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }

@@ -6,6 +6,7 @@
 namespace vrx::rules {
 
 LintCheck elementBeforeParts;
+LintCheck partBeforeParts;
 LintCheck misnamedPart;
 LintCheck missingName;
 LintCheck duplicateName;

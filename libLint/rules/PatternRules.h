@@ -8,7 +8,5 @@ namespace vrx::rules {
 LintCheck emptyPattern;
 LintCheck patternSyntax;
 LintCheck patternExplodes;
-LintCheck rangeSyntax;
-LintCheck rangeSingleValue;
 
 }  // namespace vrx::rules

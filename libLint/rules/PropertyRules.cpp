@@ -16,17 +16,16 @@ bool mentions(const XmlElement& element, StringView text) {
 
 bool patternsMention(const XmlElement& property, StringView text) {
     for (const XmlElement* const entry : childElements(property)) {
-        if (!mentions(*entry, text)) {
+        if (vocabulary::kindOf(*entry) != ElementKind::Error && !mentions(*entry, text)) {
             return false;
         }
     }
-    return property.FirstChildElement() != nullptr || mentions(property, text);
+    return hasEntries(property) || mentions(property, text);
 }
 
 /// Whether the property is compared with something that leaves its units out.
 bool leavesUnitsOut(const XmlElement& property, StringView units) {
-    const bool hasPattern =
-        property.FirstChildElement() != nullptr || property.FindAttribute(vocabulary::VALUE) != nullptr;
+    const bool hasPattern = hasEntries(property) || property.FindAttribute(vocabulary::VALUE) != nullptr;
     return hasPattern && !patternsMention(property, units);
 }
 
@@ -37,20 +36,21 @@ StringView unitsOf(const LintSubject& subject) noexcept {
 }  // namespace
 
 void missingKey(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::Property && subject.element().Attribute(vocabulary::KEY).empty()) {
+    if (subject.kind == ElementKind::Property && trimmed(subject.element().Attribute(vocabulary::KEY)).empty()) {
         report.at(subject.element());
     }
 }
 
 void valueBesideChildren(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::Property && subject.element().FirstChildElement() != nullptr &&
+    if (subject.kind == ElementKind::Property && hasEntries(subject.element()) &&
         subject.element().FindAttribute(vocabulary::VALUE) != nullptr) {
         report.at(subject.element());
     }
 }
 
 void elementAsValue(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::Entry && subject.kind != ElementKind::Value) {
+    const bool isMeant = subject.kind == ElementKind::Value || subject.kind == ElementKind::Error;
+    if (subject.role == LintRole::Entry && !isMeant) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }

@@ -1,4 +1,5 @@
 #include "libReport/lint/LintReport.h"
+#include "libReport/lint/ScriptMistakes.h"
 #include "libReport/text/JsonWriter.h"
 
 namespace vrx {
@@ -7,16 +8,6 @@ namespace {
 
 void writeCount(JsonWriter& json, std::string_view name, std::size_t count) {
     json.key(name).value(static_cast<std::int64_t>(count));
-}
-
-void writeFinding(JsonWriter& json, const LintFinding& finding) {
-    json.beginObject();
-    json.key("row").value(std::int64_t{finding.row} + 1);
-    json.key("column").value(std::int64_t{finding.column} + 1);
-    json.key("severity").value(nameOf(finding.severity));
-    json.key("rule").value(finding.rule);
-    json.key("message").value(std::string_view(finding.message()));
-    json.endObject();
 }
 
 }  // namespace
@@ -28,7 +19,9 @@ std::string lintJson(const LintReport& report, const TextFormat&) {
     json.key("file").value(std::string_view(report.file));
     json.key("diagnostics").beginArray();
     for (const LintFinding& finding : findings.list()) {
-        writeFinding(json, finding);
+        json.beginObject();
+        writeLintFinding(json, finding);
+        json.endObject();
     }
     json.endArray();
     writeCount(json, "errors", findings.count(Severity::Error));

@@ -18,7 +18,8 @@ struct LintReport {
 };
 
 /// text: for people and for grep, "file:row:column: severity: message [rule-id]" on one line each, then the counts.
-/// json: {"file", "diagnostics": [{"row", "column", "severity", "rule", "message"}], "errors", "warnings", "notes"}.
+/// json: {"file", "diagnostics": [{"row", "column", "severity", "rule", "message", "suggestion"}], "errors",
+/// "warnings", "notes"}.
 ReportWriters<LintReport> lintWriters();
 
 std::string lintText(const LintReport& report, const TextFormat& format);

@@ -31,16 +31,27 @@ void writeDeviceToParts(JsonWriter& json, const Inventory::DeviceToPartsTable& t
     json.endObject();
 }
 
+void writeResult(JsonWriter& json, const PartGenerationReport& report) {
+    if (!report.mistakes.empty()) {
+        json.null();
+        return;
+    }
+    json.beginObject();
+    json.key("code").value(std::int64_t{report.result.code()});
+    json.key("text").value(report.result.toString());
+    json.endObject();
+}
+
 }  // namespace
 
 std::string partGenerationJson(const PartGenerationReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
     json.key("generated").value(report.isGenerated());
-    json.key("result").beginObject();
-    json.key("code").value(std::int64_t{report.result.code()});
-    json.key("text").value(report.result.toString());
-    json.endObject();
+    json.key("mistakes");
+    writeMistakes(json, report.mistakes);
+    json.key("result");
+    writeResult(json, report);
     json.key("generatedParts");
     writeParts(json, report.generatedParts);
     json.key("ambiguousGroups").beginArray();

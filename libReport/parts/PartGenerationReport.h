@@ -4,6 +4,7 @@
 
 #include "libInventory/Inventory.h"
 #include "libReport/ReportWriter.h"
+#include "libReport/lint/ScriptMistakes.h"
 #include "libSystemState/StateManager.h"
 
 namespace vrx {
@@ -23,7 +24,8 @@ struct PartGenerationReport {
     Inventory::DeviceToPartsTable deviceToParts{32};
     Array<Array<Inventory::PartSpec>> ambiguousGroups;
     Array<Inventory::DeviceSpec> extraDevices;
-    XmlDocument document;  ///< the engine's own report
+    XmlDocument document;     ///< the engine's own report
+    ScriptMistakes mistakes;  ///< for which the list or the base script was refused; then there is nothing else
 
     bool isGenerated() const noexcept {
         return result.code() == TestResultImp::Passed || result.code() == TestResultImp::PassedWithExtraDevices;

@@ -34,6 +34,8 @@ std::string partsJson(const PartsReport& report, const TextFormat&) {
         json.endObject();
     }
     json.endArray();
+    json.key("mistakes");
+    writeMistakes(json, report.mistakes);
     json.endObject();
     return json.take();
 }

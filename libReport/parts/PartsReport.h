@@ -4,6 +4,7 @@
 
 #include "libInventory/Inventory.h"
 #include "libReport/ReportWriter.h"
+#include "libReport/lint/ScriptMistakes.h"
 
 namespace vrx {
 
@@ -18,6 +19,7 @@ struct PartsReport {
     String error;
     Array<Inventory::PartSpec> parts;
     Array<String> blankParts;  ///< the names of those without a description
+    ScriptMistakes mistakes;   ///< for which the list was refused
 };
 
 /// text: the blank parts first, then a table of the others; requires that parts were read. json: all of it.

@@ -173,6 +173,8 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     writeDevices(json, report.extra);
     json.key("findings");
     writeFindings(json, report);
+    json.key("mistakes");
+    writeMistakes(json, report.mistakes);
     json.key("annotatedScript");
     report.annotatedScript ? json.value(report.annotatedScript->toString()) : json.null();
     json.key("verdict").value(verdictName(report.verdict));

@@ -8,6 +8,9 @@ std::string deviceCheckJson(const DeviceCheckReport& report, const TextFormat&) 
     JsonWriter json;
     json.beginObject();
     json.key("passed").value(report.verdict == Verdict::Passed);
+    json.key("verdict").value(nameOf(report.verdict));
+    json.key("mistakes");
+    writeMistakes(json, report.mistakes);
     json.key("events");
     writeEvents(json, report.events);
     json.key("annotatedScript");

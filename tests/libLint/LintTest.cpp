@@ -45,6 +45,15 @@ std::vector<std::string> rulesIn(const std::string& text) {
     return rules;
 }
 
+/// Whether a check would be refused for it; the same rules must say so when they are asked for mistakes alone.
+bool isMistaken(const std::string& text) {
+    Lint all;
+    Lint mistakes(Lint::Extent::Mistakes);
+    EXPECT_EQ(all.run(text), mistakes.run(text));
+    EXPECT_EQ(all.findings().count(Severity::Error), mistakes.findings().list().size()) << text;
+    return mistakes.findings().count(Severity::Error) > 0;
+}
+
 std::string script(const std::string& content) { return "<inventory-check>" + content + "</inventory-check>"; }
 std::string device(const std::string& content) { return script("<device type='Fan'>" + content + "</device>"); }
 
@@ -158,7 +167,7 @@ TEST(LintTest, FindsTheDeviceThatAPartNeeds) {
     EXPECT_THAT(
         rulesIn("<parts><part name='a'><and><inventory-check><device type='Fan'/></inventory-check></and></part>"
                 "</parts>"),
-        ElementsAre("misplaced-element"));
+        ElementsAre("nested-root"));
     EXPECT_THAT(rulesIn("<parts><part name='a'><and><x><device type='Fan'/></x></and></part></parts>"),
                 ElementsAre("part-needs-no-device", "unknown-element"));
 }
@@ -184,6 +193,51 @@ TEST(LintTest, JudgesPatternsAsACheckReadsThem) {
                 ElementsAre("range-syntax"));
     EXPECT_THAT(rulesIn(device("<property key='k'><value value='VRXRRANGE[1,2-5]'/><v value='('/></property>")),
                 ElementsAre("range-syntax", "pattern-syntax"));
+}
+
+TEST(LintTest, TakesForAMistakeWhatACheckWouldPassOverOrNeverMeet) {
+    for (const char* content :
+         {"<property key='k' vlaue='1'/>", "<property key='k' Value='1'/>", "<property key='k'>1</property>",
+          "<property key='k'><Value>1</Value></property>", "<property key='k'><not><value value='1'/></not></property>",
+          "<property key='k' value='1'><value value='1'/></property>", "<property key=' ' value='1'/>",
+          "<not><property key='k' value='VRXRRANGE[1-]'/></not>", "<property key='k' value='VRXRANGE[1-20]'/>",
+          "<property key='k' value='^vrxrrange[1-2]'/>", "<property key='k' value='^Range[10-20]$'/>",
+          "<property key='k' value='^VRXRRANGE[1-2] Ghz$'/>", "<property key='k' value='^VRXRRANGE[1-2] furlongs$'/>",
+          "<property key='k' value='^VRXRRANGE[1-2]  GHz$'/>", "<property key='k' value='VRXRRANGE[1-2]GHz'/>",
+          "<and x='1'/>", "<properti key='k'/>", "text"}) {
+        EXPECT_TRUE(isMistaken(device(content))) << content;
+        EXPECT_TRUE(isMistaken(script("<not><device type='Fan'>" + std::string(content) + "</device></not>")))
+            << content;
+    }
+    for (const char* content :
+         {"<fail-on-extra type='Storge'/>", "<fail-on-extra/>", "<fail-on-extra Type='Fan'/>",
+          "<fail-on-extras type='Fan'/>", "<fail-on-extra type='Fan' capability='Fann'/>", "<property key='k'/>",
+          "<device type='Fan' Type='Sensor'/>", "<device TYPE='Fan' Type='Sensor'/>", "<device type=' Fan'/>",
+          "<not><device type='Fann'/></not>",
+          "<inventory-check check-names='false'><device type='Fan'/></inventory-check>", "<and>text</and>",
+          "<part name='p'><not><or><device type='Fan'/></or></not></part>",
+          "<not name='n'><device type='Fan'/></not>"}) {
+        EXPECT_TRUE(isMistaken(script(content + std::string("<device type='Fan'/>")))) << content;
+    }
+    EXPECT_TRUE(isMistaken("<inventory-check check-names='ture'><device type='Fan'/></inventory-check>"));
+    EXPECT_TRUE(
+        isMistaken("<parts><part name='a'><device type='Fan'/></part><prat><device type='Fan'/></prat></parts>"));
+    EXPECT_TRUE(
+        isMistaken("<parts><prat><device type='Fan'/></prat><part name='a'><device type='Fan'/></part></parts>"));
+}
+
+TEST(LintTest, TakesForNoMistakeWhatTheEngineIsMeantToLeaveAloneAndWhatHasAMeaning) {
+    for (const char* content :
+         {"<testset><x/></testset><error>e</error>", "<device type='Fan'><error>e</error><testset/></device>",
+          "<device type='Fan'><property key='k' value='(a'><error>e</error></property></device>",
+          "<device type='Fan' name='('><property key='k' value='^VRXRRANGE[1-2] (cores)$|VRXRRANGE[1-2]'/></device>",
+          "<device type='Fan'><property key='k' value='^Fan VRXRRANGE[1-6] rear$'/><property key='k' value='Voltage'/>"
+          "<property key='k' value='Range[1-6]'/><property key='k' value='^VRXRRANGE[1-6]x$'/></device>",
+          "<device type='Fan'><property key='k'><entry value='a'/></property></device>",
+          "<fail-on-extra capability='Fan'/><inventory-check><device type='Fan'/></inventory-check>"}) {
+        EXPECT_FALSE(isMistaken(script(content))) << content;
+    }
+    EXPECT_FALSE(isMistaken("<parts><info/><part/><part name='a'><device type='Fan'/></part></parts>"));
 }
 
 TEST(LintTest, SuggestsTheNameThatWasMeant) {

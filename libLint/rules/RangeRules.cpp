@@ -1,0 +1,154 @@
+/// What stands behind a range is taken for a unit only where the pattern is nothing but a number and one plain word:
+/// "^VRXRRANGE[1-2] Ghz$", but not "^Fan VRXRRANGE[1-6] rear$". There a word that is no unit is compared as text, so
+/// nothing is converted and a value in another unit never fits.
+
+#include "libLint/rules/RangeRules.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "libCommon/text/EditDistance.h"
+#include "libCommon/text/PrintableText.h"
+#include "libCommon/values/Unit.h"
+#include "libInventory/script/ScriptVocabulary.h"
+#include "libLint/LintSubject.h"
+#include "libLint/rules/RangeText.h"
+#include "libRegex/Regex.h"
+
+namespace vrx::rules {
+
+namespace {
+
+bool isLetter(char16_t unit) noexcept { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
+
+bool isDigit(char16_t unit) noexcept { return unit >= u'0' && unit <= u'9'; }
+
+/// Whether the word was meant to be the marker. `rest` is what follows it.
+bool isMeantAsMarker(StringView word, StringView rest) {
+    constexpr std::size_t SHORTEST = 5;
+    constexpr std::size_t LONGEST = 12;
+    const StringView marker = Regex::VRXRRANGE();
+    if (word == marker || word.size() < SHORTEST || word.size() > LONGEST) {
+        return false;
+    }
+    const String folded = foldCase(word);
+    const bool isInBrackets = opensWithBounds(rest);
+    if (isInBrackets && folded.view().ends_with(u"range")) {
+        return true;
+    }
+    const std::size_t farthest = isInBrackets ? 3 : 2;
+    return folded.view().starts_with(u'v') && editDistance(folded, foldCase(marker)) <= farthest;
+}
+
+/// Whether nothing but anchors and the like stands before the range: the value begins with the number.
+bool beginsWithRange(StringView pattern, std::size_t marker) noexcept {
+    if (marker == 0) {
+        return true;
+    }
+    const bool isEscaped = marker > 1 && pattern[marker - 2] == u'\\';
+    return !isEscaped && StringView(u"^|(:").find(pattern[marker - 1]) != StringView::npos;
+}
+
+/// What stands behind a range that begins a value, to the end of the value.
+struct UnitText {
+    StringView text;  ///< with its blanks
+    StringView word;  ///< without
+    bool isEndOfPattern = false;
+};
+
+std::optional<UnitText> unitTextAt(const LintSubject& subject) {
+    const StringView pattern = subject.pattern->text;
+    const std::optional<RangeText> range = rangeAt(pattern, subject.marker);
+    if (!range || !beginsWithRange(pattern, subject.marker)) {
+        return std::nullopt;
+    }
+    const StringView rest = pattern.substr(range->end);
+    const StringView text = rest.substr(0, rest.find_first_of(u"$|)"));
+    const UnitText unit{text, trimmed(text), text.size() == rest.size() || rest.substr(text.size()) == u"$"};
+    const bool isPlain = text.find_first_of(u"\\[](){}*+?.^\t") == StringView::npos;
+    return isPlain && !unit.word.empty() ? std::optional(unit) : std::nullopt;
+}
+
+/// The unit that the word is in other letters; empty when there is none. Tries them all, of short words.
+String unitInOtherLetters(StringView word) {
+    constexpr std::size_t LONGEST = 6;
+    if (word.size() > LONGEST ||
+        !std::ranges::all_of(word, [](char16_t unit) { return isLetter(unit) || unit == u'/'; })) {
+        return String();
+    }
+    for (unsigned variant = 0; variant < (1U << word.size()); ++variant) {
+        std::u16string written(word);
+        for (std::size_t i = 0; i < written.size(); ++i) {
+            if (isLetter(written[i])) {
+                written[i] = static_cast<char16_t>((variant >> i & 1U) != 0 ? written[i] & ~0x20 : written[i] | 0x20);
+            }
+        }
+        if (Unit::lookupByString(written)) {
+            return String(written);
+        }
+    }
+    return String();
+}
+
+/// Names hold words of all kinds; values with a number and one word are measurements.
+bool isValue(const LintSubject& subject) noexcept { return subject.kind != vocabulary::ElementKind::Device; }
+
+bool isWord(StringView text) noexcept {
+    return text.find(u' ') == StringView::npos && std::ranges::none_of(text, isDigit);
+}
+
+}  // namespace
+
+void rangeWord(const LintSubject& subject, const LintReporter& report) {
+    const StringView pattern = subject.pattern->text;
+    for (std::size_t begin = 0; begin < pattern.size();) {
+        std::size_t end = begin;
+        while (end < pattern.size() && isLetter(pattern[end])) {
+            ++end;
+        }
+        const StringView word = pattern.substr(begin, end - begin);
+        if (isMeantAsMarker(word, pattern.substr(end))) {
+            report.at(subject.element(), printable(word), printable(pattern)).suggestion =
+                printable(StringView(Regex::VRXRRANGE()));
+        }
+        begin = end + 1;
+    }
+}
+
+void rangeSyntax(const LintSubject& subject, const LintReporter& report) {
+    if (!rangeAt(subject.pattern->text, subject.marker)) {
+        report.at(subject.element(), printable(StringView(Regex::VRXRRANGE())), subject.marker + 1,
+                  printable(subject.pattern->text.view()));
+    }
+}
+
+void rangeUnitBlank(const LintSubject& subject, const LintReporter& report) {
+    const std::optional<UnitText> unit = unitTextAt(subject);
+    const bool isOneBlank = unit && unit->text.size() == unit->word.size() + 1 && unit->text.starts_with(u' ');
+    if (unit && unit->isEndOfPattern && !isOneBlank && Unit::lookupByString(unit->word)) {
+        report.at(subject.element(), printable(subject.pattern->text.view()),
+                  unit->text == unit->word ? "none between them" : "more");
+    }
+}
+
+void rangeUnit(const LintSubject& subject, const LintReporter& report) {
+    const std::optional<UnitText> unit = unitTextAt(subject);
+    if (!unit || Unit::lookupByString(unit->word)) {
+        return;
+    }
+    const String meant = unitInOtherLetters(unit->word);
+    const bool standsLikeOne = isValue(subject) && unit->text.starts_with(u' ') && isWord(unit->word);
+    if (!meant.isEmpty() || standsLikeOne) {
+        report.at(subject.element(), printable(unit->word)).suggestion = printable(meant.view());
+    }
+}
+
+/// Generated ranges around 0 are [0-0].
+void rangeSingleValue(const LintSubject& subject, const LintReporter& report) {
+    const std::optional<RangeText> range = rangeAt(subject.pattern->text, subject.marker);
+    if (range && range->low == range->high && range->low != 0) {
+        report.at(subject.element(), printable(subject.pattern->text.view()), printable(range->lowText));
+    }
+}
+
+}  // namespace vrx::rules
