@@ -4,6 +4,7 @@
 
 #include "libLint/Lint.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "libInventory/script/PartsList.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
+#include "libLint/LintMachine.h"
 #include "libLint/LintWalk.h"
 
 namespace vrx {
@@ -29,13 +31,18 @@ void Lint::parse(const String& text) { m_document.Parse(needsUuEncode(text) ? to
 
 Lint::Result Lint::judge(const XmlDocument& document, const Utf8Damage* damage) {
     m_findings = LintFindings();
+    std::optional<LintMachine> machine;
+    if (m_machine != nullptr) {
+        machine.emplace(*m_machine);
+    }
+    const LintTask task{m_extent, machine ? &*machine : nullptr, m_findings};
     const XmlElement* const root = document.RootElement();
     if (isScript(document)) {
-        lintScript(*root, damage, m_extent, m_findings);
+        lintScript(*root, damage, task);
     } else if (document.Error()) {
         return Result::NotXml;
     } else if (root != nullptr && firstPart(*root) != nullptr) {
-        lintPartsList(*root, m_extent, m_findings);
+        lintPartsList(*root, task);
     } else {
         return Result::Neither;
     }

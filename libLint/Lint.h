@@ -5,9 +5,10 @@
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libLint/LintFindings.h"
+#include "libSystemState/StateManager.h"
 
-/// Finds mistakes in inventory scripts and parts lists, without a machine: names that nothing knows, patterns that do
-/// not compile, groups that cannot be met. docs/lint-rules.md lists the rules.
+/// Finds mistakes in inventory scripts and parts lists: names that nothing knows, patterns that do not compile, groups
+/// that cannot be met; with a machine also what that machine could never meet. docs/lint-rules.md lists the rules.
 ///
 ///     Lint lint;
 ///     if (lint.runText(script) == Lint::Result::Done) {
@@ -36,6 +37,9 @@ public:
 
     explicit Lint(Extent extent = Extent::Everything) noexcept : m_extent(extent) {}
 
+    /// Compares what is looked through from now on with that machine. Requires: it outlives the object.
+    void setMachine(const StateManager& machine) noexcept { m_machine = &machine; }
+
     /// Looks through the bytes of a file, read as a check reads a script, or strictly when they are a parts list.
     /// Forgets what was found before, as all of these do.
     Result run(std::string_view bytes);
@@ -60,6 +64,7 @@ private:
     Result judge(const XmlDocument& document, const Utf8Damage* damage);
 
     Extent m_extent;
+    const StateManager* m_machine = nullptr;
     XmlDocument m_document;
     LintFindings m_findings;
 };

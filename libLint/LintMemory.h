@@ -7,6 +7,7 @@
 #include "libCommon/containers/HashFunctions.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlElement.h"
+#include "libLint/rules/AskedDevices.h"
 #include "libLint/rules/RepeatedDevices.h"
 
 namespace vrx {
@@ -17,6 +18,7 @@ struct LintMemory {
     using PartsByName = std::unordered_map<String, const XmlElement*, HashFunc<String>>;
 
     RepeatedDevices devices;
+    AskedDevices asked;
     std::uint64_t combinations = 1;  ///< of alternatives; as many as 64 bits hold, when there are more
     std::size_t askedFor = 0;        ///< devices and rules
     PartsByName parts;

@@ -4,10 +4,13 @@
 
 #include "libInventory/script/OrInsidePart.h"
 #include "libLint/rules/AttributeRules.h"
+#include "libLint/rules/ContradictionRules.h"
 #include "libLint/rules/DeviceRules.h"
+#include "libLint/rules/DoubtfulPatternRules.h"
 #include "libLint/rules/ElementRules.h"
 #include "libLint/rules/FileRules.h"
 #include "libLint/rules/GroupRules.h"
+#include "libLint/rules/MachineRules.h"
 #include "libLint/rules/PartsListRules.h"
 #include "libLint/rules/PatternRules.h"
 #include "libLint/rules/PropertyRules.h"
@@ -102,9 +105,18 @@ constexpr LintRule RULES[] = {
     {"unknown-capability", Error, Stage::Content,
      "there is no capability \"{}\"; write one of the known types (docs/format-inventory-script.md lists them)",
      rules::unknownCapability},
+    {"not-around-several", Warning, Stage::Content,
+     "a <not> around {} elements forbids only all of them together; write a <not> around each, or an <and> inside",
+     rules::notAroundSeveral},
+    {"blank-ends", Warning, Stage::Content,
+     "the key \"{}\" begins or ends with a blank, and keys are compared as they stand; remove it", rules::blankKey},
     {"fail-on-extra-without-type", Error, Stage::Content,
      "this rule covers nothing, and a check passes without a word about it; give it a known type or capability",
      rules::ruleWithoutType},
+    {"machine-type", Warning, Stage::Content, "the machine has no {}; write another type, or remove the element",
+     rules::typeNobodyHas},
+    {"machine-key", Warning, Stage::Content, "no {} of the machine has a property \"{}\"{}; correct or remove it",
+     rules::keyNobodyHas},
     {"missing-key", Error, Stage::Content, "a property needs a key; add the name of the property", rules::missingKey},
     {"value-beside-children", Error, Stage::Content,
      "the \"value\" attribute is not compared beside children; remove it, or the children", rules::valueBesideChildren},
@@ -117,6 +129,12 @@ constexpr LintRule RULES[] = {
      "property",
      rules::locatorPattern},
 
+    {"blank-ends", Warning, Stage::Locator,
+     "{}=\"{}\" begins or ends with a blank, and locators are compared as they stand; remove it", rules::blankLocator},
+
+    {"machine-locator", Warning, Stage::Locator, "no {} of the machine has {}=\"{}\"; write one that is there",
+     rules::locatorNobodyHas},
+
     {"empty-pattern", Warning, Stage::Pattern,
      "an empty pattern accepts every text; write ^$ for an empty one, or leave the attribute out", rules::emptyPattern},
     {"pattern-syntax", Warning, Stage::Pattern,
@@ -128,6 +146,30 @@ constexpr LintRule RULES[] = {
      "(a+|b+)+",
      rules::patternExplodes},
 
+    {"unescaped-sign", Warning, Stage::Pattern,
+     "\"{}\" at character {} of \"{}\" is a sign of patterns, and the rest looks like plain text; put a backslash "
+     "before it",
+     rules::unescapedSignInText},
+    {"missing-anchor", Warning, Stage::Pattern, "\"{}\" fits {} too; write ^{}$ for this number alone",
+     rules::missingAnchor},
+    {"blank-at-anchor", Warning, Stage::Pattern,
+     "the blank {} in \"{}\" is compared too, and no value has one there; remove it", rules::blankAtAnchor},
+    {"comparison-sign", Warning, Stage::Pattern,
+     "\"{}\" in \"{}\" compares nothing, it is looked for as text; write a range, as in ^VRXRRANGE[16-1000]$",
+     rules::comparisonSign},
+    {"bounds-without-marker", Warning, Stage::Pattern,
+     "\"{}\" stands for one of the characters in the brackets, not for a number; write VRXRRANGE before them",
+     rules::boundsWithoutMarker},
+    {"loose-alternatives", Warning, Stage::Pattern,
+     "in \"{}\" the ^ belongs to the first alternative only and the $ to the last; write ^({})$",
+     rules::looseAlternatives},
+    {"several-ranges", Warning, Stage::Pattern,
+     "\"{}\" has several ranges, and where a unit stands behind the last, it decides alone; write an <or> of "
+     "properties",
+     rules::severalRanges},
+    {"machine-units", Warning, Stage::Pattern,
+     "no {} of the machine has \"{}\" in units of the kind of \"{}\"; write those that it has",
+     rules::unitsOfAnotherKind},
     {"range-word", Error, Stage::Pattern, "\"{}\" in \"{}\" is no range; write VRXRRANGE[low-high], in capitals",
      rules::rangeWord},
 
@@ -151,6 +193,11 @@ constexpr LintRule RULES[] = {
      rules::unitsMissingInPattern},
     {"units-not-compared", Note, Stage::Whole, "units=\"{}\" is not compared; it may be left out",
      rules::unitsNotCompared},
+    {"contradicting-properties", Warning, Stage::Whole,
+     "no value of \"{}\" is both this and what is asked for at {}; remove one, or write an <or>",
+     rules::excludingProperties},
+    {"contradicting-properties", Warning, Stage::Whole,
+     "this test of \"{}\" is forbidden here and asked for at {}; remove one", rules::requiredAndForbiddenProperty},
     {"duplicate-device", Warning, Stage::Whole,
      "the same device is asked for at {}, and the script needs two of it; remove one", rules::duplicateDevice},
     {"fail-on-extra-in-group", Warning, Stage::Whole,
@@ -165,6 +212,13 @@ constexpr LintRule RULES[] = {
      "which costs nothing",
      rules::manyCombinations},
     {"combinations", Note, Stage::End, "up to {} combinations of alternatives are tried", rules::combinations},
+    {"forbidden-and-required", Warning, Stage::End,
+     "this forbids what the device element at {} asks for; remove one, or say more in either",
+     rules::requiredAndForbiddenDevice},
+    {"wide-before-narrow", Warning, Stage::End,
+     "this asks for less than the element at {}, and may be given the only device that fits there; put it behind that "
+     "one",
+     rules::wideBeforeNarrow},
     {"repeated-device", Note, Stage::End, "this device is asked for {0} times, which needs {0} such devices",
      rules::repeatedDevice},
 };

@@ -14,6 +14,7 @@
 namespace vrx {
 
 struct LintMemory;
+class LintMachine;
 
 /// What an element is there for.
 enum class LintRole : std::uint8_t {
@@ -44,6 +45,8 @@ struct LintSubject {
     const LintPattern* pattern = nullptr;     ///< in the stages Pattern and Range
     const Utf8Damage* damage = nullptr;       ///< in the stage File: how the bytes were damaged, if it is known
     std::size_t marker = 0;                   ///< where the range begins in the pattern, in the stage Range
+    LintMachine* machine = nullptr;           ///< what the script is compared with; null when there is none
+    bool isInPartsList = false;
 };
 
 /// Where a rule leaves what it finds.

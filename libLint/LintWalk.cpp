@@ -57,8 +57,11 @@ std::uint64_t childCount(const XmlElement& element) noexcept {
 
 class LintWalk {
 public:
-    LintWalk(LintMemory& memory, Lint::Extent extent, LintFindings& findings) noexcept
-        : m_memory(memory), m_findings(findings), m_findsAll(extent == Lint::Extent::Everything) {}
+    LintWalk(LintMemory& memory, const LintTask& task, bool isInPartsList) noexcept
+        : m_memory(memory),
+          m_task(task),
+          m_isInPartsList(isInPartsList),
+          m_findsAll(task.extent == Lint::Extent::Everything) {}
 
     /// Everything below and including the top: a script, or a part of a list.
     void walk(const XmlElement& top, LintRole role) {
@@ -81,6 +84,8 @@ public:
     void look(const ScriptPlace& place, LintRole role) {
         const bool isEntry = role == LintRole::Entry && place.kind == ElementKind::Unknown;
         LintSubject subject{place, role, isEntry ? ElementKind::Value : place.kind, m_memory};
+        subject.machine = m_task.machine;
+        subject.isInPartsList = m_isInPartsList;
         ask(LintStage::Element, subject);
         if (isPassedOver(subject)) {
             return;
@@ -156,26 +161,27 @@ private:
     void ask(LintStage stage, const LintSubject& subject) {
         for (const LintRule& rule : lintRules(stage)) {
             if (m_findsAll || rule.severity == Severity::Error) {
-                rule.check(subject, LintReporter(rule, m_findings));
+                rule.check(subject, LintReporter(rule, m_task.findings));
             }
         }
     }
 
     LintMemory& m_memory;
-    LintFindings& m_findings;
+    const LintTask& m_task;
+    bool m_isInPartsList;
     bool m_findsAll;
 };
 
 }  // namespace
 
-void lintScript(const XmlElement& root, const Utf8Damage* damage, Lint::Extent extent, LintFindings& findings) {
+void lintScript(const XmlElement& root, const Utf8Damage* damage, const LintTask& task) {
     LintMemory memory;
-    LintWalk walk(memory, extent, findings);
+    LintWalk walk(memory, task, false);
     walk.lookAtFile(root, damage);
     walk.walk(root, LintRole::Root);
 }
 
-void lintPartsList(const XmlElement& root, Lint::Extent extent, LintFindings& findings) {
+void lintPartsList(const XmlElement& root, const LintTask& task) {
     LintMemory::PartsByName parts;
     const XmlElement* const first = firstPart(root);
     bool hasBegun = false;
@@ -183,7 +189,7 @@ void lintPartsList(const XmlElement& root, Lint::Extent extent, LintFindings& fi
         hasBegun = hasBegun || child == first;
         LintMemory memory;
         memory.parts.swap(parts);
-        LintWalk walk(memory, extent, findings);
+        LintWalk walk(memory, task, true);
         if (hasBegun) {
             walk.walk(*child, LintRole::ListedPart);
         } else {

@@ -3,6 +3,7 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/input/InputFile.h"
+#include "cli/input/MachineSource.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "libLint/Lint.h"
@@ -23,6 +24,7 @@ constexpr const char* LINT_FOOTER =
     "\n"
     "Examples:\n"
     "  vrx-inventory lint golden.xml\n"
+    "  vrx-inventory lint golden.xml --state machine.xml\n"
     "  vrx-inventory lint parts.xml --format json\n"
     "  vrx-inventory generate --state machine.xml | vrx-inventory lint -";
 
@@ -51,8 +53,16 @@ void look(Lint& lint, const std::string& path) {
     }
 }
 
-CommandResult lintFile(const LintOptions& options, const Session& session) {
+CommandResult lintFile(const LintOptions& options, Session& session) {
     Lint lint;
+    if (!options.statePath.empty()) {
+        if (options.path == "-" && options.statePath == "-") {
+            refuse("the script and the machine cannot both come from standard input");
+        }
+        StateManager& machine = session.make<StateManager>();
+        loadMachine(options.statePath, machine, session);
+        lint.setMachine(machine);
+    }
     look(lint, options.path);
     const LintReport report{options.path, lint.findings()};
     const bool isClean = report.findings.count(Severity::Error) + report.findings.count(Severity::Warning) == 0;
@@ -63,9 +73,10 @@ CommandResult lintFile(const LintOptions& options, const Session& session) {
 
 void addLintCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<LintOptions>();
-    CLI::App& command =
-        *parent.add_subcommand("lint", "Find mistakes in an inventory script or a parts list, without a machine");
+    CLI::App& command = *parent.add_subcommand("lint", "Find mistakes in an inventory script or a parts list");
     command.add_option("FILE", options->path, "The script or parts list, - for standard input")->required();
+    command.add_option("--state", options->statePath, "A recorded machine, to say what it could never meet")
+        ->type_name("FILE");
     options->addFormat(command, lintWriters());
     options->addOutput(command);
     options->addLogging(command);

@@ -10,13 +10,17 @@ namespace vrx::cli {
 
 namespace {
 
+constexpr std::string_view OR_INSIDE_PART_RULE = "or-inside-part";
+
 std::vector<std::string> linesOf(const ScriptMistakes& mistakes) {
     std::vector<std::string> lines;
     for (const ScriptMistake& mistake : mistakes) {
         lines.push_back(mistakeLine(mistake));
     }
+    const bool canRun = std::ranges::none_of(
+        mistakes, [](const ScriptMistake& mistake) { return mistake.finding.rule == OR_INSIDE_PART_RULE; });
     lines.push_back(inputName(mistakes.front().file) + ": " + counted(mistakes.size(), "mistake") +
-                    ", so nothing was checked; correct what is meant otherwise, or pass it over with --plain");
+                    ", so nothing was checked" + (canRun ? "; with --plain mistakes are passed over" : ""));
     return lines;
 }
 

@@ -39,6 +39,15 @@ std::string nearestType(StringView name) { return printable(nearestName(trimmed(
 
 bool mustBeThere(const ScriptPlace& place) noexcept { return place.alternative == nullptr && !place.isUnderNot(); }
 
+/// Whether the machine must not have it: alone in a `not` that no choice and no other `not` is around.
+bool isForbidden(const LintSubject& subject) noexcept {
+    const XmlNode* const parent = subject.element().Parent();
+    const XmlElement* const around = parent != nullptr ? parent->ToElement() : nullptr;
+    return subject.place.nots == 1 && subject.place.alternative == nullptr && around != nullptr &&
+           vocabulary::kindOf(*around) == ElementKind::Not && around->FirstChildElement() == &subject.element() &&
+           subject.element().NextSiblingElement() == nullptr;
+}
+
 }  // namespace
 
 void missingType(const LintSubject& subject, const LintReporter& report) {
@@ -61,9 +70,10 @@ void unknownCapability(const LintSubject& subject, const LintReporter& report) {
     }
 }
 
+/// Of an unknown type or capability another rule tells.
 void ruleWithoutType(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::FailOnExtra && CapabilityImp(typeOf(subject)).isInvalid() &&
-        CapabilityImp(subject.element().Attribute(vocabulary::CAPABILITY)).isInvalid()) {
+    if (subject.kind == ElementKind::FailOnExtra && typeOf(subject).empty() &&
+        subject.element().Attribute(vocabulary::CAPABILITY).empty()) {
         report.at(subject.element());
     }
 }
@@ -80,10 +90,24 @@ void locatorPattern(const LintSubject& subject, const LintReporter& report) {
     }
 }
 
+void blankLocator(const LintSubject& subject, const LintReporter& report) {
+    const StringView locator = subject.attribute->Value();
+    if (trimmed(locator).size() != locator.size()) {
+        report.at(subject.element(), printable(subject.attribute->Name()), printable(locator));
+    }
+}
+
 void duplicateDevice(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind != ElementKind::Device || !mustBeThere(subject.place)) {
+    if (subject.kind != ElementKind::Device) {
         return;
     }
+    if (isForbidden(subject)) {
+        subject.memory.asked.addForbidden(subject.element());
+    }
+    if (!mustBeThere(subject.place)) {
+        return;
+    }
+    subject.memory.asked.addRequired(subject.element());
     const XmlElement* const first = subject.memory.devices.add(subject.element());
     if (first != nullptr && hasLocator(subject.element())) {
         report.at(subject.element(), printable(placeOf(first)));

@@ -14,6 +14,7 @@ LintCheck unknownCapability;
 LintCheck ruleWithoutType;
 LintCheck ruleInGroup;
 LintCheck locatorPattern;
+LintCheck blankLocator;
 LintCheck duplicateDevice;
 LintCheck repeatedDevice;
 

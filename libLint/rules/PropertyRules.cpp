@@ -41,6 +41,14 @@ void missingKey(const LintSubject& subject, const LintReporter& report) {
     }
 }
 
+void blankKey(const LintSubject& subject, const LintReporter& report) {
+    const StringView key = subject.element().Attribute(vocabulary::KEY);
+    const StringView text = trimmed(key);
+    if (subject.kind == ElementKind::Property && !text.empty() && text.size() != key.size()) {
+        report.at(subject.element(), printable(key));
+    }
+}
+
 void valueBesideChildren(const LintSubject& subject, const LintReporter& report) {
     if (subject.kind == ElementKind::Property && hasEntries(subject.element()) &&
         subject.element().FindAttribute(vocabulary::VALUE) != nullptr) {

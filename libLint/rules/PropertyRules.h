@@ -7,6 +7,7 @@
 namespace vrx::rules {
 
 LintCheck missingKey;
+LintCheck blankKey;
 LintCheck valueBesideChildren;
 LintCheck elementAsValue;
 LintCheck elementInEntry;

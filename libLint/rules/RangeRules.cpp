@@ -12,6 +12,7 @@
 #include "libCommon/values/Unit.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libLint/LintSubject.h"
+#include "libLint/rules/LiteralText.h"
 #include "libLint/rules/RangeText.h"
 #include "libRegex/Regex.h"
 
@@ -20,8 +21,6 @@ namespace vrx::rules {
 namespace {
 
 bool isLetter(char16_t unit) noexcept { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
-
-bool isDigit(char16_t unit) noexcept { return unit >= u'0' && unit <= u'9'; }
 
 /// Whether the word was meant to be the marker. `rest` is what follows it.
 bool isMeantAsMarker(StringView word, StringView rest) {
@@ -38,6 +37,13 @@ bool isMeantAsMarker(StringView word, StringView rest) {
     }
     const std::size_t farthest = isInBrackets ? 3 : 2;
     return folded.view().starts_with(u'v') && editDistance(folded, foldCase(marker)) <= farthest;
+}
+
+/// Whether the pattern stands for one text, with all signs escaped: that of a generated script. There a bracket behind
+/// the marker is that of a value that happens to be a range.
+bool isEscapedText(StringView pattern, std::size_t behindMarker) {
+    String literal;
+    return pattern.substr(behindMarker).starts_with(u"\\[") && Regex::isAnchoredLiteral(pattern, literal);
 }
 
 /// Whether nothing but anchors and the like stands before the range: the value begins with the number.
@@ -83,8 +89,8 @@ String unitInOtherLetters(StringView word) {
                 written[i] = static_cast<char16_t>((variant >> i & 1U) != 0 ? written[i] & ~0x20 : written[i] | 0x20);
             }
         }
-        if (Unit::lookupByString(written)) {
-            return String(written);
+        if (const std::optional<Unit> unit = Unit::lookupByString(written)) {
+            return String(equalNoCase(unit->symbol(), word) ? unit->symbol() : StringView(written));
         }
     }
     return String();
@@ -107,7 +113,7 @@ void rangeWord(const LintSubject& subject, const LintReporter& report) {
             ++end;
         }
         const StringView word = pattern.substr(begin, end - begin);
-        if (isMeantAsMarker(word, pattern.substr(end))) {
+        if (isMeantAsMarker(word, pattern.substr(end)) && !isEscapedText(pattern, end)) {
             report.at(subject.element(), printable(word), printable(pattern)).suggestion =
                 printable(StringView(Regex::VRXRRANGE()));
         }
@@ -116,7 +122,9 @@ void rangeWord(const LintSubject& subject, const LintReporter& report) {
 }
 
 void rangeSyntax(const LintSubject& subject, const LintReporter& report) {
-    if (!rangeAt(subject.pattern->text, subject.marker)) {
+    const StringView pattern = subject.pattern->text;
+    const bool isText = isEscapedText(pattern, subject.marker + Regex::VRXRRANGE().size());
+    if (!isText && !rangeAt(pattern, subject.marker)) {
         report.at(subject.element(), printable(StringView(Regex::VRXRRANGE())), subject.marker + 1,
                   printable(subject.pattern->text.view()));
     }

@@ -93,15 +93,6 @@ void writeFindings(JsonWriter& json, const CheckReport& report) {
     json.endArray();
 }
 
-std::string_view verdictName(Verdict verdict) noexcept {
-    switch (verdict) {
-        case Verdict::NotRun: return "refused";
-        case Verdict::Passed: return "passed";
-        case Verdict::Failed: return "failed";
-        default: return "undetermined";
-    }
-}
-
 std::string_view passedOverName(ImportReport::PassedOver::Kind kind) noexcept {
     static constexpr std::string_view NAMES[] = {"unknownType", "otherElement", "outsideOfList"};
     return NAMES[static_cast<std::size_t>(kind)];
@@ -177,7 +168,7 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     writeMistakes(json, report.mistakes);
     json.key("annotatedScript");
     report.annotatedScript ? json.value(report.annotatedScript->toString()) : json.null();
-    json.key("verdict").value(verdictName(report.verdict));
+    json.key("verdict").value(nameOf(report.verdict));
     json.key("headline").value(std::string_view(report.headline));
     json.key("machine");
     writeMachine(json, report);

@@ -7,6 +7,7 @@
 #include <regex>
 #include <set>
 
+#include "libInventory/Inventory.h"
 #include "libLint/LintRules.h"
 
 namespace vrx {
@@ -91,7 +92,7 @@ TEST(LintPageTest, ListsEveryRuleWithItsSeverityAndAnExampleThatBreaksIt) {
         known.insert(std::string(rule.id) + " " + std::string(nameOf(rule.severity)));
     }
     EXPECT_EQ(listed, known);
-    EXPECT_EQ(examples + 2, known.size());
+    EXPECT_EQ(examples + 6, known.size());
 }
 
 TEST(LintPageTest, ExamplesAndSnippetsAreCleanButForNotes) {
@@ -121,12 +122,12 @@ TEST(LintPageTest, ExamplesAndSnippetsAreCleanButForNotes) {
 TEST(LintTest, FindsNothingInWhatIsRight) {
     EXPECT_THAT(findingsIn("<INVENTORY-CHECK check-names=' Yes '><Device TYPE='fan' Name='^a$' HWLOCATOR='x[1]'>"
                            "<!-- c --><PROPERTY key='k'/><not><property key='k' value='a'/></not></Device>"
-                           "<not><device type='Fan'/></not></INVENTORY-CHECK>"),
+                           "<not><device type='Sensor'/></not></INVENTORY-CHECK>"),
                 IsEmpty());
     EXPECT_THAT(findingsIn("<list><Part name='a'><and><device type='Fan'/></and></Part></list>"), IsEmpty());
-    EXPECT_THAT(
-        rulesIn(device("<property key='k' value='^VRXRRANGE[-5--10] V$|^VRXRRANGE[0-0]$|^VRXRRANGE[.5-1e3]$'/>")),
-        IsEmpty());
+    for (const char* range : {"^VRXRRANGE[-5--10] V$", "^VRXRRANGE[0-0]$", "^VRXRRANGE[.5-1e3]$"}) {
+        EXPECT_THAT(rulesIn(device("<property key='k' value='" + std::string(range) + "'/>")), IsEmpty());
+    }
 }
 
 TEST(LintTest, ReportsInDocumentOrderWithPlaces) {
@@ -238,6 +239,91 @@ TEST(LintTest, TakesForNoMistakeWhatTheEngineIsMeantToLeaveAloneAndWhatHasAMeani
         EXPECT_FALSE(isMistaken(script(content))) << content;
     }
     EXPECT_FALSE(isMistaken("<parts><info/><part/><part name='a'><device type='Fan'/></part></parts>"));
+}
+
+TEST(LintTest, DoubtsPatternsThatLookLikeSomethingElse) {
+    const auto rulesOf = [](const std::string& value) {
+        return rulesIn(device("<property key='k' value='" + value + "'/>"));
+    };
+    for (const char* text :
+         {"Xeon(R)", "^2.14.0$", "^C++$", "Samsung Co., Ltd", "^Micron Inc.$", "^WD*$", "^2\\.14.0$"}) {
+        EXPECT_THAT(rulesOf(text), Contains("unescaped-sign")) << text;
+    }
+    for (const char* number : {"6", "^16", "16$", "16 GB", "^2\\.5", "16 GB$"}) {
+        EXPECT_THAT(rulesOf(number), ElementsAre("missing-anchor")) << number;
+    }
+    for (const char* pattern :
+         {"^Xeon\\(R\\)$", "^2\\.14\\.", "^v.+$", "^DIMM.$", "^a\\d+(b)$", "^(ab)+$", "^x*y?$", "^(Front|Rear)$",
+          "^Front$|^Rear$", "^16 GB", "DDR4", "^0x16", "02$", "=", "[a-f]", "^a\\|b$", "VRXRRANGE[1-2]", "a\\$"}) {
+        EXPECT_THAT(rulesOf(pattern), IsEmpty()) << pattern;
+    }
+}
+
+TEST(LintTest, FindsElementsThatGetInEachOthersWay) {
+    const auto both = [](const std::string& a, const std::string& b) {
+        return rulesIn(device("<property key='k' value='" + a + "'/><and><property key='k' value='" + b + "'/></and>"));
+    };
+    EXPECT_THAT(both("^a$", "^b"), ElementsAre("contradicting-properties"));
+    EXPECT_THAT(both("^VRXRRANGE[1-2] V$", "^VRXRRANGE[4-3] V$"), ElementsAre("contradicting-properties"));
+    EXPECT_THAT(both("^9 V$", "^VRXRRANGE[1-2] kV$"), ElementsAre("contradicting-properties"));
+    EXPECT_THAT(both("^a$", "^A$"), IsEmpty());
+    EXPECT_THAT(both("^VRXRRANGE[1-2] V$", "^VRXRRANGE[2-3] V$"), IsEmpty());
+    EXPECT_THAT(both("^1500 mV$", "^VRXRRANGE[1-2] V$"), IsEmpty());
+    EXPECT_THAT(rulesIn(device("<property key='k'/><not><property key='k'/></not>")),
+                ElementsAre("contradicting-properties"));
+    EXPECT_THAT(rulesIn(device("<property key='k'/><not><property key='k' value='a'/></not>")), IsEmpty());
+
+    const std::string narrow = "<device type='NvmeDrive' name='^a$'><property key='k'/></device>";
+    for (const char* wide : {"<device type='Storage'/>", "<device type='NvmeDrive' NAME='^a$'/>",
+                             "<device type='Storage'><property key='k'/></device>"}) {
+        EXPECT_THAT(rulesIn(script(wide + narrow + narrow)), Contains("wide-before-narrow")) << wide;
+        EXPECT_THAT(rulesIn(script(narrow + wide)), IsEmpty()) << wide;
+        EXPECT_THAT(rulesIn(script("<or><and>" + std::string(wide) + "</and></or>" + narrow)), IsEmpty()) << wide;
+        EXPECT_THAT(rulesIn(script(narrow + "<not>" + wide + "</not>")), ElementsAre("forbidden-and-required")) << wide;
+        EXPECT_THAT(rulesIn(script(wide + ("<not>" + narrow + "</not>"))), IsEmpty()) << wide;
+    }
+    EXPECT_THAT(rulesIn(script("<not><and>" + narrow + "<device type='Fan'/></and></not>")), IsEmpty());
+}
+
+TEST(LintTest, SaysWhatAMachineCouldNeverMeet) {
+    StateManager machine;
+    ASSERT_TRUE(Inventory::importStateFromXmlString(
+        u"<SysInfo><Device type='BIOS' name='B' hwLocator='bios' osLocator=''><property key='FirmwareVersion' "
+        u"value='1'/></Device>"
+        u"<Device type='Fan' name='F' hwLocator='fan:1' osLocator='f'><property key='Speed' value='900' units='RPM'/>"
+        u"<property key='Size' value='80 mm'/></Device></SysInfo>",
+        machine));
+    const auto found = [&machine](const std::string& content) {
+        Lint lint;
+        lint.setMachine(machine);
+        EXPECT_EQ(lint.run(content.starts_with("<parts") ? content : script(content)), Lint::Result::Done);
+        std::vector<std::string> texts;
+        for (const LintFinding& finding : lint.findings().list()) {
+            texts.push_back(std::string(finding.rule) + " " + finding.suggestion);
+        }
+        return texts;
+    };
+    const auto fan = [&found](const std::string& content) {
+        return found("<device type='Fan'>" + content + "</device>");
+    };
+    EXPECT_THAT(found("<device type='BIOS'><property key='Version'/></device>"),
+                ElementsAre("machine-key FirmwareVersion"));
+    EXPECT_THAT(fan("<not><property key='Sped' value='^1$'/></not>"), ElementsAre("machine-key Speed"));
+    EXPECT_THAT(fan("<not><property key='Removable'/></not><or><property key='Label'/></or>"), IsEmpty());
+    EXPECT_THAT(found("<fail-on-extra type='Fan'><property key='Removable'/></fail-on-extra>"),
+                ElementsAre("machine-key "));
+    EXPECT_THAT(found("<device type='Fan' hwlocator='fan:2' oslocator='f'/>"), ElementsAre("machine-locator fan:1"));
+    EXPECT_THAT(found("<or><device type='Fan' hwlocator='x'/></or><not><device type='Fan' oslocator='x'/></not>"),
+                IsEmpty());
+    EXPECT_THAT(found("<device type='Battery'/><not><device type='Modem'/></not><or><device type='Cache'/></or>"),
+                ElementsAre("machine-type "));
+    EXPECT_THAT(found("<parts><part name='p'><device type='Battery'/></part></parts>"), IsEmpty());
+    for (const char* value : {"^VRXRRANGE[800-1000] GB$", "^900$", "^VRXRRANGE[800-1000]$", "^1 MHz$"}) {
+        EXPECT_THAT(fan("<property key='Speed' value='" + std::string(value) + "'/>"), ElementsAre("machine-units "))
+            << value;
+    }
+    EXPECT_THAT(fan("<property key='Speed' value='^VRXRRANGE[800-1000] rpm$'/><property key='Size' value='^8 cm$'/>"),
+                IsEmpty());
 }
 
 TEST(LintTest, SuggestsTheNameThatWasMeant) {
