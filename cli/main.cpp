@@ -2,6 +2,7 @@
 #include <exception>
 #include <new>
 
+#include "cli/program/OutOfMemory.h"
 #include "cli/program/Program.h"
 #include "cli/terminal/ProcessConsole.h"
 #include "libCommon/error/Exception.h"
@@ -16,6 +17,9 @@ int internalError(vrx::cli::Console& console, const std::string& text) {
     console.writeErr("vrx-inventory: internal error: " + text + "\n");
     return static_cast<int>(ExitStatus::InternalError);
 }
+
+/// Constructors of the program's own static objects come later.
+[[gnu::constructor(101)]] void guardFromTheStart() { vrx::cli::endWithoutMemory(); }
 
 }  // namespace
 

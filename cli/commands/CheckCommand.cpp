@@ -16,11 +16,10 @@ namespace {
 
 constexpr const char* CHECK_FOOTER =
     "Exit status: 0 the machine holds what the script asks for; 1 it does not;\n"
-    "2 the script has mistakes, or a file cannot be read, parsed or written;\n"
-    "3 undetermined: the script asks for\n"
-    "nothing, a pattern took too much work, there are too many alternatives, or the\n"
-    "machine could not be read where it matters;\n"
-    "4 internal error.\n"
+    "2 the script has mistakes (\"lint\" explains them), or a file cannot be read, parsed\n"
+    "or written; 3 undetermined: the script asks for nothing, a pattern took too much\n"
+    "work, there are too many alternatives, or the machine could not be read where it\n"
+    "matters; 4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory check golden.xml\n"
@@ -142,15 +141,14 @@ CommandResult check(const CheckOptions& options, Session& session) {
 void addCheckCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App& command = *parent.add_subcommand("check", "Check a machine against an inventory script");
-    command.add_option("SCRIPT", options->scriptPath, "The inventory script, - for standard input")->required();
+    options->addInput(command, "SCRIPT", options->scriptPath, "The inventory script, - for standard input").required();
     options->addState(command);
     options->addFormat(command, checkWriters());
     options->addOutput(command);
-    command.add_option("--annotated", options->annotatedPath, "File for the script with the findings in it")
-        ->type_name("FILE");
+    options->addOutput(command, "--annotated", options->annotatedPath, "File for the script with the findings in it");
     command.add_flag("--no-unsatisfied-tips", options->hasNoUnsatisfiedTips,
                      "Leave out the error that says that a device is not satisfied");
-    options->addPlain(command);
+    options->addPlain(command, "mistakes are passed over, and what is not known counts as absent");
     options->addLogging(command);
     command.footer(CHECK_FOOTER);
     setAction(command, session, options, [options, &session] { return check(*options, session); });

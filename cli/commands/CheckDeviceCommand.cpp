@@ -61,7 +61,7 @@ Content readContent(const std::string& argument) {
     std::string bytes;
     String reason;
     if (!loadInput(content.name, bytes, reason)) {
-        throw CommandFailure(ExitStatus::BadInput, fileProblem(content.name, reason, EXPECTED_CONTENT));
+        throw CommandFailure(ExitStatus::BadInput, content.name + ": " + reason.toUtf8() + "; " + EXPECTED_CONTENT);
     }
     content.text = String::UTF8Decode(bytes);
     return content;
@@ -73,12 +73,23 @@ std::string problemIn(const Content& content, std::uint32_t row, std::uint32_t c
     return problemAt(content.name, row, row == 0 && column >= before ? column - before : column, text);
 }
 
+/// Text is no condition, and the engine passes over it; what was meant by it stands in an attribute.
+bool holdsOnlyText(const XmlElement& device) {
+    return device.FirstChildElement() == nullptr && device.FirstChild() != nullptr;
+}
+
 /// Throws when the content does not load, has mistakes that are not to be passed over, or cannot be decided.
 void examine(const Content& content, bool passesMistakesOver) {
     XmlDocument document;
     if (!document.Parse(toXmlSafe(concat(ENVELOPE, content.text, ENVELOPE_END)))) {
         throw CommandFailure(ExitStatus::BadInput, problemIn(content, document.ErrorRow(), document.ErrorColumn(),
                                                              document.ErrorDesc().toUtf8() + "; " + EXPECTED_CONTENT));
+    }
+    if (holdsOnlyText(*document.RootElement()->FirstChildElement())) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             problemIn(content, 0, static_cast<std::uint32_t>(ENVELOPE.size()),
+                                       std::string("this is text; ") + EXPECTED_CONTENT +
+                                           ", such as <property key=\"Size\" value=\"^32 GB$\"/>"));
     }
     if (!passesMistakesOver) {
         refuseMistakes(content.name, document, ENVELOPE.size());
@@ -123,6 +134,9 @@ CommandResult refusal(const CheckDeviceOptions& options, const Session& session,
 }
 
 CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
+    if (options.content.starts_with('@')) {
+        options.refuseAsOutput(options.content.substr(1));
+    }
     const Content content = readContent(options.content);
     try {
         examine(content, options.isPlain);
@@ -158,7 +172,7 @@ void addCheckDeviceCommand(CLI::App& parent, Session& session) {
     command.add_flag("--report", options->hasReport, "Report the script with what was found");
     options->addFormat(command, deviceCheckWriters());
     options->addOutput(command);
-    options->addPlain(command);
+    options->addPlain(command, "mistakes are passed over, and what is not known counts as absent");
     options->addLogging(command);
     command.footer(CHECK_DEVICE_FOOTER);
     setAction(command, session, options, [options, &session] { return checkDevice(*options, session); });

@@ -82,11 +82,10 @@ void addPlaces(CLI::App& command, CollectCommandOptions& options) {
         .add_option("--root", options.collect.root, "A folder with a saved copy of another machine's /sys and /proc")
         ->type_name("FOLDER")
         ->check(CLI::ExistingDirectory.description(""));
-    command
-        .add_option("--smbios", options.collect.smbiosPath,
-                    "A saved SMBIOS table; without --root it is all that is read")
-        ->type_name("FILE")
-        ->check(CLI::ExistingFile.description(""));
+    options
+        .addInput(command, "--smbios", options.collect.smbiosPath,
+                  "A saved SMBIOS table; without --root it is all that is read")
+        .check(CLI::ExistingFile.description(""));
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ CommandResult convert(const ConvertOptions& options, Session& session) {
 void addConvertCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<ConvertOptions>();
     CLI::App& command = *parent.add_subcommand("convert", "Turn another program's recording into SysInfo XML");
-    command.add_option("FILE", options->inputPath, "The recording, - for standard input")->required();
+    options->addInput(command, "FILE", options->inputPath, "The recording, - for standard input").required();
     options->addOutput(command);
     command.add_option("--from", options->from, fmt::format("Format of FILE: {}", formatNames()))->type_name("FORMAT");
     command.add_flag("--all-categories", options->hasAllCategories,

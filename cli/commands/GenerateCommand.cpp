@@ -12,7 +12,7 @@
 #include "cli/input/ScriptableMachine.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
-#include "libInventory/Inventory.h"
+#include "libInventory/ScriptGeneration.h"
 #include "libInventory/script/FailOnExtraRules.h"
 #include "libReport/text/GenerationNotices.h"
 #include "libReport/text/TextPieces.h"
@@ -26,7 +26,6 @@ namespace vrx::cli {
 namespace {
 
 constexpr const char* DEFAULT_FILTER = "SystemInformationFilter.xml";
-constexpr const char* EXPECTED_FILTER = "expected a filter, XML with the root <system-information-filter>";
 
 constexpr const char* GENERATE_FOOTER =
     "The script names every device of the machine, or, with a filter, those that the filter\n"
@@ -39,20 +38,25 @@ constexpr const char* GENERATE_FOOTER =
     "  vrx-inventory generate -o golden.xml\n"
     "  vrx-inventory generate --fail-on-extra -o exact.xml\n"
     "  vrx-inventory generate --state machine.xml --filter filter.xml -o golden.xml\n"
-    "  vrx-inventory generate --no-check-locators --no-check-names";
+    "  vrx-inventory generate --no-check-hw-locators --no-check-names";
 
 struct GenerateOptions : CommonOptions {
     std::string filterPath;
     bool hasAllCategories = false;
     bool ignoresLocators = false;
+    bool ignoresHwLocators = false;
+    bool ignoresOsLocators = false;
     bool ignoresNames = false;
     bool failsOnExtra = false;
     bool hasLenientKeys = false;
 };
 
-std::string filterProblem(const std::string& path, const SysinfoFilter& filter) {
-    return fmt::format("{}:{}:{}: {}; {}", path, filter.errorRow(), filter.errorColumn(), filter.errorReason().toUtf8(),
-                       EXPECTED_FILTER);
+std::string filterProblem(const std::string& path, std::string_view bytes, const SysinfoFilter& filter) {
+    if (const std::string other = otherKind(bytes, FileKind::Filter); !other.empty()) {
+        return fmt::format("{}: {}", inputName(path), other);
+    }
+    return fmt::format("{}:{}:{}: {}; {}", inputName(path), filter.errorRow(), filter.errorColumn(),
+                       filter.errorReason().toUtf8(), expectedText(FileKind::Filter));
 }
 
 /// Why the filter does not load; empty when it does.
@@ -60,9 +64,9 @@ std::string loadFilter(const std::string& path, SysinfoFilter& filter) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
-        return fileProblem(path, reason, EXPECTED_FILTER);
+        return fileProblem(path, reason, FileKind::Filter);
     }
-    return filter.load(bytes) == SysinfoFilter::PARSE_SUCCESS ? std::string() : filterProblem(path, filter);
+    return filter.load(bytes) == SysinfoFilter::PARSE_SUCCESS ? std::string() : filterProblem(path, bytes, filter);
 }
 
 /// Whether the default filter is there and loads. That there is none is normal; one that does not load is passed over,
@@ -73,10 +77,23 @@ bool loadDefaultFilter(SysinfoFilter& filter, const Session& session) {
         return false;
     }
     const std::string problem = loadFilter(DEFAULT_FILTER, filter);
-    if (!problem.empty()) {
-        session.say(problem + "; passed over, so the script names everything");
-    }
+    session.say(problem.empty()
+                    ? fmt::format("{} of the working directory decides what the script names", DEFAULT_FILTER)
+                    : problem + "; passed over, so the script names everything");
     return problem.empty();
+}
+
+/// The program's scripts can be kept in files and outlast a restart of the machine; a plain one is the engine's own.
+ScriptOptions scriptOptions(const GenerateOptions& options, SysinfoFilter* filter) {
+    ScriptOptions script;
+    script.hasAllCategories = options.hasAllCategories;
+    script.checksNames = !options.ignoresNames;
+    script.checksHwLocators = !options.ignoresLocators && !options.ignoresHwLocators;
+    script.checksOsLocators = !options.ignoresLocators && !options.ignoresOsLocators;
+    script.filter = filter;
+    script.leavesOutKernelNames = !options.isPlain;
+    script.isWellFormed = !options.isPlain;
+    return script;
 }
 
 void sayLeftOut(const std::vector<std::string>& leftOut, const std::string& noun, const char* why,
@@ -118,6 +135,7 @@ void verify(const String& script, StateManager& machine, const SysinfoFilter* fi
 CommandResult generateScript(const GenerateOptions& options, Session& session) {
     SysinfoFilter filter;
     const bool isFilterGiven = !options.filterPath.empty();
+    options.refuseAsOutput(isFilterGiven ? options.filterPath : DEFAULT_FILTER);
     if (isFilterGiven) {
         if (const std::string problem = loadFilter(options.filterPath, filter); !problem.empty()) {
             throw CommandFailure(ExitStatus::BadInput, problem);
@@ -141,19 +159,21 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
     if (!isFiltered) {
         quiet.emplace(*session.log, LogPriority::Warning);
     }
-    Inventory inventory;
-    inventory.setStateManager(machine);
-    String script;
-    inventory.generateInventoryScript(script, options.hasAllCategories, !options.ignoresLocators, !options.ignoresNames,
-                                      isFilterGiven ? &filter : nullptr);
+    String script = generatedScript(machine, scriptOptions(options, isFilterGiven ? &filter : nullptr));
     if (options.failsOnExtra) {
         script = withFailOnExtraRules(script, machine);
     }
     for (const UnreadSource& unread : store.unread()) {
         session.say("not read, so the script does not ask for it: " + unreadText(unread));
     }
-    for (const std::string& notice : generationNotices(machine, chosen, script)) {
+    for (const std::string& notice : generationNotices(machine, chosen, script, !options.isPlain)) {
         session.say(notice);
+    }
+    if (isFiltered) {
+        const std::string path = isFilterGiven ? options.filterPath : DEFAULT_FILTER;
+        for (const std::string& notice : idleFilterNotices(store, filter, path, options.hasAllCategories)) {
+            session.say(notice);
+        }
     }
     if (!options.isPlain) {
         verify(script, machine, chosen, options, session);
@@ -167,16 +187,18 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<GenerateOptions>();
     CLI::App& command = *parent.add_subcommand("generate", "Write an inventory script of a machine");
     options->addState(command);
-    command.add_option("--filter", options->filterPath, "Which devices and properties, with what tolerances")
-        ->type_name("FILE");
+    options->addInput(command, "--filter", options->filterPath, "Which devices and properties, with what tolerances");
     command.add_flag("--all-categories", options->hasAllCategories, "Internal, volatile and group properties as well");
     command.add_flag("--no-check-locators", options->ignoresLocators, "A check of the script ignores locators");
+    command.add_flag("--no-check-hw-locators", options->ignoresHwLocators,
+                     "A check of the script ignores hardware locators");
+    command.add_flag("--no-check-os-locators", options->ignoresOsLocators, "A check of the script ignores OS locators");
     command.add_flag("--no-check-names", options->ignoresNames, "A check of the script ignores names");
     command.add_flag("--fail-on-extra", options->failsOnExtra,
                      "A check of the script fails on extra devices: a rule for each type that it names wholly");
     command.add_flag("--lenient-keys", options->hasLenientKeys,
                      "Leave out properties whose keys no script can ask for");
-    options->addPlain(command);
+    options->addPlain(command, "the script stands as it is written, unread");
     options->addOutput(command);
     options->addLogging(command);
     command.footer(GENERATE_FOOTER);

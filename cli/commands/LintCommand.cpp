@@ -13,9 +13,6 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED_INPUT =
-    "expected an inventory script (root <inventory-check>) or a parts list (<part> elements in the root)";
-
 constexpr const char* LINT_FOOTER =
     "One line for each finding: file:row:column: severity: what to do [rule]. The rules\n"
     "are explained in docs/lint-rules.md.\n"
@@ -38,16 +35,11 @@ void look(Lint& lint, const std::string& path) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
-        refuse(fileProblem(path, reason, EXPECTED_INPUT));
+        refuse(fileProblem(path, reason, FileKind::ScriptOrPartsList));
     }
     switch (lint.run(bytes)) {
-        case Lint::Result::NotXml: refuse(xmlProblem(path, lint.document(), EXPECTED_INPUT));
-        case Lint::Result::Neither: {
-            const XmlElement* const root = lint.document().RootElement();
-            refuse(root == nullptr ? fileProblem(path, u"it has no root", EXPECTED_INPUT)
-                                   : problemAt(path, root->Row(), root->Column(),
-                                               "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED_INPUT));
-        }
+        case Lint::Result::NotXml:
+        case Lint::Result::Neither: refuse(xmlProblem(path, bytes, lint.document(), FileKind::ScriptOrPartsList));
         case Lint::Result::NotReadable:
         case Lint::Result::Done: break;
     }
@@ -74,9 +66,8 @@ CommandResult lintFile(const LintOptions& options, Session& session) {
 void addLintCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<LintOptions>();
     CLI::App& command = *parent.add_subcommand("lint", "Find mistakes in an inventory script or a parts list");
-    command.add_option("FILE", options->path, "The script or parts list, - for standard input")->required();
-    command.add_option("--state", options->statePath, "A recorded machine, to say what it could never meet")
-        ->type_name("FILE");
+    options->addInput(command, "FILE", options->path, "The script or parts list, - for standard input").required();
+    options->addInput(command, "--state", options->statePath, "A recorded machine, to say what it could never meet");
     options->addFormat(command, lintWriters());
     options->addOutput(command);
     options->addLogging(command);

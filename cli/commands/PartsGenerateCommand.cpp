@@ -80,11 +80,10 @@ CommandResult generateParts(const PartsGenerateOptions& options, Session& sessio
 void addPartsGenerateCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<PartsGenerateOptions>();
     CLI::App& command = *parent.add_subcommand("generate", "Find which parts a machine holds, and how many of each");
-    command.add_option("LIST", options->listPath, "The parts list")->required();
+    options->addInput(command, "LIST", options->listPath, "The parts list").required();
     options->addState(command);
-    command.add_option("--base", options->basePath, "What the machine must hold besides: a script's inner XML")
-        ->type_name("FILE");
-    options->addPlain(command);
+    options->addInput(command, "--base", options->basePath, "What the machine must hold besides: a script's inner XML");
+    options->addPlain(command, "mistakes are passed over");
     options->addFormat(command, partGenerationWriters());
     options->addOutput(command);
     options->addLogging(command);

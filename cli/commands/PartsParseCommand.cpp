@@ -12,8 +12,6 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED_PARTS_LIST = "expected a parts list, XML with <part> elements in its root";
-
 constexpr const char* PARTS_PARSE_FOOTER =
     "A part without any device description is blank.\n"
     "Exit status: 0 every part has a description; 1 there are blank parts; 2 the list\n"
@@ -34,20 +32,20 @@ std::string readList(PartsReport& report, bool passesMistakesOver) {
     String reason;
     if (!loadInput(report.path, bytes, reason)) {
         report.result = Inventory::parsePartsListFile(name, report.parts, report.error);
-        return fileProblem(report.path, reason, EXPECTED_PARTS_LIST);
+        return fileProblem(report.path, reason, FileKind::PartsList);
     }
     report.result = Inventory::parsePartsListBytes(bytes, name, report.parts, report.error, &report.blankParts);
-    if (report.result == Inventory::PartsXmlError) {
+    if (report.result == Inventory::PartsXmlError || !otherKind(bytes, FileKind::PartsList).empty()) {
         XmlDocument document;
         document.ParseUtf8(bytes);
-        return xmlProblem(report.path, document, EXPECTED_PARTS_LIST);
+        return xmlProblem(report.path, bytes, document, FileKind::PartsList);
     }
     XmlDocument document;
     if (!passesMistakesOver && document.ParseUtf8(bytes)) {
         refuseMistakes(report.path, document);
     }
     const bool hasParts = !report.parts.isEmpty() || !report.blankParts.isEmpty();
-    return hasParts ? std::string() : fileProblem(report.path, u"it holds no part", EXPECTED_PARTS_LIST);
+    return hasParts ? std::string() : fileProblem(report.path, u"it holds no part", FileKind::PartsList);
 }
 
 CommandResult refusal(const PartsParseOptions& options, const Session& session, PartsReport& report,
@@ -84,8 +82,8 @@ CommandResult parseParts(const PartsParseOptions& options, const Session& sessio
 void addPartsParseCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<PartsParseOptions>();
     CLI::App& command = *parent.add_subcommand("parse", "Read a parts list and print its parts");
-    command.add_option("LIST", options->path, "The parts list, - for standard input")->required();
-    options->addPlain(command);
+    options->addInput(command, "LIST", options->path, "The parts list, - for standard input").required();
+    options->addPlain(command, "mistakes are passed over");
     options->addFormat(command, partsWriters());
     options->addOutput(command);
     options->addLogging(command);

@@ -95,9 +95,10 @@ void addOptions(CLI::App& command, ShowOptions& options) {
     command.add_option("--device", options.choice.device, "Only devices of that guid, locator or name")
         ->type_name("WHICH");
     command.add_flag("--properties", options.hasProperties, "Print the properties of every device as well (text)");
-    command
-        .add_option("--changed-from", options.otherPath, "Print what differs from that recording, - for standard input")
-        ->type_name("OTHER");
+    options
+        .addInput(command, "--changed-from", options.otherPath,
+                  "Print what differs from that recording, - for standard input")
+        .type_name("OTHER");
     command.add_flag("--all-categories", options.hasAllCategories,
                      "Compare what changes by itself as well (--changed-from)");
     options.addFormat(command, showWriters());

@@ -1,7 +1,10 @@
 #include "cli/input/GeneratedScript.h"
 
+#include <optional>
 #include <utility>
 #include <vector>
+
+#include <fmt/format.h>
 
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/ScriptElement.h"
@@ -9,7 +12,7 @@
 #include "libInventory/script/XmlChildren.h"
 #include "libReport/CheckRun.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
-#include "libSystemState/devices/DeviceImp.h"
+#include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/filter/SysinfoFilter.h"
 #include "libSystemState/properties/IPropertyImp.h"
 #include "libSystemState/properties/PropertyCategoryImp.h"
@@ -21,14 +24,24 @@ namespace {
 using vocabulary::ElementKind;
 using Keys = std::vector<String>;
 
-/// A device as a script names it: type, guid, and the keys of its properties in order.
+/// A device as a script names it: type, locators, and the keys of its properties in order. A script may leave a locator
+/// open.
 struct NamedDevice {
     String type;
-    String guid;
+    std::optional<String> hwLocator;
+    std::optional<String> osLocator;
     Keys keys;
-
-    bool operator==(const NamedDevice&) const = default;
 };
+
+bool isNamedBy(const NamedDevice& device, const NamedDevice& named) {
+    return named.type == device.type && (!named.hwLocator || named.hwLocator == device.hwLocator) &&
+           (!named.osLocator || named.osLocator == device.osLocator) && named.keys == device.keys;
+}
+
+std::optional<String> locatorOf(const XmlElement& element, StringView name) {
+    const XmlAttribute* const attribute = element.FindAttribute(name);
+    return attribute != nullptr ? std::optional<String>(fromXmlSafe(attribute->Value())) : std::nullopt;
+}
 
 String decodedAttribute(const XmlElement& element, StringView name) { return fromXmlSafe(attributeOf(element, name)); }
 
@@ -38,11 +51,10 @@ std::vector<NamedDevice> devicesIn(const XmlElement& root) {
         if (vocabulary::kindOf(*child) != ElementKind::Device) {
             continue;
         }
-        NamedDevice& device =
-            devices.emplace_back(NamedDevice{decodedAttribute(*child, vocabulary::TYPE),
-                                             DeviceImp::guid(decodedAttribute(*child, vocabulary::HW_LOCATOR),
-                                                             decodedAttribute(*child, vocabulary::OS_LOCATOR)),
-                                             {}});
+        NamedDevice& device = devices.emplace_back(NamedDevice{decodedAttribute(*child, vocabulary::TYPE),
+                                                               locatorOf(*child, vocabulary::HW_LOCATOR),
+                                                               locatorOf(*child, vocabulary::OS_LOCATOR),
+                                                               {}});
         for (const XmlElement* const property : childElements(*child)) {
             device.keys.push_back(decodedAttribute(*property, vocabulary::KEY));
         }
@@ -65,7 +77,8 @@ std::vector<NamedDevice> devicesOf(const StateManager& machine, const SysinfoFil
         pending.pop_back();
         Array<boost::shared_ptr<IPropertyImp>> properties = device->properties(PropertyCategoryImp::ALL());
         if (filter == nullptr || filter->includeDevice(*device, properties)) {
-            NamedDevice& named = devices.emplace_back(NamedDevice{device->type().toString(), device->guid(), {}});
+            NamedDevice& named = devices.emplace_back(
+                NamedDevice{device->type().toString(), device->hwLocator(), device->osLocator(), {}});
             for (const auto& property : properties) {
                 if (!property->category().intersect(leftOut)) {
                     named.keys.push_back(property->key());
@@ -82,13 +95,14 @@ std::vector<NamedDevice> devicesOf(const StateManager& machine, const SysinfoFil
 /// The first device that the script should name and does not.
 std::string difference(const std::vector<NamedDevice>& should, const std::vector<NamedDevice>& is) {
     std::size_t at = 0;
-    while (at < should.size() && at < is.size() && should[at] == is[at]) {
+    while (at < should.size() && at < is.size() && isNamedBy(should[at], is[at])) {
         ++at;
     }
     if (at == should.size() && at == is.size()) {
         return {};
     }
-    return at < should.size() ? "it does not name the device " + should[at].guid.toUtf8() + " as it is"
+    return at < should.size() ? fmt::format("it does not name the {} {} as it is", should[at].type.toUtf8(),
+                                            should[at].hwLocator->toUtf8())
                               : "it names a device that the machine does not have";
 }
 

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 #include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
@@ -13,10 +15,14 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED =
-    "expected a recording of a machine: SysInfo XML, what lshw, dmidecode or hwloc wrote, or the resources of Redfish";
 constexpr const char* NO_DEVICES =
     "this document holds no devices; expected a <SysInfo> with <Device> elements, or <device> elements, in its root";
+
+/// Whether it can be read again.
+bool isRegularFile(const std::string& path) {
+    std::error_code failure;
+    return path != "-" && std::filesystem::is_regular_file(path, failure);
+}
 
 /// One line for each kind of damage.
 Array<String> damageLines(const ImportResult& result) {
@@ -32,16 +38,23 @@ std::string problemOf(const std::string& path, const ImportResult& result) {
     using Failure = ImportReport::Failure;
     const ImportReport& report = result.report;
     if (report.failure == Failure::Unreadable) {
-        return fileProblem(path, report.reason, EXPECTED);
+        return fileProblem(path, report.reason, FileKind::Recording);
     }
     if (isForeign(result.format)) {
         return report.failure == Failure::Malformed
                    ? fmt::format("{}: {}", inputName(path), report.reason.toUtf8())
                    : fmt::format("{}: this {} holds no devices", inputName(path), formatTitle(result.format));
     }
-    const std::string text =
-        report.failure == Failure::Malformed ? fmt::format("{}; {}", report.reason.toUtf8(), EXPECTED) : NO_DEVICES;
-    return problemAt(path, std::max(report.row, 1U) - 1, std::max(report.column, 1U) - 1, text);
+    const TextPlace place{std::max(report.row, 1U) - 1, std::max(report.column, 1U) - 1};
+    if (report.failure != Failure::Malformed) {
+        return problemAt(path, place.row, place.column, NO_DEVICES);
+    }
+    std::string bytes;
+    String unread;
+    if (isRegularFile(path)) {
+        loadInput(path, bytes, unread);
+    }
+    return parseProblem(path, bytes, place, report.reason, FileKind::Recording);
 }
 
 /// What reports for programs say of it: the engine's words, or what was damaged.
@@ -56,15 +69,40 @@ Array<String> textsOf(const ImportResult& result) {
     throw CommandFailure(ExitStatus::BadInput, line, std::move(texts));
 }
 
+/// The start of a file that can be read again; of others nothing.
+std::string startOf(const std::string& path) {
+    std::string start;
+    if (isRegularFile(path)) {
+        std::ifstream file(path, std::ios::binary);
+        start.resize(RECOGNITION_SIZE);
+        file.read(start.data(), static_cast<std::streamsize>(start.size()));
+        start.resize(static_cast<std::size_t>(file.gcount()));
+    }
+    return start;
+}
+
+/// An import takes devices out of any XML, scripts too, and those are no machine.
+void refuseOtherKinds(const std::string& path, std::string_view start, const ImportOptions& options) {
+    const std::string other = options.format ? std::string() : otherKind(start, FileKind::Recording);
+    if (!other.empty()) {
+        fail(inputName(path) + ": " + other, {});
+    }
+}
+
 ImportResult importInput(const std::string& path, const ImportOptions& options, StateManager& store) {
-    if (path != "-") {
+    if (const std::string start = startOf(path); !start.empty()) {
+        refuseOtherKinds(path, start, options);
+    }
+    std::error_code failure;
+    if (path != "-" && !std::filesystem::is_fifo(path, failure)) {
         return importMachineFile(path, store, options);
     }
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
-        fail(fileProblem(path, reason, EXPECTED), {});
+        fail(fileProblem(path, reason, FileKind::Recording), {});
     }
+    refuseOtherKinds(path, bytes, options);
     return importMachine(bytes, store, options);
 }
 

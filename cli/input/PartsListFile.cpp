@@ -14,16 +14,15 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED_PARTS = "expected a parts list, XML with <part> elements in its root";
 constexpr const char* EXPECTED_BASE = "expected the content of an <inventory-check> element, without that element";
 
 [[noreturn]] void refuse(const std::string& line) { throw CommandFailure(ExitStatus::BadInput, line); }
 
-std::string readFile(const std::string& path, const char* expected) {
+std::string readFile(const std::string& path, const std::string& expected) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
-        refuse(fileProblem(path, reason, expected));
+        refuse(path + ": " + reason.toUtf8() + "; " + expected);
     }
     return bytes;
 }
@@ -37,10 +36,10 @@ void refuseOrInsidePart(const std::string& path, const XmlElement& element) {
 }  // namespace
 
 Array<Inventory::PartSpec> loadPartsForGeneration(const std::string& path, bool passesMistakesOver) {
-    const std::string bytes = readFile(path, EXPECTED_PARTS);
+    const std::string bytes = readFile(path, expectedText(FileKind::PartsList));
     XmlDocument document;
-    if (!document.ParseUtf8(bytes)) {
-        refuse(xmlProblem(path, document, EXPECTED_PARTS));
+    if (!document.ParseUtf8(bytes) || !otherKind(bytes, FileKind::PartsList).empty()) {
+        refuse(xmlProblem(path, bytes, document, FileKind::PartsList));
     }
     Array<Inventory::PartSpec> parts;
     String error;
@@ -49,7 +48,7 @@ Array<Inventory::PartSpec> loadPartsForGeneration(const std::string& path, bool 
         refuse(path + ": " + error.toUtf8());
     }
     if (result != Inventory::PartsParsed || parts.isEmpty()) {
-        refuse(fileProblem(path, u"it holds no part", EXPECTED_PARTS));
+        refuse(fileProblem(path, u"it holds no part", FileKind::PartsList));
     }
     if (!passesMistakesOver) {
         refuseMistakes(path, document);

@@ -1,26 +1,31 @@
 #include "cli/input/ScriptFile.h"
 
+#include <algorithm>
+
 #include "cli/input/InputFile.h"
 #include "cli/input/MistakesFound.h"
 #include "cli/input/XmlFileProblem.h"
 #include "libInventory/script/OrInsidePart.h"
+#include "libReport/text/TextPieces.h"
 
 namespace vrx::cli {
 
 namespace {
 
-constexpr const char* EXPECTED_SCRIPT = "expected an inventory script, XML with the root <inventory-check>";
-
-/// Why the script did not load, with its place where there is one.
-std::string scriptProblem(const std::string& path, const XmlDocument& script) {
-    if (script.Error()) {
-        return xmlProblem(path, script, EXPECTED_SCRIPT);
+/// Each script that is no UTF-8 is said here, because the engine's own line about it is for programmers.
+void sayWhenDamaged(const std::string& path, std::string_view bytes, const Session& session) {
+    const auto isBeyondAscii = [](char byte) {
+        return static_cast<unsigned char>(byte) >= 0x80;
+    };
+    Utf8Damage damage;
+    if (session.logLevel <= LogPriority::Warning && std::ranges::any_of(bytes, isBeyondAscii)) {
+        String::UTF8Decode(bytes, &damage);
     }
-    if (const XmlElement* const root = script.RootElement()) {
-        return problemAt(path, root->Row(), root->Column(),
-                         "the root is <" + toUtf8(root->Name()) + ">; " + EXPECTED_SCRIPT);
+    if (damage.count > 0) {
+        session.say(problemAt(path, damage.row, damage.column,
+                              "warning: " + counted(damage.count, "character") +
+                                  " not in UTF-8, the first one here, each read as U+FFFD; save the file as UTF-8"));
     }
-    return fileProblem(path, u"it is empty", EXPECTED_SCRIPT);
 }
 
 }  // namespace
@@ -29,14 +34,16 @@ void loadScript(const std::string& path, CheckRun& check, bool passesMistakesOve
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
-        throw CommandFailure(ExitStatus::BadInput, fileProblem(path, reason, EXPECTED_SCRIPT),
+        throw CommandFailure(ExitStatus::BadInput, fileProblem(path, reason, FileKind::Script),
                              {u"Could not open Inventory Script file: " + String::UTF8Decode(path)});
     }
-    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
+    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Warning);
     Inventory& inventory = check.inventory();
-    if (!inventory.loadInventoryScriptBytes(std::move(bytes), String::UTF8Decode(path))) {
-        throw CommandFailure(ExitStatus::BadInput, scriptProblem(path, inventory.script()), check.fileErrors());
+    if (!inventory.loadInventoryScriptBytes(bytes, String::UTF8Decode(path))) {
+        throw CommandFailure(ExitStatus::BadInput, xmlProblem(path, bytes, inventory.script(), FileKind::Script),
+                             check.fileErrors());
     }
+    sayWhenDamaged(path, bytes, session);
     if (!passesMistakesOver) {
         refuseMistakes(path, inventory.script());
     }

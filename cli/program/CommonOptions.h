@@ -11,7 +11,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace vrx::cli {
 
@@ -22,7 +23,15 @@ struct CommonOptions {
     std::string outputPath;  ///< empty for standard output
     std::string logLevel = "warning";
     std::string logFile;
-    bool isPlain = false;  ///< what the engine answers is all that counts
+    bool isPlain = false;  ///< the engine runs as the library does by default, without what makes the program safer
+
+    /// Adds an option or positional for a file that the command reads, "-" for standard input. `path` is kept.
+    CLI::Option& addInput(CLI::App& command, const std::string& name, std::string& path,
+                          const std::string& description);
+
+    /// The same for a file that it writes.
+    CLI::Option& addOutput(CLI::App& command, const std::string& name, std::string& path,
+                           const std::string& description);
 
     void addState(CLI::App& command);
 
@@ -37,8 +46,8 @@ struct CommonOptions {
     }
     void addOutput(CLI::App& command);
 
-    /// The engine as it stands, for commands that check or generate.
-    void addPlain(CLI::App& command);
+    /// `--plain`; `meaning` says what it does in this command.
+    void addPlain(CLI::App& command, const std::string& meaning);
 
     /// Every command has these.
     void addLogging(CLI::App& command);
@@ -52,6 +61,12 @@ struct CommonOptions {
     /// How text results are laid out: plain in a file, whatever standard output is.
     TextFormat textFormat(const Session& session) const;
 
+    const std::vector<const std::string*>& inputs() const noexcept { return m_inputs; }
+
+    /// Throws a CommandFailure when a file that the command reads is one that it writes, under whatever name: nobody
+    /// means to lose a golden script for a report.
+    void refuseAsOutput(const std::string& input) const;
+
     /// Opens the log file and tells the session the level.
     void applyLogging(Session& session) const;
 
@@ -61,7 +76,13 @@ struct CommonOptions {
 
 private:
     void addFormats(CLI::App& command, const std::vector<std::string>& formats);
+    bool isWritten(const std::string& input) const;
+    bool isShown(const Session& session) const;
     void writeResult(const Session& session, std::string_view bytes) const;
+
+    bool m_hasFormats = false;  ///< without any the result is XML
+    std::vector<const std::string*> m_inputs;
+    std::vector<const std::string*> m_outputs;
 };
 
 /// Makes `run` what the session does when the command line names the command.

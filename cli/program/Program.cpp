@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "cli/commands/Commands.h"
+#include "libCommon/logging/LogFile.h"
 
 namespace vrx::cli {
 
@@ -45,6 +46,23 @@ ExitStatus print(const Session& session, std::string text) {
     return ExitStatus::Success;
 }
 
+/// An empty text is what is left of a variable that is not set, so it never stands for "none". What a machine reports,
+/// the VALUE of match, may well be empty.
+void refuseEmptyValues(CLI::App& app) {
+    const CLI::Validator isGiven(
+        [](const std::string& value) {
+            return std::string(value.empty() ? "the value is empty; is a variable not set?" : "");
+        },
+        "");
+    for (CLI::Option* const option : app.get_options(
+             [](const CLI::Option* each) { return each->get_items_expected() > 0 && each->get_name() != "VALUE"; })) {
+        option->transform(isGiven);  // stands before what else is asked of the value
+    }
+    for (CLI::App* const command : app.get_subcommands([](CLI::App*) { return true; })) {
+        refuseEmptyValues(*command);
+    }
+}
+
 std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv, Session& session) {
     try {
         app.parse(argc, argv);
@@ -55,6 +73,12 @@ std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv
         return print(session, version.what());
     } catch (const CLI::ParseError& problem) {
         return say(session, app, problem);
+    }
+}
+
+void sayHolesInLog(const Session& session) {
+    if (const String reason = logFileError(); !reason.isEmpty()) {
+        session.say("lines are missing in the log file: " + reason.toUtf8());
     }
 }
 
@@ -77,13 +101,16 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     addMatchCommand(app, session);
     addCollectCommand(app, session);
     addConvertCommand(app, session);
+    refuseEmptyValues(app);
     try {
         if (const std::optional<ExitStatus> ended = parse(app, argc, argv, session)) {
             return *ended;
         }
         ErrorStreamLog log(session.console, session.logLevel);
         session.log = &log;
-        return session.action();
+        const ExitStatus status = session.action();
+        sayHolesInLog(session);
+        return status;
     } catch (const CommandFailure& failure) {
         for (const std::string& line : failure.lines()) {
             session.say(line);

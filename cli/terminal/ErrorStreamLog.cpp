@@ -33,7 +33,7 @@ ErrorStreamLog::ErrorStreamLog(Console& console, LogPriority level) : m_console(
 ErrorStreamLog::~ErrorStreamLog() { Logger::removeSink(*this); }
 
 void ErrorStreamLog::writeLine(const std::string& loggerName, LogPriority priority, StringView message) {
-    if (m_quiet != priority || loggerName != ENGINE) {
+    if (loggerName != ENGINE || !m_quiet || priority < *m_quiet) {
         show(priority, withoutSourceLine(message));
     }
 }

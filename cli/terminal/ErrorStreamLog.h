@@ -17,7 +17,7 @@ public:
 
     void writeLine(const std::string& loggerName, LogPriority priority, StringView message) override;
 
-    /// While one lives, lines of the engine at that level are not shown: a command says what they say itself.
+    /// While one lives, lines of the engine at that level and above are not shown: a command says what they say itself.
     class Quiet {
     public:
         Quiet(ErrorStreamLog& log, LogPriority level);

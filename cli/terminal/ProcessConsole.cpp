@@ -78,6 +78,7 @@ ProcessConsole::ProcessConsole() {
     m_outIsClosed = occupy(STDOUT_FILENO);
     occupy(STDERR_FILENO);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     if (isatty(STDOUT_FILENO) == 1) {
         m_outFormat.colour = wantsColour();
         m_outFormat.hasLines = showsUtf8();

@@ -9,7 +9,8 @@ namespace vrx::cli {
 class ProcessConsole final : public Console {
 public:
     /// Occupies standard descriptors that are closed, so that no file which is opened later takes their place, and
-    /// ignores SIGPIPE: a reader that went away is a failed write like any other.
+    /// ignores SIGPIPE and SIGXFSZ: a reader that went away and a file grown too large are failed writes like any
+    /// other.
     ProcessConsole();
 
     bool writeOut(std::string_view bytes, std::string& error) override;

@@ -8,6 +8,7 @@
 
 #include "libCommon/text/TextHash.h"
 #include "libCommon/text/UuCode.h"
+#include "libInventory/ScriptGeneration.h"
 #include "libReport/text/TextPieces.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -24,6 +25,7 @@ struct Counts {
     std::size_t unknownTypes = 0;
     std::size_t encodedKeys = 0;
     std::size_t hiddenProperties = 0;
+    std::size_t unwrittenLocators = 0;
 };
 
 void countProperties(const Array<boost::shared_ptr<IPropertyImp>>& properties, Counts& counts) {
@@ -53,8 +55,8 @@ void addNotice(std::vector<std::string>& notices, std::size_t count, const char*
 
 }  // namespace
 
-std::vector<std::string> generationNotices(const StateManager& store, const SysinfoFilter* filter,
-                                           const String& script) {
+std::vector<std::string> generationNotices(const StateManager& store, const SysinfoFilter* filter, const String& script,
+                                           bool isWellFormed) {
     Counts counts;
     for (const auto& device : store.devicesCapableOf(CapabilityImp::ALL())) {
         Array<boost::shared_ptr<IPropertyImp>> properties;
@@ -65,6 +67,9 @@ std::vector<std::string> generationNotices(const StateManager& store, const Sysi
         }
         counts.unknownTypes += device->type() == CapabilityImp::INVALID() ? 1 : 0;
         countProperties(properties, counts);
+        for (const String* const locator : {&device->hwLocator(), &device->osLocator()}) {
+            counts.unwrittenLocators += isWellFormed && !canBeWritten(*locator) ? 1 : 0;
+        }
     }
     std::vector<std::string> notices;
     addNotice(notices, counts.unknownTypes, "device",
@@ -73,6 +78,8 @@ std::vector<std::string> generationNotices(const StateManager& store, const Sysi
               " with control characters or with %u and four digits: a check of the script does not find that key");
     addNotice(notices, counts.hiddenProperties, "property value",
               " behind another value of the same key: a check of the script sees only the first of them");
+    addNotice(notices, counts.unwrittenLocators, "locator",
+              " with characters that XML cannot hold: left out, so a check of the script does not look at it");
     addNotice(notices, unpairedSurrogates(script), "unpaired surrogate",
               " in the script, which no file can hold: written as U+FFFD, so a check of the script does not find that "
               "text");

@@ -10,8 +10,8 @@ namespace vrx {
 
 /// What a user should know about a generated script before it is relied on, a sentence each: what of the machine keeps
 /// the script from passing on that same machine, and what a file cannot hold. `filter` is the one that the script was
-/// made with; null for none.
-std::vector<std::string> generationNotices(const StateManager& store, const SysinfoFilter* filter,
-                                           const String& script);
+/// made with; null for none. `isWellFormed` says whether it was made so, as `ScriptOptions` has it.
+std::vector<std::string> generationNotices(const StateManager& store, const SysinfoFilter* filter, const String& script,
+                                           bool isWellFormed);
 
 }  // namespace vrx

@@ -60,7 +60,19 @@ TEST_F(ProgramTest, AnswersWrongUsageInOneLine) {
                                                {"check", "a.xml", "--format", "yaml"},
                                                {"show", "--log-level", "loud"},
                                                {"parts"},
-                                               {"match", "a"}};
+                                               {"match", "a"},
+                                               {"match", "", "a"},
+                                               {"check", ""},
+                                               {"check", "a.xml", "--state", ""},
+                                               {"check", "a.xml", "--state="},
+                                               {"check", "a.xml", "-o", ""},
+                                               {"check", "a.xml", "--log-file", ""},
+                                               {"show", "--format", ""},
+                                               {"show", "--type", ""},
+                                               {"generate", "--filter", ""},
+                                               {"collect", "--root", ""},
+                                               {"collect", "--exclude", ""},
+                                               {"parts", "generate", "a.xml", "--base", ""}};
     for (const std::vector<std::string>& usage : usages) {
         EXPECT_EQ(run(usage), 2) << testing::PrintToString(usage);
         EXPECT_THAT(console.out, IsEmpty());
@@ -95,6 +107,25 @@ TEST_F(ProgramTest, WritesResultsToAFileInOneStep) {
     EXPECT_THAT(read("annotated.xml"), HasSubstr("        <error>No device of type: Fan</error>\n"));
     const auto entries = std::filesystem::directory_iterator(std::filesystem::path(report).parent_path());
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 3);
+}
+
+TEST_F(ProgramTest, RefusesToWriteOverWhatItReads) {
+    const std::string text = "<inventory-check><device type='Fan'/></inventory-check>";
+    const std::string script = write("s.xml", text);
+    const std::string machine = write("m.xml", "<SysInfo><Device type='Fan'/></SysInfo>");
+    std::filesystem::create_hard_link(script, pathOf("hard"));
+    std::filesystem::create_symlink(machine, pathOf("soft"));
+    for (const std::vector<std::string>& usage : {std::vector<std::string>{"check", script, "-o", pathOf("hard")},
+                                                  {"check", script, "--annotated", script},
+                                                  {"show", "--state", machine, "--log-file", pathOf("soft")},
+                                                  {"check-device", "@" + script, "--device", "a", "-o", script},
+                                                  {"generate", "--filter", machine, "-o", machine}}) {
+        EXPECT_EQ(run(usage), 2) << testing::PrintToString(usage);
+        EXPECT_THAT(console.err, HasSubstr(" would be read and overwritten; name another file"));
+    }
+    EXPECT_EQ(read("s.xml"), text);
+    EXPECT_EQ(run({"show", "--state", machine, "-o", "/dev/stdout"}), 0);
+    EXPECT_THAT(console.out, HasSubstr("Fan"));
 }
 
 TEST_F(ProgramTest, FailsWhenStandardOutputCannotBeWritten) {
