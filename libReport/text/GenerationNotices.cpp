@@ -4,6 +4,9 @@
 
 #include "libReport/text/GenerationNotices.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <boost/unordered/unordered_flat_map.hpp>
 
 #include "libCommon/text/TextHash.h"
@@ -85,6 +88,30 @@ std::vector<std::string> generationNotices(const StateManager& store, const Sysi
               "text");
     if (store.deviceCount() > 0 && script.view().find(u"<device ") == StringView::npos) {
         notices.emplace_back("the filter selects no device of the machine, so the script asks for nothing");
+    }
+    return notices;
+}
+
+std::vector<std::string> idleFilterNotices(const StateManager& store, const SysinfoFilter& filter,
+                                           const std::string& path, bool hasAllCategories) {
+    const auto& devices = store.devicesCapableOf(CapabilityImp::ALL());
+    const auto idleIn = [&](const PropertyCategoryImp& categories) {
+        return filter.idle(devices, categories);
+    };
+    const Array<SysinfoFilter::Idle> everywhere = idleIn(PropertyCategoryImp::ALL());
+    std::vector<std::string> notices;
+    for (const SysinfoFilter::Idle& idle : hasAllCategories ? everywhere : idleIn(PropertyCategoryImp::SysInfo())) {
+        const bool isElsewhere = std::none_of(
+            everywhere.begin(), everywhere.end(),
+            [&](const SysinfoFilter::Idle& other) { return other.row == idle.row && other.column == idle.column; });
+        const std::string type = idle.type.toString(0, false).toUtf8();
+        const std::string text = idle.key.isEmpty() ? fmt::format("no device of the machine is a {} by this rule", type)
+                                 : isElsewhere      ? fmt::format(
+                                                          "{} of a {} changes by itself or belongs to the software; only "
+                                                               "--all-categories names it",
+                                                          idle.key.toUtf8(), type)
+                                               : fmt::format("no {} of the machine has {}", type, idle.key.toUtf8());
+        notices.push_back(fmt::format("{}:{}:{}: {}", path, idle.row, idle.column, text));
     }
     return notices;
 }

@@ -14,4 +14,9 @@ namespace vrx {
 std::vector<std::string> generationNotices(const StateManager& store, const SysinfoFilter* filter, const String& script,
                                            bool isWellFormed);
 
+/// What of a filter selects nothing of the machine, a line each, with the place in the file of that path. Properties
+/// count when the script names their category.
+std::vector<std::string> idleFilterNotices(const StateManager& store, const SysinfoFilter& filter,
+                                           const std::string& path, bool hasAllCategories);
+
 }  // namespace vrx

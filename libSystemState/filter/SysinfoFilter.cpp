@@ -30,8 +30,17 @@ namespace vrx {
 
 namespace {
 
+struct KeyPlace {
+    String key;
+    std::uint32_t row = 0;
+    std::uint32_t column = 0;
+};
+
 struct Rule {
     CapabilityImp type;
+    std::uint32_t row = 0;
+    std::uint32_t column = 0;
+    Array<KeyPlace> keys;
     HashTable<String, std::optional<double>> tolerances;  ///< by selected key; no keys: every property is selected
 };
 
@@ -57,11 +66,14 @@ std::optional<Mistake> readProperty(const XmlElement& element, Rule& rule) {
         }
     }
     rule.tolerances.insert(String(element.Attribute(u"key")), tolerance);
+    rule.keys.append({String(element.Attribute(u"key")), element.Row() + 1, element.Column() + 1});
     return std::nullopt;
 }
 
 std::optional<Mistake> readRule(const XmlElement& element, Rule& rule) {
     rule.type = CapabilityImp(element.Attribute(u"type"));
+    rule.row = element.Row() + 1;
+    rule.column = element.Column() + 1;
     if (rule.type.isInvalid()) {
         return mistakeAt(element, SysinfoFilter::PARSE_UNKNOWN_TYPE, u"unknown device type:",
                          element.Attribute(u"type"));
@@ -180,6 +192,33 @@ bool SysinfoFilter::includeDevice(const IDeviceImp& device, Array<boost::shared_
         }
     }
     return true;
+}
+
+Array<SysinfoFilter::Idle> SysinfoFilter::idle(const Array<boost::shared_ptr<IDeviceImp>>& devices,
+                                               const PropertyCategoryImp& categories) const {
+    boost::unordered_flat_map<const Rule*, HashTable<String, bool>> found;
+    for (const boost::shared_ptr<IDeviceImp>& device : devices) {
+        if (const Rule* const rule = m_rules->decisiveFor(device->type())) {
+            HashTable<String, bool>& keys = found[rule];
+            for (const boost::shared_ptr<IPropertyImp>& property : device->properties(categories)) {
+                keys.insert(property->key(), true);
+            }
+        }
+    }
+    Array<Idle> idle;
+    for (const Rule& rule : m_rules->rules) {
+        const auto used = found.find(&rule);
+        if (used == found.end()) {
+            idle.append({rule.type, String(), rule.row, rule.column});
+            continue;
+        }
+        for (const KeyPlace& place : rule.keys) {
+            if (!used->second.contains(place.key)) {
+                idle.append({rule.type, place.key, place.row, place.column});
+            }
+        }
+    }
+    return idle;
 }
 
 bool SysinfoFilter::inventoryTolerance(const CapabilityImp& type, const String& key, double& tolerancePercent) const {

@@ -9,6 +9,7 @@
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libSystemState/Forward.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {
 
@@ -60,6 +61,18 @@ public:
 
     /// Whether the rule for that device type defines a tolerance (percent) for that property.
     bool inventoryTolerance(const CapabilityImp& type, const String& key, double& tolerancePercent) const;
+
+    /// A rule that selects nothing of a machine, or a key of a rule that does.
+    struct Idle {
+        CapabilityImp type;
+        String key;             ///< empty when no device is selected by the rule
+        std::uint32_t row = 0;  ///< 1-based
+        std::uint32_t column = 0;
+    };
+
+    /// What in the filter selects nothing of these devices, in document order. Properties count when they are of one of
+    /// the categories. A rule whose devices an earlier one decides selects none.
+    Array<Idle> idle(const Array<boost::shared_ptr<IDeviceImp>>& devices, const PropertyCategoryImp& categories) const;
 
 private:
     struct Rules;
