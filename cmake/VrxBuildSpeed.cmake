@@ -68,17 +68,3 @@ function(vrx_unity_batches target)
         set(lastFolder "${folder}")
     endforeach()
 endfunction()
-
-# vrx_plain_in_debug(<file>...)
-#
-# Sources that are not optimised in Debug builds, even where the others are (sanitizers). What was precompiled for
-# optimised code is of no use to them.
-function(vrx_plain_in_debug)
-    if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
-        return()
-    endif()
-    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0)
-    if(VRX_SANITIZE OR VRX_SANITIZE_THREAD)
-        set_source_files_properties(${ARGN} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
-    endif()
-endfunction()
