@@ -57,7 +57,7 @@ enum class DamageKind : std::uint8_t {
     ResourceLeftOut,  ///< of a Redfish service, as what follows: no JSON, no regular file, or too large
     ResourceMissing,  ///< others refer to it
     ResourceTwice,
-    PartNotHealthy,  ///< no damage of the recording: it says that something is wrong with a part
+    PartNotHealthy,     ///< no damage of the recording: it says that something is wrong with a part
     ModuleCalledEmpty,  ///< lshw says "[empty]" of a memory module that has a maker's part or serial number
     SizeMissing,        ///< of an installed memory module or a cache
     RepeatedSerialNumber,

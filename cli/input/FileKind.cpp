@@ -182,7 +182,9 @@ std::string expectedText(FileKind wanted) {
             return "expected an inventory script (root <inventory-check>) or a parts list (<part> elements in the "
                    "root)";
         case FileKind::Filter: return "expected a filter, XML with the root <system-information-filter>";
-        default: return "expected a recording of a machine: SysInfo XML, what lshw, dmidecode or hwloc wrote, or the resources of Redfish";
+        default:
+            return "expected a recording of a machine: SysInfo XML, what lshw, dmidecode or hwloc wrote, or the "
+                   "resources of Redfish";
     }
 }
 

@@ -34,7 +34,7 @@ private:
 
     const Recording& m_recording;
     std::map<std::string, std::size_t, std::less<>> m_functions;
-    std::unordered_map<std::string, std::vector<std::size_t>, TextHash> m_byFolder;  // by the sysfs folder that they stand in
+    std::unordered_map<std::string, std::vector<std::size_t>, TextHash> m_byFolder;  ///< by their sysfs folder
 };
 
 }  // namespace vrx

@@ -69,6 +69,8 @@ void* operator new(std::size_t size) {
     }
 }
 void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return malloc(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return malloc(size); }
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }

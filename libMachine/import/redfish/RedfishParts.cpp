@@ -11,7 +11,6 @@ namespace {
 namespace json = boost::json;
 
 constexpr RedfishField SLOT_FIELDS[] = {
-    {"Status/State", property::USAGE},
     {"Status/Health", property::HEALTH, RedfishValue::VolatileText},
 };
 
@@ -48,6 +47,12 @@ bool isRedfishPresent(const json::object& part) {
     return state != "Absent" && state != "Disabled";
 }
 
+void addRedfishUsage(DeviceRecord& slot, const json::object& part) {
+    if (!isRedfishPresent(part)) {
+        slot.add(property::USAGE, String::UTF8Decode(redfishText(part, "Status/State")));
+    }
+}
+
 std::size_t RedfishParts::add(const RedfishKind& kind, const RedfishPart& part, std::size_t parent) {
     if (!take(*part.data)) {
         return Recording::NONE;
@@ -65,6 +70,7 @@ std::size_t RedfishParts::add(const RedfishKind& kind, const RedfishPart& part, 
     } else {
         device.type = u"Slot";
         device.name = kind.place;
+        addRedfishUsage(device, *part.data);
         addRedfishFields(device, *part.data, SLOT_FIELDS);
     }
     noteHealth(*part.data, device);

@@ -53,6 +53,9 @@ private:
 /// Whether the part is there and in use.
 bool isRedfishPresent(const boost::json::object& part);
 
+/// Why a slot is empty, "Absent" or "Disabled": a word of the service's own, which in other places means nothing.
+void addRedfishUsage(DeviceRecord& slot, const boost::json::object& part);
+
 /// What a service tells of a computer, of a chassis and of a controller that manages them.
 void addRedfishSystem(RedfishParts& parts, const boost::json::object& system, std::size_t root);
 void addRedfishStorage(RedfishParts& parts, const boost::json::object& system, std::size_t root);

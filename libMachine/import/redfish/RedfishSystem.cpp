@@ -150,7 +150,7 @@ void addMemoryOf(RedfishParts& parts, const json::object& system, std::size_t ro
     for (std::size_t number = 0; number < modules.size() && memory + 1 + number < recording.size(); ++number) {
         DeviceRecord& device = recording.at(memory + 1 + number);
         if (device.type == u"Slot") {
-            device.text(property::USAGE, redfishText(*modules[number].data, "Status/State"));
+            addRedfishUsage(device, *modules[number].data);
         }
         device.text(property::HEALTH, redfishText(*modules[number].data, "Status/Health"), Category::Volatile());
         parts.noteHealth(*modules[number].data, device);

@@ -16,13 +16,16 @@ constexpr const char* MACHINE = R"(<SysInfo>
 </SysInfo>)";
 
 /// The first line of the report of a check of that script, without the verdict.
-std::string headlineOf(const std::string& content, const std::string& switches = "") {
+std::string headlineOf(const std::string& content, const std::string& switches = "",
+                       const std::vector<std::string>& options = {}) {
     const auto folder = std::filesystem::path(testing::TempDir()) / ("vrx-headline-" + std::to_string(getpid()));
     std::filesystem::create_directories(folder);
     std::ofstream(folder / "s.xml") << "<inventory-check" << switches << ">" << content << "</inventory-check>";
     std::ofstream(folder / "m.xml") << MACHINE;
     TestConsole console;
-    EXPECT_EQ(runWith(console, {"check", folder / "s.xml", "--state", folder / "m.xml"}), 1) << console.out;
+    std::vector<std::string> usage{"check", folder / "s.xml", "--state", folder / "m.xml"};
+    usage.insert(usage.end(), options.begin(), options.end());
+    EXPECT_EQ(runWith(console, usage), 1) << console.out;
     std::filesystem::remove_all(folder);
     return console.out.substr(0, console.out.find('\n')).substr(console.out.find("  ") + 2);
 }
@@ -83,7 +86,8 @@ TEST(CheckHeadlineTest, NamesWhatIsTooManyOrForbidden) {
               "Ethernet (eth1) is too many");
     EXPECT_EQ(headlineOf("<not><device type='Ethernet' name='^Heron$'/></not>"),
               "Ethernet \"Heron\" is there and must not be");
-    EXPECT_EQ(headlineOf("<device type='Lamp' name='^L$'/>"), "Lamp \"L\" cannot be found: that is no device type");
+    EXPECT_EQ(headlineOf("<device type='Lamp' name='^L$'/>", "", {"--plain"}),
+              "Lamp \"L\" cannot be found: that is no device type");
 }
 
 }  // namespace

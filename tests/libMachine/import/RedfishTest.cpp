@@ -94,13 +94,15 @@ TEST(RedfishTest, givesDevicesAndSlots) {
         {"dimm:A3", "Slot name=Memory slot os= above=memory Slot=A3 Usage=Disabled Health=Critical(Volatile)"},
         {"storage:R1", "RaidController name=Example RAID 9 os= above=system Model=Example RAID 9 FirmwareVersion=51.1"},
         {"storage:R1/drive:Bay0",
-         "HardDiskDrive name=Example Disks ED-1200 os= above=storage:R1 FirmwareVersion=E004 Size=1.09 TB "
-         "Transport=SAS RotationRate=10500 RPM Vendor=Example Disks Model=ED-1200 SerialNumber=D0001 "
+         "HardDiskDrive name=Example Disks ED-1200 os= above=storage:R1 FirmwareVersion=E004 "
+         "Size=1.0916152819991112 TB Transport=SAS RotationRate=10500 RPM Vendor=Example Disks Model=ED-1200 "
+         "SerialNumber=D0001 "
          "Health=OK(Volatile)"},
         {"storage:R1/drive:Bay1",
-         "NvmeDrive name=Example Flash os= above=storage:R1 Size=894.25 GB Transport=NVMe Model=Example Flash "
+         "NvmeDrive name=Example Flash os= above=storage:R1 Size=894.2532577514648 GB Transport=NVMe Model=Example "
+         "Flash "
          "SerialNumber=D0002 Health=Warning(Volatile)"},
-        {"storage:R1/volume:V1", "Volume name=System os= above=storage:R1 Size=1.09 TB RaidLevel=RAID1"},
+        {"storage:R1/volume:V1", "Volume name=System os= above=storage:R1 Size=1.0916152819991112 TB RaidLevel=RAID1"},
         {"net:0",
          "Ethernet name=Network interface os= above=system Address=02:00:00:00:00:0a LinkState=up(Volatile) "
          "Speed=25000 Mbit/s(Volatile) Health=OK(Volatile)"},

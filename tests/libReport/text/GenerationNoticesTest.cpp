@@ -44,7 +44,7 @@ TEST(GenerationNoticesTest, saysWhatOfAFilterFitsNothing) {
                           "<device type='System'><property key='Health'/></device></system-information-filter>"),
               SysinfoFilter::PARSE_SUCCESS);
     EXPECT_THAT(idleFilterNotices(store, filter, "f.xml", false),
-                ElementsAre("f.xml:1:51: no Firmware of the machine has Version",
+                ElementsAre("f.xml:1:52: no Firmware of the machine has Version",
                             "f.xml:2:1: no device of the machine is a BIOS by this rule",
                             "f.xml:2:44: Health of a System changes by itself or belongs to the software; only "
                             "--all-categories names it"));
