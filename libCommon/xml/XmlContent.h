@@ -9,7 +9,7 @@
 #include "libCommon/xml/XmlElement.h"
 #include "libCommon/xml/XmlNames.h"
 #include "libCommon/xml/XmlNode.h"
-#include "libCommon/xml/XmlPosition.h"
+#include "libCommon/xml/parsing/XmlPosition.h"
 
 namespace vrx {
 

@@ -7,11 +7,11 @@
 
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/xml/XmlContent.h"
-#include "libCommon/xml/XmlFileSource.h"
-#include "libCommon/xml/XmlParser.h"
-#include "libCommon/xml/XmlSource.h"
-#include "libCommon/xml/XmlTreeBuilder.h"
 #include "libCommon/xml/XmlWriter.h"
+#include "libCommon/xml/parsing/XmlFileSource.h"
+#include "libCommon/xml/parsing/XmlParser.h"
+#include "libCommon/xml/parsing/XmlSource.h"
+#include "libCommon/xml/parsing/XmlTreeBuilder.h"
 
 namespace vrx {
 

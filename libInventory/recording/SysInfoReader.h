@@ -12,7 +12,7 @@
 
 #include "libCommon/text/String.h"
 #include "libCommon/text/TextHash.h"
-#include "libCommon/xml/XmlElementReader.h"
+#include "libCommon/xml/parsing/XmlElementReader.h"
 #include "libInventory/ImportReport.h"
 #include "libSystemState/Forward.h"
 #include "libSystemState/properties/PropertySpecImp.h"

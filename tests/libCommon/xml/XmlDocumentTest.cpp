@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "libCommon/error/StructuredException.h"
-#include "libCommon/xml/XmlElementReader.h"
+#include "libCommon/xml/parsing/XmlElementReader.h"
 #include "tests/libCommon/PrintText.h"
 
 namespace vrx {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "libCommon/io/FileDescriptor.h"
-#include "libCommon/xml/XmlSource.h"
+#include "libCommon/xml/parsing/XmlSource.h"
 
 namespace vrx {
 

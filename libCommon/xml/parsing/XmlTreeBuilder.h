@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "libCommon/xml/XmlContent.h"
-#include "libCommon/xml/XmlElementReader.h"
 #include "libCommon/xml/XmlNames.h"
-#include "libCommon/xml/XmlPosition.h"
+#include "libCommon/xml/parsing/XmlElementReader.h"
+#include "libCommon/xml/parsing/XmlPosition.h"
 
 namespace vrx {
 

@@ -1,4 +1,4 @@
-#include "libCommon/xml/XmlSource.h"
+#include "libCommon/xml/parsing/XmlSource.h"
 
 #include "libCommon/xml/XmlUtf8.h"
 

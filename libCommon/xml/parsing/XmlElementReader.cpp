@@ -1,4 +1,4 @@
-#include "libCommon/xml/XmlElementReader.h"
+#include "libCommon/xml/parsing/XmlElementReader.h"
 
 namespace vrx {
 

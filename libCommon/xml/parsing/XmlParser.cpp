@@ -1,4 +1,4 @@
-#include "libCommon/xml/XmlParser.h"
+#include "libCommon/xml/parsing/XmlParser.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,7 +8,7 @@
 
 #include "libCommon/Assertion.h"
 #include "libCommon/xml/XmlDocument.h"
-#include "libCommon/xml/XmlErrorText.h"
+#include "libCommon/xml/parsing/XmlErrorText.h"
 
 // What is accepted and how it is read.
 //

@@ -1,4 +1,4 @@
-#include "libCommon/xml/XmlTreeBuilder.h"
+#include "libCommon/xml/parsing/XmlTreeBuilder.h"
 
 namespace vrx {
 

@@ -1,4 +1,4 @@
-#include "libCommon/xml/XmlFileSource.h"
+#include "libCommon/xml/parsing/XmlFileSource.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

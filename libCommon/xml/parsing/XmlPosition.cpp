@@ -1,4 +1,4 @@
-#include "libCommon/xml/XmlPosition.h"
+#include "libCommon/xml/parsing/XmlPosition.h"
 
 #include <bit>
 #include <cstring>

@@ -1,9 +1,9 @@
-#include "libCommon/xml/XmlErrorText.h"
+#include "libCommon/xml/parsing/XmlErrorText.h"
 
 #include <algorithm>
 
 #include "libCommon/text/NumberText.h"
-#include "libCommon/xml/XmlTreeBuilder.h"
+#include "libCommon/xml/parsing/XmlTreeBuilder.h"
 
 namespace vrx {
 

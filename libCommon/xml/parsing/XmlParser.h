@@ -8,9 +8,9 @@
 
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlContent.h"
-#include "libCommon/xml/XmlPosition.h"
-#include "libCommon/xml/XmlSource.h"
-#include "libCommon/xml/XmlTreeBuilder.h"
+#include "libCommon/xml/parsing/XmlPosition.h"
+#include "libCommon/xml/parsing/XmlSource.h"
+#include "libCommon/xml/parsing/XmlTreeBuilder.h"
 
 namespace vrx {
 
