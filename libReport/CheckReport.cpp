@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "libDiagnosis/Diagnosis.h"
 #include "libInventory/script/ScriptContent.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libReport/ReportFindings.h"
@@ -62,6 +63,9 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     CheckReport report;
     Certainty certainty = basis.isPlain ? Certainty() : certaintyOf(inventory, machine, basis.import, passed);
     report.verdict = basis.isPlain ? plainVerdict(passed) : verdictOf(inventory, passed, certainty);
+    if (report.verdict != Verdict::Passed) {
+        report.faults = diagnose(inventory, machine, certainty);
+    }
     report.doubts = std::move(certainty.doubts);
     report.unread = machine.unread();
     report.import = basis.import != nullptr ? *basis.import : ImportReport();

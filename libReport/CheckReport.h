@@ -10,6 +10,7 @@
 #include "libCommon/text/String.h"
 #include "libDiagnosis/DeviceProblem.h"
 #include "libDiagnosis/Doubt.h"
+#include "libDiagnosis/Fault.h"
 #include "libDiagnosis/Verdict.h"
 #include "libInventory/Finding.h"
 #include "libInventory/ImportReport.h"
@@ -69,6 +70,8 @@ struct CheckReport {
     std::vector<DeviceProblem> devices;  ///< `device` elements without a device or with findings; likewise, parts first
     std::vector<Inventory::DeviceSpec> forbidden;  ///< of each `not` that is not met the first device that it describes
     Array<Inventory::DeviceSpec> extra;            ///< devices of the machine beyond the script
+
+    std::vector<Fault> faults;  ///< one entry for each thing that is wrong
 
     /// Why the answer is not certain, if it is not; else what it does not hang on.
     std::vector<Doubt> doubts;

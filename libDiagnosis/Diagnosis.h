@@ -1,0 +1,25 @@
+#pragma once
+
+#include <vector>
+
+#include "libDiagnosis/Doubt.h"
+#include "libDiagnosis/Fault.h"
+#include "libInventory/Inventory.h"
+#include "libSystemState/StateManager.h"
+
+namespace vrx {
+
+/// What is wrong with a machine, one entry a thing.
+///
+///     const bool passed = inventory.run();
+///     for (const Fault& fault : diagnose(inventory, machine, certaintyOf(inventory, machine, nullptr, passed))) {
+///         fetch(fault.asked, fault.place);
+///     }
+///
+/// First what says that it is another machine, then parts as somebody works through a machine, then what sums up parts.
+/// The list is empty for a check that passed for sure.
+///
+/// Requires: the inventory has run on that machine.
+std::vector<Fault> diagnose(const Inventory& inventory, const StateManager& machine, const Certainty& certainty);
+
+}  // namespace vrx

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "libDiagnosis/Candidates.h"
+#include "libDiagnosis/DeviceIdentity.h"
+#include "libDiagnosis/Difference.h"
+#include "libDiagnosis/Doubt.h"
+
+namespace vrx {
+
+/// What is wrong with one device, or with one place of a machine.
+enum class FaultKind : std::uint8_t {
+    Missing,      ///< nothing is at its place
+    Wrong,        ///< the device is there and differs
+    Extra,        ///< a device beyond the script
+    Moved,        ///< the device stands at another place than the script says
+    Swapped,      ///< two devices stand at each other's places
+    Replaced,     ///< another device stands at its place: of the same model with another serial number, or of another
+    Forbidden,    ///< a device that must not be there
+    Undetermined  ///< nobody can tell: see `doubt`
+};
+
+/// As programs read it: "missing", "wrong" and so on.
+std::string_view nameOf(FaultKind kind) noexcept;
+
+/// A part of a parts list.
+struct PartName {
+    String id;
+    String name;
+    String description;
+};
+
+/// One thing that is wrong with a machine. Every device of the machine and every `device` element is in one fault at
+/// most. Nothing is borrowed.
+struct Fault {
+    FaultKind kind = FaultKind::Missing;
+    ElementPlace place;            ///< of the element that says so: `device`, `not`, `fail-on-extra` or `property`
+    Inventory::DeviceSpec asked;   ///< what that element asks for; the name is a pattern. Of an extra device its rule's
+    std::optional<PartName> part;  ///< in which the element lies
+
+    std::optional<DeviceIdentity> device;    ///< the one that is there: wrong, extra, moved, forbidden or in its stead
+    std::optional<DeviceIdentity> other;     ///< of two swapped devices the second; what stands at a moved one's place
+    std::optional<ElementPlace> otherPlace;  ///< of the element that asks for the second of two swapped devices
+
+    /// What is different about the device, in the order of the script.
+    std::vector<Difference> differences;
+
+    std::size_t candidates = 0;        ///< how many devices were tried for the element
+    std::optional<TakenDevice> taken;  ///< the first device that would have done, and the element that has it
+    std::optional<Doubt> doubt;        ///< of an undetermined fault why nobody can tell
+    std::vector<Inventory::DeviceSpec> alternatives;  ///< what the other alternatives of an `or` ask for in its stead
+
+    unsigned breadth = 0;           ///< how much of the machine its type sums up; 0 for a part that somebody can hold
+    bool isOfOtherMachine = false;  ///< it says that this is another machine than the script is for
+};
+
+}  // namespace vrx
