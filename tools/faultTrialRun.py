@@ -186,9 +186,9 @@ class Preparation:
             rng, candidates = chosen(kind, candidatesOf(self.machine))
             for candidate in candidates:
                 yield make(self.machine, candidate, rng)
-        source = sourceFaults.SourceRecording(self.path.read_bytes(), self.machine)
+        source = sourceFaults.SourceRecording(self.path, self.machine)
         for kind in sourceFaults.KINDS:
-            for candidate in chosen(kind, source.candidates())[1]:
+            for candidate in chosen(kind, source.candidates(kind))[1]:
                 yield source.fault(kind, candidate)
 
 

@@ -14,6 +14,8 @@ PLACE_KEYS = {"Slot", "Bank"}
 # Devices that people take out and put in somewhere else; others are swapped only where there are none of these.
 EXCHANGEABLE = {"MemoryModule", "Storage", "HardDiskDrive", "SolidStateDrive", "NvmeDrive", "OpticalDrive", "TapeDrive",
                 "Network", "Ethernet", "WirelessNetwork", "Infiniband", "FibreChannel"}
+# What stands on a part that another one was replaced with.
+OTHER_SERIAL, OTHER_PART = "5EA1ED07", "OTHER-PART-77"
 NUMBER = re.compile(r"[-+]?\d+(\.\d+)?$")
 
 

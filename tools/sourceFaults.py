@@ -1,4 +1,5 @@
-"""Faults in what dmidecode and lshw wrote: a memory module is pulled, halved or replaced in the text itself.
+"""Faults in what another program wrote: a memory module is pulled, halved or replaced in the text of dmidecode and lshw
+or in the resources of a Redfish service.
 
 All that such a text sums up is changed with it (lshw's size of all memory), so that a check has to tell the module from
 the sums. Each kind lists its candidates in a recording; a fault is one of them, made in a copy. Texts that do not parse,
@@ -10,7 +11,8 @@ import json
 import re
 import xml.etree.ElementTree as ElementTree
 
-from machineFaults import Fault
+from machineFaults import OTHER_PART, OTHER_SERIAL, Fault
+from redfishFaults import RedfishResources
 
 ENTRY = "/sys/firmware/dmi/entries/17-%d"
 EMPTY = "No Module Installed"
@@ -20,12 +22,12 @@ EMPTY_FIELDS = {"Size": EMPTY, "Manufacturer": "Not Specified", "Serial Number":
                 "Type Detail": "None", "Rank": "Unknown", "Total Width": "Unknown", "Data Width": "Unknown",
                 "Configured Memory Speed": "Unknown", "Configured Clock Speed": "Unknown",
                 "Configured Voltage": "Unknown"}
-OTHER_SERIAL, OTHER_PART = "5EA1ED07", "OTHER-PART-77"
 
 
 class DmidecodeText:
     """The text as a list of structures, each a list of lines."""
 
+    KINDS = ["pulled", "halved", "replaced"]
     HEAD = re.compile(r"^Handle 0x[0-9A-Fa-f]+, DMI type (\d+)")
     FIELD = re.compile(r"^(\s+)([^:]+):\s*(.*?)\s*$")
 
@@ -76,12 +78,14 @@ class DmidecodeText:
     def replaced(self, number):
         return self.changed(number, {"Serial Number": OTHER_SERIAL, "Part Number": OTHER_PART})
 
-    def osLocator(self, number):
+    def locator(self, number):
         return ENTRY % number
 
 
 class LshwNodes:
     """What both forms of lshw's output have in common: `nodes` with `get`, `set` and `parent`."""
+
+    KINDS = DmidecodeText.KINDS
 
     def banks(self):
         return [node for node in self.nodes() if self.get(node, "class") == "memory"
@@ -94,7 +98,7 @@ class LshwNodes:
         text = self.get(node, "size")
         return int(text) if text.isdigit() else 0
 
-    def osLocator(self, number):
+    def locator(self, number):
         return ENTRY % number
 
     def changed(self, number, change):
@@ -183,14 +187,19 @@ class LshwJson(LshwNodes):
         return json.dumps(self.root).encode()
 
 
-def sourceOf(data):
+def sourceOf(path):
     """The recording as something that modules can be taken out of; None for other formats."""
+    if path.is_dir():
+        return RedfishResources.ofFolder(path)
+    data = path.read_bytes()
     start = data[:4096].lstrip(b"\xef\xbb\xbf \t\r\n")
     try:
         if b"DMI type " in data and b"Handle 0x" in data:
             return DmidecodeText(data)
         if start.startswith(b"<") and b"<node" in data and b"hwloc" not in start and b"topology" not in start:
             return LshwXml(data)
+        if start[:1] == b"{" and b'"@odata' in data:
+            return RedfishResources.ofText(data)
         if start[:1] in (b"{", b"[") and b'"class"' in data:
             return LshwJson(data)
     except (ElementTree.ParseError, ValueError, RecursionError):
@@ -201,22 +210,22 @@ def sourceOf(data):
 class SourceRecording:
     """A recording in its own format beside the machine that it was converted to."""
 
-    def __init__(self, data, machine):
-        self.source = sourceOf(data)
+    def __init__(self, path, machine):
+        self.source = sourceOf(path)
         self.machine = machine
-        self.byOsLocator = {device.osLocator: device for device in machine.devices}
+        self.byLocator = {locator: device for device in machine.devices for locator in device.place() if locator}
 
-    def candidates(self):
-        if self.source is None:
+    def candidates(self, kind):
+        if self.source is None or kind not in self.source.KINDS:
             return []
-        return [n for n in self.source.modules() if self.source.osLocator(n) in self.byOsLocator]
+        return [n for n in self.source.modules() if self.source.locator(n) in self.byLocator]
 
     def fault(self, kind, number):
-        device = self.byOsLocator[self.source.osLocator(number)]
+        device = self.byLocator[self.source.locator(number)]
         text = getattr(self.source, kind)(number)
         return Fault(f"module {kind} in the source", f"{device} {kind}", text, [device],
                      isNameTelling=self.machine.isAlone(device))
 
 
-KINDS = ["pulled", "halved", "replaced"]
+KINDS = RedfishResources.KINDS
 KIND_NAMES = [f"module {kind} in the source" for kind in KINDS]
