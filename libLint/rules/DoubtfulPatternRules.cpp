@@ -54,7 +54,7 @@ void blankAtAnchor(const LintSubject& subject, const LintReporter& report) {
     const bool isBefore = text.starts_with(u'^') && text.front() != pattern.front();
     const bool isBehind = AnchoredText(text).isToEnd && text.back() != pattern.back();
     if (isBefore || isBehind) {
-        report.at(subject.element(), printable(pattern), isBefore ? "before ^" : "behind $");
+        report.at(subject.element(), isBefore ? "before ^" : "behind $", printable(pattern));
     }
 }
 
