@@ -6,15 +6,15 @@
 #include "libLint/rules/AttributeRules.h"
 #include "libLint/rules/ContradictionRules.h"
 #include "libLint/rules/DeviceRules.h"
-#include "libLint/rules/DoubtfulPatternRules.h"
 #include "libLint/rules/ElementRules.h"
 #include "libLint/rules/FileRules.h"
 #include "libLint/rules/GroupRules.h"
 #include "libLint/rules/MachineRules.h"
 #include "libLint/rules/PartsListRules.h"
-#include "libLint/rules/PatternRules.h"
 #include "libLint/rules/PropertyRules.h"
-#include "libLint/rules/RangeRules.h"
+#include "libLint/rules/patterns/DoubtfulPatternRules.h"
+#include "libLint/rules/patterns/PatternRules.h"
+#include "libLint/rules/patterns/RangeRules.h"
 
 namespace vrx {
 

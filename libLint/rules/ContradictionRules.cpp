@@ -12,7 +12,7 @@
 #include "libInventory/script/XmlChildren.h"
 #include "libLint/LintMemory.h"
 #include "libLint/LintSubject.h"
-#include "libLint/rules/RangeText.h"
+#include "libLint/rules/patterns/RangeText.h"
 #include "libRegex/Regex.h"
 
 namespace vrx::rules {

@@ -6,8 +6,8 @@
 #include "libInventory/script/ScriptElement.h"
 #include "libLint/LintMachine.h"
 #include "libLint/LintSubject.h"
-#include "libLint/rules/LiteralText.h"
-#include "libLint/rules/RangeText.h"
+#include "libLint/rules/patterns/LiteralText.h"
+#include "libLint/rules/patterns/RangeText.h"
 
 namespace vrx::rules {
 

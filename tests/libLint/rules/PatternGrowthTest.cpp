@@ -1,4 +1,4 @@
-#include "libLint/rules/PatternGrowth.h"
+#include "libLint/rules/patterns/PatternGrowth.h"
 
 #include <gtest/gtest.h>
 

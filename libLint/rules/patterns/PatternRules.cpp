@@ -1,8 +1,8 @@
-#include "libLint/rules/PatternRules.h"
+#include "libLint/rules/patterns/PatternRules.h"
 
 #include "libCommon/text/PrintableText.h"
 #include "libLint/LintSubject.h"
-#include "libLint/rules/PatternGrowth.h"
+#include "libLint/rules/patterns/PatternGrowth.h"
 
 namespace vrx::rules {
 

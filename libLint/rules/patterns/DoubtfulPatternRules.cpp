@@ -1,11 +1,11 @@
-#include "libLint/rules/DoubtfulPatternRules.h"
+#include "libLint/rules/patterns/DoubtfulPatternRules.h"
 
 #include <algorithm>
 
 #include "libCommon/text/PrintableText.h"
 #include "libLint/LintSubject.h"
-#include "libLint/rules/LiteralText.h"
-#include "libLint/rules/RangeText.h"
+#include "libLint/rules/patterns/LiteralText.h"
+#include "libLint/rules/patterns/RangeText.h"
 
 namespace vrx::rules {
 

@@ -1,4 +1,4 @@
-#include "libLint/rules/LiteralText.h"
+#include "libLint/rules/patterns/LiteralText.h"
 
 #include <algorithm>
 

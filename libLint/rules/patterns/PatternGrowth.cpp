@@ -8,7 +8,7 @@
 /// Possessive repetitions (`a++`) and atomic groups (`(?>a+)`) never give anything back and are harmless inside; groups
 /// that take no text (lookarounds, comments) are left out of the account.
 
-#include "libLint/rules/PatternGrowth.h"
+#include "libLint/rules/patterns/PatternGrowth.h"
 
 #include <algorithm>
 #include <vector>

@@ -2,7 +2,7 @@
 /// "^VRXRRANGE[1-2] Ghz$", but not "^Fan VRXRRANGE[1-6] rear$". There a word that is no unit is compared as text, so
 /// nothing is converted and a value in another unit never fits.
 
-#include "libLint/rules/RangeRules.h"
+#include "libLint/rules/patterns/RangeRules.h"
 
 #include <algorithm>
 #include <optional>
@@ -12,8 +12,8 @@
 #include "libCommon/values/Unit.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libLint/LintSubject.h"
-#include "libLint/rules/LiteralText.h"
-#include "libLint/rules/RangeText.h"
+#include "libLint/rules/patterns/LiteralText.h"
+#include "libLint/rules/patterns/RangeText.h"
 #include "libRegex/Regex.h"
 
 namespace vrx::rules {

@@ -1,7 +1,7 @@
 /// Whether a range is one is asked of the matcher itself: a well-formed range matches its own low bound, and the marker
 /// without one is text, which no number matches.
 
-#include "libLint/rules/RangeText.h"
+#include "libLint/rules/patterns/RangeText.h"
 
 #include <algorithm>
 
