@@ -73,10 +73,13 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     report.givenUpPatterns = static_cast<std::size_t>(inventory.summary().patternsGivenUp);
     report.deviceElements = contentOf(*inventory.script().RootElement()).devices;
     report.machineDevices = machine.deviceCount();
+    report.machine = machineIdentity(machine);
+    report.started = DateTime::getCurrentDateTime();
     report.notices = noticesOf(inventory);
     report.extra = inventory.extraDevices();
     report.unsatisfied = inventory.unsatisfiedDevices();
     report.annotatedScript = &inventory.script();
+    report.showsAnnotatedScript = basis.isPlain;
     if (!passed) {
         const Array<Finding> findings = inventory.findings();
         addFindings(findings, inventory, &machine, report.findings, report.devices);

@@ -8,6 +8,7 @@
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libCommon/time/DateTime.h"
 #include "libDiagnosis/DeviceProblem.h"
 #include "libDiagnosis/Doubt.h"
 #include "libDiagnosis/Fault.h"
@@ -15,6 +16,8 @@
 #include "libInventory/Finding.h"
 #include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
+#include "libReport/MachineIdentity.h"
+#include "libReport/ProgramVersion.h"
 #include "libReport/ReportWriter.h"
 #include "libReport/lint/ScriptMistakes.h"
 #include "libSystemState/StateManager.h"
@@ -62,6 +65,10 @@ struct CheckReport {
     std::size_t machineDevices = 0;
     Array<UnreadSource> unread;  ///< what could not be read of the machine
     ImportReport import;         ///< what the import of its recording passed over; empty when it was none
+    MachineIdentity machine;
+
+    std::string_view version = programVersion();
+    DateTime started;  ///< when the check began; else when the report was made
     std::chrono::steady_clock::duration duration{};
 
     ScriptMistakes mistakes;  ///< for which the script was refused
@@ -81,6 +88,7 @@ struct CheckReport {
 
     /// The inventory's script; null when it did not load.
     const XmlDocument* annotatedScript = nullptr;
+    bool showsAnnotatedScript = false;  ///< JSON holds it too
 
     /// How many devices the script asks for and the machine lacks for sure.
     std::size_t missingCount() const noexcept;

@@ -68,13 +68,17 @@ struct CheckWorld {
     StateManager machine;
     CheckRun run{machine};
     CheckReport report;
+    DateTime started;
 };
 
-void nameInputs(const CheckOptions& options, CheckReport& report) {
-    report.script = options.scriptPath;
+/// What only the command knows of the check.
+void fillIn(const CheckOptions& options, CheckWorld& world) {
+    world.report.started = world.started;
+    world.report.script = options.scriptPath;
     if (!options.statePath.empty()) {
-        report.state = options.statePath;
+        world.report.state = options.statePath;
     }
+    world.report.showsAnnotatedScript = options.isPlain || options.annotatedPath == "-";
 }
 
 void run(const CheckOptions& options, const Session& session, CheckWorld& world) {
@@ -103,7 +107,7 @@ CommandResult unrun(const CheckOptions& options, const Session& session, CheckWo
                     const CommandFailure& failure) {
     CommandResult result{failure.status(), {}, {}, failure.lines()};
     if (options.format != "text") {
-        nameInputs(options, world.report);
+        fillIn(options, world);
         result.text = options.written(world.report, checkWriters(), session);
     }
     return result;
@@ -119,6 +123,7 @@ CommandResult refusal(const CheckOptions& options, const Session& session, Check
 
 CommandResult check(const CheckOptions& options, Session& session) {
     CheckWorld& world = session.make<CheckWorld>();
+    world.started = session.console.time();
     try {
         run(options, session, world);
     } catch (const MistakesFound& failure) {
@@ -127,10 +132,10 @@ CommandResult check(const CheckOptions& options, Session& session) {
         world.report.fileErrors = failure.texts();
         return unrun(options, session, world, failure);
     }
-    nameInputs(options, world.report);
+    fillIn(options, world);
     CommandResult result{statusOf(world.report.verdict), options.written(world.report, checkWriters(), session),
                          whyUndetermined(world.report)};
-    if (!options.annotatedPath.empty()) {
+    if (!options.annotatedPath.empty() && options.annotatedPath != "-") {
         result.files.push_back({options.annotatedPath, annotatedText(world.report)});
     }
     return result;

@@ -1,10 +1,13 @@
 #include "cli/program/Program.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <optional>
 
 #include "cli/commands/Commands.h"
 #include "libCommon/logging/LogFile.h"
+#include "libReport/ProgramVersion.h"
 
 namespace vrx::cli {
 
@@ -87,7 +90,8 @@ void sayHolesInLog(const Session& session) {
 ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     CLI::App app("Decides whether a machine holds exactly the hardware that an inventory script describes.",
                  "vrx-inventory");
-    app.set_version_flag("--version", "vrx-inventory " VRX_VERSION, "Print the version and end");
+    app.set_version_flag("--version", fmt::format("{} {}", PROGRAM_NAME, programVersion()),
+                         "Print the version and end");
     app.require_subcommand(1);
     app.get_formatter()->column_width(26);
     app.footer(STATUSES);

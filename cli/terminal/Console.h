@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "libCommon/time/DateTime.h"
 #include "libReport/text/TextFormat.h"
 
 namespace vrx::cli {
@@ -26,6 +27,9 @@ public:
     virtual bool showsProgress() const = 0;
 
     virtual std::chrono::steady_clock::time_point now() const = 0;
+
+    /// What a clock on the wall shows.
+    virtual DateTime time() const = 0;
 };
 
 }  // namespace vrx::cli

@@ -18,6 +18,7 @@ public:
     TextFormat outFormat() const override { return m_outFormat; }
     bool showsProgress() const override { return m_showsProgress; }
     std::chrono::steady_clock::time_point now() const override { return std::chrono::steady_clock::now(); }
+    DateTime time() const override { return DateTime::getCurrentDateTime(); }
 
 private:
     bool m_outIsClosed = false;

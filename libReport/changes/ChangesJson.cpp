@@ -71,6 +71,7 @@ void writeChange(JsonWriter& json, const DeviceChange& change) {
 std::string changesJson(const ChangesReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
+    json.key("schema").value(std::string_view("vrx-inventory.show-changes/1"));
     json.key("equal").value(report.isEqual());
     json.key("before").value(report.before);
     json.key("after").value(report.after);

@@ -16,6 +16,7 @@ std::string lintJson(const LintReport& report, const TextFormat&) {
     const LintFindings& findings = report.findings;
     JsonWriter json;
     json.beginObject();
+    json.key("schema").value(std::string_view("vrx-inventory.lint/1"));
     json.key("file").value(std::string_view(report.file));
     json.key("diagnostics").beginArray();
     for (const LintFinding& finding : findings.list()) {

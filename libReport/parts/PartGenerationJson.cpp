@@ -47,6 +47,7 @@ void writeResult(JsonWriter& json, const PartGenerationReport& report) {
 std::string partGenerationJson(const PartGenerationReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
+    json.key("schema").value(std::string_view("vrx-inventory.parts-generate/1"));
     json.key("generated").value(report.isGenerated());
     json.key("mistakes");
     writeMistakes(json, report.mistakes);

@@ -21,6 +21,7 @@ StringView nameOf(Inventory::ParsePartsResult result) noexcept {
 std::string partsJson(const PartsReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
+    json.key("schema").value(std::string_view("vrx-inventory.parts-parse/1"));
     json.key("result").value(std::int64_t{report.result});
     json.key("resultName").value(nameOf(report.result));
     json.key("error").value(report.error);

@@ -40,6 +40,7 @@ void writeDevice(JsonWriter& json, const IDeviceImp& device) {
 std::string showJson(const ShowReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
+    json.key("schema").value(std::string_view("vrx-inventory.show/1"));
     json.key("devices").beginArray();
     for (const IDeviceImp* const device : report.devices) {
         writeDevice(json, *device);

@@ -47,7 +47,11 @@ JsonWriter& JsonWriter::key(std::string_view name) {
     return *this;
 }
 
-void JsonWriter::value(std::string_view utf8) {
+void JsonWriter::value(double number) { scalar(fmt::format("{}", number)); }
+
+void JsonWriter::value(std::string_view text) { value(String::UTF8Decode(text)); }
+
+void JsonWriter::quoted(std::string_view utf8) {
     startValue();
     appendQuoted(m_text, utf8);
 }

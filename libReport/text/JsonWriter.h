@@ -27,10 +27,11 @@ public:
 
     void value(bool flag) { scalar(flag ? "true" : "false"); }
     void value(std::int64_t number) { scalar(std::to_string(number)); }
-    void value(StringView text) { value(std::string_view(toUtf8(text))); }
+    void value(double number);
+    void value(StringView text) { quoted(toUtf8(text)); }
     void value(const String& text) { value(text.view()); }
-    void value(std::string_view utf8);
-    void value(const char*) = delete;  // would be taken for a flag
+    void value(std::string_view text);  ///< what is no UTF-8 in it, as paths may be, becomes U+FFFD
+    void value(const char*) = delete;   // would be taken for a flag
     void null() { scalar("null"); }
 
     /// An array of texts on one line.
@@ -44,6 +45,7 @@ private:
     void end(char bracket);
     void startValue();
     void scalar(std::string_view text);
+    void quoted(std::string_view utf8);
     void newLine();
 
     std::string m_text;

@@ -100,6 +100,10 @@ std::string_view passedOverName(ImportReport::PassedOver::Kind kind) noexcept {
 
 void writeMachine(JsonWriter& json, const CheckReport& report) {
     json.beginObject();
+    json.key("manufacturer").value(report.machine.manufacturer);
+    json.key("model").value(report.machine.model);
+    json.key("serialNumber").value(report.machine.serialNumber);
+    json.key("hostName").value(report.machine.hostName);
     json.key("devices").value(static_cast<std::int64_t>(report.machineDevices));
     json.key("unread");
     writeUnread(json, report.unread);
@@ -148,6 +152,11 @@ void writeDoubts(JsonWriter& json, const std::vector<Doubt>& doubts) {
 std::string checkJson(const CheckReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
+    json.key("schema").value(std::string_view("vrx-inventory.check/1"));
+    json.key("program").value(PROGRAM_NAME);
+    json.key("version").value(report.version);
+    json.key("time").value(report.started.toIso8601());
+    json.key("duration").value(std::chrono::duration<double>(report.duration).count());
     json.key("passed").value(report.verdict == Verdict::Passed);
     json.key("inventorySatisfied");
     report.inventorySatisfied ? json.value(*report.inventorySatisfied) : json.null();
@@ -166,8 +175,10 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     writeFindings(json, report);
     json.key("mistakes");
     writeMistakes(json, report.mistakes);
-    json.key("annotatedScript");
-    report.annotatedScript ? json.value(report.annotatedScript->toString()) : json.null();
+    if (report.showsAnnotatedScript) {
+        json.key("annotatedScript");
+        report.annotatedScript ? json.value(report.annotatedScript->toString()) : json.null();
+    }
     json.key("verdict").value(nameOf(report.verdict));
     json.key("headline").value(std::string_view(report.headline));
     json.key("machine");

@@ -7,6 +7,7 @@ namespace vrx {
 std::string deviceCheckJson(const DeviceCheckReport& report, const TextFormat&) {
     JsonWriter json;
     json.beginObject();
+    json.key("schema").value(std::string_view("vrx-inventory.check-device/1"));
     json.key("passed").value(report.verdict == Verdict::Passed);
     json.key("verdict").value(nameOf(report.verdict));
     json.key("mistakes");

@@ -24,9 +24,10 @@ public:
     TextFormat outFormat() const override { return format; }
     bool showsProgress() const override { return isWatched; }
     std::chrono::steady_clock::time_point now() const override {
-        time += tick;
-        return time;
+        m_now += tick;
+        return m_now;
     }
+    DateTime time() const override { return DateTime(1767323045); }  // 2026-01-02T03:04:05Z
 
     std::string out;
     std::string err;
@@ -34,7 +35,9 @@ public:
     TextFormat format;
     bool isWatched = false;
     std::chrono::seconds tick{0};  ///< how far the clock goes on each time it is asked
-    mutable std::chrono::steady_clock::time_point time;
+
+private:
+    mutable std::chrono::steady_clock::time_point m_now;
 };
 
 /// The program's exit status for these arguments.
