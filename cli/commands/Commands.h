@@ -20,5 +20,6 @@ void addPartsCommand(CLI::App& parent, Session& session);
 void addPartsGenerateCommand(CLI::App& parent, Session& session);
 void addPartsParseCommand(CLI::App& parent, Session& session);
 void addShowCommand(CLI::App& parent, Session& session);
+void addWaiveCommand(CLI::App& parent, Session& session);
 
 }  // namespace vrx::cli

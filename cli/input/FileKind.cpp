@@ -69,6 +69,7 @@ std::string useOf(FileKind kind, std::string_view bytes) {
         case FileKind::Script: return "this is an inventory script; check and lint read it";
         case FileKind::PartsList: return "this is a parts list; the commands of parts, and lint, read it";
         case FileKind::Filter: return "this is a filter; generate --filter reads it";
+        case FileKind::Waivers: return "these are waivers; check --waivers reads them";
         case FileKind::Recording: {
             const RecordingFormat format = recognisedFormat(bytes);
             return fmt::format(
@@ -182,6 +183,7 @@ std::string expectedText(FileKind wanted) {
             return "expected an inventory script (root <inventory-check>) or a parts list (<part> elements in the "
                    "root)";
         case FileKind::Filter: return "expected a filter, XML with the root <system-information-filter>";
+        case FileKind::Waivers: return "expected waivers, XML with the root <waivers>";
         default:
             return "expected a recording of a machine: SysInfo XML, what lshw, dmidecode or hwloc wrote, or the "
                    "resources of Redfish";
@@ -199,6 +201,7 @@ FileKind kindOf(std::string_view bytes) {
     };
     return isNamed(tags.root, "inventory-check")             ? FileKind::Script
            : isNamed(tags.root, "system-information-filter") ? FileKind::Filter
+           : isNamed(tags.root, "waivers")                   ? FileKind::Waivers
            : isNamed(tags.root, "sysinfo")                   ? FileKind::Recording
            : isNamed(tags.child, "part")                     ? FileKind::PartsList
                                                              : FileKind::Unknown;

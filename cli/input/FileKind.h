@@ -10,7 +10,7 @@
 /// What files are, told from their content, so that a line about a file of no use says what it is and what to do.
 namespace vrx::cli {
 
-enum class FileKind { Unknown, Script, PartsList, ScriptOrPartsList, Filter, Recording };
+enum class FileKind { Unknown, Script, PartsList, ScriptOrPartsList, Filter, Waivers, Recording };
 
 /// "expected an inventory script, XML with the root <inventory-check>".
 std::string expectedText(FileKind wanted);

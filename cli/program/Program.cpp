@@ -100,6 +100,7 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     addCheckDeviceCommand(app, session);
     addGenerateCommand(app, session);
     addShowCommand(app, session);
+    addWaiveCommand(app, session);
     addPartsCommand(app, session);
     addLintCommand(app, session);
     addMatchCommand(app, session);

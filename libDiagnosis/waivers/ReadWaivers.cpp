@@ -16,6 +16,7 @@
 #include "libCommon/text/PrintableText.h"
 #include "libDiagnosis/FaultKindNames.h"
 #include "libDiagnosis/waivers/Waiver.h"
+#include "libDiagnosis/waivers/WaiverFields.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
@@ -25,29 +26,9 @@ namespace {
 
 constexpr std::int64_t SECONDS_OF_A_DAY = 24 * 60 * 60;
 
-struct TextField {
-    StringView attribute;
-    String Waiver::*member;
-    bool isRequired = false;
-};
-
-constexpr StringView KIND = u"kind";
-
-constexpr TextField FIELDS[] = {
-    {u"id", &Waiver::id},
-    {u"type", &Waiver::type},
-    {u"hwlocator", &Waiver::hwLocator},
-    {u"oslocator", &Waiver::osLocator},
-    {u"serial-number", &Waiver::serialNumber},
-    {u"property", &Waiver::property},
-    {u"reason", &Waiver::reason, true},
-    {u"decided-by", &Waiver::decidedBy, true},
-    {u"expires", &Waiver::expires, true},
-};
-
 std::vector<StringView> attributeNames() {
-    std::vector<StringView> names{KIND};
-    for (const TextField& field : FIELDS) {
+    std::vector<StringView> names{WAIVER_KIND};
+    for (const WaiverField& field : WAIVER_FIELDS) {
         names.push_back(field.attribute);
     }
     return names;
@@ -71,7 +52,7 @@ public:
         for (const XmlAttribute& attribute : m_element.Attributes()) {
             readAttribute(attribute);
         }
-        for (const TextField& field : FIELDS) {
+        for (const WaiverField& field : WAIVER_FIELDS) {
             if (field.isRequired && (m_waiver.*field.member).isEmpty()) {
                 mistake("a waiver says " + toUtf8(field.attribute) + "; add " + toUtf8(field.attribute) + "=\"...\"");
             }
@@ -85,10 +66,10 @@ private:
     void mistake(const std::string& text) { m_mistakes.push_back({m_waiver.place, text}); }
 
     void readAttribute(const XmlAttribute& attribute) {
-        const auto field = std::ranges::find(FIELDS, attribute.Name(), &TextField::attribute);
-        if (field != std::end(FIELDS)) {
+        const auto field = std::ranges::find(WAIVER_FIELDS, attribute.Name(), &WaiverField::attribute);
+        if (field != std::end(WAIVER_FIELDS)) {
             m_waiver.*field->member = trimmed(attribute.Value());
-        } else if (attribute.Name() == KIND) {
+        } else if (attribute.Name() == WAIVER_KIND) {
             readKind(attribute.Value());
         } else {
             mistake("nothing reads the attribute \"" + printable(attribute.Name()) + "\" of <waiver>" +
@@ -134,12 +115,12 @@ private:
 
 std::vector<Waiver> readWaivers(const XmlElement& root, std::vector<WaiverMistake>& mistakes) {
     std::vector<Waiver> waivers;
-    if (root.Name() != u"waivers") {
+    if (root.Name() != WAIVERS) {
         mistakes.push_back({placeIn(root), "the root is <" + printable(root.Name()) + ">; expected <waivers>"});
         return waivers;
     }
     for (const XmlElement* const child : childElements(root)) {
-        if (child->Name() == u"waiver") {
+        if (child->Name() == WAIVER) {
             waivers.push_back(Reading(*child, mistakes).waiver());
         } else {
             mistakes.push_back({placeIn(*child), "<" + printable(child->Name()) + "> is no waiver; write <waiver>"});
