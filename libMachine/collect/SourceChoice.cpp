@@ -25,6 +25,31 @@ std::uint64_t bitOf(const std::string& name) {
     return number ? std::uint64_t{1} << *number : 0;
 }
 
+constexpr StringView NOT_ASKED_FOR = u"not asked for";
+
+/// Types of devices that nobody looked for, by whether the recording holds others of the type.
+struct Unread {
+    CapabilityImp devices;
+    CapabilityImp properties;
+
+    void add(const CapabilityImp& type, const CapabilityImp& kept) {
+        const Array<String> names = kept.names();
+        const bool isKept = std::any_of(names.begin(), names.end(),
+                                        [&type](const String& name) { return type.isCapable(CapabilityImp(name)); });
+        CapabilityImp& types = isKept ? properties : devices;
+        types = types | type;
+    }
+
+    void note(const String& source, StringView reason, Recording& recording) const {
+        if (!devices.isEmpty()) {
+            recording.addUnread({source, devices, String(reason), {}});
+        }
+        if (!properties.isEmpty()) {
+            recording.addUnread({source, properties, String(reason), {String(UnreadSource::ANY_PROPERTY)}});
+        }
+    }
+};
+
 CapabilityImp typeOf(const std::string& name) { return CapabilityImp(String::UTF8Decode(name)); }
 
 UnknownCollectName unknown(const std::string& name, bool isExcluded) {
@@ -89,13 +114,43 @@ bool SourceChoice::readsTable() const {
     return false;
 }
 
-void SourceChoice::apply(Recording& recording) const {
-    for (std::size_t place = 1; place < recording.size(); ++place) {
-        const DeviceRecord& device = recording.at(place);
-        if (!isWanted(device.sources) || m_excluded.isCapable(CapabilityImp(device.type))) {
-            recording.leaveOut(place);
+SourceChoice::Silence SourceChoice::silenceOf(std::size_t source) const {
+    if (!isWanted(std::uint64_t{1} << source)) {
+        return Silence::NotAskedFor;
+    }
+    return m_isTableOnly && !sources()[source].readsTable ? Silence::NotInTable : Silence::None;
+}
+
+void SourceChoice::noteSilent(Silence silence, const CapabilityImp& kept, Recording& recording) const {
+    Unread unread;
+    String names;
+    const std::span<const Source> all = sources();
+    for (std::size_t number = 0; number < all.size(); ++number) {
+        if (silenceOf(number) == silence) {
+            names += concat(names.isEmpty() ? StringView(u"sources ") : u", ", String::UTF8Decode(all[number].name));
+            for (const StringView type : all[number].types) {
+                unread.add(CapabilityImp(type), kept);
+            }
         }
     }
+    unread.note(names, silence == Silence::NotAskedFor ? NOT_ASKED_FOR : u"not in the SMBIOS table", recording);
+}
+
+void SourceChoice::apply(Recording& recording) const {
+    CapabilityImp kept(recording.at(0).type);
+    for (std::size_t place = 1; place < recording.size(); ++place) {
+        const CapabilityImp type(recording.at(place).type);
+        if (!isWanted(recording.at(place).sources) || m_excluded.isCapable(type)) {
+            recording.leaveOut(place);
+        } else {
+            kept = kept | type;
+        }
+    }
+    noteSilent(Silence::NotAskedFor, kept, recording);
+    noteSilent(Silence::NotInTable, kept, recording);
+    Unread ofTypes;
+    ofTypes.devices = m_excluded;
+    ofTypes.note(u"devices of these types", NOT_ASKED_FOR, recording);
 }
 
 }  // namespace vrx

@@ -26,11 +26,16 @@ public:
     bool readsTable() const;
 
     /// Leaves out what no wanted source said anything of, and the devices of unwanted types. What is below them moves
-    /// up; the root stays.
+    /// up; the root stays. What nobody asked for is noted as unread: devices of types of which none is left, properties
+    /// of the others.
     void apply(Recording& recording) const;
 
 private:
     bool isWanted(std::uint64_t sources) const noexcept { return (sources & m_wanted) != 0; }
+    /// Why a source says nothing.
+    enum class Silence : std::uint8_t { None, NotAskedFor, NotInTable };
+    Silence silenceOf(std::size_t source) const;
+    void noteSilent(Silence silence, const CapabilityImp& kept, Recording& recording) const;
 
     std::uint64_t m_wanted = 0;  ///< a bit for each source
     CapabilityImp m_excluded;

@@ -17,7 +17,7 @@ struct Source {
     void (*collect)(CollectContext&);
 
     /// Types of the devices that it finds, the rest empty.
-    std::array<StringView, 7> types;
+    std::array<StringView, 10> types;
 
     /// Others find the places of their devices by this one's, so it always runs.
     bool givesPlaces = false;

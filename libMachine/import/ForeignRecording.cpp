@@ -62,14 +62,14 @@ void noteLocators(const Recording& recording, DamageList& damage) {
 }
 
 /// What is lost with damaged text may have been any device.
-void noteLosses(RecordingFormat format, const DamageList& damage, Recording& recording) {
+void noteLosses(const RecordingFormatRow& row, const DamageList& damage, Recording& recording) {
     for (const ImportDamage& one : damage.all()) {
         const DamageLoss loss = lossOf(one.kind);
         if (loss == DamageLoss::Nothing) {
             continue;
         }
         UnreadSource unread{
-            String::UTF8Decode(formatTitle(format)), CapabilityImp::ALL(), String::UTF8Decode(damageText(one)), {}};
+            String::UTF8Decode(row.title), CapabilityImp::ALL(), String::UTF8Decode(damageText(one)), {}};
         if (loss == DamageLoss::Properties) {
             unread.properties.append(String(UnreadSource::ANY_PROPERTY));
         }
@@ -77,11 +77,12 @@ void noteLosses(RecordingFormat format, const DamageList& damage, Recording& rec
     }
 }
 
-/// False when there is no device.
-bool noteWhatIsWrong(RecordingFormat format, Recording& recording, DamageList& damage) {
+/// Notes what is wrong with the recording and what it cannot tell. False when there is no device.
+bool noteLimits(const RecordingFormatRow& row, Recording& recording, DamageList& damage) {
     noteSerialNumbers(recording, damage);
     noteLocators(recording, damage);
-    noteLosses(format, damage, recording);
+    noteLosses(row, damage, recording);
+    noteGaps(row.gaps(), recording);
     return recording.size() > 0;
 }
 
@@ -95,14 +96,14 @@ bool convertForeign(RecordingFormat format, std::string_view bytes, Recording& r
     } else {
         row->convert(mendedText(bytes, damage), recording, damage);
     }
-    return noteWhatIsWrong(format, recording, damage);
+    return noteLimits(*row, recording, damage);
 }
 
 bool convertForeignFolder(RecordingFormat format, const std::string& folder, Recording& recording, DamageList& damage) {
     const RecordingFormatRow* const row = rowOf(format);
     VRX_ASSERT(row != nullptr && row->convertFolder != nullptr);
     row->convertFolder(folder, recording, damage);
-    return noteWhatIsWrong(format, recording, damage);
+    return noteLimits(*row, recording, damage);
 }
 
 }  // namespace vrx

@@ -12,12 +12,13 @@ namespace {
 bool isSysInfo(const RecordingStart& start) { return !start.root().empty(); }
 
 constexpr RecordingFormatRow FORMATS[] = {
-    {RecordingFormat::Dmidecode, "dmidecode", "dmidecode text", isDmidecode, convertDmidecode},
-    {RecordingFormat::HwlocXml, "hwloc-xml", "hwloc XML", isHwlocXml, convertHwlocXml},
-    {RecordingFormat::Redfish, "redfish", "Redfish resources", isRedfish, convertRedfish, convertRedfishFolder, true},
-    {RecordingFormat::LshwXml, "lshw-xml", "lshw XML", isLshwXml, convertLshwXml},
-    {RecordingFormat::LshwJson, "lshw-json", "lshw JSON", isLshwJson, convertLshwJson},
-    {RecordingFormat::SysInfo, "sysinfo", "SysInfo XML", isSysInfo, nullptr},
+    {RecordingFormat::Dmidecode, "dmidecode", "dmidecode text", isDmidecode, convertDmidecode, dmidecodeGaps},
+    {RecordingFormat::HwlocXml, "hwloc-xml", "hwloc XML", isHwlocXml, convertHwlocXml, hwlocGaps},
+    {RecordingFormat::Redfish, "redfish", "Redfish resources", isRedfish, convertRedfish, redfishGaps,
+     convertRedfishFolder, true},
+    {RecordingFormat::LshwXml, "lshw-xml", "lshw XML", isLshwXml, convertLshwXml, lshwGaps},
+    {RecordingFormat::LshwJson, "lshw-json", "lshw JSON", isLshwJson, convertLshwJson, lshwGaps},
+    {RecordingFormat::SysInfo, "sysinfo", "SysInfo XML", isSysInfo, nullptr, nullptr},
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "libMachine/RecordingFormat.h"
+#include "libMachine/import/FormatGaps.h"
 
 namespace vrx {
 
@@ -21,6 +22,9 @@ struct RecordingFormatRow {
 
     /// Null for SysInfo XML, which the engine reads (see Converters.h).
     void (*convert)(std::string_view text, Recording& recording, DamageList& damage);
+
+    /// What its recordings may lack; null for SysInfo XML, which says so itself.
+    std::span<const FormatGap> (*gaps)() noexcept;
 
     /// Null where a recording is one file.
     void (*convertFolder)(const std::string& folder, Recording& recording, DamageList& damage) = nullptr;

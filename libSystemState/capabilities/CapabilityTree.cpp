@@ -38,14 +38,14 @@ constexpr Row TABLE[] = {
     {1, u"ManagementController", {u"BMC"}},
 
     {0, u"Processor", {u"CPU"}},
-    {1, u"ProcessorCore", {u"Core"}},
+    {0, u"ProcessorCore", {u"Core"}},
     {0, u"Cache"},
     {0, u"Coprocessor", {u"Accelerator"}},
 
     {0, u"Memory"},
     {1, u"MemoryModule", {u"DIMM"}},
-    {1, u"MemoryArray"},
-    {1, u"MemoryController"},
+    {0, u"MemoryArray"},
+    {0, u"MemoryController"},
 
     {0, u"Storage", {u"Disk"}},
     {1, u"HardDiskDrive", {u"HDD", u"HardDrive", u"HardDisk"}},

@@ -2,9 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "libInventory/recording/SysInfoWriter.h"
 #include "libMachine/MachineCollector.h"
 #include "libMachine/smbios/FirmwareTable.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "tests/libMachine/support/SavedMachine.h"
@@ -45,6 +48,21 @@ TEST(SourceChoiceTest, aSourceAloneGivesTheSameLocators) {
     EXPECT_EQ(machine.parentOf(u"pci:0000:00:17.0/ata:3"), "system") << "the controller was not asked for";
     EXPECT_EQ(machine.count(u"StorageController"), 0U);
     EXPECT_EQ(machine.count(u"UsbHub"), 0U);
+}
+
+TEST(SourceChoiceTest, whatNobodyAskedForIsUnread) {
+    SavedMachine machine("server");
+    const auto hides = [&machine](StringView type, StringView key) {
+        return std::ranges::any_of(machine.store.unread(), [&](const UnreadSource& unread) {
+            return key.empty() ? unread.mayHide(CapabilityImp(type)) : unread.mayHide(CapabilityImp(type), key);
+        });
+    };
+    machine.collect(optionsOf({}, {"network", "Sensor"}));
+    EXPECT_TRUE(hides(u"FanSensor", u"") && hides(u"Ethernet", u"Address"));
+    EXPECT_FALSE(hides(u"Ethernet", u"") || hides(u"UsbDevice", u"")) << "PCI tells of the adapters";
+    machine.collect(optionsOf({"storage"}, {}));
+    EXPECT_TRUE(hides(u"Ethernet", u"") && hides(u"Processor", u""));
+    EXPECT_FALSE(hides(u"Storage", u""));
 }
 
 TEST(SourceChoiceTest, whatIsBelowAnExcludedDeviceMovesUp) {

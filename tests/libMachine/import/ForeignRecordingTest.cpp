@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -305,6 +306,32 @@ TEST(ForeignRecordingTest, leavesOutWhatIsCutOffAndNumbersThatCountIt) {
     const std::string hwloc = convertData("node.hwloc2.xml");
     const ConvertedMachine secondCore(hwloc.substr(0, hwloc.find("\"Core\" os_index=\"5\"")));
     EXPECT_THAT(secondCore.all(), AllOf(HasSubstr("cpu:1/core:4/l1d"), Not(HasSubstr("l3")), Not(HasSubstr("Cores="))));
+}
+
+// What a format has no room for is not known; of a type that it tells of, no device means none.
+TEST(ForeignRecordingTest, saysWhichTypesARecordingCannotShow) {
+    struct Row {
+        const char* file;
+        std::vector<const char16_t*> hidden;
+        std::vector<const char16_t*> known;
+    };
+    const Row rows[] = {
+        {"dmidecode-blade.txt", {u"Storage", u"NvmeDrive", u"FibreChannel", u"USB"}, {u"Processor", u"DIMM", u"Slot"}},
+        {"node.hwloc2.xml", {u"Fan", u"PSU", u"Slot", u"Volume"}, {u"Core", u"Network", u"NvmeDrive", u"DIMM"}},
+        {"workstation.lshw.xml", {u"Fan", u"Sensor", u"PSU", u"Core"}, {u"Storage", u"Infiniband", u"DIMM", u"USB"}},
+        {"blade.lshw.json", {u"DIMM", u"BIOS", u"TPM"}, {u"PSU", u"Display"}},
+        {"server.redfish.json", {u"Core", u"Monitor", u"Battery"}, {u"Fan", u"Volume", u"Infiniband"}},
+    };
+    for (const Row& row : rows) {
+        const ConvertedMachine machine(convertData(row.file));
+        const auto isHidden = [&machine](const char16_t* type) {
+            return std::ranges::any_of(machine.recording.unread(), [type](const UnreadSource& unread) {
+                return !unread.types.isAll() && unread.mayHide(CapabilityImp(type));
+            });
+        };
+        EXPECT_TRUE(std::ranges::all_of(row.hidden, isHidden)) << row.file;
+        EXPECT_TRUE(std::ranges::none_of(row.known, isHidden)) << row.file;
+    }
 }
 
 }  // namespace

@@ -126,7 +126,7 @@ TEST(RedfishTest, givesDevicesAndSlots) {
         EXPECT_EQ(machine.at(locator), text) << locator;
     }
     EXPECT_EQ(machine.recording.size(), std::size(devices) + 1) << machine.all();
-    ASSERT_EQ(machine.recording.unread().size(), 1U);
+    ASSERT_FALSE(machine.recording.unread().isEmpty());
     EXPECT_TRUE(machine.recording.unread()[0].mayHide(CapabilityImp(StringView(u"DIMM"))));
     EXPECT_FALSE(machine.recording.unread()[0].mayHide(CapabilityImp(StringView(u"Processor"))));
     EXPECT_THAT(machine.damage, ElementsAre("resources that others refer to and the recording does not have: 1 "

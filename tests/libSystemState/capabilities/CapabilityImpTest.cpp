@@ -33,6 +33,8 @@ TEST(CapabilityImpTest, isSatisfiedByItselfAndWhatStandsBelow) {
     EXPECT_FALSE(named(u"SSD").isCapable(named(u"Storage")));
     EXPECT_FALSE(named(u"Storage").isCapable(named(u"Volume")));
     EXPECT_FALSE(named(u"Storage").isCapable(named(u"RAID")));
+    EXPECT_FALSE(named(u"Processor").isCapable(named(u"Core")));
+    EXPECT_FALSE(named(u"Memory").isCapable(named(u"MemoryArray")));
     EXPECT_TRUE((named(u"Network") | named(u"Storage")).isCapable(named(u"SSD")));
 
     const CapabilityImp& all = CapabilityImp::ALL();
