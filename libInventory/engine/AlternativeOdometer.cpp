@@ -31,40 +31,6 @@ void stepDigit(ElementContext& context, bool& increment) {
     }
 }
 
-XmlElement* childAt(XmlElement* first, std::uint32_t position) {
-    XmlElement* child = first;
-    for (std::uint32_t i = 0; i < position; ++i) {
-        XmlElement* const next = child->NextSiblingElement();
-        if (next == nullptr) {
-            break;
-        }
-        child = next;
-    }
-    return child;
-}
-
-bool isPruned(const XmlElement* alternative) {
-    const auto* const context = static_cast<const ElementContext*>(alternative->GetUserData());
-    VRX_ASSERT_TEXT(context, "childContext");
-    return context->m_pruned;
-}
-
-/// The alternative to take from `start` on: the next that is not pruned, or `start` itself when there is none.
-XmlElement* skipPruned(XmlElement* start, std::uint32_t& selectedChild) {
-    const std::uint32_t remembered = selectedChild;
-    XmlElement* child = start;
-    while (isPruned(child)) {
-        XmlElement* const next = child->NextSiblingElement();
-        if (next == nullptr) {
-            selectedChild = remembered;
-            return start;
-        }
-        child = next;
-        ++selectedChild;
-    }
-    return child;
-}
-
 }  // namespace
 
 void AlternativeOdometer::merge(XmlElement* root, bool step) {
@@ -97,12 +63,14 @@ void AlternativeOdometer::mergeAlternative(XmlElement* element) {
     if (m_carries) {
         stepDigit(*context, m_carries);
     }
-    XmlElement* const first = element->FirstChildElement();
-    if (first == nullptr) {
+    VRX_ASSERT_TEXT(context->m_alternatives, "context->m_alternatives");
+    const AlternativeList& alternatives = *context->m_alternatives;
+    context->m_selectedChild = alternatives.skipPruned(context->m_selectedChild);
+    XmlElement* const chosen = alternatives.at(context->m_selectedChild);
+    if (chosen == nullptr) {
         context->m_atLastChild = true;
         return;
     }
-    XmlElement* const chosen = skipPruned(childAt(first, context->m_selectedChild), context->m_selectedChild);
     const ElementContext* const childContext = InventoryState::existingContext(chosen);
     VRX_ASSERT(childContext);
     VRX_ASSERT(childContext->m_associationIndex > 0);

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+
+#include "libInventory/engine/AlternativeList.h"
 
 namespace vrx {
 
@@ -13,6 +16,9 @@ struct ElementContext {
     /// For an alternative (a child of an `or`): the association set that its subtree fills, always above 0.
     /// -1: none yet.
     std::int32_t m_associationIndex = -1;
+
+    /// For an `or`: its children, as the first pass of the present run found them.
+    std::unique_ptr<const AlternativeList> m_alternatives;
 
     /// For an `or`: 0-based index of the chosen child.
     std::uint32_t m_selectedChild = 0;

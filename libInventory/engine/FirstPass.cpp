@@ -8,6 +8,8 @@
 #include "libInventory/engine/FirstPass.h"
 
 #include <limits>
+#include <memory>
+#include <utility>
 
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/ScriptNotices.h"
@@ -62,8 +64,11 @@ bool FirstPass::ofOr(XmlElement* element, bool underNot) {
     std::uint32_t bestErrorPermutation = 0;
     Inventory::ErrorSpec previous;
     std::uint32_t position = 0;
+    auto alternatives = std::make_unique<AlternativeList>();
     for (XmlElement* const child : childElements(element)) {
-        if (ofAlternative(child, underNot)) {
+        const bool isPossible = ofAlternative(child, underNot);
+        alternatives->append(child, !isPossible);
+        if (isPossible) {
             ++possibleChildren;
         } else {
             Inventory::ErrorSpec current;
@@ -82,6 +87,7 @@ bool FirstPass::ofOr(XmlElement* element, bool underNot) {
         }
         ++position;
     }
+    context.m_alternatives = std::move(alternatives);
     if (possibleChildren > 0) {
         multiplyCombinations(possibleChildren);
     }

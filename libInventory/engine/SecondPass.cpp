@@ -127,16 +127,8 @@ bool SecondPass::skipsPrunedOr(XmlElement* element) {
 }
 
 bool SecondPass::ofOr(XmlElement* element, bool underNot) {
-    XmlElement* chosen = element->FirstChildElement();
-    const std::uint32_t steps = InventoryState::existingContext(element)->m_selectedChild;
-    for (std::uint32_t i = 0; i < steps; ++i) {
-        XmlElement* const next = chosen->NextSiblingElement();
-        if (next == nullptr) {
-            break;
-        }
-        chosen = next;
-    }
-    const bool satisfied = run(chosen, underNot);
+    const ElementContext& context = *InventoryState::existingContext(element);
+    const bool satisfied = run(context.m_alternatives->at(context.m_selectedChild), underNot);
     if (!satisfied) {
         m_filing.fileUnsatisfied(element, m_slot);
     }

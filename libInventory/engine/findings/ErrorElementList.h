@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/unordered/unordered_flat_map.hpp>
+#include <cstddef>
 #include <cstdint>
 
 namespace vrx {
@@ -14,8 +15,17 @@ public:
     void prepend(XmlElement* element) { ++m_counts[element]; }
     void append(XmlElement* element) { ++m_counts[element]; }
     bool contains(XmlElement* element) const { return m_counts.contains(element); }
+    std::size_t size() const noexcept { return m_counts.size(); }
     bool isEmpty() const noexcept { return m_counts.empty(); }
     void clear() noexcept { m_counts.clear(); }
+
+    /// Calls `visit` with each element once, in no order.
+    template <typename Visit>
+    void forEach(const Visit& visit) const {
+        for (const auto& [element, count] : m_counts) {
+            visit(element);
+        }
+    }
 
     /// Takes one occurrence away.
     void removeFirst(XmlElement* element) {

@@ -1,16 +1,12 @@
 /// Filing findings: every finding of a run is put down against a script element in one of four error slots, counted
-/// there, and forgotten again when the element turns out satisfied. The script itself is not touched while the search
-/// runs; ErrorGathering writes the chosen slot into it at the end.
+/// there, and forgotten again when the element turns out satisfied (ErrorFilingSubtree.cpp). The script itself is not
+/// touched while the search runs; ErrorGathering writes the chosen slot into it at the end.
 
 #include "libInventory/engine/findings/ErrorFiling.h"
 
 #include "libCommon/Assertion.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
-#include "libInventory/script/ScriptElement.h"
-#include "libInventory/script/ScriptVocabulary.h"
-#include "libInventory/script/XmlChildren.h"
-#include "libInventory/support/InventoryLog.h"
 
 namespace vrx {
 
@@ -22,17 +18,6 @@ FiledFindings::Entry entryOfProperty(FindingKind kind, const boost::shared_ptr<I
                                      std::uint32_t candidate, const PropertyExpectation& expectation) {
     const auto entries = static_cast<std::uint32_t>(expectation.entries().size());
     return {nullptr, device, kind, entries & MOST_ENTRIES, candidate};
-}
-
-/// The lines of a clearing that has nothing to clear.
-void logClearing(const XmlElement& element) {
-    if (!inventoryLog().isEnabled(LogPriority::Debug)) {
-        return;
-    }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"clearErrors() - " << placeOf(&element) << element.Name());
-    for (const XmlElement* child = element.FirstChildElement(); child; child = child->NextSiblingElement()) {
-        logClearing(*child);
-    }
 }
 
 }  // namespace
@@ -69,57 +54,6 @@ void ErrorFiling::fileExtra(XmlElement* element, const ExtraDevice& extra, bool 
     m_state.m_extraTables[slot][element].append(extra);
     if (isFailure) {
         m_state.m_tipTables[slot][element].append({nullptr, extra.device, FindingKind::ExtraDevice, 0, 0});
-    }
-}
-
-void ErrorFiling::clear(XmlElement* element, unsigned slot) {
-    if (element == nullptr) {
-        return;
-    }
-    InventoryState::FindingTable& findings = m_state.m_tipTables[slot];
-    ErrorElementList& errorElements = m_state.m_errorElementLists[slot];
-    const bool nothingFiled = findings.isEmpty() && errorElements.isEmpty();
-    if (nothingFiled) {
-        logClearing(*element);
-        return;
-    }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, u"clearErrors() - " << placeOf(element) << element->Name());
-    if (FiledFindings* const filed = findings.find(element)) {
-        filed->clear();
-    }
-    errorElements.removeFirst(element);
-    for (XmlElement* const child : childElements(element)) {
-        clear(child, slot);
-    }
-}
-
-void ErrorFiling::count(XmlElement* element, unsigned slot, Inventory::ErrorSpec& spec) const {
-    if (element == nullptr) {
-        return;
-    }
-    const InventoryState::FindingTable& findings = m_state.m_tipTables[slot];
-    const ErrorElementList& errorElements = m_state.m_errorElementLists[slot];
-    if (findings.isEmpty() && errorElements.isEmpty()) {
-        return;
-    }
-    const ElementContext* const context = InventoryState::existingContext(element);
-    const FiledFindings* const filed = findings.find(element);
-    const bool isErrorElement = errorElements.contains(element);
-    spec.numErrors += filed != nullptr ? static_cast<std::uint32_t>(filed->count()) : 0;
-    spec.numErrors += isErrorElement ? 1 : 0;
-    if ((filed != nullptr || isErrorElement) && context != nullptr) {
-        VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u"getErrorCount(" << element->Name() << u") index: " << context->m_andIndex);
-        spec.indexSum += context->m_andIndex;
-    }
-    for (XmlElement* const child : childElements(element)) {
-        Inventory::ErrorSpec ofChild;
-        count(child, slot, ofChild);
-        spec.numErrors += ofChild.numErrors;
-        spec.indexSum += ofChild.indexSum;
-        if (ofChild.numErrors != 0 && context != nullptr) {
-            spec.indexSum += context->m_andIndex;
-        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <vector>
 
 #include "libCommon/Forward.h"
 #include "libCommon/text/String.h"
@@ -44,6 +45,13 @@ public:
     void count(XmlElement* element, unsigned slot, Inventory::ErrorSpec& spec) const;
 
 private:
+    void clearDownwards(XmlElement* element, unsigned slot);
+    void clearOne(XmlElement* element, unsigned slot);
+    void countDownwards(XmlElement* element, unsigned slot, Inventory::ErrorSpec& spec) const;
+    void countOne(XmlElement* element, unsigned slot, Inventory::ErrorSpec& spec) const;
+    void countUpwards(const XmlElement& root, const std::vector<XmlElement*>& filed, unsigned slot,
+                      Inventory::ErrorSpec& spec) const;
+
     InventoryState& m_state;
 };
 
