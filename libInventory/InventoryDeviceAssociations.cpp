@@ -60,28 +60,28 @@ void Associations::link(InventoryNode& inventoryNode, const boost::shared_ptr<ID
     if (!device) {
         return;
     }
-    VRX_LOG(inventoryLog(), LogPriority::Debug, linkText(inventoryNode.m_element, *device));
+    logLink(inventoryNode.m_element, *device);
     connect(inventoryNode, device);
 }
 
-void Associations::associateAgain(const XmlElement* element, const Array<boost::shared_ptr<IDeviceImp>>& devices) {
-    VRX_ASSERT_TEXT(element, "invElement");
-    InventoryNode& inventoryNode = nodeOf(element);
-    for (const auto& device : devices) {
-        connect(inventoryNode, device);
-    }
+void Associations::logLink(const XmlElement* element, const IDeviceImp& device) {
+    VRX_LOG(inventoryLog(), LogPriority::Debug, linkText(element, device));
 }
 
 void Associations::connect(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device) {
-    DeviceNode& deviceNode = nodeOf(device);
+    keepInOrder(inventoryNode);
     inventoryNode.m_hasEverMatched = true;
+    m_storage->link(inventoryNode, nodeOf(device));
+}
+
+void Associations::Storage::link(GraphNode& inventoryNode, GraphNode& deviceNode) {
     const auto inventoryIndex = static_cast<std::uint32_t>(inventoryNode.m_links.size());
     const auto deviceIndex = static_cast<std::uint32_t>(deviceNode.m_links.size());
     deviceNode.m_links.push_back({&inventoryNode, inventoryIndex});
     ++deviceNode.m_linkCount;
     inventoryNode.m_links.push_back({&deviceNode, deviceIndex});
     ++inventoryNode.m_linkCount;
-    m_storage->hasBranches = m_storage->hasBranches || inventoryIndex > 0 || deviceIndex > 0;
+    hasBranches = hasBranches || inventoryIndex > 0 || deviceIndex > 0;
 }
 
 const Associations::InventoryNode* Associations::findNode(const XmlElement* element) const {
@@ -141,10 +141,9 @@ bool Associations::isExtra(const boost::shared_ptr<IDeviceImp>& device, bool& fo
     }
     VRX_ASSERT_TEXT(*entry, "devToXml");
     found = true;
-    const std::uint32_t links = (*entry)->linkCount();
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"isExtra() found " << device->type().toString(0, false) << u" links: " << links);
-    return links == 0;
+            u"isExtra() found " << device->type().toString(0, false) << u" links: " << (*entry)->partners().size());
+    return (*entry)->linkCount() == 0;
 }
 
 bool Associations::hasEverMatched(const XmlElement* element) const {
@@ -175,7 +174,7 @@ void Associations::getMatchedDevices(const XmlElement* element, Array<boost::sha
 
 void Associations::getAssociatedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const {
     if (const InventoryNode* const node = findNode(element)) {
-        for (const GraphNode::Link& link : node->links()) {
+        for (const GraphNode::Link& link : node->allLinks()) {
             out.append(static_cast<const DeviceNode*>(link.partner)->device());
         }
     }
@@ -192,9 +191,13 @@ void Associations::logLinks() const {
         return;
     }
     for (const auto& entry : m_inventoryNodes) {
-        entry.value->forEachLink([&](const DeviceNode& device) {
-            VRX_LOG(inventoryLog(), LogPriority::Debug, linkText(entry.key, *device.device()));
-        });
+        logLinks(*entry.value);
+    }
+}
+
+void Associations::logLinks(const InventoryNode& node) {
+    if (inventoryLog().isEnabled(LogPriority::Debug)) {
+        node.forEachLink([&node](const DeviceNode& device) { logLink(node.m_element, *device.device()); });
     }
 }
 
@@ -222,6 +225,9 @@ void Associations::clear() {
     for (std::size_t i = 0; i < m_storage->usedDeviceNodes; ++i) {
         m_storage->deviceNodes[i].reset(boost::shared_ptr<IDeviceImp>());
     }
+    m_storage->bundles.clear();
+    m_storage->openBundles.clear();
+    m_storage->allowsBundles = true;
     m_storage->usedInventoryNodes = 0;
     m_storage->usedDeviceNodes = 0;
     m_storage->hasBranches = false;
@@ -231,18 +237,26 @@ void Associations::clear() {
 
 void Associations::mark() {
     Storage& storage = *m_storage;
-    storage.compact();
+    if (storage.hasRemovedLinks) {
+        dissolveBundles();
+        storage.compact();
+    }
     Storage::Mark mark;
     mark.inventoryNodes = storage.usedInventoryNodes;
     mark.deviceNodes = storage.usedDeviceNodes;
+    mark.bundles = storage.bundles.size();
     mark.hasBranches = storage.hasBranches;
     mark.linkCounts.reserve(mark.inventoryNodes + mark.deviceNodes);
     std::for_each_n(storage.inventoryNodes.begin(), mark.inventoryNodes, [&](const InventoryNode& node) {
-        mark.linkCounts.push_back(node.linkCount());
+        mark.linkCounts.push_back(node.GraphNode::linkCount());
         mark.everMatched.push_back(node.hasEverMatched());
     });
     std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes,
                     [&](const DeviceNode& node) { mark.linkCounts.push_back(node.linkCount()); });
+    for (const Bundle& bundle : storage.bundles) {
+        mark.linkCounts.push_back(bundle.linkCount());
+    }
+    storage.openBundles.clear();
     storage.mark = std::move(mark);
 }
 
@@ -260,6 +274,10 @@ bool Associations::rewind() {
         m_deviceNodes.remove(node.device().get());
         node.reset(boost::shared_ptr<IDeviceImp>());
     }
+    while (storage.bundles.size() > mark.bundles) {
+        storage.bundles.pop_back();
+    }
+    storage.openBundles.clear();
     storage.hasBranches = mark.hasBranches;
     storage.hasRemovedLinks = false;
     const GraphNode::Link* links = mark.links.data();
@@ -276,9 +294,17 @@ bool Associations::rewind() {
     auto everMatched = mark.everMatched.begin();
     std::for_each_n(storage.inventoryNodes.begin(), mark.inventoryNodes, [&](InventoryNode& node) {
         putBack(node);
+        node.m_kept = nullptr;
         node.m_hasEverMatched = *everMatched++;
     });
-    std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes, putBack);
+    std::for_each_n(storage.deviceNodes.begin(), mark.deviceNodes, [&](DeviceNode& node) {
+        putBack(node);
+        node.m_kept = nullptr;
+    });
+    for (Bundle& bundle : storage.bundles) {
+        putBack(bundle);
+        bundle.m_taken = 0;
+    }
     rememberDevices();
     return true;
 }
@@ -306,8 +332,14 @@ void Associations::append(const InventoryDeviceAssociations& other) {
         m_deviceNodes.reserve(other.m_deviceNodes.size());
     }
     for (const auto& entry : other.m_inventoryNodes) {
-        InventoryNode& node = nodeOf(entry.key);
-        entry.value->forEachLink([&](const DeviceNode& device) { link(node, device.device()); });
+        const Bundle* const bundle = entry.value->m_bundle;
+        if (bundle != nullptr && bundle->isWhole()) {
+            logLinks(*entry.value);
+            associateAgain(entry.key, bundle->m_devices);
+        } else {
+            InventoryNode& node = nodeOf(entry.key);
+            entry.value->forEachLink([&](const DeviceNode& device) { link(node, device.device()); });
+        }
     }
 }
 

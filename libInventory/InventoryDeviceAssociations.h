@@ -34,7 +34,9 @@ public:
     class GraphNode;
     class InventoryNode;
     class DeviceNode;
+    class Bundle;
     class LinkReduction;
+    using SharedDevices = std::shared_ptr<const Array<boost::shared_ptr<IDeviceImp>>>;
 
     InventoryDeviceAssociations();
     InventoryDeviceAssociations(const InventoryDeviceAssociations& other);
@@ -49,8 +51,13 @@ public:
     /// only makes the element known. Requires: element is not null.
     void associate(const XmlElement* element, const boost::shared_ptr<IDeviceImp>& device);
 
-    /// Links an element with devices that the log has been told of already. Requires: nothing is null.
-    void associateAgain(const XmlElement* element, const Array<boost::shared_ptr<IDeviceImp>>& devices);
+    /// Links an element with devices that the log has been told of already. Elements that are given the very same list
+    /// one after the other share its links, so that many equal elements on many equal devices cost no more than the
+    /// ones and the others. Requires: nothing is null, and no device stands twice.
+    void associateAgain(const XmlElement* element, const SharedDevices& devices);
+
+    /// Tells the log of a link that `associateAgain` is to make.
+    static void logLink(const XmlElement* element, const IDeviceImp& device);
 
     /// Whether the device is known and has no links left; `found` becomes true when it is known and is left as it was
     /// otherwise.
@@ -107,7 +114,11 @@ private:
     DeviceNode& nodeOf(const boost::shared_ptr<IDeviceImp>& device);
     void link(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device);
     void connect(InventoryNode& inventoryNode, const boost::shared_ptr<IDeviceImp>& device);
+    void keepInOrder(const InventoryNode& inventoryNode);
+    Bundle& bundleOf(const SharedDevices& devices);
+    void dissolveBundles();
     void rememberDevices();
+    static void logLinks(const InventoryNode& node);
 
     OrderedHashTable<const XmlElement*, InventoryNode*> m_inventoryNodes;
     OrderedHashTable<const IDeviceImp*, DeviceNode*> m_deviceNodes;

@@ -16,6 +16,8 @@
 /// equal entries goes first, and the walk over a node's links goes by the indices of the list as it is at that moment.
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "libCommon/Assertion.h"
 #include "libInventory/InventoryDeviceAssociations.h"
@@ -36,15 +38,23 @@ public:
 
     void reduce(GraphNode& node);
 
+    /// The same where some partners may be bundles.
+    void reduceBundled(DeviceNode& node);
+
+    /// The same for a member of a bundle.
+    void reduceMember(InventoryNode& node);
+
     /// Puts the counterparts right after entries were erased, once every element has at most one link.
     static void renumber(Storage& storage);
 
 private:
+    void reduceTo(GraphNode& node, Uint32 leastIndex);
+    void takeMember(DeviceNode& node, Bundle& bundle, Uint32 index);
     Uint32 leastLinkedPartner(const GraphNode& node) const;
     bool removeLink(GraphNode& node, const GraphNode& partner, Uint32 index);
     bool removeAllLinksExcept(GraphNode& node, const GraphNode& kept, Uint32 index);
     Uint32 lastIndexOf(const GraphNode& node, const GraphNode& partner, Uint32 index) const;
-    static void logKeeping(const GraphNode& node, Uint32 leastIndex);
+    static void logKeeping(const GraphNode& node, const GraphNode& kept);
 
     bool m_hasParallelLinks;
 };
@@ -55,16 +65,20 @@ void Associations::removeExtraLinks() {
         return;
     }
     const bool hasParallelLinks = LinkReduction::findParallelLinks(storage);
+    const bool hasForgottenDevices = m_deviceNodes.size() != storage.usedDeviceNodes;
+    if (hasParallelLinks || hasForgottenDevices) {
+        dissolveBundles();
+    }
     if (hasParallelLinks) {
         storage.backUpMarkedLinks();
         storage.compact();
     }
     LinkReduction reduction(hasParallelLinks);
     for (const auto& entry : m_deviceNodes) {
-        reduction.reduce(*entry.value);
+        storage.bundles.empty() ? reduction.reduce(*entry.value) : reduction.reduceBundled(*entry.value);
     }
     for (const auto& entry : m_inventoryNodes) {
-        reduction.reduce(*entry.value);
+        entry.value->m_bundle == nullptr ? reduction.reduce(*entry.value) : reduction.reduceMember(*entry.value);
     }
     if (hasParallelLinks) {
         LinkReduction::renumber(storage);
@@ -90,14 +104,14 @@ bool Associations::LinkReduction::findParallelLinks(Storage& storage) {
 }
 
 void Associations::LinkReduction::reduce(GraphNode& node) {
-    if (node.m_linkCount < 2) {
-        return;
+    if (node.m_linkCount >= 2) {
+        reduceTo(node, leastLinkedPartner(node));
     }
-    const Uint32 leastIndex = leastLinkedPartner(node);
+}
+
+void Associations::LinkReduction::reduceTo(GraphNode& node, Uint32 leastIndex) {
     GraphNode& kept = *node.m_links[leastIndex].partner;
-    if (inventoryLog().isEnabled(LogPriority::Debug)) {
-        logKeeping(node, leastIndex);
-    }
+    logKeeping(node.single(), kept.single());
     for (Uint32 i = 0; i < node.m_links.size(); ++i) {
         const GraphNode::Link link = node.m_links[i];
         if (link.isRemoved) {
@@ -117,6 +131,56 @@ void Associations::LinkReduction::reduce(GraphNode& node) {
                                                  << node.toString(1, 3));
     }
     VRX_ASSERT_TEXT(node.m_linkCount == 1, "m_links.size() == 1");
+}
+
+/// A bundle counts as the members that are left in it. Each of them has as many links as the bundle, and the next to go
+/// stands for it where several partners have as few.
+void Associations::LinkReduction::reduceBundled(DeviceNode& node) {
+    if (node.m_kept != nullptr) {
+        return;
+    }
+    std::size_t partners = 0;
+    Uint32 leastIndex = GraphNode::NONE;
+    std::pair<Uint32, std::size_t> least;
+    for (Uint32 i = 0; i < node.m_links.size(); ++i) {
+        const GraphNode::Link& link = node.m_links[i];
+        if (link.isRemoved) {
+            continue;
+        }
+        partners += link.partner->width();
+        const std::pair<Uint32, std::size_t> candidate{link.partner->m_linkCount, link.partner->position()};
+        if (leastIndex == GraphNode::NONE || candidate < least) {
+            leastIndex = i;
+            least = candidate;
+        }
+    }
+    if (partners < 2) {
+        return;
+    }
+    GraphNode& kept = *node.m_links[leastIndex].partner;
+    if (kept.width() > 1) {
+        takeMember(node, static_cast<Bundle&>(kept), leastIndex);
+    } else {
+        reduceTo(node, leastIndex);
+    }
+}
+
+/// The next member of the bundle goes to the device, which leaves the others without it; the device leaves all others.
+void Associations::LinkReduction::takeMember(DeviceNode& node, Bundle& bundle, Uint32 index) {
+    logKeeping(node, bundle.single());
+    InventoryNode& member = *bundle.m_members[bundle.m_taken++];
+    member.m_kept = &node;
+    node.m_kept = &member;
+    removeAllLinksExcept(node, bundle, index);
+    bundle.m_links[node.m_links[index].counterpart].isRemoved = true;
+    --bundle.m_linkCount;
+}
+
+/// What is left of a bundle after all devices have chosen has links only where it is a single member.
+void Associations::LinkReduction::reduceMember(InventoryNode& node) {
+    if (node.m_kept == nullptr && node.m_bundle->width() == 1) {
+        reduce(*node.m_bundle);
+    }
 }
 
 Uint32 Associations::LinkReduction::leastLinkedPartner(const GraphNode& node) const {
@@ -232,14 +296,15 @@ void Associations::Storage::backUpMarkedLinks() {
     mark->hasLinks = true;
 }
 
-void Associations::LinkReduction::logKeeping(const GraphNode& node, Uint32 leastIndex) {
-    Uint32 position = 0;
-    for (Uint32 i = 0; i < leastIndex; ++i) {
-        position += node.m_links[i].isRemoved ? 0U : 1U;
+void Associations::LinkReduction::logKeeping(const GraphNode& node, const GraphNode& kept) {
+    if (!inventoryLog().isEnabled(LogPriority::Debug)) {
+        return;
     }
+    const std::vector<const GraphNode*> partners = node.partners();
+    const auto position = std::find(partners.begin(), partners.end(), &kept) - partners.begin();
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"removeExtraLinks() \n\t this = " << node.toString(1, 3) << u" \n\t keeping: leastIndex = " << position
-                                               << u" : " << node.m_links[leastIndex].partner->toString(1, 3));
+                                               << u" : " << kept.toString(1, 3));
 }
 
 }  // namespace vrx

@@ -1,15 +1,20 @@
 #pragma once
 
-#include <boost/unordered/unordered_flat_map.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "libCommon/Forward.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libInventory/engine/matching/ContentTest.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {
+
+struct RunRecord;
 
 /// The `fail-on-extra` elements of a script, read once for a run: which devices each covers, and which satisfy its
 /// constraints. Neither depends on the combination of alternatives, so answers are kept between combinations.
@@ -28,21 +33,41 @@ public:
 
     bool hasConstraints(std::size_t rule) const { return m_rules[rule].hasConstraints; }
 
-    /// Whether the device satisfies the rule's constraints; true when it has none.
-    bool satisfiesConstraints(std::size_t rule, const IDeviceImp& device);
+    /// Whether the covered device at that position satisfies the rule's constraints; true when it has none. The record
+    /// learns what was given up for the log alone.
+    bool satisfiesConstraints(std::size_t rule, std::size_t position, RunRecord& record);
+
+    /// Whether the covered device at that position can be asked at all (Inventory::canCheckDevice).
+    bool canAsk(std::size_t position) const { return m_askable[position] != Askable::No; }
 
 private:
+    enum class Answer : std::uint8_t { Unknown, Yes, No };
+
+    /// How a device stands to constraints, whatever these are.
+    enum class Askable : std::uint8_t {
+        Yes,
+        OfInvalidType,  ///< meets none
+        Oddly,          ///< its type's name is no name for that type: only a run of its own can tell
+        No
+    };
+    static Askable askableOf(const IDeviceImp& device);
+
     struct Rule {
         const XmlElement* element;
         CapabilityImp type;
         CapabilityImp capability;
         bool hasConstraints = false;
-        String constraints;  ///< XML text of all children, for the single-device check
-        boost::unordered_flat_map<const IDeviceImp*, bool> answers;
+        String constraints;                          ///< XML text of all children, for the single-device check
+        std::unique_ptr<const ContentTest> content;  ///< the same made ready, once somebody has asked
+        std::vector<Answer> answers;                 ///< by position of the device
     };
+
+    bool ask(Rule& rule, std::size_t position, RunRecord& record) const;
+    static void logRun(const Rule& rule, const IDeviceImp& device, RunRecord& record);
 
     std::vector<Rule> m_rules;
     StateManager::DeviceArray m_covered;
+    std::vector<Askable> m_askable;  ///< by position of the device
 };
 
 }  // namespace vrx

@@ -23,9 +23,10 @@ bool ExtraDeviceSearch::findNone(unsigned slot) {
                 std::make_unique<ExtraDeviceRules>(m_state.m_failOnExtraElements, *m_state.m_stateManager);
         }
         std::size_t at = 0;
-        for (const auto& device : m_state.m_extraDeviceRules->coveredDevices()) {
-            logPassedOver(at, device.get());
-            foundExtras = examine(device, slot) || foundExtras;
+        const StateManager::DeviceArray& covered = m_state.m_extraDeviceRules->coveredDevices();
+        for (std::size_t position = 0; position < covered.size(); ++position) {
+            logPassedOver(at, covered[position].get());
+            foundExtras = examine(position, slot) || foundExtras;
         }
         logPassedOver(at, nullptr);
     }
@@ -34,8 +35,10 @@ bool ExtraDeviceSearch::findNone(unsigned slot) {
 }
 
 // Contract: a rule's constraints are asked whether or not the device turned out extra.
-bool ExtraDeviceSearch::examine(const boost::shared_ptr<IDeviceImp>& device, unsigned slot) {
+bool ExtraDeviceSearch::examine(std::size_t position, unsigned slot) {
     ExtraDeviceRules& rules = *m_state.m_extraDeviceRules;
+    const boost::shared_ptr<IDeviceImp>& device = rules.coveredDevices()[position];
+    bool isNoted = false;
     for (std::size_t rule = 0; rule < rules.count(); ++rule) {
         VRX_LOG(inventoryLog(), LogPriority::Debug,
                 u"checkForExtraDevices() dev: " << device->guid() << u" extra: " << rules.element(rule).toString());
@@ -43,9 +46,10 @@ bool ExtraDeviceSearch::examine(const boost::shared_ptr<IDeviceImp>& device, uns
             continue;
         }
         const bool isUnclaimed = hasNoLinks(device);
-        const bool meetsConstraints = rules.satisfiesConstraints(rule, *device);
-        if (isUnclaimed && rules.hasConstraints(rule)) {
+        const bool meetsConstraints = rules.satisfiesConstraints(rule, position, m_state.m_record);
+        if (isUnclaimed && rules.hasConstraints(rule) && !rules.canAsk(position) && !isNoted) {
             noteUndecided(device);
+            isNoted = true;
         }
         if (isUnclaimed && meetsConstraints) {
             ErrorFiling(m_state).fileExtra(m_state.root(), {device, &rules.element(rule)}, true, slot);
@@ -66,9 +70,6 @@ bool ExtraDeviceSearch::hasNoLinks(const boost::shared_ptr<IDeviceImp>& device) 
 }
 
 void ExtraDeviceSearch::noteUndecided(const boost::shared_ptr<IDeviceImp>& device) {
-    if (Inventory::canCheckDevice(*device)) {
-        return;
-    }
     auto& undecided = m_state.m_record.summary.undecidedExtras;
     if (std::find(undecided.begin(), undecided.end(), device) == undecided.end()) {
         undecided.append(device);

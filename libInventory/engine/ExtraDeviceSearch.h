@@ -18,7 +18,7 @@ public:
     bool findNone(unsigned slot);
 
 private:
-    bool examine(const boost::shared_ptr<IDeviceImp>& device, unsigned slot);
+    bool examine(std::size_t position, unsigned slot);
     bool hasNoLinks(const boost::shared_ptr<IDeviceImp>& device) const;
     void noteUndecided(const boost::shared_ptr<IDeviceImp>& device);
     void logPassedOver(std::size_t& at, const IDeviceImp* next) const;

@@ -13,7 +13,7 @@ struct InventoryState;
 /// The walk over the script that comes before every combination.
 class FirstPass {
 public:
-    explicit FirstPass(InventoryState& state) noexcept : m_state(state), m_matcher(state), m_filing(state) {}
+    explicit FirstPass(InventoryState& state) : m_state(state), m_matcher(state), m_filing(state) {}
 
     /// Whether the element can be satisfied; true for none. Devices that match go into the association set of that
     /// index: 0 outside of all alternatives.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -105,6 +106,9 @@ struct InventoryState {
 
     /// The devices that are being tried; null while none are.
     CandidateList* m_candidates = nullptr;
+
+    /// How often observers were told something, after which the store may be another.
+    std::size_t m_tellings = 0;
 
     /// Asked before each combination; empty for nobody.
     std::function<bool(const RunProgress&)> m_progress;

@@ -23,6 +23,7 @@ void ScriptNotices::tellAll(const Tell& tell) {
         m_state.m_candidates->makeOwn();
     }
     const std::size_t count = m_state.m_observers.size();
+    m_state.m_tellings += count;
     for (std::size_t i = 0; i < count; ++i) {
         tell(*m_state.m_observers[i]);
     }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
+#include <utility>
 
-#include "libCommon/containers/Array.h"
 #include "libCommon/containers/HashTable.h"
 #include "libCommon/text/String.h"
-#include "libSystemState/Forward.h"
+#include "libInventory/support/SharedLists.h"
 
 namespace vrx {
 
@@ -16,19 +15,19 @@ namespace vrx {
 /// repeated from the cache.
 class MatchCache {
 public:
-    using DeviceArray = Array<boost::shared_ptr<IDeviceImp>>;
-
     /// The devices known to satisfy the element; null when nobody has asked yet.
-    const DeviceArray* find(const String& elementText) const { return m_answers.find(elementText); }
+    SharedLists::Pointer find(const String& elementText) const {
+        const SharedLists::Pointer* const known = m_answers.find(elementText);
+        return known != nullptr ? *known : nullptr;
+    }
 
-    const DeviceArray& keep(const String& elementText, DeviceArray devices) {
-        DeviceArray& kept = m_answers[elementText];
-        kept = std::move(devices);
-        return kept;
+    void keep(const String& elementText, SharedLists::DeviceArray devices) {
+        m_answers.set(elementText, m_lists.share(std::move(devices)));
     }
 
 private:
-    HashTable<String, DeviceArray> m_answers;
+    SharedLists m_lists;
+    HashTable<String, SharedLists::Pointer> m_answers;
 };
 
 }  // namespace vrx

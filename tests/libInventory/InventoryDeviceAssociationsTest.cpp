@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <random>
+#include <utility>
 
 #include "libCommon/error/StructuredException.h"
+#include "libCommon/logging/Logger.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "tests/libInventory/support/PlainReduction.h"
 #include "tests/libInventory/support/World.h"
@@ -26,6 +29,21 @@ struct Graph {
         }
     }
 
+    /// A list of so many devices that links to it are shared.
+    Associations::SharedDevices someDevices(std::mt19937& random) const {
+        Array<DevicePointer> some;
+        for (const DevicePointer& device : devices) {
+            if (random() % 4 != 0) {
+                random() % 2 != 0 ? some.prepend(device) : static_cast<void>(some.append(device));
+            }
+        }
+        return std::make_shared<const Array<DevicePointer>>(std::move(some));
+    }
+
+    int indexOf(const DevicePointer& device) const {
+        return static_cast<int>(std::find(devices.begin(), devices.end(), device) - devices.begin());
+    }
+
     void link(int element, int device) { graph.associate(elements[element], devices[device]); }
 
     std::vector<int> partners(const Associations& of, int element) const {
@@ -33,7 +51,7 @@ struct Graph {
         of.getMatchedDevices(elements[element], found);
         std::vector<int> indices;
         for (const auto& device : found) {
-            indices.push_back(static_cast<int>(std::find(devices.begin(), devices.end(), device) - devices.begin()));
+            indices.push_back(indexOf(device));
         }
         return indices;
     }
@@ -150,9 +168,14 @@ TEST(InventoryDeviceAssociationsTest, AssignmentFromATemporaryMergesAndAMovedGra
 TEST(InventoryDeviceAssociationsTest, GoesBackToItsMarkAsIfItWereBuiltAnew) {
     std::mt19937 random(7);
     Graph g(12, 12);
+    const Associations::SharedDevices lists[] = {g.someDevices(random), g.someDevices(random)};
     const auto linkSome = [&](Associations& graph, int firstElement, int lastElement) {
         for (int element = firstElement; element <= lastElement; ++element) {
             graph.associate(g.elements[static_cast<std::size_t>(element)], DevicePointer());
+            if (random() % 3 == 0) {
+                graph.associateAgain(g.elements[static_cast<std::size_t>(element)], lists[random() % 2]);
+                continue;
+            }
             for (unsigned i = random() % 4; i > 0; --i) {
                 graph.associate(g.elements[static_cast<std::size_t>(element)], g.devices[random() % 12]);
             }
@@ -233,6 +256,61 @@ TEST(InventoryDeviceAssociationsTest, TextShowsEveryNodeWithItsPartners) {
               "InventoryNode xml element (1:1) :\n    <device/>\n\n    DeviceNode device:hw0|\n\n"
               "Devices to Inventory Elements: \n"
               "DeviceNode device:hw0|\n    InventoryNode xml element (1:1) :\n        <device/>\n\n\n");
+}
+
+/// The lines of a reduction, without their source line numbers.
+std::string linesOfReduction(Associations& graph) {
+    struct Collector : LogSink {
+        void writeLine(const std::string&, LogPriority, StringView message) override {
+            lines += toUtf8(message.substr(message.find(u' '))) + "\n";
+        }
+        std::string lines;
+    } collector;
+    Logger::addSink(collector);
+    Logger::setRootPriority(LogPriority::Debug);
+    graph.removeExtraLinks();
+    Logger::setRootPriority(LogPriority::Warning);
+    Logger::removeSink(collector);
+    return collector.lines;
+}
+
+TEST(InventoryDeviceAssociationsTest, SharedListsAreReducedAsIfEachLinkWereMadeByItself) {
+    std::mt19937 random(1122);
+    for (int round = 0; round < 600; ++round) {
+        Graph g(2 + static_cast<int>(random() % 12), 5 + static_cast<int>(random() % 6));
+        Graph oneByOne(static_cast<int>(g.elements.size()), static_cast<int>(g.devices.size()));
+        PlainReduction plain(g.elements.size(), g.devices.size());
+        const Associations::SharedDevices lists[] = {g.someDevices(random), g.someDevices(random),
+                                                     g.someDevices(random)};
+        for (std::size_t element = 0; element < g.elements.size(); ++element) {
+            const Associations::SharedDevices list = random() % 4 != 0 ? lists[random() % 3] : g.someDevices(random);
+            oneByOne.graph.associate(oneByOne.elements[element], DevicePointer());
+            for (const DevicePointer& device : *list) {
+                plain.link(static_cast<int>(element), g.indexOf(device));
+                oneByOne.link(static_cast<int>(element), g.indexOf(device));
+            }
+            g.graph.associateAgain(g.elements[element], list);
+        }
+        ASSERT_EQ(g.graph.toString(), oneByOne.graph.toString()) << "round " << round;
+        g.graph.mark();
+        oneByOne.graph.mark();
+        plain.run();
+        for (const bool isForgetful : {false, true}) {
+            if (isForgetful) {
+                g.graph.removeDeviceAssociations(g.elements[0]);
+                oneByOne.graph.removeDeviceAssociations(oneByOne.elements[0]);
+            }
+            ASSERT_EQ(linesOfReduction(g.graph), linesOfReduction(oneByOne.graph)) << "round " << round;
+            ASSERT_EQ(g.graph.toString(), oneByOne.graph.toString()) << "round " << round;
+            for (std::size_t element = 0; element < g.elements.size() && !isForgetful; ++element) {
+                const int index = static_cast<int>(element);
+                ASSERT_EQ(g.partners(index), plain.partners(index)) << "round " << round << " element " << element;
+                ASSERT_EQ(g.graph.isSatisfied(g.elements[element]), !plain.partners(index).empty());
+            }
+            ASSERT_TRUE(g.graph.rewind());
+            ASSERT_TRUE(oneByOne.graph.rewind());
+        }
+    }
 }
 
 TEST(InventoryDeviceAssociationsTest, ReductionEqualsThePlainRulesOnRandomGraphs) {

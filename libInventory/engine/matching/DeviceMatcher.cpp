@@ -14,6 +14,7 @@
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/matching/CandidateList.h"
 #include "libInventory/engine/matching/DeviceAttributes.h"
+#include "libInventory/engine/matching/PropertyExpectation.h"
 #include "libInventory/engine/matching/PropertyMatcher.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/XmlChildren.h"
@@ -91,20 +92,39 @@ bool DeviceMatcher::match(XmlElement* element, bool underNot, unsigned associati
             u"matchDevice() invElement" << placeOf(element) << u" devCount: " << m_state.m_stateManager->deviceCount());
     // Findings in an alternative are counted, so they must be made each time.
     const bool mayUseCache = m_state.m_matchCache != nullptr && associationIndex == 0;
-    return mayUseCache ? matchThroughCache(element, underNot) : matchInStore(element, underNot, associationIndex);
+    return mayUseCache ? matchThroughCache(element, underNot) : matchAlike(element, underNot, associationIndex);
+}
+
+/// As an element before this one that asks for the same, when there is one.
+bool DeviceMatcher::matchAlike(XmlElement* element, bool underNot, unsigned associationIndex) {
+    const std::size_t tellings = m_state.m_tellings;
+    if (const SharedLists::Pointer known = m_wideMatches.find(*element, tellings)) {
+        logMatch(element, underNot, associationIndex);
+        m_state.m_associationSets[associationIndex].associateAgain(element, known);
+        return true;
+    }
+    const std::size_t givenUpBefore = Regex::exceededCount();
+    m_hasFailed = false;
+    m_wideMatch = nullptr;
+    const bool matched = matchInStore(element, underNot, associationIndex);
+    const bool isPlain = !m_hasFailed && !m_state.m_tipMatchedProperties && Regex::exceededCount() == givenUpBefore;
+    if (m_wideMatch != nullptr && isPlain && m_state.m_tellings == tellings) {
+        m_wideMatches.keep(*element, tellings, m_wideMatch);
+    }
+    return matched;
 }
 
 bool DeviceMatcher::matchThroughCache(XmlElement* element, bool underNot) {
     Inventory::InventoryDeviceAssociations& associations = m_state.m_associationSets[0];
     const String text = element->toString();
-    const MatchCache::DeviceArray* const known = m_state.m_matchCache->find(text);
+    const SharedLists::Pointer known = m_state.m_matchCache->find(text);
     if (known != nullptr) {
-        logMatch(element, underNot);
-        associations.associateAgain(element, *known);
+        logMatch(element, underNot, 0);
+        associations.associateAgain(element, known);
         return !known->isEmpty();
     }
     const bool matched = matchInStore(element, underNot, 0);
-    MatchCache::DeviceArray devices;
+    DeviceArray devices;
     associations.getMatchedDevices(element, devices);
     m_state.m_matchCache->keep(text, std::move(devices));
     return matched;
@@ -112,16 +132,16 @@ bool DeviceMatcher::matchThroughCache(XmlElement* element, bool underNot) {
 
 /// The log is told of every match in full, also of one that is known: it is made again for its lines, with links that
 /// nobody reads.
-void DeviceMatcher::logMatch(XmlElement* element, bool underNot) {
+void DeviceMatcher::logMatch(XmlElement* element, bool underNot, unsigned associationIndex) {
     if (!inventoryLog().isEnabled(LogPriority::Debug)) {
         return;
     }
     std::uint64_t& givenUp = m_state.m_record.givenUpInTraces;
     const std::uint64_t before = givenUp - Regex::exceededCount();
     Inventory::InventoryDeviceAssociations forTheLog;
-    forTheLog.swap(m_state.m_associationSets[0]);
-    matchInStore(element, underNot, 0);
-    forTheLog.swap(m_state.m_associationSets[0]);
+    forTheLog.swap(m_state.m_associationSets[associationIndex]);
+    matchInStore(element, underNot, associationIndex);
+    forTheLog.swap(m_state.m_associationSets[associationIndex]);
     givenUp = before + Regex::exceededCount();
 }
 
@@ -165,32 +185,47 @@ bool DeviceMatcher::matchInStore(XmlElement* element, bool underNot, unsigned as
 // Only while the first candidate is tried is anybody told anything; after that the list stays what it is.
 bool DeviceMatcher::matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot,
                                     unsigned associationIndex) {
-    CandidateList list(candidates, m_state.m_candidates);
-    const boost::shared_ptr<IDeviceImp> first = candidates.front();
-    bool anyMatched = tryCandidate(element, first, 0, underNot, associationIndex);
-    const DeviceArray& devices = list.devices();
-    std::uint32_t candidate = 0;
-    for (auto device = devices.begin() + 1; device != devices.end(); ++device) {
-        anyMatched = tryCandidate(element, *device, ++candidate, underNot, associationIndex) || anyMatched;
+    if (candidates.size() < WideMatches::MANY) {
+        return matchOne(element, candidates, underNot, associationIndex);
     }
-    return anyMatched;
+    const CandidateList list(candidates, m_state.m_candidates);
+    KnownExpectations expectations;
+    DeviceArray matched;
+    const auto tryCandidate = [&](const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate) {
+        if (matchCandidate(element, device, candidate, underNot, &expectations)) {
+            Inventory::InventoryDeviceAssociations::logLink(element, *device);
+            matched.append(device);
+        }
+    };
+    tryCandidate(boost::shared_ptr<IDeviceImp>(candidates.front()), 0);
+    const DeviceArray& devices = list.devices();
+    for (std::uint32_t candidate = 1; candidate < devices.size(); ++candidate) {
+        tryCandidate(devices[candidate], candidate);
+    }
+    if (matched.isEmpty()) {
+        return false;
+    }
+    m_wideMatch = m_sharedLists.share(std::move(matched));
+    m_state.m_associationSets[associationIndex].associateAgain(element, m_wideMatch);
+    return true;
 }
 
-bool DeviceMatcher::tryCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device,
-                                 std::uint32_t candidate, bool underNot, unsigned associationIndex) {
-    const bool ok = matchCandidate(element, device, candidate, underNot);
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"matchDevice: device guid: " << device->toString() << u" recursive result = " << ok);
-    if (ok) {
+/// The same for a single candidate, which is no list to share.
+bool DeviceMatcher::matchOne(XmlElement* element, const DeviceArray& candidates, bool underNot,
+                             unsigned associationIndex) {
+    const CandidateList list(candidates, m_state.m_candidates);
+    const boost::shared_ptr<IDeviceImp> device = candidates.front();
+    const bool matched = matchCandidate(element, device, 0, underNot, nullptr);
+    if (matched) {
         m_state.m_associationSets[associationIndex].associate(element, device);
     }
-    return ok;
+    return matched;
 }
 
 /// Every child is evaluated, also after one has failed, so that every failing test leaves its findings.
 bool DeviceMatcher::matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device,
-                                   std::uint32_t candidate, bool underNot) {
-    PropertyMatcher content(m_state, device, candidate);
+                                   std::uint32_t candidate, bool underNot, KnownExpectations* expectations) {
+    PropertyMatcher content(m_state, device, candidate, expectations);
     bool ok = true;
     for (XmlElement* const child : childElements(element)) {
         if (!content.matches(child, underNot)) {
@@ -200,6 +235,9 @@ bool DeviceMatcher::matchCandidate(XmlElement* element, const boost::shared_ptr<
                 u"matchDevice: device guid: " << device->toString() << u" element " << placeOf(child) << u" failed");
         }
     }
+    VRX_LOG(inventoryLog(), LogPriority::Debug,
+            u"matchDevice: device guid: " << device->toString() << u" recursive result = " << ok);
+    m_hasFailed = m_hasFailed || !ok || content.hasFiled();
     if (!ok && !content.hasFiled()) {
         m_state.m_record.silentCandidates[element].push_back({device, candidate});
     }

@@ -4,15 +4,17 @@
 #include "libCommon/containers/Array.h"
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/matching/CandidateSearch.h"
+#include "libInventory/engine/matching/WideMatches.h"
 
 namespace vrx {
 
+class KnownExpectations;
 struct InventoryState;
 
 /// Matches `device` elements against the store.
 class DeviceMatcher {
 public:
-    explicit DeviceMatcher(InventoryState& state) noexcept : m_state(state), m_filing(state) {}
+    explicit DeviceMatcher(InventoryState& state) : m_state(state), m_filing(state) {}
 
     /// Links the element with every device that satisfies it, in the association set of that index. Whether there is
     /// one. A null element has none.
@@ -22,16 +24,20 @@ private:
     using DeviceArray = CandidateSearch::DeviceArray;
 
     bool matchThroughCache(XmlElement* element, bool underNot);
-    void logMatch(XmlElement* element, bool underNot);
+    void logMatch(XmlElement* element, bool underNot, unsigned associationIndex);
+    bool matchAlike(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchInStore(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
-    bool tryCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
-                      bool underNot, unsigned associationIndex);
+    bool matchOne(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
     bool matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
-                        bool underNot);
+                        bool underNot, KnownExpectations* expectations);
 
     InventoryState& m_state;
     ErrorFiling m_filing;
+    SharedLists m_sharedLists;
+    WideMatches m_wideMatches;
+    SharedLists::Pointer m_wideMatch;  ///< of the element that was matched last, when it had many candidates
+    bool m_hasFailed = false;          ///< some candidate of that element failed a test
 };
 
 }  // namespace vrx

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
+#include <memory>
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
@@ -45,6 +47,21 @@ private:
     StringView m_value;
     bool m_hasValue = false;
     Array<StringView> m_entries;
+};
+
+/// What the `property` elements of one element's content ask for, read once for all candidates.
+class KnownExpectations {
+public:
+    const PropertyExpectation& of(const XmlElement& element) {
+        std::unique_ptr<const PropertyExpectation>& known = m_known[&element];
+        if (known == nullptr) {
+            known = std::make_unique<const PropertyExpectation>(element);
+        }
+        return *known;
+    }
+
+private:
+    boost::unordered_flat_map<const XmlElement*, std::unique_ptr<const PropertyExpectation>> m_known;
 };
 
 }  // namespace vrx

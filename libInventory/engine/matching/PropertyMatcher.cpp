@@ -8,14 +8,14 @@
 
 #include "libInventory/engine/matching/PropertyMatcher.h"
 
-#include <algorithm>
-#include <vector>
+#include <optional>
 
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/ScriptNotices.h"
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/findings/ErrorGathering.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
+#include "libInventory/engine/matching/PropertyTest.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
@@ -91,81 +91,6 @@ void PropertyMatcher::flipErrorsVisible(XmlElement* element) {
     }
 }
 
-namespace {
-
-bool matchesPattern(const IPropertyImp& property, StringView expected) {
-    String made;
-    const String* actual = property.value().text();
-    if (actual == nullptr) {
-        made = property.value().toString(true);
-        actual = &made;
-    }
-    const bool matched = Inventory::matchString(expected, *actual);
-    if (!matched) {
-        VRX_LOG(inventoryLog(), LogPriority::Debug,
-                u"matchProperty() key = " << property.key() << u" not matched value = " << *actual << u" inventory = "
-                                          << expected);
-    }
-    return matched;
-}
-
-/// The device's values of which each may satisfy one expected entry. Entries that were taken are marked; those at the
-/// front are passed over for good, so that equal lists in equal order are matched in linear time.
-class RemainingValues {
-public:
-    explicit RemainingValues(const ValueImp& value) : m_texts(value.toStringArray(false)) {
-        m_taken.assign(m_texts.size(), false);
-    }
-
-    /// Takes the first remaining value that the pattern accepts; false when there is none.
-    bool takeFirstMatch(StringView pattern) {
-        for (std::size_t i = m_first; i < m_texts.size(); ++i) {
-            if (!m_taken[i] && Inventory::matchString(pattern, m_texts[i])) {
-                m_taken[i] = true;
-                while (m_first < m_taken.size() && m_taken[m_first]) {
-                    ++m_first;
-                }
-                return true;
-            }
-        }
-        return false;
-    }
-
-private:
-    Array<String> m_texts;
-    std::vector<bool> m_taken;
-    std::size_t m_first = 0;
-};
-
-/// Whether each expected entry finds a value of its own. Requires: there are as many of one as of the other.
-bool takesAll(const ValueImp& value, const Array<StringView>& expected) {
-    if (const String* const onlyText = value.text()) {
-        return Inventory::matchString(expected[0], *onlyText);
-    }
-    // Contract: greedy in the order of the expected entries, without backtracking.
-    RemainingValues remaining(value);
-    return std::all_of(expected.begin(), expected.end(),
-                       [&remaining](StringView entry) { return remaining.takeFirstMatch(entry); });
-}
-
-bool matchesEntries(const IPropertyImp& property, const Array<StringView>& expected) {
-    const std::size_t values = property.value().arraySize();
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"matchProperty(arr) key = " << property.key() << u" syssize = " << values << u" invsize = "
-                                         << expected.size());
-    if (values != expected.size()) {
-        VRX_LOG(inventoryLog(), LogPriority::Debug, u"matchProperty(arr) size mismatch key = " << property.key());
-        return false;
-    }
-    const bool matched = takesAll(property.value(), expected);
-    VRX_LOG(inventoryLog(), LogPriority::Debug,
-            (matched ? u"matchProperty(arr) matched key = " : u"matchProperty(arr) no matching value for key = ")
-                << property.key());
-    return matched;
-}
-
-}  // namespace
-
 bool PropertyMatcher::matchesProperty(XmlElement* element) {
     if (!m_device) {
         if (tellsMistakes()) {
@@ -173,7 +98,9 @@ bool PropertyMatcher::matchesProperty(XmlElement* element) {
         }
         return false;
     }
-    const PropertyExpectation expectation(*element);
+    std::optional<PropertyExpectation> ownExpectation;
+    const PropertyExpectation& expectation =
+        m_expectations != nullptr ? m_expectations->of(*element) : ownExpectation.emplace(*element);
     const IPropertyImp* const property = m_device->findProperty(expectation.key());
     if (property == nullptr) {
         m_hasFiled = true;
@@ -183,8 +110,7 @@ bool PropertyMatcher::matchesProperty(XmlElement* element) {
     if (expectation.asksForPresenceOnly()) {
         return true;
     }
-    const bool matched = expectation.entries().isEmpty() ? matchesPattern(*property, expectation.value())
-                                                         : matchesEntries(*property, expectation.entries());
+    const bool matched = meetsAloud(*property, expectation);
     if (!matched) {
         m_hasFiled = true;
         ErrorFiling(m_state).fileFailure(element, FindingKind::PropertyMismatch, m_device, m_candidate, expectation);

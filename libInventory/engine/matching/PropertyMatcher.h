@@ -10,6 +10,7 @@
 
 namespace vrx {
 
+class KnownExpectations;
 class PropertyExpectation;
 struct InventoryState;
 
@@ -17,10 +18,10 @@ struct InventoryState;
 class PropertyMatcher {
 public:
     /// `candidate` is the device's position among those that are tried for the element. An empty device fails every
-    /// property.
-    PropertyMatcher(InventoryState& state, const boost::shared_ptr<IDeviceImp>& device,
-                    std::uint32_t candidate) noexcept
-        : m_state(state), m_device(device), m_candidate(candidate) {}
+    /// property. `expectations` are kept from candidate to candidate; null where there is no other.
+    PropertyMatcher(InventoryState& state, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
+                    KnownExpectations* expectations) noexcept
+        : m_state(state), m_device(device), m_candidate(candidate), m_expectations(expectations) {}
 
     /// Whether the device satisfies an element of the content; false when it is null.
     bool matches(XmlElement* element, bool underNot);
@@ -42,6 +43,7 @@ private:
     InventoryState& m_state;
     const boost::shared_ptr<IDeviceImp>& m_device;
     std::uint32_t m_candidate;
+    KnownExpectations* m_expectations;
     bool m_hasFiled = false;
 };
 

@@ -310,6 +310,23 @@ TEST_F(FindingsTest, ARunAgainStillHasTheLinksOfTheFirst) {
     Logger::setRootPriority(LogPriority::Warning);
 }
 
+TEST_F(FindingsTest, WhatAnObserverChangesCountsFromThenOnForEqualElementsToo) {
+    struct Changer : RecordingObserver {
+        void handleEvent(const TestRunEventImp&) override {
+            for (const auto& device : devices) {
+                setValue(device, u"x", u"2");
+            }
+        }
+        std::vector<boost::shared_ptr<IDeviceImp>> devices;
+    } changer;
+    changer.devices = {addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}}),
+                       addDevice(store, "Fan", "b", "2", "", {{"x", {"1"}}})};
+    inventory.registerInventoryObserver(changer);
+    const std::string fan = "<device type='Fan'><property key='x' value='1'/></device>";
+    EXPECT_TRUE(run(fan + fan));
+    EXPECT_FALSE(run(fan + "<wheel/>" + fan));
+}
+
 /// Adds devices and registers observers while it is told.
 class Meddler : public RecordingObserver {
 public:

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "libCommon/logging/Logger.h"
 #include "tests/libInventory/support/World.h"
 
@@ -191,6 +194,43 @@ TEST_F(MatchingTest, ManyEqualCandidatesAllLeaveTheirTips) {
     const Outcome outcome = check(fans, R"(<device type="Fan"><property key="Rpm" value="2"/></device>)");
     EXPECT_THAT(outcome.annotated, HasSubstr("slot2 - Rpm"));
     EXPECT_EQ(outcome.errors.size(), 1U + 3 * 3);
+}
+
+TEST(MatchingListsTest, LongListsAreTakenGreedilyInWhateverOrderTheyCome) {
+    std::mt19937 random(3);
+    const auto oneOf = [&random](const std::vector<std::string>& texts) {
+        return texts[random() % texts.size()];
+    };
+    int passed = 0;
+    for (int round = 0; round < 300; ++round) {
+        std::vector<std::string> left;
+        std::vector<std::string> patterns;
+        for (int i = 0; i < 14; ++i) {
+            left.push_back(oneOf({"a", "A", "a.b", "A.B", "aXb", "c"}));
+            patterns.push_back(left.back() == "c" ? oneOf({"^c$", "C"})
+                                                  : oneOf({"^a$", "^A$", "^a\\.b$", "a.b", "^aXb$"}));
+        }
+        std::shuffle(patterns.begin(), patterns.end(), random);
+        StateManager store;
+        addDevice(store, "Fan", "f", "hw", "", {{"List", left}});
+        bool expected = true;
+        std::string body;
+        for (const std::string& pattern : patterns) {
+            const auto taken = std::find_if(left.begin(), left.end(), [&pattern](const std::string& value) {
+                return Inventory::matchString(text(pattern), text(value));
+            });
+            body += "<value value='" + pattern + "'/>";
+            expected = expected && taken != left.end();
+            if (expected) {
+                left.erase(taken);
+            }
+        }
+        body = "<device type='Fan'><property key='List'>" + body + "</property></device>";
+        ASSERT_EQ(check(store, body).passed, expected) << body;
+        passed += expected ? 1 : 0;
+    }
+    EXPECT_GT(passed, 5);
+    EXPECT_LT(passed, 295);
 }
 
 }  // namespace
