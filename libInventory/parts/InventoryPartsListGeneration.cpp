@@ -6,6 +6,9 @@
 /// 3. When that fails, parts that claim the same devices are searched for. Those that another part clearly explains are
 ///    dropped, one copy each, and the list is checked again.
 ///
+/// A part of a single device needs no more than two of these checks: of a part that a list of devices satisfies, the
+/// first copy takes the first device, and so on, until there are as many copies as devices.
+///
 /// What one `device` element matches depends neither on the number of copies nor on the other parts, so all checks
 /// share a cache of candidates.
 ///
@@ -13,6 +16,10 @@
 /// devices. Where every device of a part lies under a `not` one copy tells: a forbidden device counts as found when
 /// anything ever matched it, so copies do not take devices from each other.
 
+#include <utility>
+#include <vector>
+
+#include "libCommon/text/UuCode.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/parts/AmbiguousParts.h"
 #include "libInventory/parts/PartComparison.h"
@@ -34,6 +41,15 @@ String wrapped(StringView content) {
     return concat(u"<", vocabulary::INVENTORY_CHECK, u">", content, u"</", vocabulary::INVENTORY_CHECK, u">");
 }
 
+String repeated(StringView text, std::size_t times) {
+    String all;
+    all.reserve(text.size() * times);
+    for (std::size_t i = 0; i < times; ++i) {
+        all.append(text);
+    }
+    return all;
+}
+
 /// Appends every part of the table, in table order, that is not yet there with the same devices.
 void distinctParts(PartArray& out, const Inventory::DeviceToPartsTable& table) {
     HashTable<String, PartArray> byName;
@@ -48,6 +64,22 @@ void distinctParts(PartArray& out, const Inventory::DeviceToPartsTable& table) {
                 out.append(part);
             }
         }
+    }
+}
+
+/// The one `device` element that is all that the element asks for; null when there is more to it, or less.
+const XmlElement* onlyDevice(const XmlElement& element) {
+    const XmlElement* const child = element.FirstChildElement();
+    if (child == nullptr || child->NextSiblingElement() != nullptr) {
+        return nullptr;
+    }
+    switch (vocabulary::kindOf(*child)) {
+        case vocabulary::ElementKind::Device: return child;
+        case vocabulary::ElementKind::Part:
+            return vocabulary::kindOf(element) == vocabulary::ElementKind::InventoryCheck ? onlyDevice(*child)
+                                                                                          : nullptr;
+        case vocabulary::ElementKind::And: return onlyDevice(*child);
+        default: return nullptr;
     }
 }
 
@@ -82,11 +114,19 @@ public:
     std::uint32_t countInstances(const PartSpec& part, DeviceToPartsTable& singlePartTable) {
         String copies = part.xml;
         std::uint32_t count = 1;
-        while (matchParts(wrapped(copies), singlePartTable, nullptr, m_state, &m_matchCache)) {
+        while (holds(copies, singlePartTable)) {
             if (count > m_store.deviceCount() || (count == 1 && !takesDevices(part))) {
                 VRX_LOG(inventoryLog(), LogPriority::Warning,
                         u"checkPart : " << part.name << u" needs no device of the machine, so it has no instance");
                 return 0;
+            }
+            const std::uint32_t most = count == 1 ? copiesOfOneDevice(part) : 0;
+            logChecks(part, 2, most);
+            if (most == 1 || (most > 1 && holds(repeated(part.xml, most), singlePartTable))) {
+                logChecks(part, most + 1, most + 2);
+                VRX_LOG(inventoryLog(), LogPriority::Debug,
+                        u"checkPart : " << part.name << u" iterations: " << most + 1);
+                return most;
             }
             copies.append(part.xml);
             ++count;
@@ -110,6 +150,33 @@ public:
     }
 
 private:
+    bool holds(const String& content, DeviceToPartsTable& table) {
+        return matchParts(wrapped(content), table, nullptr, m_state, &m_matchCache);
+    }
+
+    /// The log is told of a check of every number of copies: those from `first` on, before `end`, are made for their
+    /// lines.
+    void logChecks(const PartSpec& part, std::uint32_t first, std::uint32_t end) {
+        if (inventoryLog().isEnabled(LogPriority::Info)) {
+            DeviceToPartsTable unread;
+            for (std::uint32_t count = first; count < end; ++count) {
+                holds(repeated(part.xml, count), unread);
+            }
+        }
+    }
+
+    /// How many devices a part of a single one may have, once it was checked; 0 for other parts.
+    std::uint32_t copiesOfOneDevice(const PartSpec& part) const {
+        const String script = wrapped(part.xml);
+        XmlDocument document;
+        if (!document.Parse(needsUuEncode(script) ? toXmlSafe(script) : script)) {
+            return 0;
+        }
+        const XmlElement* const device = onlyDevice(*document.RootElement());
+        const SharedLists::Pointer devices = device != nullptr ? m_matchCache.find(device->toString()) : nullptr;
+        return devices != nullptr ? static_cast<std::uint32_t>(devices->size()) : 0;
+    }
+
     const String& m_baseScript;
     StateManager* m_state;
     StateManager& m_store;
@@ -118,17 +185,29 @@ private:
 
 namespace {
 
+/// Drops the first copy that is left of each part of the list.
 void discardCopies(PartArray& fullParts, const PartArray& discard) {
+    HashTable<String, std::vector<std::size_t>> places;  // of each name, the first one last
+    for (std::size_t i = fullParts.size(); i-- > 0;) {
+        places[fullParts[i].name].push_back(i);
+    }
+    std::vector<bool> isDropped(fullParts.size());
     for (const PartSpec& part : discard) {
-        for (std::size_t i = 0; i < fullParts.size(); ++i) {
-            if (fullParts[i] == part) {
-                VRX_LOG(inventoryLog(), LogPriority::Debug,
-                        u"2nd Try Discarding part name: " << part.name << u" xml: " << fullParts[i].xml);
-                fullParts.remove(i);
-                break;
-            }
+        std::vector<std::size_t>* const left = places.find(part.name);
+        if (left != nullptr && !left->empty()) {
+            VRX_LOG(inventoryLog(), LogPriority::Debug,
+                    u"2nd Try Discarding part name: " << part.name << u" xml: " << fullParts[left->back()].xml);
+            isDropped[left->back()] = true;
+            left->pop_back();
         }
     }
+    PartArray kept(fullParts.size());
+    for (std::size_t i = 0; i < fullParts.size(); ++i) {
+        if (!isDropped[i]) {
+            kept.append(std::move(fullParts[i]));
+        }
+    }
+    fullParts = std::move(kept);
 }
 
 }  // namespace
