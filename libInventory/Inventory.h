@@ -189,6 +189,10 @@ public:
     /// How a `device` element of the script fared. Requires: element is one, and is in no `device` element.
     DeviceOutcome outcomeOf(const XmlElement& element) const;
 
+    /// The device that a `device` element has in the combination that the findings speak of; null when it has none.
+    /// Costs no more than a look into a table, whatever was tried.
+    const IDeviceImp* deviceOf(const XmlElement& element) const;
+
     /// For each `or` element that took part the alternative that was kept, in document order. The `or` elements inside
     /// of `device` elements are none of these: they are met by each device in its own way.
     Array<ChosenAlternative> chosenAlternatives() const;

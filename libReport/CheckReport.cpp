@@ -86,6 +86,9 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
         report.forbidden = forbiddenDevices(findings);
         markUndetermined(report);
     }
+    if (basis.listsElements) {
+        report.checked = checkedElements(inventory, report);
+    }
     report.headline = headlineOf(report);
     return report;
 }

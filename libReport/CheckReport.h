@@ -16,6 +16,7 @@
 #include "libInventory/Finding.h"
 #include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
+#include "libReport/CheckedElements.h"
 #include "libReport/MachineIdentity.h"
 #include "libReport/ProgramVersion.h"
 #include "libReport/ReportWriter.h"
@@ -78,7 +79,9 @@ struct CheckReport {
     std::vector<Inventory::DeviceSpec> forbidden;  ///< of each `not` that is not met the first device that it describes
     Array<Inventory::DeviceSpec> extra;            ///< devices of the machine beyond the script
 
-    std::vector<Fault> faults;  ///< one entry for each thing that is wrong
+    std::vector<Fault> faults;            ///< one entry for each thing that is wrong
+    std::vector<CheckedElement> checked;  ///< what became of every `device` element and rule; see CheckBasis
+    std::vector<FaultKind> warningKinds;  ///< a monitoring system is only warned of faults of these kinds
 
     /// Why the answer is not certain, if it is not; else what it does not hang on.
     std::vector<Doubt> doubts;
@@ -98,6 +101,7 @@ struct CheckReport {
 struct CheckBasis {
     const ImportReport* import = nullptr;  ///< of the machine's recording; borrowed, null for none
     bool isPlain = false;                  ///< the verdict is the engine's answer, whatever is not known
+    bool listsElements = true;             ///< for writers that want `checked`; it costs a few microseconds an element
 };
 
 /// Requires: the inventory has run on that machine, and `passed` is its answer. What the inventory cannot know (names,
@@ -106,7 +110,8 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
                         const CheckBasis& basis = CheckBasis());
 
 /// text: the verdict, missing and extra devices, the findings in the order of the script, counts
-/// and time; requires that the script and the machine were loaded. json: one object.
+/// and time; requires that the script and the machine were loaded. The others are for programs, and speak of a check
+/// that did not come to run as well; docs/formats.md describes them.
 ReportWriters<CheckReport> checkWriters();
 
 }  // namespace vrx

@@ -25,11 +25,12 @@ struct DeviceCheckReport {
 
     Inventory::DeviceSpec device;
     String guid;
-    ScriptMistakes mistakes;                ///< for which the content was refused
-    Array<TestRunEventImp> events;          ///< every event
-    std::vector<Doubt> doubts;              ///< about properties, where these keep the answer from being certain
-    std::vector<ReportFinding> findings;    ///< in document order
-    std::vector<DeviceProblem> devices;     ///< one at most
+    ScriptMistakes mistakes;              ///< for which the content was refused
+    Array<TestRunEventImp> events;        ///< every event
+    std::vector<Doubt> doubts;            ///< about properties, where these keep the answer from being certain
+    std::vector<ReportFinding> findings;  ///< in document order
+    std::vector<DeviceProblem> devices;   ///< one at most
+    DateTime started{};
     std::optional<String> annotatedScript;  ///< when it was asked for
 };
 

@@ -20,6 +20,9 @@ struct ReportWriter {
 
     /// The whole report. Only formats for people look at `format`.
     std::string (*write)(const Report& report, const TextFormat& format);
+
+    /// The report must hold more than others need: see CheckBasis::listsElements.
+    bool isDetailed = false;
 };
 
 /// The first is what people get who ask for none.

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 
 #include "cli/commands/Commands.h"
@@ -7,7 +8,10 @@
 #include "cli/input/ScriptFile.h"
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/CombinationProgress.h"
+#include "libCommon/text/PrintableText.h"
+#include "libDiagnosis/FaultKindNames.h"
 #include "libReport/CheckRun.h"
+#include "libReport/formats/NagiosStatus.h"
 #include "libReport/text/TextPieces.h"
 
 namespace vrx::cli {
@@ -19,17 +23,22 @@ constexpr const char* CHECK_FOOTER =
     "2 the script has mistakes (\"lint\" explains them), or a file cannot be read, parsed\n"
     "or written; 3 undetermined: the script asks for nothing, a pattern took too much\n"
     "work, there are too many alternatives, or the machine could not be read where it\n"
-    "matters; 4 internal error.\n"
+    "matters; 4 internal error. With nagios: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory check golden.xml\n"
     "  vrx-inventory check golden.xml --state machine.xml --format json -o report.json\n"
+    "  vrx-inventory check golden.xml --output junit:report.xml --output json:report.json\n"
+    "  vrx-inventory check golden.xml --format nagios --warning-kinds moved\n"
     "  vrx-inventory check golden.xml --annotated annotated.xml";
 
 struct CheckOptions : CommonOptions {
     std::string scriptPath;
     std::string annotatedPath;
     bool hasNoUnsatisfiedTips = false;
+    std::vector<std::string> warningKinds;
+
+    bool writes(std::string_view name) const { return std::ranges::count(writtenFormats(), name) > 0; }
 };
 
 /// Why there is no answer; empty when there is one.
@@ -53,8 +62,21 @@ std::string annotatedText(const CheckReport& report) {
     return text.toUtf8();
 }
 
-ExitStatus statusOf(Verdict verdict) noexcept {
-    switch (verdict) {
+ExitStatus monitoringStatus(NagiosStatus status) noexcept {
+    switch (status) {
+        case NagiosStatus::Ok: return ExitStatus::Success;
+        case NagiosStatus::Warning: return ExitStatus::NotPassed;
+        case NagiosStatus::Critical: return ExitStatus::BadInput;
+        case NagiosStatus::Unknown: break;
+    }
+    return ExitStatus::Undetermined;
+}
+
+ExitStatus statusOf(const CheckOptions& options, const CheckReport& report) noexcept {
+    if (options.isForMonitoring()) {
+        return monitoringStatus(nagiosStatus(report));
+    }
+    switch (report.verdict) {
         case Verdict::Passed: return ExitStatus::Success;
         case Verdict::Failed: return ExitStatus::NotPassed;
         case Verdict::NotRun:
@@ -78,13 +100,27 @@ void fillIn(const CheckOptions& options, CheckWorld& world) {
     if (!options.statePath.empty()) {
         world.report.state = options.statePath;
     }
+    for (const std::string& kind : options.warningKinds) {
+        world.report.warningKinds.push_back(*faultKindNamed(kind));
+    }
     world.report.showsAnnotatedScript = options.isPlain || options.annotatedPath == "-";
+}
+
+bool needsElements(const CheckOptions& options) {
+    return std::ranges::any_of(options.writtenFormats(), [](const std::string& format) {
+        return writerNamed(checkWriters(), format)->isDetailed;
+    });
 }
 
 void run(const CheckOptions& options, const Session& session, CheckWorld& world) {
     const auto start = session.console.now();
     if (options.scriptPath == "-" && options.statePath == "-") {
         throw CommandFailure(ExitStatus::BadInput, "the script and the machine cannot both come from standard input");
+    }
+    if (options.annotatedPath == "-" && !options.writes("json")) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             "--annotated - puts the script into a JSON result, and there is none; "
+                             "name a file, or add --format json");
     }
     Inventory& inventory = world.run.inventory();
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
@@ -96,19 +132,33 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
             progress.show(state);
             return options.isPlain || state.combinations <= MOST_COMBINATIONS;
         });
-        world.report = world.run.run({&import, options.isPlain});
+        world.report = world.run.run({&import, options.isPlain, needsElements(options)});
         inventory.setProgress({});
     }
     world.report.duration = session.console.now() - start;
 }
 
+std::string linesOf(const CommandFailure& failure) {
+    std::string text;
+    for (const std::string& line : failure.lines()) {
+        text += printable(std::string_view(line)) + "\n";
+    }
+    return text;
+}
+
 /// The end of a check that did not come to run. Programs that asked for a report get one that says why.
 CommandResult unrun(const CheckOptions& options, const Session& session, CheckWorld& world,
                     const CommandFailure& failure) {
-    CommandResult result{failure.status(), {}, {}, failure.lines()};
-    if (options.format != "text") {
-        fillIn(options, world);
+    fillIn(options, world);
+    const ExitStatus status = options.isForMonitoring() ? statusOf(options, world.report) : failure.status();
+    CommandResult result{status, {}, {}, failure.lines()};
+    if (options.hasMainResult() && options.format != "text") {
         result.text = options.written(world.report, checkWriters(), session);
+    }
+    for (const ExtraResult& extra : options.extraResults()) {
+        const auto* const writer = writerNamed(checkWriters(), extra.format);
+        result.files.push_back(
+            {extra.path, extra.format == "text" ? linesOf(failure) : writer->write(world.report, TextFormat{})});
     }
     return result;
 }
@@ -133,12 +183,20 @@ CommandResult check(const CheckOptions& options, Session& session) {
         return unrun(options, session, world, failure);
     }
     fillIn(options, world);
-    CommandResult result{statusOf(world.report.verdict), options.written(world.report, checkWriters(), session),
-                         whyUndetermined(world.report)};
+    CommandResult result{statusOf(options, world.report), {}, whyUndetermined(world.report)};
+    options.addWritten(world.report, checkWriters(), session, result);
     if (!options.annotatedPath.empty() && options.annotatedPath != "-") {
         result.files.push_back({options.annotatedPath, annotatedText(world.report)});
     }
     return result;
+}
+
+std::string kindProblem(const std::string& name) {
+    std::vector<std::string> names;
+    for (const FaultKind kind : allFaultKinds()) {
+        names.emplace_back(nameOf(kind));
+    }
+    return choiceProblem(name, names);
 }
 
 }  // namespace
@@ -149,8 +207,13 @@ void addCheckCommand(CLI::App& parent, Session& session) {
     options->addInput(command, "SCRIPT", options->scriptPath, "The inventory script, - for standard input").required();
     options->addState(command);
     options->addFormat(command, checkWriters());
-    options->addOutput(command);
+    options->addOutputs(command);
     options->addOutput(command, "--annotated", options->annotatedPath, "File for the script with the findings in it");
+    command.add_option("--warning-kinds", options->warningKinds, "Faults of these kinds are a warning to nagios only")
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(kindProblem, ""))
+        ->type_name("KIND[,KIND]");
     command.add_flag("--no-unsatisfied-tips", options->hasNoUnsatisfiedTips,
                      "Leave out the error that says that a device is not satisfied");
     options->addPlain(command, "mistakes are passed over, and what is not known counts as absent");

@@ -128,6 +128,7 @@ CommandResult refusal(const CheckDeviceOptions& options, const Session& session,
         DeviceCheckReport report;
         report.verdict = Verdict::Refused;
         report.mistakes = found.mistakes();
+        report.started = session.console.time();
         result.text = options.written(report, deviceCheckWriters(), session);
     }
     return result;
@@ -146,8 +147,9 @@ CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
     StateManager& store = session.make<StateManager>();
     const ImportReport import = loadMachine(options.statePath, store, session);
     const auto device = findDevice(options.guid, store, machineName(options.statePath));
-    const DeviceCheckReport report =
+    DeviceCheckReport report =
         vrx::checkDevice(*device, content.text, options.hasReport, &store, {&import, options.isPlain});
+    report.started = session.console.time();
     if (report.verdict == Verdict::Undecided) {
         failUndecided(content, report);
     }

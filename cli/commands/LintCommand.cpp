@@ -56,7 +56,7 @@ CommandResult lintFile(const LintOptions& options, Session& session) {
         lint.setMachine(machine);
     }
     look(lint, options.path);
-    const LintReport report{options.path, lint.findings()};
+    const LintReport report{options.path, lint.findings(), session.console.time()};
     const bool isClean = report.findings.count(Severity::Error) + report.findings.count(Severity::Warning) == 0;
     return {isClean ? ExitStatus::Success : ExitStatus::NotPassed, options.written(report, lintWriters(), session)};
 }

@@ -40,6 +40,9 @@ using Devices = std::vector<const IDeviceImp*>;
 }
 
 CommandResult showMachine(const ShowOptions& options, Session& session) {
+    if (writerNamed(showWriters(), options.format) == nullptr) {
+        throw CommandFailure(ExitStatus::BadInput, "only --changed-from has the format " + options.format);
+    }
     StateManager& store = session.make<StateManager>();
     loadMachine(options.statePath, store, session);
     const ShowReport report{store, machineName(options.statePath), chosenDevices(store, options.choice),
@@ -69,7 +72,7 @@ void keepChosen(const ShowOptions& options, const StateManager& before, const St
 CommandResult showChanges(const ShowOptions& options, Session& session) {
     if (writerNamed(changesWriters(), options.format) == nullptr) {
         throw CommandFailure(ExitStatus::BadInput,
-                             "--changed-from has no format " + options.format + "; take text or json");
+                             "--changed-from has no format " + options.format + "; take text, json, junit or csv");
     }
     if (options.otherPath == "-" && options.statePath == "-") {
         throw CommandFailure(ExitStatus::BadInput, "the two machines cannot both come from standard input");
@@ -79,7 +82,7 @@ CommandResult showChanges(const ShowOptions& options, Session& session) {
     loadMachine(options.otherPath, before, session);
     loadMachine(options.statePath, after, session);
     ChangesReport report{machineName(options.otherPath), machineName(options.statePath),
-                         machineChanges(before, after, options.hasAllCategories)};
+                         machineChanges(before, after, options.hasAllCategories), session.console.time()};
     if (!options.choice.isEverything()) {
         keepChosen(options, before, after, report.changes);
     }
@@ -101,7 +104,7 @@ void addOptions(CLI::App& command, ShowOptions& options) {
         .type_name("OTHER");
     command.add_flag("--all-categories", options.hasAllCategories,
                      "Compare what changes by itself as well (--changed-from)");
-    options.addFormat(command, showWriters());
+    options.addFormat(command, showWriters(), changesWriters());
     options.addOutput(command);
     options.addLogging(command);
 }

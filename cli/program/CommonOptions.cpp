@@ -10,6 +10,8 @@
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
+#include <optional>
 #include <utility>
 
 #include "libCommon/io/FileLoader.h"
@@ -102,8 +104,16 @@ bool lookAt(int standardStream, struct stat& status) {
     return fstat(standardStream, &status) == 0 && S_ISREG(status.st_mode);
 }
 
+/// The language of a format that keeps what it holds; none for formats that are printable as they are.
+std::optional<Markup> markupOf(const std::string& format) {
+    if (format == "json" || format == "sarif" || format == "ocp") {
+        return Markup::Json;
+    }
+    return format == "xml" ? std::optional(Markup::Xml) : std::nullopt;
+}
+
 void writeTo(const std::string& path, std::string_view bytes, const Session& session) {
-    if (path.empty()) {
+    if (path.empty() || path == "-") {
         writeToStandardOutput(bytes, session);
     } else {
         writeFile(path, bytes, session);
@@ -131,19 +141,39 @@ void CommonOptions::addState(CLI::App& command) {
              "machine");
 }
 
-void CommonOptions::addFormats(CLI::App& command, const std::vector<std::string>& formats) {
-    m_hasFormats = true;
+void CommonOptions::addFormatOption(CLI::App& command) {
     std::string choices;
-    for (const std::string& name : formats) {
+    for (const std::string& name : m_formats) {
         choices += (choices.empty() ? "" : ", ") + name;
     }
-    command.add_option("--format", format, "Format of the result: " + choices + " (default text)")
-        ->check(CLI::IsMember(formats).description(""))
-        ->type_name("NAME");
+    const auto problem = [this](const std::string& name) {
+        return choiceProblem(name, m_formats);
+    };
+    m_formatOption = command.add_option("--format", format, "Format of the result: " + choices + " (default text)")
+                         ->check(CLI::Validator(problem, ""))
+                         ->type_name("NAME");
 }
 
 void CommonOptions::addOutput(CLI::App& command) {
     addOutput(command, "-o,--output", outputPath, "File for the result, replaced in one step; else standard output");
+}
+
+void CommonOptions::addOutputs(CLI::App& command) {
+    addOutput(command, "-o", outputPath, "File for the result, replaced in one step; else standard output");
+    const auto take = [this](const std::string& text) {
+        ExtraResult extra;
+        const std::string problem = readExtraResult(text, m_formats, extra);
+        if (!problem.empty()) {
+            throw CLI::ValidationError("--output", problem);
+        }
+        m_extraResults.push_back(std::move(extra));
+    };
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--output", [take](const std::vector<std::string>& texts) { std::ranges::for_each(texts, take); },
+            "One more result, - for standard output; any number of times")
+        ->allow_extra_args(false)
+        ->type_name("FORMAT:FILE");
 }
 
 void CommonOptions::addPlain(CLI::App& command, const std::string& meaning) {
@@ -169,12 +199,59 @@ bool CommonOptions::isWritten(const std::string& input) const {
         return read.st_dev == written.st_dev && read.st_ino == written.st_ino;
     };
     struct stat written {};
-    if (outputPath.empty() && lookAt(STDOUT_FILENO, written) && isInput(written)) {
-        return true;
-    }
-    return std::ranges::any_of(m_outputs, [&](const std::string* output) {
-        return !output->empty() && lookAt(*output, written) && isInput(written);
+    return std::ranges::any_of(outputPaths(), [&](const std::string& output) {
+        return (output == "-" ? lookAt(STDOUT_FILENO, written) : lookAt(output, written)) && isInput(written);
     });
+}
+
+/// Of everything that is written, "-" for standard output.
+std::vector<std::string> CommonOptions::outputPaths() const {
+    std::vector<std::string> paths;
+    if (hasMainResult() && outputPath.empty()) {
+        paths.emplace_back("-");
+    }
+    for (const std::string* const output : m_outputs) {
+        if (!output->empty() && (*output != "-" || output == &outputPath)) {
+            paths.push_back(*output);
+        }
+    }
+    for (const ExtraResult& extra : m_extraResults) {
+        paths.push_back(extra.path);
+    }
+    return paths;
+}
+
+bool CommonOptions::hasMainResult() const {
+    const bool isAskedFor = !outputPath.empty() || m_formatOption == nullptr || m_formatOption->count() > 0;
+    return isAskedFor ||
+           std::ranges::none_of(m_extraResults, [](const ExtraResult& extra) { return extra.path == "-"; });
+}
+
+std::vector<std::string> CommonOptions::writtenFormats() const {
+    std::vector<std::string> formats;
+    if (hasMainResult()) {
+        formats.push_back(format);
+    }
+    for (const ExtraResult& extra : m_extraResults) {
+        formats.push_back(extra.format);
+    }
+    return formats;
+}
+
+bool CommonOptions::isForMonitoring() const { return std::ranges::count(writtenFormats(), "nagios") > 0; }
+
+void CommonOptions::refuseClashes() const {
+    const std::vector<std::string> paths = outputPaths();
+    for (auto one = paths.begin(); one != paths.end(); ++one) {
+        const auto isSame = [one](const std::string& other) {
+            return *one == "-" || other == "-" ? *one == other : areOneFile(*one, other);
+        };
+        if (std::any_of(std::next(one), paths.end(), isSame)) {
+            throw CommandFailure(ExitStatus::BadInput, (*one == "-" ? "standard output" : *one) +
+                                                           " would be written twice; name another file for one of the "
+                                                           "results");
+        }
+    }
 }
 
 void CommonOptions::refuseAsOutput(const std::string& input) const {
@@ -193,23 +270,24 @@ void CommonOptions::applyLogging(Session& session) const {
 
 bool CommonOptions::isShown(const Session& session) const {
     struct stat status {};
-    return outputPath.empty() ? session.console.outFormat().isTerminal
-                              : stat(outputPath.c_str(), &status) == 0 && S_ISCHR(status.st_mode) &&
-                                    major(status.st_rdev) != MEMORY_DEVICES;
+    return outputPath.empty() || outputPath == "-"
+               ? session.console.outFormat().isTerminal
+               : stat(outputPath.c_str(), &status) == 0 && S_ISCHR(status.st_mode) &&
+                     major(status.st_rdev) != MEMORY_DEVICES;
 }
 
 // Text reports are made fit for a terminal piece by piece; documents keep what they hold, so they are made so here.
 void CommonOptions::writeResult(const Session& session, std::string_view bytes) const {
-    if (isShown(session) && !(m_hasFormats && format == "text")) {
-        const std::string shown = printableMarkup(bytes, format == "json" ? Markup::Json : Markup::Xml);
-        writeTo(outputPath, shown, session);
+    const std::optional<Markup> markup = m_formats.empty() ? Markup::Xml : markupOf(format);
+    if (markup && isShown(session)) {
+        writeTo(outputPath, printableMarkup(bytes, *markup), session);
     } else {
         writeTo(outputPath, bytes, session);
     }
 }
 
 TextFormat CommonOptions::textFormat(const Session& session) const {
-    return outputPath.empty() ? session.console.outFormat() : TextFormat{};
+    return outputPath.empty() || outputPath == "-" ? session.console.outFormat() : TextFormat{};
 }
 
 ExitStatus CommonOptions::finish(const Session& session, const CommandResult& result) const {
@@ -223,7 +301,7 @@ ExitStatus CommonOptions::finish(const Session& session, const CommandResult& re
         session.say(problem);
     }
     for (const OutputFile& file : result.files) {
-        writeFile(file.path, file.bytes, session);
+        writeTo(file.path, file.bytes, session);
     }
     return result.status;
 }
@@ -234,9 +312,17 @@ void setAction(CLI::App& command, Session& session, std::shared_ptr<const Common
         for (const std::string* const input : options->inputs()) {
             options->refuseAsOutput(*input);
         }
+        options->refuseClashes();
         options->applyLogging(session);
         session.action = [&session, options, run] {
-            return options->finish(session, run());
+            try {
+                return options->finish(session, run());
+            } catch (const CommandFailure& failure) {
+                if (!options->isForMonitoring()) {
+                    throw;
+                }
+                throw CommandFailure(ExitStatus::Undetermined, failure.lines());
+            }
         };
     });
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "cli/program/CommandResult.h"
+#include "cli/program/ExtraResult.h"
 #include "cli/program/Session.h"
 #include "libReport/ReportWriter.h"
 
@@ -35,22 +37,47 @@ struct CommonOptions {
 
     void addState(CLI::App& command);
 
-    /// The formats are those that the reports can be written in.
-    template <typename Report>
-    void addFormat(CLI::App& command, ReportWriters<Report> writers) {
-        std::vector<std::string> names;
-        for (const ReportWriter<Report>& writer : writers) {
-            names.emplace_back(writer.name);
-        }
-        addFormats(command, names);
+    /// The formats are those that the reports can be written in; a command that makes several kinds has those of all.
+    template <typename... Report>
+    void addFormat(CLI::App& command, ReportWriters<Report>... writers) {
+        (takeFormats(writers), ...);
+        addFormatOption(command);
     }
     void addOutput(CLI::App& command);
+
+    /// `-o FILE`, and `--output FORMAT:FILE` any number of times. Requires: `addFormat` came before.
+    void addOutputs(CLI::App& command);
 
     /// `--plain`; `meaning` says what it does in this command.
     void addPlain(CLI::App& command, const std::string& meaning);
 
     /// Every command has these.
     void addLogging(CLI::App& command);
+
+    /// Whether the result that `--format` and `-o` speak of is written. It is left out when nobody spoke of it and
+    /// something else goes to standard output.
+    bool hasMainResult() const;
+
+    /// Every format that a result is written in.
+    std::vector<std::string> writtenFormats() const;
+
+    /// The exit status is for a monitoring system, which has its own meaning for each.
+    bool isForMonitoring() const;
+
+    /// Adds the report to the result, in every form that was asked for.
+    template <typename Report>
+    void addWritten(const Report& report, ReportWriters<Report> writers, const Session& session,
+                    CommandResult& result) const {
+        if (hasMainResult()) {
+            result.text = written(report, writers, session);
+        }
+        for (const ExtraResult& extra : m_extraResults) {
+            const TextFormat layout = extra.path == "-" ? session.console.outFormat() : TextFormat{};
+            result.files.push_back({extra.path, writerNamed(writers, extra.format)->write(report, layout)});
+        }
+    }
+
+    const std::vector<ExtraResult>& extraResults() const noexcept { return m_extraResults; }
 
     /// The report in the format that was asked for, which must be one of them.
     template <typename Report>
@@ -67,6 +94,9 @@ struct CommonOptions {
     /// means to lose a golden script for a report.
     void refuseAsOutput(const std::string& input) const;
 
+    /// Throws a CommandFailure when two results, or a result and the log, would go to one file or to standard output.
+    void refuseClashes() const;
+
     /// Opens the log file and tells the session the level.
     void applyLogging(Session& session) const;
 
@@ -75,12 +105,23 @@ struct CommonOptions {
     ExitStatus finish(const Session& session, const CommandResult& result) const;
 
 private:
-    void addFormats(CLI::App& command, const std::vector<std::string>& formats);
+    template <typename Report>
+    void takeFormats(ReportWriters<Report> writers) {
+        for (const ReportWriter<Report>& writer : writers) {
+            if (std::ranges::count(m_formats, writer.name) == 0) {
+                m_formats.emplace_back(writer.name);
+            }
+        }
+    }
+    void addFormatOption(CLI::App& command);
+    std::vector<std::string> outputPaths() const;
     bool isWritten(const std::string& input) const;
     bool isShown(const Session& session) const;
     void writeResult(const Session& session, std::string_view bytes) const;
 
-    bool m_hasFormats = false;  ///< without any the result is XML
+    std::vector<std::string> m_formats;  ///< without any the result is XML
+    std::vector<ExtraResult> m_extraResults;
+    const CLI::Option* m_formatOption = nullptr;
     std::vector<const std::string*> m_inputs;
     std::vector<const std::string*> m_outputs;
 };

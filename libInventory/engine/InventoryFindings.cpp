@@ -15,12 +15,24 @@ Array<Finding> Inventory::notices() const { return RunFindings(*m_state).notices
 
 Array<const XmlElement*> Inventory::missingElements() const { return RunFindings(*m_state).missingElements(); }
 
+namespace {
+
 // The links are sorted by device for the first question after a run; there may be one for every element.
-DeviceOutcome Inventory::outcomeOf(const XmlElement& element) const {
-    if (!m_state->m_keptLinks) {
-        m_state->m_keptLinks = std::make_unique<KeptLinks>(*m_state);
+const KeptLinks& keptLinksOf(InventoryState& state) {
+    if (!state.m_keptLinks) {
+        state.m_keptLinks = std::make_unique<KeptLinks>(state);
     }
-    return DeviceOutcomes(*m_state, element).make(*m_state->m_keptLinks);
+    return *state.m_keptLinks;
+}
+
+}  // namespace
+
+DeviceOutcome Inventory::outcomeOf(const XmlElement& element) const {
+    return DeviceOutcomes(*m_state, element).make(keptLinksOf(*m_state));
+}
+
+const IDeviceImp* Inventory::deviceOf(const XmlElement& element) const {
+    return keptLinksOf(*m_state).deviceOf(element);
 }
 
 Array<ChosenAlternative> Inventory::chosenAlternatives() const { return RunFindings(*m_state).chosenAlternatives(); }

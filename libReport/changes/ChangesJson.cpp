@@ -5,9 +5,7 @@
 
 namespace vrx {
 
-namespace {
-
-std::string_view kindName(ValueChange::What what) {
+std::string_view nameOf(ValueChange::What what) noexcept {
     switch (what) {
         case ValueChange::What::Name: return "name";
         case ValueChange::What::OsLocator: return "osLocator";
@@ -16,6 +14,15 @@ std::string_view kindName(ValueChange::What what) {
     }
     return "property";
 }
+
+std::string_view kindOf(const DeviceChange& change) {
+    if (change.before == nullptr || change.after == nullptr) {
+        return change.after == nullptr ? "missing" : "added";
+    }
+    return change.isMoved() ? "moved" : change.isOnlyRenamed() ? "renamed" : "changed";
+}
+
+namespace {
 
 void writeText(JsonWriter& json, std::string_view key, const std::optional<String>& text) {
     json.key(key);
@@ -41,13 +48,6 @@ void writeDevice(JsonWriter& json, std::string_view key, const IDeviceImp* devic
     json.endObject();
 }
 
-std::string_view kindOf(const DeviceChange& change) {
-    if (change.before == nullptr || change.after == nullptr) {
-        return change.after == nullptr ? "missing" : "added";
-    }
-    return change.isMoved() ? "moved" : change.isOnlyRenamed() ? "renamed" : "changed";
-}
-
 void writeChange(JsonWriter& json, const DeviceChange& change) {
     json.beginObject();
     json.key("kind").value(kindOf(change));
@@ -56,7 +56,7 @@ void writeChange(JsonWriter& json, const DeviceChange& change) {
     json.key("values").beginArray();
     for (const ValueChange& value : change.values) {
         json.beginObject();
-        json.key("what").value(kindName(value.what));
+        json.key("what").value(nameOf(value.what));
         json.key("key").value(value.key);
         writeText(json, "before", value.before);
         writeText(json, "after", value.after);

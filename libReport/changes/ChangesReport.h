@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "libCommon/time/DateTime.h"
 #include "libDiagnosis/MachineChanges.h"
 #include "libReport/ReportWriter.h"
 
@@ -17,6 +18,7 @@ struct ChangesReport {
     std::string before;
     std::string after;
     std::vector<DeviceChange> changes;
+    DateTime started{};
 
     /// Other names of the kernel do not make two machines differ.
     bool isEqual() const {
@@ -25,10 +27,17 @@ struct ChangesReport {
 };
 
 /// text: whether the two are equal, then missing, added, moved, changed and renamed devices. json: the same for
-/// programs.
+/// programs; junit and csv: docs/formats.md.
 ReportWriters<ChangesReport> changesWriters();
 
 std::string changesText(const ChangesReport& report, const TextFormat& format);
+/// As programs read them: "missing", "added", "moved", "renamed" or "changed"; "property", "name", "osLocator" or
+/// "capabilities".
+std::string_view kindOf(const DeviceChange& change);
+std::string_view nameOf(ValueChange::What what) noexcept;
+
+std::string changesJunit(const ChangesReport& report, const TextFormat& format);
+std::string changesCsv(const ChangesReport& report, const TextFormat& format);
 std::string changesJson(const ChangesReport& report, const TextFormat& format);
 
 }  // namespace vrx

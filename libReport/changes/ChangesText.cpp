@@ -104,7 +104,8 @@ std::string changesText(const ChangesReport& report, const TextFormat& format) {
 }
 
 ReportWriters<ChangesReport> changesWriters() {
-    static constexpr ReportWriter<ChangesReport> WRITERS[] = {{"text", changesText}, {"json", changesJson}};
+    static constexpr ReportWriter<ChangesReport> WRITERS[] = {
+        {"text", changesText}, {"json", changesJson}, {"junit", changesJunit}, {"csv", changesCsv}};
     return WRITERS;
 }
 

@@ -36,7 +36,8 @@ std::string lintText(const LintReport& report, const TextFormat& format) {
 }
 
 ReportWriters<LintReport> lintWriters() {
-    static constexpr ReportWriter<LintReport> WRITERS[] = {{"text", lintText}, {"json", lintJson}};
+    static constexpr ReportWriter<LintReport> WRITERS[] = {
+        {"text", lintText}, {"json", lintJson}, {"sarif", lintSarif}, {"junit", lintJunit}, {"csv", lintCsv}};
     return WRITERS;
 }
 

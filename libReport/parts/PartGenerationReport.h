@@ -37,6 +37,7 @@ struct PartGenerationReport {
 ReportWriters<PartGenerationReport> partGenerationWriters();
 
 std::string partGenerationText(const PartGenerationReport& report, const TextFormat& format);
+std::string partGenerationCsv(const PartGenerationReport& report, const TextFormat& format);
 std::string partGenerationJson(const PartGenerationReport& report, const TextFormat& format);
 std::string partGenerationXml(const PartGenerationReport& report, const TextFormat& format);
 

@@ -189,8 +189,10 @@ std::string partGenerationXml(const PartGenerationReport& report, const TextForm
 }
 
 ReportWriters<PartGenerationReport> partGenerationWriters() {
-    static constexpr ReportWriter<PartGenerationReport> WRITERS[] = {
-        {"text", partGenerationText}, {"json", partGenerationJson}, {"xml", partGenerationXml}};
+    static constexpr ReportWriter<PartGenerationReport> WRITERS[] = {{"text", partGenerationText},
+                                                                     {"json", partGenerationJson},
+                                                                     {"xml", partGenerationXml},
+                                                                     {"csv", partGenerationCsv}};
     return WRITERS;
 }
 

@@ -26,6 +26,7 @@ struct PartsReport {
 ReportWriters<PartsReport> partsWriters();
 
 std::string partsText(const PartsReport& report, const TextFormat& format);
+std::string partsCsv(const PartsReport& report, const TextFormat& format);
 std::string partsJson(const PartsReport& report, const TextFormat& format);
 
 }  // namespace vrx

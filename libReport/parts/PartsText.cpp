@@ -41,7 +41,8 @@ std::string partsText(const PartsReport& report, const TextFormat& format) {
 }
 
 ReportWriters<PartsReport> partsWriters() {
-    static constexpr ReportWriter<PartsReport> WRITERS[] = {{"text", partsText}, {"json", partsJson}};
+    static constexpr ReportWriter<PartsReport> WRITERS[] = {
+        {"text", partsText}, {"json", partsJson}, {"csv", partsCsv}};
     return WRITERS;
 }
 

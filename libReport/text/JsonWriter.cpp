@@ -110,6 +110,9 @@ void JsonWriter::scalar(std::string_view text) {
 }
 
 void JsonWriter::newLine() {
+    if (m_layout == Layout::OneLine) {
+        return;
+    }
     m_text += '\n';
     m_text.append(2 * m_hasMembers.size(), ' ');
 }

@@ -17,6 +17,10 @@ namespace vrx {
 /// be refused by many readers.
 class JsonWriter {
 public:
+    enum class Layout { Indented, OneLine };
+
+    explicit JsonWriter(Layout layout = Layout::Indented) noexcept : m_layout(layout) {}
+
     void beginObject() { begin('{'); }
     void endObject() { end('}'); }
     void beginArray() { begin('['); }
@@ -48,6 +52,7 @@ private:
     void quoted(std::string_view utf8);
     void newLine();
 
+    Layout m_layout;
     std::string m_text;
     std::vector<bool> m_hasMembers;  ///< for each open object and array
     bool m_afterKey = false;

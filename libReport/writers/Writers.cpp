@@ -3,12 +3,15 @@
 namespace vrx {
 
 ReportWriters<CheckReport> checkWriters() {
-    static constexpr ReportWriter<CheckReport> WRITERS[] = {{"text", checkText}, {"json", checkJson}};
+    static constexpr ReportWriter<CheckReport> WRITERS[] = {
+        {"text", checkText}, {"json", checkJson},     {"junit", checkJunit, true},     {"tap", checkTap, true},
+        {"csv", checkCsv},   {"nagios", checkNagios}, {"prometheus", checkPrometheus}, {"ocp", checkOcp, true}};
     return WRITERS;
 }
 
 ReportWriters<DeviceCheckReport> deviceCheckWriters() {
-    static constexpr ReportWriter<DeviceCheckReport> WRITERS[] = {{"text", deviceCheckText}, {"json", deviceCheckJson}};
+    static constexpr ReportWriter<DeviceCheckReport> WRITERS[] = {
+        {"text", deviceCheckText}, {"json", deviceCheckJson}, {"junit", deviceCheckJunit}};
     return WRITERS;
 }
 

@@ -12,7 +12,7 @@ KeptLinks::KeptLinks(const InventoryState& state) {
         state.m_associations.getLinks(present);
     }
     for (const auto& [element, device] : record.areLinksKept ? record.keptLinks : present) {
-        m_satisfied.insert(element);
+        m_devices.try_emplace(element, device);
         m_holders.try_emplace(device, element);
     }
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <boost/unordered/unordered_flat_map.hpp>
-#include <boost/unordered/unordered_flat_set.hpp>
 
 #include "libInventory/engine/InventoryState.h"
 
@@ -12,7 +11,13 @@ class KeptLinks {
 public:
     explicit KeptLinks(const InventoryState& state);
 
-    bool isSatisfied(const XmlElement& element) const { return m_satisfied.contains(&element); }
+    bool isSatisfied(const XmlElement& element) const { return m_devices.contains(&element); }
+
+    /// The device that the element holds; null when it holds none.
+    const IDeviceImp* deviceOf(const XmlElement& element) const {
+        const auto at = m_devices.find(&element);
+        return at == m_devices.end() ? nullptr : at->second;
+    }
 
     /// The element that holds the device; null when none does.
     const XmlElement* holderOf(const IDeviceImp& device) const {
@@ -21,7 +26,7 @@ public:
     }
 
 private:
-    boost::unordered_flat_set<const XmlElement*> m_satisfied;
+    boost::unordered_flat_map<const XmlElement*, const IDeviceImp*> m_devices;
     boost::unordered_flat_map<const IDeviceImp*, const XmlElement*> m_holders;
 };
 
