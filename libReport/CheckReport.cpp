@@ -88,6 +88,7 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     }
     if (basis.listsElements) {
         report.checked = checkedElements(inventory, report);
+        report.places = machinePlaces(machine, report.faults);
     }
     report.headline = headlineOf(report);
     return report;

@@ -20,6 +20,7 @@
 #include "libReport/MachineIdentity.h"
 #include "libReport/ProgramVersion.h"
 #include "libReport/ReportWriter.h"
+#include "libReport/html/MachinePlaces.h"
 #include "libReport/lint/ScriptMistakes.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/UnreadSource.h"
@@ -81,6 +82,7 @@ struct CheckReport {
 
     std::vector<Fault> faults;            ///< one entry for each thing that is wrong
     std::vector<CheckedElement> checked;  ///< what became of every `device` element and rule; see CheckBasis
+    std::vector<PlaceGroup> places;       ///< the machine, sorted by place; see CheckBasis
     std::vector<FaultKind> warningKinds;  ///< a monitoring system is only warned of faults of these kinds
 
     /// Why the answer is not certain, if it is not; else what it does not hang on.
@@ -101,7 +103,7 @@ struct CheckReport {
 struct CheckBasis {
     const ImportReport* import = nullptr;  ///< of the machine's recording; borrowed, null for none
     bool isPlain = false;                  ///< the verdict is the engine's answer, whatever is not known
-    bool listsElements = true;             ///< for writers that want `checked`; it costs a few microseconds an element
+    bool listsElements = true;  ///< for writers that want `checked` and `places`; it costs a few microseconds for each
 };
 
 /// Requires: the inventory has run on that machine, and `passed` is its answer. What the inventory cannot know (names,

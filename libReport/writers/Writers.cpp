@@ -4,8 +4,9 @@ namespace vrx {
 
 ReportWriters<CheckReport> checkWriters() {
     static constexpr ReportWriter<CheckReport> WRITERS[] = {
-        {"text", checkText}, {"json", checkJson},     {"junit", checkJunit, true},     {"tap", checkTap, true},
-        {"csv", checkCsv},   {"nagios", checkNagios}, {"prometheus", checkPrometheus}, {"ocp", checkOcp, true}};
+        {"text", checkText},      {"json", checkJson},     {"junit", checkJunit, true},     {"tap", checkTap, true},
+        {"csv", checkCsv},        {"nagios", checkNagios}, {"prometheus", checkPrometheus}, {"ocp", checkOcp, true},
+        {"html", checkHtml, true}};
     return WRITERS;
 }
 

@@ -12,6 +12,7 @@ std::string checkText(const CheckReport& report, const TextFormat& format);
 std::string checkJson(const CheckReport& report, const TextFormat& format);
 std::string checkJunit(const CheckReport& report, const TextFormat& format);
 std::string checkTap(const CheckReport& report, const TextFormat& format);
+std::string checkHtml(const CheckReport& report, const TextFormat& format);
 std::string checkCsv(const CheckReport& report, const TextFormat& format);
 std::string checkNagios(const CheckReport& report, const TextFormat& format);
 std::string checkPrometheus(const CheckReport& report, const TextFormat& format);

@@ -1,0 +1,45 @@
+#include "libReport/html/HtmlPage.h"
+
+#include <string>
+
+#include "libReport/html/HtmlAssets.h"
+
+namespace vrx {
+
+namespace {
+
+std::string policy() {
+    return "default-src 'none'; style-src 'sha256-" + std::string(HTML_STYLE_HASH) + "'; script-src 'sha256-" +
+           std::string(HTML_SCRIPT_HASH) + "'; base-uri 'none'; form-action 'none'";
+}
+
+void writeMeta(HtmlWriter& html, std::string_view name, std::string_view content) {
+    html.voidElement("meta").attribute("name", name).attribute("content", content);
+}
+
+}  // namespace
+
+void beginPage(HtmlWriter& html, std::string_view title) {
+    html.raw("<!DOCTYPE html>\n").begin("html").attribute("lang", "en").begin("head");
+    html.voidElement("meta").attribute("charset", "utf-8");
+    html.voidElement("meta").attribute("http-equiv", "Content-Security-Policy").attribute("content", policy());
+    writeMeta(html, "viewport", "width=device-width, initial-scale=1");
+    writeMeta(html, "color-scheme", "light dark");
+    writeMeta(html, "referrer", "no-referrer");
+    html.element("title", "", title);
+    html.begin("style").raw(HTML_STYLE).end().end().raw("\n");
+    html.begin("body");
+}
+
+void endPage(HtmlWriter& html) { html.begin("script").raw(HTML_SCRIPT).end().end().end().raw("\n"); }
+
+void writeSearch(HtmlWriter& html) {
+    html.begin("form", "search").attribute("role", "search");
+    html.begin("label").attribute("for", "search").text("Search").end();
+    html.voidElement("input").attribute("type", "search").attribute("id", "search");
+    html.attribute("placeholder", "place, model, serial number ...");
+    html.begin("span").attribute("id", "found").attribute("aria-live", "polite").end();
+    html.end().raw("\n");
+}
+
+}  // namespace vrx

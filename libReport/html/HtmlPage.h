@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+#include "libReport/html/HtmlWriter.h"
+
+/// The frame of a page that needs nothing from outside: its policy lets a browser run the page's own script and style,
+/// by their hashes, and load nothing.
+namespace vrx {
+
+void beginPage(HtmlWriter& html, std::string_view title);
+void endPage(HtmlWriter& html);
+
+/// A field that hides every element with the attribute `data-entry` whose text holds not all of the words that are
+/// typed.
+void writeSearch(HtmlWriter& html);
+
+/// The attribute's name.
+inline constexpr std::string_view HTML_ENTRY = "data-entry";
+
+}  // namespace vrx
