@@ -118,6 +118,9 @@ private:
             device.text(property::VENDOR, maker);
             device.text(property::VENDOR_ID, text, PropertyCategoryImp::Internal());
         }
+        if (!device.has(property::VENDOR)) {
+            device.text(property::VENDOR, memoryMaker(module.makerId));
+        }
     }
 
     bool isSystemMemory(const MemoryModuleFacts& module) const {

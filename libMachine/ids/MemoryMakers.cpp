@@ -1,16 +1,18 @@
-/// A maker's code is a byte with odd parity in one of several banks. It is told in four ways, and what firmware copies
+/// A maker's code is a byte with odd parity in one of several banks. It is told in five ways, and what firmware copies
 /// may hold further codes behind it (of the register, of the chips), zeros, or letters:
 ///
 ///     00CE, 80CE, 859B    the bank less one, with or without parity, then the code (newer modules)
 ///     CE00, 2C80          the same with the bytes exchanged
 ///     7F7F7F0B            a 7F for each bank before (older modules)
 ///     C1494E46            the code alone, and then letters
+///     Bank 1, Hex 0xCE    in words (of the field that SMBIOS has for the code)
 ///
 /// Where two ways make sense, the first with a known maker is taken.
 
 #include "libMachine/ids/MemoryMakers.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <iterator>
 #include <optional>
@@ -161,13 +163,27 @@ std::string_view makerIn(unsigned bank, unsigned code) noexcept {
     return makerOf((bank & WITHOUT_PARITY) + 1, code);
 }
 
+/// "Bank 4, Hex 0x0B".
+std::string_view makerInWords(std::string_view text) noexcept {
+    static constexpr std::string_view BANK = "Bank ";
+    static constexpr std::string_view CODE = ", Hex 0x";
+    const std::size_t comma = text.find(CODE);
+    if (!text.starts_with(BANK) || comma == std::string_view::npos) {
+        return NO_NAME;
+    }
+    unsigned bank = 0;
+    std::from_chars(text.data() + BANK.size(), text.data() + comma, bank);
+    const std::vector<std::uint8_t> code = bytesIn(text.substr(comma + CODE.size()));
+    return code.size() == 1 ? makerOf(bank, code.front()) : NO_NAME;
+}
+
 }  // namespace
 
 std::string_view memoryMaker(std::string_view text) noexcept {
     static constexpr std::uint8_t NEXT_BANK = 0x7F;
     const std::vector<std::uint8_t> bytes = bytesIn(withoutPrefix(text));
     if (bytes.size() < 2) {
-        return NO_NAME;
+        return makerInWords(text);
     }
     const auto code = std::find_if(bytes.begin(), bytes.end(), [](std::uint8_t byte) { return byte != NEXT_BANK; });
     if (code != bytes.begin()) {

@@ -61,6 +61,10 @@ void noteLocators(const Recording& recording, DamageList& damage) {
     }
 }
 
+CapabilityImp typesOf(DamageLoss loss) {
+    return loss == DamageLoss::Sizes ? CapabilityImp(u"MemoryModule") | CapabilityImp(u"Cache") : CapabilityImp::ALL();
+}
+
 /// What is lost with damaged text may have been any device.
 void noteLosses(const RecordingFormatRow& row, const DamageList& damage, Recording& recording) {
     for (const ImportDamage& one : damage.all()) {
@@ -68,10 +72,9 @@ void noteLosses(const RecordingFormatRow& row, const DamageList& damage, Recordi
         if (loss == DamageLoss::Nothing) {
             continue;
         }
-        UnreadSource unread{
-            String::UTF8Decode(row.title), CapabilityImp::ALL(), String::UTF8Decode(damageText(one)), {}};
-        if (loss == DamageLoss::Properties) {
-            unread.properties.append(String(UnreadSource::ANY_PROPERTY));
+        UnreadSource unread{String::UTF8Decode(row.title), typesOf(loss), String::UTF8Decode(damageText(one)), {}};
+        if (loss != DamageLoss::Devices) {
+            unread.properties.append(String(loss == DamageLoss::Sizes ? property::SIZE : UnreadSource::ANY_PROPERTY));
         }
         recording.addUnread(std::move(unread));
     }

@@ -12,6 +12,8 @@
 #include <optional>
 #include <vector>
 
+#include "libMachine/record/Letters.h"
+
 namespace vrx {
 
 namespace {
@@ -26,15 +28,14 @@ struct Date {
     }
 };
 
-bool isDateDigit(char letter) noexcept { return letter >= '0' && letter <= '9'; }
 bool isDateLetter(char letter) noexcept { return (letter | 0x20) >= 'a' && (letter | 0x20) <= 'z'; }
 
 std::vector<std::string_view> groupsOf(std::string_view text) {
     std::vector<std::string_view> groups;
     for (std::size_t at = 0; at < text.size();) {
         std::size_t end = at + 1;
-        if (isDateDigit(text[at]) || isDateLetter(text[at])) {
-            while (end < text.size() && (isDateDigit(text[at]) ? isDateDigit(text[end]) : isDateLetter(text[end]))) {
+        if (isDigit(text[at]) || isDateLetter(text[at])) {
+            while (end < text.size() && (isDigit(text[at]) ? isDigit(text[end]) : isDateLetter(text[end]))) {
                 ++end;
             }
             groups.push_back(text.substr(at, end - at));

@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "libMachine/record/CleanText.h"
+#include "libMachine/record/Letters.h"
 
 namespace vrx {
 
@@ -48,15 +49,12 @@ bool isListed(StringView text, const StringView (&list)[Size]) noexcept {
     return std::find(std::begin(list), std::end(list), text) != std::end(list);
 }
 
-constexpr bool isSmallUnit(char16_t unit) noexcept { return unit >= u'a' && unit <= u'z'; }
-constexpr bool isCapitalUnit(char16_t unit) noexcept { return unit >= u'A' && unit <= u'Z'; }
-constexpr bool isDigitUnit(char16_t unit) noexcept { return unit >= u'0' && unit <= u'9'; }
 constexpr char16_t smallLetter(char16_t unit) noexcept {
-    return isCapitalUnit(unit) ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
+    return isCapitalLetter(unit) ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
 }
 /// What is no ASCII counts as a letter.
 constexpr bool isPunctuation(char16_t unit) noexcept {
-    return unit < 0x80 && !isSmallUnit(unit) && !isCapitalUnit(unit) && !isDigitUnit(unit);
+    return unit < 0x80 && !isSmallLetter(unit) && !isCapitalLetter(unit) && !isDigit(unit);
 }
 
 /// Longer texts than that are no placeholders.
@@ -83,8 +81,8 @@ StringView takeWord(StringView& text) noexcept {
     const auto start = std::find_if_not(text.begin(), text.end(), isPunctuation);
     text.remove_prefix(static_cast<std::size_t>(start - text.begin()));
     std::size_t end = text.empty() ? 0 : 1;
-    while (end < text.size() && !isPunctuation(text[end]) && isDigitUnit(text[end]) == isDigitUnit(text[end - 1]) &&
-           !(isCapitalUnit(text[end]) && isSmallUnit(text[end - 1]))) {
+    while (end < text.size() && !isPunctuation(text[end]) && isDigit(text[end]) == isDigit(text[end - 1]) &&
+           !(isCapitalLetter(text[end]) && isSmallLetter(text[end - 1]))) {
         ++end;
     }
     const StringView word = text.substr(0, end);
@@ -97,7 +95,7 @@ StringView withoutStructureType(StringView text) noexcept {
     StringView rest = text;
     const bool isType = Letters(takeWord(rest)).view() == u"type";
     const StringView number = takeWord(rest);
-    return isType && !number.empty() && isDigitUnit(number.front()) ? rest : text;
+    return isType && !number.empty() && isDigit(number.front()) ? rest : text;
 }
 
 bool isNameOfField(StringView text) noexcept {
@@ -118,7 +116,7 @@ bool isNameOfField(StringView text) noexcept {
             isCounted = isCounted || isListed(letters.view(), COUNTED_NAMES);
         } else if (isListed(letters.view(), FIELD_OWNERS)) {
             endsWithName = false;
-        } else if (word.size() == 1 || (isDigitUnit(word.front()) && word.size() <= LONGEST_NUMBER)) {
+        } else if (word.size() == 1 || (isDigit(word.front()) && word.size() <= LONGEST_NUMBER)) {
             hasNumber = true;
         } else {
             return false;
@@ -138,13 +136,13 @@ bool isCounting(StringView letters, std::size_t shortest) noexcept {
     const bool isDown = std::adjacent_find(letters.begin(), letters.end(), [](char16_t before, char16_t after) {
                             return after + 1 != before;
                         }) == letters.end();
-    return letters.size() >= shortest && isDigitUnit(letters.front()) && (isUp || isDown);
+    return letters.size() >= shortest && isDigit(letters.front()) && (isUp || isDown);
 }
 
 bool isCounted(StringView letters) noexcept {
     static constexpr std::size_t SHORTEST = 6;
     static constexpr std::size_t SHORTEST_BEHIND_LETTERS = 8;
-    const auto digit = std::find_if(letters.begin(), letters.end(), isDigitUnit);
+    const auto digit = std::find_if(letters.begin(), letters.end(), isDigit<char16_t>);
     const auto letterCount = static_cast<std::size_t>(digit - letters.begin());
     return letterCount == 0 ? isCounting(letters, SHORTEST)
                             : letterCount <= 5 && isCounting(letters.substr(letterCount), SHORTEST_BEHIND_LETTERS);

@@ -14,6 +14,7 @@
 #include <cstdint>
 
 #include "libMachine/record/CleanText.h"
+#include "libMachine/record/Letters.h"
 
 namespace vrx {
 
@@ -22,9 +23,6 @@ namespace {
 constexpr boost::uuids::uuid NAMESPACE = {
     {0x5b, 0x0f, 0x3c, 0x1e, 0x92, 0x7d, 0x4f, 0x60, 0xa8, 0x41, 0x6d, 0x17, 0x2c, 0xe9, 0x50, 0xb4}};
 
-bool isDigit(char unit) noexcept { return unit >= '0' && unit <= '9'; }
-bool isSmall(char unit) noexcept { return unit >= 'a' && unit <= 'z'; }
-bool isCapital(char unit) noexcept { return unit >= 'A' && unit <= 'Z'; }
 bool isHex(char unit) noexcept { return isDigit(unit) || (unit >= 'a' && unit <= 'f') || (unit >= 'A' && unit <= 'F'); }
 
 /// As many bytes as are asked for, all decided by one text.
@@ -79,7 +77,7 @@ std::size_t prefixSize(std::string_view text) noexcept {
 /// Eight letters and digits or more that are all hexadecimal, letters among them: a number, no word.
 bool isHexNumber(std::string_view text) noexcept {
     static constexpr std::size_t SHORTEST = 8;
-    return text.size() >= SHORTEST && std::any_of(text.begin(), text.end(), isDigit) &&
+    return text.size() >= SHORTEST && std::any_of(text.begin(), text.end(), isDigit<char>) &&
            std::all_of(text.begin(), text.end(), [](char unit) { return isHex(unit) || unit == '-' || unit == ':'; });
 }
 
@@ -88,10 +86,10 @@ char replacement(char unit, bool isHexadecimal, unsigned byte) noexcept {
         return static_cast<char>('0' + byte % 10);
     }
     const unsigned letters = isHexadecimal ? 6 : 26;
-    if (isSmall(unit)) {
+    if (isSmallLetter(unit)) {
         return static_cast<char>('a' + byte % letters);
     }
-    return isCapital(unit) ? static_cast<char>('A' + byte % letters) : unit;
+    return isCapitalLetter(unit) ? static_cast<char>('A' + byte % letters) : unit;
 }
 
 }  // namespace
@@ -113,7 +111,7 @@ std::string addressPseudonym(std::string_view address) {
     static constexpr unsigned LOCAL = 0x02;
     static constexpr unsigned GROUP = 0x01;
     ByteStream bytes(hexDigitsOf(address));
-    const bool isUpper = std::any_of(address.begin(), address.end(), isCapital);
+    const bool isUpper = std::any_of(address.begin(), address.end(), isCapitalLetter<char>);
     std::string other(address);
     unsigned byte = 0;
     std::size_t digits = 0;
@@ -133,12 +131,12 @@ std::string addressPseudonym(std::string_view address) {
 
 std::string uuidPseudonym(std::string_view uuid) {
     const std::string other = boost::uuids::to_string(boost::uuids::name_generator_sha1(NAMESPACE)(hexDigitsOf(uuid)));
-    if (std::none_of(uuid.begin(), uuid.end(), isCapital)) {
+    if (std::none_of(uuid.begin(), uuid.end(), isCapitalLetter<char>)) {
         return other;
     }
     std::string upper = other;
     std::transform(upper.begin(), upper.end(), upper.begin(),
-                   [](char unit) { return isSmall(unit) ? static_cast<char>(unit - 'a' + 'A') : unit; });
+                   [](char unit) { return isSmallLetter(unit) ? static_cast<char>(unit - 'a' + 'A') : unit; });
     return upper;
 }
 

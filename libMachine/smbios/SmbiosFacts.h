@@ -112,6 +112,7 @@ struct MemoryModuleFacts {
     std::string technology;     ///< "DRAM", "NVDIMM-N"
     bool isPersistent = false;  ///< keeps what it holds without power, so it is no RAM
     std::string vendor;
+    std::string makerId;  ///< the code that the module itself holds: "Bank 1, Hex 0xCE"
     std::string partNumber;
     std::string serialNumber;
     std::string assetTag;

@@ -140,6 +140,7 @@ inline constexpr SmbiosField<MemoryModuleFacts> MODULE_FIELDS[] = {
     {&MemoryModuleFacts::buffering, 0x13, BUFFERING, "Type Detail"},
     {&MemoryModuleFacts::technology, 0x28, word(nameAt<memoryTechnologyName>), "Memory Technology"},
     {&MemoryModuleFacts::vendor, 0x17, TEXT, "Manufacturer"},
+    {&MemoryModuleFacts::makerId, 0x2C, word(makerIdAt), "Module Manufacturer ID"},
     {&MemoryModuleFacts::partNumber, 0x1A, TEXT, "Part Number"},
     {&MemoryModuleFacts::serialNumber, 0x18, TEXT, "Serial Number"},
     {&MemoryModuleFacts::assetTag, 0x19, TEXT, "Asset Tag"},

@@ -55,6 +55,14 @@ std::string hexAt(const SmbiosStructure& structure, std::size_t offset) {
     return structure.word(offset) == 0 ? std::string() : fmt::format("{:04X}", structure.word(offset));
 }
 
+std::string makerIdAt(const SmbiosStructure& structure, std::size_t offset) {
+    static constexpr unsigned WITHOUT_PARITY = 0x7F;
+    return structure.word(offset) == 0
+               ? std::string()
+               : fmt::format("Bank {}, Hex 0x{:02X}", (structure.byte(offset) & WITHOUT_PARITY) + 1,
+                             structure.byte(offset + 1));
+}
+
 std::string lettersAt(const SmbiosStructure& structure, std::size_t offset) {
     std::string letters;
     for (std::size_t i = 0; i < 4 && structure.byte(offset + i) != 0; ++i) {

@@ -57,6 +57,9 @@ std::string moduleFirmwareAt(const SmbiosStructure& structure, std::size_t offse
 /// "1A2B" from a word; empty for 0.
 std::string hexAt(const SmbiosStructure& structure, std::size_t offset);
 
+/// "Bank 1, Hex 0xCE" from the number of the maker's bank, less one, and its code in it; empty for 0.
+std::string makerIdAt(const SmbiosStructure& structure, std::size_t offset);
+
 /// Four letters, or fewer before a NUL.
 std::string lettersAt(const SmbiosStructure& structure, std::size_t offset);
 

@@ -2,9 +2,8 @@
 /// function's place and names and the interface's address. Further ports of the function, and interfaces on USB or on
 /// the board, are devices of their own.
 ///
-/// Interfaces that are software (bridges, tunnels) are recorded as plain Network devices with Virtual, under the only
-/// name that they have; not so the loopback, and the ends of "veth" pairs, which container engines make and remove all
-/// the time.
+/// Interfaces that are software (bonds, bridges, tunnels, the loopback, the ends of "veth" pairs) have no device below
+/// them. They are no hardware, and left out.
 
 #include <fmt/format.h>
 
@@ -26,13 +25,12 @@ using Category = PropertyCategoryImp;
 const std::string INTERFACES = "/sys/class/net/";
 
 /// The kind of link layer, as in the interface's file `type`.
-enum LinkLayer : std::uint64_t { ETHERNET = 1, INFINIBAND = 32, LOOPBACK = 772 };
+enum LinkLayer : std::uint64_t { ETHERNET = 1, INFINIBAND = 32 };
 
 struct Interface {
     std::string name;
     std::uint64_t linkLayer = 0;
     std::uint64_t port = 0;  ///< of a device with several
-    bool isVirtual = false;
 
     std::string path(std::string_view file) const { return INTERFACES + name + "/" + std::string(file); }
 };
@@ -43,9 +41,8 @@ std::vector<Interface> readInterfaces(const RootFolder& root) {
         Interface interface;
         interface.name = name;
         const std::optional<std::uint64_t> linkLayer = root.number(interface.path("type"));
-        interface.isVirtual = root.access(interface.path("device")) == RootFolder::Access::Absent;
-        const bool isPair = interface.isVirtual && name.starts_with("veth");
-        if (!linkLayer || *linkLayer == LOOPBACK || isPair) {
+        const bool isSoftware = root.access(interface.path("device")) == RootFolder::Access::Absent;
+        if (!linkLayer || isSoftware) {
             continue;
         }
         interface.linkLayer = *linkLayer;
@@ -59,9 +56,6 @@ std::vector<Interface> readInterfaces(const RootFolder& root) {
 }
 
 StringView typeOf(const RootFolder& root, const Interface& interface) {
-    if (interface.isVirtual) {
-        return u"Network";
-    }
     if (root.access(interface.path("phy80211")) == RootFolder::Access::Granted ||
         root.access(interface.path("wireless")) == RootFolder::Access::Granted) {
         return u"WirelessNetwork";
@@ -88,7 +82,7 @@ void addFirmware(DeviceRecord& device, const RootFolder& root, const Interface& 
             device.text(property::NODE_GUID, root.text(folder + name + "/node_guid"));
         }
     }
-    if (root.isLive() && !interface.isVirtual && !device.has(property::FIRMWARE_VERSION)) {
+    if (root.isLive() && !device.has(property::FIRMWARE_VERSION)) {
         device.text(property::FIRMWARE_VERSION, driverFirmware(interface.name));
     }
 }
@@ -96,7 +90,7 @@ void addFirmware(DeviceRecord& device, const RootFolder& root, const Interface& 
 void addProperties(DeviceRecord& device, const RootFolder& root, const Interface& interface) {
     static constexpr std::uint64_t PERMANENT = 0;
     static constexpr std::uint64_t UNKNOWN_SPEED = 0xFFFFFFFF;
-    const bool keepsAddress = !interface.isVirtual && root.number(interface.path("addr_assign_type")) == PERMANENT;
+    const bool keepsAddress = root.number(interface.path("addr_assign_type")) == PERMANENT;
     device.text(property::ADDRESS, root.text(interface.path("address")),
                 keepsAddress ? Category::SysInfo() : Category::Volatile());
     device.text(property::LINK_STATE, root.text(interface.path("operstate")), Category::Volatile());
@@ -104,9 +98,6 @@ void addProperties(DeviceRecord& device, const RootFolder& root, const Interface
     const std::uint64_t speed = root.number(interface.path("speed")).value_or(0);
     device.measure(property::SPEED, speed == UNKNOWN_SPEED ? 0 : static_cast<double>(speed), u"Mbit/s",
                    Category::Volatile());
-    if (interface.isVirtual) {
-        device.flag(property::VIRTUAL, true);
-    }
     addFirmware(device, root, interface);
     if (!device.has(property::DRIVER)) {
         device.text(property::DRIVER, root.linkTarget(interface.path("device/driver")), Category::Internal());
@@ -121,19 +112,10 @@ bool isNetworkFunction(const DeviceRecord& device) {
 
 DeviceRecord newAdapter(const CollectContext& context, const Interface& interface, const std::string& sysPath) {
     DeviceRecord device;
-    device.name = "Network adapter";
-    if (interface.isVirtual) {
-        device.name = "Network interface " + interface.name;
-        device.hwLocator = "net:" + interface.name;
-        device.parent = 0;
-    } else {
-        device.sysPath = sysPath;
-        device.hwLocator = fmt::format("{}/port:{}", locatorAbove(context.recording, sysPath), interface.port);
-        const std::size_t above = context.recording.nearest(sysPath);
-        if (above != Recording::NONE) {
-            device.name = context.recording.at(above).name;
-        }
-    }
+    device.sysPath = sysPath;
+    device.hwLocator = fmt::format("{}/port:{}", locatorAbove(context.recording, sysPath), interface.port);
+    const std::size_t above = context.recording.nearest(sysPath);
+    device.name = above == Recording::NONE ? "Network adapter" : context.recording.at(above).name;
     return device;
 }
 
@@ -144,7 +126,7 @@ void collectNetwork(CollectContext& context) {
     std::set<std::size_t> taken;
     for (const Interface& interface : readInterfaces(context.root)) {
         const std::string sysPath = context.root.resolved(INTERFACES + interface.name);
-        std::size_t place = interface.isVirtual ? Recording::NONE : context.recording.nearest(sysPath);
+        std::size_t place = context.recording.nearest(sysPath);
         const bool takesFunction =
             place != Recording::NONE && isNetworkFunction(context.recording.at(place)) && taken.insert(place).second;
         if (!takesFunction) {

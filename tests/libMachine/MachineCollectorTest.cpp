@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -161,6 +163,15 @@ TEST(MachineCollectorTest, processorsThatTheTopologyLibraryLeavesOutAreRead) {
     EXPECT_EQ(machine.parentOf(u"cpu:1/core:4/l1d"), "cpu:1/core:4");
     EXPECT_EQ(machine.text(u"cpu:1/l3:0", u"Size"), whole.text(u"cpu:1/l3:0", u"Size"));
     EXPECT_THAT(joined(machine.notes), HasSubstr("processors 0 are offline; left out: cores, threads and caches"));
+
+    // A cache that holds half of the second package: of objects that overlap the library keeps the first.
+    SavedMachine overlapping;
+    overlapping.processors(2, 2, "Example CPU");
+    overlapping.file("/sys/devices/system/cpu/cpu0/cache/index3/shared_cpu_map", "3f\n");
+    overlapping.collect();
+    EXPECT_EQ(overlapping.count(u"Processor"), 2U);
+    EXPECT_EQ(overlapping.text(u"cpu:1", u"Threads"), "4");
+    EXPECT_EQ(overlapping.parentOf(u"cpu:1/core:4/l1d"), "cpu:1/core:4");
 }
 
 TEST(MachineCollectorTest, memoryModulesComeFromSmbios) {
@@ -295,9 +306,36 @@ TEST(MachineCollectorTest, networkAdaptersAreTheirFunctions) {
     EXPECT_EQ(machine.text(u"pci:0000:01:00.0", u"Address"), "00:1d:00:00:00:01");
     EXPECT_EQ(machine.summary(u"pci:0000:01:00.0/port:1"), "Ethernet|Dual Port 10G Adapter|alpha");
     EXPECT_EQ(machine.parentOf(u"pci:0000:01:00.0/port:1"), "pci:0000:01:00.0");
-    EXPECT_EQ(machine.summary(u"net:br0"), "Network|Network interface br0|br0");
-    EXPECT_EQ(machine.text(u"net:br0", u"Virtual"), "true");
-    EXPECT_EQ(machine.count(u"Network"), 3U) << "no loopback, no veth";
+    machine.file("/sys/class/net/bond0/type", "1\n");
+    machine.collect();
+    EXPECT_EQ(machine.count(u"Network"), 2U) << "no bond, no bridge, no loopback, no veth";
+}
+
+// Tests may run as root, who may read everything.
+TEST(MachineCollectorTest, filesThatMayNotBeReadAreNamed) {
+    namespace fs = std::filesystem;
+    SavedMachine machine("server");
+    const auto open = [](const fs::path& path) {
+        fs::permissions(path, fs::perms(0555), fs::perm_options::add);
+    };
+    open(machine.folder());
+    for (const auto& entry : fs::recursive_directory_iterator(machine.folder())) {
+        if (!entry.is_symlink()) {
+            open(entry.path());
+        }
+    }
+    fs::permissions(machine.folder() + "/sys/class/net/alpha/address", fs::perms::none);
+    const uid_t user = geteuid();
+    static constexpr uid_t NOBODY = 65534;
+    ASSERT_TRUE(user != 0 || (seteuid(NOBODY) == 0 && prctl(PR_SET_DUMPABLE, 1) == 0)) << "else no /proc/self either";
+    machine.collect();
+    ASSERT_EQ(user == 0 ? seteuid(0) : 0, 0);
+    EXPECT_THAT(joined(machine.notes),
+                HasSubstr("/sys/class/net/alpha/address: permission denied; left out: properties"));
+    EXPECT_EQ(machine.text(u"pci:0000:01:00.0/port:1", u"Address"), "-");
+    EXPECT_TRUE(std::ranges::any_of(machine.store.unread(), [](const UnreadSource& unread) {
+        return unread.mayHide(CapabilityImp(u"Ethernet"), u"Address") && !unread.mayHide(CapabilityImp(u"Ethernet"));
+    }));
 }
 
 TEST(MachineCollectorTest, disksStandBelowTheirControllers) {

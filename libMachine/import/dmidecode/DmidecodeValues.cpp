@@ -8,14 +8,9 @@
 
 #include "libMachine/linux/RootFolder.h"
 #include "libMachine/record/CleanText.h"
+#include "libMachine/record/Letters.h"
 
 namespace vrx {
-
-namespace {
-
-bool startsNumber(char letter) noexcept { return letter >= '0' && letter <= '9'; }
-
-}  // namespace
 
 std::string_view DmidecodeValues::raw(std::string_view key) const noexcept {
     const DmidecodeStructure::Field* const field = m_structure.field(key);
@@ -38,7 +33,7 @@ std::string DmidecodeValues::wordIn(std::string_view value) {
 unsigned DmidecodeValues::number(std::string_view key) const {
     const std::string_view value = raw(key);
     const auto number = parseNumber(value);
-    if (!number && !value.empty() && startsNumber(value.front())) {
+    if (!number && !value.empty() && isDigit(value.front())) {
         countUnreadable(key);
     }
     return number && *number <= 0xFFFFFFFF ? static_cast<unsigned>(*number) : 0;
@@ -89,7 +84,7 @@ double DmidecodeValues::measure(std::string_view key, std::string_view units) co
 
 bool DmidecodeValues::split(std::string_view key, double& number, std::string_view& unit) const {
     const std::string_view value = raw(key);
-    if (value.empty() || !startsNumber(value.front())) {
+    if (value.empty() || !isDigit(value.front())) {
         return false;
     }
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);

@@ -11,7 +11,7 @@
 namespace vrx {
 
 /// What a recording may lack for damage.
-enum class DamageLoss : std::uint8_t { Nothing, Properties, Devices };
+enum class DamageLoss : std::uint8_t { Nothing, Sizes, Properties, Devices };  ///< Sizes: of modules and caches
 
 DamageLoss lossOf(DamageKind kind) noexcept;
 

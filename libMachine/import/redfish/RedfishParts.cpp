@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "libMachine/record/Letters.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
@@ -20,9 +21,9 @@ constexpr RedfishField PLACE[] = {{"Location/PartLocation/ServiceLabel", propert
 std::string lettersAndDigits(std::string_view text) {
     std::string kept;
     for (const char unit : text) {
-        if ((unit >= '0' && unit <= '9') || (unit >= 'a' && unit <= 'z')) {
+        if (isDigit(unit) || isSmallLetter(unit)) {
             kept += unit;
-        } else if (unit >= 'A' && unit <= 'Z') {
+        } else if (isCapitalLetter(unit)) {
             kept += static_cast<char>(unit + 32);
         }
     }

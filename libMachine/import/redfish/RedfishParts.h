@@ -8,6 +8,7 @@
 #include "libMachine/import/redfish/RedfishTree.h"
 #include "libMachine/import/redfish/RedfishValues.h"
 #include "libMachine/record/Recording.h"
+#include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
 
@@ -18,6 +19,14 @@ struct RedfishKind {
     std::string_view name;     ///< where the part says none
     std::string_view place;    ///< the name of an empty place
     std::span<const RedfishField> fields = {};
+};
+
+/// The link of what is on the PCI bus.
+inline constexpr RedfishField REDFISH_PCIE[] = {
+    {"PCIeInterface/MaxPCIeType", property::MAX_LINK_SPEED, RedfishValue::PcieSpeed, u"GT/s"},
+    {"PCIeInterface/MaxLanes", property::MAX_LINK_WIDTH, RedfishValue::Number},
+    {"PCIeInterface/PCIeType", property::LINK_SPEED, RedfishValue::VolatilePcieSpeed, u"GT/s"},
+    {"PCIeInterface/LanesInUse", property::LINK_WIDTH, RedfishValue::Number},
 };
 
 /// Puts the parts of a service into a recording. A part that several resources refer to is recorded once.

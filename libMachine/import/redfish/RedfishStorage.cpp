@@ -20,6 +20,7 @@ constexpr RedfishField DRIVE[] = {
     {"Protocol", property::TRANSPORT},
     {"RotationSpeedRPM", property::ROTATION_RATE, RedfishValue::Measure, u"RPM"},
     {"CapableSpeedGbs", property::MAX_LINK_SPEED, RedfishValue::Measure, u"Gbit/s"},
+    {"NegotiatedSpeedGbs", property::LINK_SPEED, RedfishValue::Reading, u"Gbit/s"},
 };
 
 constexpr RedfishField VOLUME[] = {
@@ -69,7 +70,8 @@ std::size_t addControllers(RedfishParts& parts, const RedfishPart& storage, std:
     std::size_t first = root;
     for (std::size_t number = 0; number < controllers.size(); ++number) {
         const json::object& data = *controllers[number].data;
-        const RedfishKind kind{controllerType(data), "storage", "Storage controller", "Storage controller place"};
+        const RedfishKind kind{controllerType(data), "storage", "Storage controller", "Storage controller place",
+                               REDFISH_PCIE};
         const std::string id = number == 0 ? storage.id : storage.id + "/controller:" + controllers[number].id;
         const std::size_t place = parts.add(kind, {&data, id}, root);
         first = first == root && place != Recording::NONE ? place : first;
@@ -77,11 +79,26 @@ std::size_t addControllers(RedfishParts& parts, const RedfishPart& storage, std:
     return first;
 }
 
+/// A drive on the PCI bus tells of its link by the PCI device that it is.
+void addLink(RedfishParts& parts, const json::object& drive, DeviceRecord& device) {
+    const json::object* const links = parts.tree().follow(drive, "Links");
+    const std::vector<RedfishPart> functions =
+        links == nullptr ? std::vector<RedfishPart>() : parts.tree().members(*links, "PCIeFunctions");
+    const json::object* const above =
+        functions.empty() ? nullptr : parts.tree().follow(*functions.front().data, "Links");
+    if (const json::object* const pcie = above == nullptr ? nullptr : parts.tree().follow(*above, "PCIeDevice")) {
+        addRedfishFields(device, *pcie, REDFISH_PCIE);
+    }
+}
+
 void addDrives(RedfishParts& parts, const std::vector<RedfishPart>& drives, const std::string& storage,
                std::size_t above) {
     for (const RedfishPart& drive : drives) {
         const RedfishKind kind{driveType(*drive.data), "storage", "Drive", "Drive bay", DRIVE};
-        parts.add(kind, {drive.data, storage + "/drive:" + drive.id}, above);
+        const std::size_t place = parts.add(kind, {drive.data, storage + "/drive:" + drive.id}, above);
+        if (place != Recording::NONE && parts.recording().at(place).type != u"Slot") {
+            addLink(parts, *drive.data, parts.recording().at(place));
+        }
     }
 }
 

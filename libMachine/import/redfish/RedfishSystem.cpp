@@ -4,10 +4,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "libMachine/devices/MachineDevices.h"
 #include "libMachine/devices/MemoryDevices.h"
 #include "libMachine/import/redfish/RedfishParts.h"
+#include "libMachine/record/CleanText.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
@@ -40,13 +42,7 @@ constexpr RedfishField INTERFACE[] = {
 };
 constexpr RedfishKind ETHERNET{u"Ethernet", "net", "Network interface", "Network interface, disabled", INTERFACE};
 
-constexpr RedfishField PCIE[] = {
-    {"PCIeInterface/MaxPCIeType", property::MAX_LINK_SPEED, RedfishValue::PcieSpeed, u"GT/s"},
-    {"PCIeInterface/MaxLanes", property::MAX_LINK_WIDTH, RedfishValue::Number},
-    {"PCIeInterface/PCIeType", property::LINK_SPEED, RedfishValue::VolatilePcieSpeed, u"GT/s"},
-    {"PCIeInterface/LanesInUse", property::LINK_WIDTH, RedfishValue::Number},
-};
-constexpr RedfishKind PCI_DEVICE{u"PciDevice", "pcie", "PCI device", "PCI device place", PCIE};
+constexpr RedfishKind PCI_DEVICE{u"PciDevice", "pcie", "PCI device", "PCI device place", REDFISH_PCIE};
 
 constexpr RedfishField PCI_FUNCTION[] = {
     {"VendorId", property::VENDOR_ID, RedfishValue::Hexadecimal},
@@ -97,6 +93,19 @@ std::string bufferingOf(const json::object& module) {
     return has("LRDIMM") ? "Load Reduced" : has("RDIMM") ? "Registered" : has("UDIMM") ? "Unbuffered" : "";
 }
 
+/// What keeps the module's content without power; empty for RAM.
+std::string persistentTechnology(const json::object& module) {
+    static constexpr std::pair<std::string_view, std::string_view> WORDS[] = {
+        {"IntelOptane", "Intel Optane persistent memory"},
+        {"NVDIMM_N", "NVDIMM-N"},
+        {"NVDIMM_F", "NVDIMM-F"},
+        {"NVDIMM_P", "NVDIMM-P"},
+    };
+    const std::string type = redfishText(module, "MemoryType");
+    const auto* const known = std::ranges::find(WORDS, type, &std::pair<std::string_view, std::string_view>::first);
+    return type == "DRAM" ? "" : known == std::end(WORDS) ? type : std::string(known->second);
+}
+
 double fastestOf(const json::object& module) {
     double fastest = 0;
     for (int number = 0; number < 64; ++number) {
@@ -124,6 +133,8 @@ MemoryModuleFacts moduleFacts(const RedfishPart& part) {
     module.partNumber = redfishText(data, "PartNumber");
     module.serialNumber = redfishText(data, "SerialNumber");
     module.assetTag = redfishText(data, "AssetTag");
+    module.technology = persistentTechnology(data);
+    module.isPersistent = !module.technology.empty();
     module.size = smallNumber(redfishNumber(data, "CapacityMiB")) * MIB;
     module.speed = smallNumber(fastestOf(data));
     module.configuredSpeed = smallNumber(redfishNumber(data, "OperatingSpeedMhz"));
@@ -131,6 +142,14 @@ MemoryModuleFacts moduleFacts(const RedfishPart& part) {
     module.totalWidth = smallNumber(redfishNumber(data, "BusWidthBits"));
     module.ranks = smallNumber(redfishNumber(data, "RankCount"));
     return module;
+}
+
+void addModuleState(RedfishParts& parts, const json::object& module, DeviceRecord& device) {
+    if (device.type == u"Slot") {
+        addRedfishUsage(device, module);
+    }
+    device.text(property::HEALTH, redfishText(module, "Status/Health"), Category::Volatile());
+    parts.noteHealth(module, device);
 }
 
 void addMemoryOf(RedfishParts& parts, const json::object& system, std::size_t root) {
@@ -147,13 +166,11 @@ void addMemoryOf(RedfishParts& parts, const json::object& system, std::size_t ro
     if (modules.empty()) {
         recording.at(memory).size(property::INSTALLED_SIZE, static_cast<std::uint64_t>(total * GIB));
     }
-    for (std::size_t number = 0; number < modules.size() && memory + 1 + number < recording.size(); ++number) {
-        DeviceRecord& device = recording.at(memory + 1 + number);
-        if (device.type == u"Slot") {
-            addRedfishUsage(device, *modules[number].data);
+    std::size_t place = memory + 1;  // of the next module; the firmware's chips have none
+    for (const RedfishPart& module : modules) {
+        if (place < recording.size() && recording.at(place).hwLocator == "dimm:" + cleanName(module.id)) {
+            addModuleState(parts, *module.data, recording.at(place++));
         }
-        device.text(property::HEALTH, redfishText(*modules[number].data, "Status/Health"), Category::Volatile());
-        parts.noteHealth(*modules[number].data, device);
     }
 }
 

@@ -20,6 +20,8 @@ TEST(MemoryMakersTest, namesTheMakerOfEveryFormOfItsCode) {
                                                              {"9801", "Kingston"},
                                                              {"C1494E46494E454F", "Infineon"},
                                                              {"JEDEC ID:7F 7F 7F 7F 7F 51", "Qimonda"},
+                                                             {"Bank 4, Hex 0x0B", "Nanya"},
+                                                             {"Bank 4, Hex 0x", ""},
                                                              {"Samsung", ""},
                                                              {"DEAD", ""},
                                                              {"CE", ""},

@@ -146,6 +146,13 @@ TEST(LshwRecordingTest, keepsWhatItsVersionsFailToMeasure) {
     EXPECT_THAT(machine.at("dimm:A2"), testing::StartsWith("Slot "));
     EXPECT_THAT(machine.at("memory"), HasSubstr("InstalledSize=32 GB"));
     EXPECT_THAT(machine.at("cpu:0/l3:0"), HasSubstr("Level=3"));
+    const auto isUnread = [&machine](StringView type, StringView key) {
+        return std::ranges::any_of(machine.recording.unread(), [&](const UnreadSource& unread) {
+            return unread.mayHide(CapabilityImp(type), key);
+        });
+    };
+    EXPECT_TRUE(isUnread(u"MemoryModule", u"Size"));
+    EXPECT_FALSE(isUnread(u"MemoryModule", u"Speed") || isUnread(u"Storage", u"Size"));
     EXPECT_THAT(machine.at("socket:P1"), testing::StartsWith("Slot "));
     EXPECT_THAT(machine.damage,
                 ElementsAre("memory modules and caches that do not tell their size, kept without one: 1 (first: L3)",

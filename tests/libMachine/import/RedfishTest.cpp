@@ -198,6 +198,30 @@ TEST(RedfishTest, takesCutOffArchivesAndDocuments) {
     EXPECT_FALSE(ConvertedMachine(server().substr(0, 3000)).isConverted);
 }
 
+TEST(RedfishTest, tellsPersistentMemoryAndLinksOfDrives) {
+    const ConvertedMachine machine(R"({
+        "/redfish/v1/Systems/S1/Memory/A1": {"CapacityMiB": 16384, "MemoryType": "DRAM"},
+        "/redfish/v1/Systems/S1/Memory/A2": {"CapacityMiB": 1024, "MemoryDeviceType": "Flash"},
+        "/redfish/v1/Systems/S1/Memory/A3": {"CapacityMiB": 131072, "MemoryType": "IntelOptane",
+            "Status": {"Health": "Warning"}},
+        "/redfish/v1/Systems/S1/Storage/R1/Drives/0": {"Protocol": "NVMe", "CapableSpeedGbs": 32, "NegotiatedSpeedGbs": 16,
+            "Links": {"PCIeFunctions": [{"@odata.id": "/redfish/v1/Chassis/C1/PCIeDevices/D/PCIeFunctions/1"}]}},
+        "/redfish/v1/Systems/S1/Storage/R1": {"Drives": [{"@odata.id": "/redfish/v1/Systems/S1/Storage/R1/Drives/0"}]},
+        "/redfish/v1/Chassis/C1/PCIeDevices/D/PCIeFunctions/1":
+            {"Links": {"PCIeDevice": {"@odata.id": "/redfish/v1/Chassis/C1/PCIeDevices/D"}}},
+        "/redfish/v1/Chassis/C1/PCIeDevices/D": {"PCIeInterface": {"LanesInUse": 2, "MaxLanes": 4}},
+        "/redfish/v1/Systems/S1": {"Memory": {"@odata.id": "/redfish/v1/Systems/S1/Memory"},
+            "Storage": {"@odata.id": "/redfish/v1/Systems/S1/Storage"}}})");
+    EXPECT_THAT(machine.at("memory"), HasSubstr("InstalledSize=16 GB"));
+    EXPECT_THAT(machine.at("dimm:A2"), IsEmpty()) << "the firmware's chip";
+    EXPECT_THAT(machine.at("dimm:A3"),
+                AllOf(StartsWith("Storage name=Persistent memory module "),
+                      HasSubstr("Technology=Intel Optane persistent memory"), HasSubstr("Health=Warning(Volatile)")));
+    EXPECT_THAT(machine.at("storage:R1/drive:0"),
+                AllOf(HasSubstr("MaxLinkSpeed=32 Gbit/s LinkSpeed=16 Gbit/s(Volatile)"),
+                      HasSubstr("MaxLinkWidth=4 LinkWidth=2")));
+}
+
 TEST(RedfishTest, putsSeveralComputersBelowOneRoot) {
     const std::string one = R"([{"@odata.id": "/redfish/v1/Systems/S1"}])";
     const std::string further = R"([{"@odata.id": "/redfish/v1/Systems/S2", "BiosVersion": "1"}, )";
