@@ -26,7 +26,7 @@ std::optional<Difference> differenceOf(const Finding& finding) {
     if (!isFailedProperty(finding)) {
         return std::nullopt;
     }
-    Difference difference{Difference::What::Property, placeIn(*finding.element), finding.key, {}, std::nullopt};
+    Difference difference{.place = placeIn(*finding.element), .key = finding.key};
     difference.expected.assign(finding.expected.begin(), finding.expected.end());
     if (finding.kind == FindingKind::PropertyMismatch) {
         difference.found = finding.found;

@@ -64,21 +64,6 @@ void addPresent(Refusal& refusal, DeviceText textOf, const StateManager::DeviceA
     refusal.present.assign(texts.begin(), texts.end());
 }
 
-Refusal refusalOf(const Finding& finding, const CapabilityImp& type, const StateManager* machine) {
-    Refusal refusal{finding.kind, {}, {}, {}, false};
-    if (!finding.expected.isEmpty()) {
-        refusal.expected = finding.expected[0];
-    }
-    if (!finding.texts.isEmpty()) {
-        refusal.words = finding.texts[0];
-    }
-    const DeviceText textOf = refusedText(finding.kind);
-    if (textOf != nullptr && machine != nullptr) {
-        addPresent(refusal, textOf, machine->devicesCapableOf(type));
-    }
-    return refusal;
-}
-
 const IDeviceImp* deviceAt(const Inventory::DeviceSpec& asked, const CapabilityImp& type, const StateManager& machine) {
     const bool hasHwLocator = !asked.hwLocator.isEmpty();
     if (!hasHwLocator && asked.osLocator.isEmpty()) {
@@ -100,10 +85,14 @@ std::vector<Difference> differencesOf(const IDeviceImp& device, const Inventory:
     std::vector<Difference> differences;
     if (!asked.name.isEmpty() && !Regex::rangeMatches(asked.name, device.name(), Regex::CASE_SENSITIVE) &&
         asked.name != device.name()) {
-        differences.push_back({Difference::What::Name, place, {}, {asked.name}, device.name()});
+        differences.push_back(
+            {.what = Difference::What::Name, .place = place, .expected = {asked.name}, .found = device.name()});
     }
     if (!asked.osLocator.isEmpty() && asked.osLocator != device.osLocator()) {
-        differences.push_back({Difference::What::OsLocator, place, {}, {asked.osLocator}, device.osLocator()});
+        differences.push_back({.what = Difference::What::OsLocator,
+                               .place = place,
+                               .expected = {asked.osLocator},
+                               .found = device.osLocator()});
     }
     return differences;
 }
@@ -127,6 +116,25 @@ Inventory::DeviceSpec askedBy(const XmlElement& device) {
             askedFor(device, vocabulary::HW_LOCATOR), askedFor(device, vocabulary::OS_LOCATOR)};
 }
 
+std::optional<Refusal> refusalOf(const DeviceOutcome& outcome, const CapabilityImp& type, const StateManager* machine) {
+    if (!outcome.refusal) {
+        return std::nullopt;
+    }
+    const Finding& finding = *outcome.refusal;
+    Refusal refusal{finding.kind, {}, {}, {}, false};
+    if (!finding.expected.isEmpty()) {
+        refusal.expected = finding.expected[0];
+    }
+    if (!finding.texts.isEmpty()) {
+        refusal.words = finding.texts[0];
+    }
+    const DeviceText textOf = refusedText(finding.kind);
+    if (textOf != nullptr && machine != nullptr) {
+        addPresent(refusal, textOf, machine->devicesCapableOf(type));
+    }
+    return refusal;
+}
+
 DeviceProblem problemOf(const XmlElement& device, const Inventory& inventory, const StateManager* machine) {
     const CapabilityImp type(attributeOf(device, vocabulary::TYPE));
     const DeviceOutcome outcome = inventory.outcomeOf(device);
@@ -138,9 +146,7 @@ DeviceProblem problemOf(const XmlElement& device, const Inventory& inventory, co
     problem.breadth = breadthOf(type);
     problem.hasGroups = holdsGroups(device);
     problem.candidates = summaryOf(outcome);
-    if (outcome.refusal) {
-        problem.refusal = refusalOf(*outcome.refusal, type, machine);
-    }
+    problem.refusal = refusalOf(outcome, type, machine);
     if (machine != nullptr) {
         problem.atPlace = nearDeviceAtPlace(problem, type, *machine);
     }

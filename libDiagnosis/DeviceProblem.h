@@ -45,6 +45,9 @@ struct DeviceProblem {
 /// null for the machine, what it holds besides the candidates is left out.
 DeviceProblem problemOf(const XmlElement& device, const Inventory& inventory, const StateManager* machine);
 
+/// Why no device could be tried for an element of that type; nothing when one was.
+std::optional<Refusal> refusalOf(const DeviceOutcome& outcome, const CapabilityImp& type, const StateManager* machine);
+
 /// What a `device` element asks for; the name is a pattern.
 Inventory::DeviceSpec askedBy(const XmlElement& device);
 

@@ -1,15 +1,18 @@
-/// A missing device is wrong, not missing, when a device of its type stands at its place, or is the only one that was
-/// tried for an element that names no place.
+/// What is wrong with elements that have no device comes first, because it takes devices; then what must not be there;
+/// what is left of the devices that are too many is extra.
 
 #include "libDiagnosis/Diagnosis.h"
 
-#include <algorithm>
+#include <map>
+#include <unordered_set>
 #include <utility>
 
 #include "libDiagnosis/Breadth.h"
-#include "libDiagnosis/DeviceProblem.h"
+#include "libDiagnosis/faults/FaultOrder.h"
+#include "libDiagnosis/faults/FreeDevices.h"
+#include "libDiagnosis/faults/MissingFaults.h"
+#include "libInventory/Finding.h"
 #include "libInventory/script/ScriptElement.h"
-#include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -18,49 +21,34 @@ namespace vrx {
 
 namespace {
 
+/// Whether the engine alone can say what is wrong.
+bool isToldByEngine(FindingKind kind) noexcept {
+    return kind == FindingKind::InvalidExtraRule || kind == FindingKind::UnexpectedException ||
+           kind == FindingKind::PropertyOutsideDevice || kind == FindingKind::UnsatisfiedOther;
+}
+
 class Diagnosing {
 public:
     Diagnosing(const Inventory& inventory, const StateManager& machine, const Certainty& certainty)
-        : m_inventory(inventory), m_machine(machine), m_certainty(certainty) {}
+        : m_inventory(inventory),
+          m_machine(machine),
+          m_certainty(certainty),
+          m_findings(inventory.findings()),
+          m_free(inventory, machine) {}
 
     std::vector<Fault> faults() {
-        addMissing();
+        m_faults = missingFaults(m_inventory, m_machine, m_certainty, m_free);
         addForbidden();
         addExtra();
         addUndetermined();
-        std::ranges::stable_sort(m_faults, {}, &Fault::breadth);
+        addOthers();
+        putInOrder(m_faults);
         return std::move(m_faults);
     }
 
 private:
-    void addMissing() {
-        for (const XmlElement* const element : m_inventory.missingElements()) {
-            if (!isDoubted(placeIn(*element))) {
-                m_faults.push_back(faultOf(problemOf(*element, m_inventory, &m_machine)));
-            }
-        }
-    }
-
-    static Fault faultOf(const DeviceProblem& problem) {
-        Fault fault;
-        fault.place = problem.place;
-        fault.asked = problem.asked;
-        fault.breadth = problem.breadth;
-        fault.candidates = problem.candidates.failed + problem.candidates.takenCount;
-        if (!problem.candidates.taken.empty()) {
-            fault.taken = problem.candidates.taken.front();
-        }
-        const auto& near = problem.atPlace ? problem.atPlace : problem.candidates.nearest;
-        if (near && !near->differences.empty()) {
-            fault.kind = FaultKind::Wrong;
-            fault.device = DeviceIdentity{{}, near->device, {}, {}, {}, {}, {}};
-            fault.differences = near->differences;
-        }
-        return fault;
-    }
-
     void addForbidden() {
-        for (const Finding& finding : m_inventory.findings()) {
+        for (const Finding& finding : m_findings) {
             if (finding.kind == FindingKind::UnsatisfiedNot && deviceAround(*finding.element) == nullptr) {
                 addForbiddenBy(*finding.element);
             }
@@ -68,48 +56,100 @@ private:
     }
 
     void addForbiddenBy(const XmlElement& forbids) {
+        std::vector<const XmlElement*> elements;
         for (ScriptWalk walk(forbids); walk; ++walk) {
             if (walk->kind == vocabulary::ElementKind::Device) {
-                Fault fault;
-                fault.kind = FaultKind::Forbidden;
-                fault.place = placeIn(forbids);
-                fault.asked = askedBy(*walk->element);
-                m_faults.push_back(std::move(fault));
-                return;
+                elements.push_back(walk->element);
             }
+        }
+        if (elements.empty()) {
+            return;
+        }
+        const std::size_t before = m_faults.size();
+        for (const Candidate& candidate : m_inventory.outcomeOf(*elements.front()).candidates) {
+            const bool isFirst = m_faults.size() == before;
+            const bool isAnother = elements.size() == 1 && !m_forbidden.contains(candidate.device.get());
+            if (candidate.failures.isEmpty() && (isFirst || isAnother)) {
+                addForbidden(forbids, *elements.front(), candidate.device.get());
+            }
+        }
+        if (m_faults.size() == before) {
+            addForbidden(forbids, *elements.front(), nullptr);
+        }
+    }
+
+    void addForbidden(const XmlElement& forbids, const XmlElement& element, const IDeviceImp* device) {
+        Fault& fault = m_faults.emplace_back();
+        fault.kind = FaultKind::Forbidden;
+        fault.place = placeIn(forbids);
+        fault.asked = askedBy(element);
+        if (device != nullptr && m_forbidden.insert(device).second) {
+            fault.device = identityOf(*device);
+            m_free.take(*device);
         }
     }
 
     void addExtra() {
         for (const ExtraDevice& extra : m_inventory.extraDevicesWithRules()) {
-            Fault fault;
+            if (!m_free.isFree(*extra.device)) {
+                continue;
+            }
+            Fault& fault = m_faults.emplace_back();
             fault.kind = FaultKind::Extra;
             fault.place = placeIn(*extra.rule);
             fault.asked = askedBy(*extra.rule);
             fault.device = identityOf(*extra.device);
             fault.breadth = breadthOf(extra.device->type());
-            m_faults.push_back(std::move(fault));
         }
     }
 
     void addUndetermined() {
+        std::map<std::pair<std::uint64_t, std::uint64_t>, std::size_t> told;
         for (const Doubt& doubt : m_certainty.doubts) {
-            Fault fault;
+            const ElementPlace& place = doubt.device.row != 0 ? doubt.device : doubt.place;
+            const auto [at, isNew] = told.try_emplace({place.row, place.column}, m_faults.size());
+            if (!isNew) {
+                m_faults[at->second].furtherDoubts.push_back(doubt);
+                continue;
+            }
+            Fault& fault = m_faults.emplace_back();
             fault.kind = FaultKind::Undetermined;
             fault.place = doubt.place;
             fault.asked = doubt.spec;
             fault.doubt = doubt;
-            m_faults.push_back(std::move(fault));
+        }
+        for (const auto& device : m_inventory.summary().undecidedExtras) {
+            Fault& fault = m_faults.emplace_back();
+            fault.kind = FaultKind::Undetermined;
+            fault.device = identityOf(*device);
         }
     }
 
-    bool isDoubted(const ElementPlace& place) const {
-        return std::ranges::any_of(m_certainty.doubts, [&place](const Doubt& doubt) { return doubt.device == place; });
+    /// A check that failed has a fault, whatever it is.
+    void addOthers() {
+        for (const Finding& finding : m_findings) {
+            if (isToldByEngine(finding.kind)) {
+                addWords(finding);
+            }
+        }
+        if (m_faults.empty() && !m_findings.isEmpty()) {
+            addWords(m_findings[0]);
+        }
+    }
+
+    void addWords(const Finding& finding) {
+        Fault& fault = m_faults.emplace_back();
+        fault.kind = FaultKind::Wrong;
+        fault.place = placeIn(*finding.element);
+        fault.words = finding.texts;
     }
 
     const Inventory& m_inventory;
     const StateManager& m_machine;
     const Certainty& m_certainty;
+    Array<Finding> m_findings;
+    FreeDevices m_free;
+    std::unordered_set<const IDeviceImp*> m_forbidden;
     std::vector<Fault> m_faults;
 };
 

@@ -27,13 +27,15 @@ ElementPlace placeIn(const XmlElement& element) noexcept;
 ///         show(difference.key, "is missing");
 ///     }
 struct Difference {
-    enum class What : std::uint8_t { Property, Name, OsLocator };
+    enum class What : std::uint8_t { Property, Name, OsLocator, Type };
 
     What what = What::Property;
-    ElementPlace place;            ///< of the element that asks for it
-    String key;                    ///< of the property; else empty
-    std::vector<String> expected;  ///< patterns; none when any value will do. A locator is no pattern
-    std::optional<String> found;   ///< none when the device has no such property
+    ElementPlace place = {};            ///< of the element that asks for it
+    String key = {};                    ///< of the property; else empty
+    std::vector<String> expected = {};  ///< patterns; none when any value will do. Locators and types are no patterns
+    std::optional<String> found = std::nullopt;  ///< none when the device has no such property
+    bool isAlternative = false;                  ///< either this or the one before would do
+    bool isForbidden = false;                    ///< what is `expected` is what must not be
 };
 
 /// A device of the machine and what it has not of what an element asks for; the latter is empty where only the caller

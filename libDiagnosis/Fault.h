@@ -6,8 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "libDiagnosis/AskedProperty.h"
 #include "libDiagnosis/Candidates.h"
 #include "libDiagnosis/DeviceIdentity.h"
+#include "libDiagnosis/DeviceProblem.h"
 #include "libDiagnosis/Difference.h"
 #include "libDiagnosis/Doubt.h"
 
@@ -35,6 +37,20 @@ struct PartName {
     String description;
 };
 
+/// The part of a kind that a script asks for several times.
+struct LikeDevices {
+    std::size_t asked = 0;  ///< how often; 1 when there is no other of the kind
+    std::size_t present = 0;
+    std::optional<DeviceIdentity> one;  ///< the first that is there
+};
+
+/// What became of the model of a part that was replaced.
+enum class Replacement : std::uint8_t {
+    Unknown,    ///< the script does not ask for one
+    SameModel,  ///< it is another of the same
+    OtherModel
+};
+
 /// One thing that is wrong with a machine. Every device of the machine and every `device` element is in one fault at
 /// most. Nothing is borrowed.
 struct Fault {
@@ -54,6 +70,14 @@ struct Fault {
     std::optional<TakenDevice> taken;  ///< the first device that would have done, and the element that has it
     std::optional<Doubt> doubt;        ///< of an undetermined fault why nobody can tell
     std::vector<Inventory::DeviceSpec> alternatives;  ///< what the other alternatives of an `or` ask for in its stead
+    std::vector<Doubt> furtherDoubts;                 ///< of the same element
+
+    std::vector<AskedProperty> properties;  ///< that the element asks for, whatever else is the case
+    std::optional<NearDevice> nearest;      ///< of a missing device the one that comes nearest and may be meant
+    std::optional<Refusal> refusal;         ///< of a missing device why none could be tried
+    LikeDevices alike;                      ///< of a missing device
+    Replacement replacement = Replacement::Unknown;
+    Array<String> words;  ///< the engine's, where nobody has better ones: then all the rest is empty
 
     unsigned breadth = 0;           ///< how much of the machine its type sums up; 0 for a part that somebody can hold
     bool isOfOtherMachine = false;  ///< it says that this is another machine than the script is for

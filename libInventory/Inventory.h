@@ -193,6 +193,9 @@ public:
     /// Costs no more than a look into a table, whatever was tried.
     const IDeviceImp* deviceOf(const XmlElement& element) const;
 
+    /// The `device` element that holds the device in the combination that the findings speak of; null when none does.
+    const XmlElement* holderOf(const IDeviceImp& device) const;
+
     /// For each `or` element that took part the alternative that was kept, in document order. The `or` elements inside
     /// of `device` elements are none of these: they are met by each device in its own way.
     Array<ChosenAlternative> chosenAlternatives() const;

@@ -216,6 +216,7 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         ->type_name("KIND[,KIND]");
     command.add_flag("--no-unsatisfied-tips", options->hasNoUnsatisfiedTips,
                      "Leave out the error that says that a device is not satisfied");
+    command.add_flag("--stable", options->isStable, "Leave times and dates out of the text, to compare reports");
     options->addPlain(command, "mistakes are passed over, and what is not known counts as absent");
     options->addLogging(command);
     command.footer(CHECK_FOOTER);

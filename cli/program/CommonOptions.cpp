@@ -287,7 +287,9 @@ void CommonOptions::writeResult(const Session& session, std::string_view bytes) 
 }
 
 TextFormat CommonOptions::textFormat(const Session& session) const {
-    return outputPath.empty() || outputPath == "-" ? session.console.outFormat() : TextFormat{};
+    TextFormat layout = outputPath.empty() || outputPath == "-" ? session.console.outFormat() : TextFormat{};
+    layout.isStable = isStable;
+    return layout;
 }
 
 ExitStatus CommonOptions::finish(const Session& session, const CommandResult& result) const {

@@ -25,7 +25,8 @@ struct CommonOptions {
     std::string outputPath;  ///< empty for standard output
     std::string logLevel = "warning";
     std::string logFile;
-    bool isPlain = false;  ///< the engine runs as the library does by default, without what makes the program safer
+    bool isStable = false;  ///< text results say nothing that changes from run to run
+    bool isPlain = false;   ///< the engine runs as the library does by default, without what makes the program safer
 
     /// Adds an option or positional for a file that the command reads, "-" for standard input. `path` is kept.
     CLI::Option& addInput(CLI::App& command, const std::string& name, std::string& path,

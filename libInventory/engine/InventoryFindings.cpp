@@ -35,6 +35,10 @@ const IDeviceImp* Inventory::deviceOf(const XmlElement& element) const {
     return keptLinksOf(*m_state).deviceOf(element);
 }
 
+const XmlElement* Inventory::holderOf(const IDeviceImp& device) const {
+    return keptLinksOf(*m_state).holderOf(device);
+}
+
 Array<ChosenAlternative> Inventory::chosenAlternatives() const { return RunFindings(*m_state).chosenAlternatives(); }
 
 Array<ExtraDevice> Inventory::extraDevicesWithRules() const { return RunFindings(*m_state).extraDevices(); }

@@ -165,7 +165,8 @@ private:
             json.key("name").value(one.name + ": " + subjectText(difference));
             json.key("value").value(difference.found ? difference.found->toUtf8() : std::string());
             json.key("validators").beginArray();
-            const bool isPattern = difference.what != Difference::What::OsLocator;
+            const bool isPattern =
+                difference.what == Difference::What::Property || difference.what == Difference::What::Name;
             for (const String& expected : difference.expected) {
                 writeValidator(json, expectedText(difference), isPattern ? "REGEX_MATCH" : "EQUAL",
                                [&] { json.value(expected); });

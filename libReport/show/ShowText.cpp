@@ -25,7 +25,6 @@ namespace {
 
 constexpr unsigned GAP = 2;
 constexpr unsigned LEAST_ROOM = 16;
-constexpr unsigned UNBROKEN = 1U << 20;
 
 /// The hardware locator; the operating-system locator where there is none.
 const String& locatorOf(const IDeviceImp& device) {
@@ -48,7 +47,7 @@ class TreeWriter {
 public:
     TreeWriter(const DeviceTreeNode& top, const TextFormat& format)
         : m_format(format),
-          m_width(format.isTerminal ? format.width : UNBROKEN),
+          m_width(format.isTerminal ? format.width : TextFormat::UNBROKEN),
           m_pieces(format.hasLines ? DRAWN : PLAIN) {
         measure(top, 0);
         m_typeWidth = std::min(m_typeWidth, format.width * 2 / 5);

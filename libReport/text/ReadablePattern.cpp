@@ -1,10 +1,13 @@
 #include "libReport/text/ReadablePattern.h"
 
+#include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "libCommon/text/NumberText.h"
 #include "libCommon/text/PrintableText.h"
 #include "libRegex/Regex.h"
+#include "libReport/text/PatternBounds.h"
 
 namespace vrx {
 
@@ -81,20 +84,89 @@ std::optional<String> plainText(StringView rest) {
     return text;
 }
 
+/// Whether it is one pair of parentheses with no other inside.
+bool isGroup(StringView text) noexcept {
+    return text.size() > 2 && text.front() == u'(' && text.find(u')') == text.size() - 1 && !isLastEscaped(text);
+}
+
+/// The texts of "(A|B)"; none when one of them is more than text.
+std::vector<String> alternativesOf(StringView group) {
+    StringView rest = group.substr(1, group.size() - 2);
+    rest.remove_prefix(rest.starts_with(u"?:") ? 2 : 0);
+    std::vector<String> texts;
+    for (std::size_t start = 0; start <= rest.size();) {
+        const std::size_t end = std::min(rest.find(u'|', start), rest.size());
+        const std::optional<String> text = plainText(rest.substr(start, end - start));
+        if (!text || text->isEmpty()) {
+            return {};
+        }
+        texts.push_back(*text);
+        start = end + 1;
+    }
+    return texts;
+}
+
+std::string joined(const std::vector<String>& texts) {
+    std::string text;
+    for (const String& one : texts) {
+        text += (text.empty() ? "" : " or ") + printableValue(one);
+    }
+    return text;
+}
+
+struct Anchors {
+    explicit Anchors(StringView pattern) : inside(withoutAnchors(pattern)) {
+        hasStart = !pattern.empty() && pattern.front() == u'^';
+        hasEnd = inside.size() + (hasStart ? 1 : 0) < pattern.size();
+    }
+
+    StringView inside;
+    bool hasStart = false;
+    bool hasEnd = false;
+};
+
+/// "^A.*$" is what "^A" is.
+StringView withoutTail(StringView pattern) noexcept {
+    for (const StringView tail : {StringView(u".*$"), StringView(u".*")}) {
+        if (pattern.starts_with(u'^') && pattern.size() > tail.size() + 1 && pattern.ends_with(tail) &&
+            !isLastEscaped(pattern.substr(0, pattern.size() - tail.size() + 1))) {
+            return pattern.substr(0, pattern.size() - tail.size());
+        }
+    }
+    return pattern;
+}
+
 }  // namespace
 
-std::string readablePattern(StringView pattern) {
-    const StringView inside = withoutAnchors(pattern);
-    const bool hasStart = !pattern.empty() && pattern.front() == u'^';
-    const bool hasEnd = inside.size() + (hasStart ? 1 : 0) < pattern.size();
-    if (const std::optional<String> text = plainText(inside)) {
+bool isReadAsText(StringView pattern) {
+    const Anchors anchors(pattern);
+    return anchors.hasStart == anchors.hasEnd && pattern.find(Regex::VRXRRANGE()) == StringView::npos &&
+           plainText(anchors.inside).has_value();
+}
+
+std::string readablePattern(StringView whole) {
+    const StringView pattern = withoutTail(whole);
+    const Anchors anchors(pattern);
+    if (const std::optional<String> text = plainText(anchors.inside)) {
         // Without any anchor it is most likely meant as the whole text, and compared so as well.
-        const char* const before = hasStart == hasEnd ? "" : hasStart ? "begins with " : "ends with ";
+        const char* const before = anchors.hasStart == anchors.hasEnd ? ""
+                                   : anchors.hasStart                 ? "begins with "
+                                                                      : "ends with ";
         return before + printableValue(*text);
     }
-    // One anchor alone, or anchors around alternatives, mean more than "the whole value".
-    const bool isWhole = hasStart && hasEnd && inside.find(u'|') == StringView::npos;
-    return "pattern " + printable(isWhole ? inside : pattern);
+    if (const std::optional<std::string> bounds = patternBounds(whole)) {
+        return *bounds;
+    }
+    const Anchors all(whole);
+    // Anchors around alternatives mean the whole value only where these stand in parentheses.
+    const bool isWhole =
+        all.hasStart && all.hasEnd && (all.inside.find(u'|') == StringView::npos || isGroup(all.inside));
+    if (isWhole && isGroup(all.inside)) {
+        if (const std::vector<String> texts = alternativesOf(all.inside); !texts.empty()) {
+            return joined(texts);
+        }
+    }
+    return "pattern " + printable(isWhole ? all.inside : whole);
 }
 
 }  // namespace vrx

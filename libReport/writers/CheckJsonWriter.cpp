@@ -5,6 +5,7 @@
 #include "libReport/text/JsonWriter.h"
 #include "libReport/text/UnreadText.h"
 #include "libReport/writers/EventJson.h"
+#include "libReport/writers/FaultJson.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {
@@ -183,6 +184,8 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     json.key("headline").value(std::string_view(report.headline));
     json.key("machine");
     writeMachine(json, report);
+    json.key("faults");
+    writeFaults(json, report.faults, report.script);
     json.key("undetermined");
     writeDoubts(json, report.doubts);
     json.endObject();

@@ -1,16 +1,16 @@
 #include <fmt/format.h>
 
+#include <map>
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/text/DoubtText.h"
 #include "libReport/text/ImportNotices.h"
-#include "libReport/text/ReadablePattern.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
 #include "libReport/text/UnreadText.h"
-#include "libReport/writers/FindingLines.h"
+#include "libReport/writers/FaultBlock.h"
 #include "libReport/writers/NoticeText.h"
 #include "libReport/writers/PlacedLines.h"
 #include "libReport/writers/Writers.h"
@@ -18,42 +18,6 @@
 namespace vrx {
 
 namespace {
-
-using Row = std::vector<std::string>;
-
-void writeDevices(std::string& out, const char* title, const std::vector<Row>& rows, const TextFormat& format) {
-    if (rows.empty()) {
-        return;
-    }
-    out += "\n" + styled(fmt::format("{}: {}", title, rows.size()), Style::Bold, format.colour) + "\n";
-    TextTable table(2, {Style::Plain, Style::Plain, Style::Plain, Style::Plain});
-    table.setHeader({"type", "name", "hardware locator", "OS locator"});
-    for (const Row& row : rows) {
-        table.addRow(row);
-    }
-    table.write(out, format);
-}
-
-/// What the script asks for; its names are patterns.
-std::vector<Row> missingRows(const CheckReport& report) {
-    std::vector<Row> rows;
-    for (const DeviceProblem& problem : report.devices) {
-        if (problem.isMissing && !problem.isUndetermined) {
-            const Inventory::DeviceSpec& written = problem.written;
-            rows.push_back({orDash(written.type), written.name.isEmpty() ? "-" : readablePattern(written.name),
-                            orDash(written.hwLocator), orDash(written.osLocator)});
-        }
-    }
-    return rows;
-}
-
-std::vector<Row> extraRows(const CheckReport& report) {
-    std::vector<Row> rows;
-    for (const Inventory::DeviceSpec& device : report.extra) {
-        rows.push_back({orDash(device.type), orDash(device.name), orDash(device.hwLocator), orDash(device.osLocator)});
-    }
-    return rows;
-}
 
 std::string verdictText(Verdict verdict, const TextFormat& format) {
     switch (verdict) {
@@ -69,32 +33,66 @@ std::string inputText(const std::string& name, std::size_t count, const char* no
     return printable(std::string_view(name)) + " (" + counted(count, noun) + ")";
 }
 
+std::string identityText(const MachineIdentity& machine) {
+    std::string text = printable(machine.manufacturer);
+    const auto append = [&text](const char* label, const String& value, const char* separator) {
+        if (!value.isEmpty()) {
+            text += (text.empty() ? "" : separator) + std::string(label) + printable(value);
+        }
+    };
+    append("", machine.model, " ");
+    append("serial number ", machine.serialNumber, ", ");
+    append("host ", machine.hostName, ", ");
+    return text;
+}
+
 void writeHead(std::string& out, const CheckReport& report, const TextFormat& format) {
     out += verdictText(report.verdict, format) + "  " + report.headline + "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
+    const std::string machine = identityText(report.machine);
+    if (!machine.empty()) {
+        table.addRow({"machine", machine});
+    }
+    table.addRow({"recording", inputText(report.state ? inputName(*report.state) : "this machine",
+                                         report.machineDevices, "device")});
     table.addRow({"script", inputText(inputName(report.script), report.deviceElements, "device element")});
-    table.addRow({"machine", inputText(report.state ? inputName(*report.state) : "this machine", report.machineDevices,
-                                       "device")});
+    table.addRow({"program", std::string(PROGRAM_NAME) + " " + std::string(report.version)});
+    if (!format.isStable) {
+        table.addRow({"checked", report.started.toIso8601().toUtf8() + " in " + durationText(report.duration)});
+    }
     table.write(out, format);
 }
 
-void writeFindings(std::string& out, const CheckReport& report, const TextFormat& format) {
-    writeDevices(out, "Missing devices", missingRows(report), format);
-    writeDevices(out, "Extra devices", extraRows(report), format);
-    const FindingLines findings = findingLines(report.findings, report.devices, inputName(report.script), format);
-    if (findings.count > 0) {
-        out += "\n" + styled(fmt::format("Findings: {}", findings.count), Style::Bold, format.colour) + "\n" +
-               findings.text;
+void writeFaults(std::string& out, const CheckReport& report, const TextFormat& format) {
+    const std::string file = inputName(report.script);
+    for (std::size_t i = 0; i < report.faults.size(); ++i) {
+        out += "\n" + faultBlock(report.faults[i], file, format);
+        if (report.faults[i].isOfOtherMachine && i + 1 < report.faults.size() &&
+            !report.faults[i + 1].isOfOtherMachine) {
+            out += "\n  What follows may be wrong only because this is another machine.\n";
+        }
     }
-    out += fmt::format("\n{} missing, {} extra, {}; checked in {}\n", report.missingCount(), report.extra.size(),
-                       counted(findings.count, "finding"), durationText(report.duration));
+}
+
+std::string countsText(const std::vector<Fault>& faults) {
+    std::map<FaultKind, std::size_t> counts;
+    for (const Fault& fault : faults) {
+        ++counts[fault.kind];
+    }
+    std::string text = counted(faults.size(), "fault");
+    const char* separator = ": ";
+    for (const auto& [kind, count] : counts) {
+        text += separator + fmt::format("{} {}", count, nameOf(kind));
+        separator = ", ";
+    }
+    return text;
 }
 
 /// What is not known, where it may matter: of a check that is certain only what the recording is wrong in.
 void writeUnknowns(std::string& out, const CheckReport& report, const TextFormat& format) {
     const std::string file = inputName(report.script);
     PlacedLines lines(file, format);
-    for (const Doubt& doubt : report.doubts) {
+    for (const Doubt& doubt : report.faults.empty() ? report.doubts : std::vector<Doubt>()) {
         lines.wrapped(0, lines.placeText(doubt.place) + "  " + doubtText(doubt), Style::Caution);
     }
     if (report.verdict != Verdict::Passed) {
@@ -113,18 +111,19 @@ void writeUnknowns(std::string& out, const CheckReport& report, const TextFormat
 
 }  // namespace
 
-std::string checkText(const CheckReport& report, const TextFormat& format) {
+std::string checkText(const CheckReport& report, const TextFormat& asked) {
+    TextFormat format = asked;
+    format.width = asked.isTerminal ? asked.width : TextFormat::UNBROKEN;
     std::string out;
     writeHead(out, report, format);
+    writeFaults(out, report, format);
     const std::string notices = noticeText(report.notices, inputName(report.script), format);
     if (!notices.empty()) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
     writeUnknowns(out, report, format);
     if (report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided) {
-        writeFindings(out, report, format);
-    } else {
-        out += fmt::format("  checked in {}\n", durationText(report.duration));
+        out += "\n" + countsText(report.faults) + "\n";
     }
     return out;
 }

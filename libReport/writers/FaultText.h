@@ -6,11 +6,20 @@
 
 namespace vrx {
 
-/// What is wrong, in one line of printable text: `MemoryModule "M-32" (dimm:B3) is missing`. Every format of a check
-/// takes its words from here.
+/// What is wrong, in one line of printable text, the place in front: `slot:2: SolidStateDrive is 1.92 TB, expected
+/// 3.8..3.9 TB (or an NvmeDrive)`. Every format of a check takes its words from here.
 std::string faultText(const Fault& fault);
 
 /// The device or what is asked for: type, name in quotes, place.
 std::string faultTitle(const Fault& fault);
+
+/// What is asked for; its name is a pattern.
+std::string faultTitleOf(const Inventory::DeviceSpec& asked);
+
+/// What is wrong in a few words, for who is told the particulars besides: `slot:2  SolidStateDrive "S" differs`.
+std::string faultHeading(const Fault& fault);
+
+/// By what somebody orders or finds what the element asks for: part number, else model; empty when it says neither.
+std::string askedPartNumber(const Fault& fault);
 
 }  // namespace vrx

@@ -5,6 +5,9 @@
 ///
 ///     # what it shows
 ///     machine workshop.xml                    a machine of tests/machines, given to the program as machine.xml
+///     file order.xml                          another file of that folder
+///     fault dimm:B3: 32" => 16"               makes faulty.xml of the machine, with that device changed: a text of it
+///     fault psu:2: remove                     replaced, or all of it taken out
 ///     $ check script.xml --state machine.xml  a run; single quotes hold an argument together
 ///     --- script.xml                          a file, up to the next such line
 ///     <inventory-check>...
@@ -42,10 +45,61 @@ void writeFile(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }
 
+/// A change of one device of the machine, as the case writes it.
+struct Change {
+    std::string place;
+    std::string from;
+    std::string to;  ///< with an empty `from` nothing is left of the device
+};
+
 struct Case {
     std::vector<std::string> runs;
+    std::vector<Change> changes;
     std::vector<std::pair<std::string, std::string>> files;
 };
+
+void copyMachine(const std::string& name, const std::string& as) {
+    fs::path machine = dataFolder() / "machines" / name;
+    if (!fs::exists(machine)) {
+        machine = dataFolder().parent_path() / "examples" / name;
+    }
+    EXPECT_TRUE(fs::exists(machine)) << machine;
+    fs::copy_file(machine, as, fs::copy_options::overwrite_existing);
+}
+
+Change readChange(const std::string& text) {
+    const std::size_t place = text.find(": ");
+    const std::size_t arrow = text.find(" => ");
+    EXPECT_NE(place, std::string::npos) << text;
+    if (arrow == std::string::npos) {
+        EXPECT_EQ(text.substr(place), ": remove");
+        return {text.substr(0, place), "", ""};
+    }
+    return {text.substr(0, place), text.substr(place + 2, arrow - place - 2), text.substr(arrow + 4)};
+}
+
+void apply(const Change& change, std::string& machine) {
+    static const std::string END = "</Device>\n";
+    const std::size_t place = machine.find("hwLocator=\"" + change.place + "\"");
+    ASSERT_NE(place, std::string::npos) << change.place;
+    const std::size_t start = machine.rfind("<Device", place);
+    const std::size_t end = machine.find(END, place) + END.size();
+    if (change.from.empty()) {
+        machine.erase(start, end - start);
+        return;
+    }
+    const std::size_t at = machine.find(change.from, start);
+    ASSERT_LT(at, end) << change.from;
+    machine.replace(at, change.from.size(), change.to);
+}
+
+void makeFaulty(const std::vector<Change>& changes) {
+    std::string machine = readFile("machine.xml");
+    for (const Change& change : changes) {
+        apply(change, machine);
+    }
+    writeFile("faulty.xml", machine);
+}
 
 Case readCase(const fs::path& path) {
     Case result;
@@ -58,9 +112,11 @@ Case readCase(const fs::path& path) {
         } else if (line.starts_with("$ ")) {
             result.runs.push_back(line.substr(2));
         } else if (line.starts_with("machine ")) {
-            const fs::path machine = dataFolder() / "machines" / line.substr(8);
-            EXPECT_TRUE(fs::exists(machine)) << machine;
-            fs::copy_file(machine, "machine.xml", fs::copy_options::overwrite_existing);
+            copyMachine(line.substr(8), "machine.xml");
+        } else if (line.starts_with("file ")) {
+            copyMachine(line.substr(5), line.substr(5));
+        } else if (line.starts_with("fault ")) {
+            result.changes.push_back(readChange(line.substr(6)));
         } else {
             EXPECT_TRUE(line.empty() || line.starts_with("#")) << path << ": " << line;
         }
@@ -123,6 +179,9 @@ void CaseTest::TestBody() {
     ASSERT_FALSE(theCase.runs.empty());
     for (const auto& [name, text] : theCase.files) {
         writeFile(name, text);
+    }
+    if (!theCase.changes.empty()) {
+        makeFaulty(theCase.changes);
     }
     std::string transcript;
     for (const std::string& run : theCase.runs) {

@@ -141,7 +141,7 @@ TEST_F(ProgramTest, EscapesWhatFilesHold) {
     const std::string script =
         write("s.xml", "<inventory-check><device type='Fan' name='\033[31m'/><x y='\u202E'/></inventory-check>");
     EXPECT_EQ(run({"check", script, "--state", MACHINE, "--plain"}), 1);
-    EXPECT_THAT(console.out, HasSubstr("Fan   pattern \\u001B[31m"));
+    EXPECT_THAT(console.out, HasSubstr("Fan pattern \\u001B[31m"));
     EXPECT_THAT(console.out, HasSubstr("unknown element <x y=\"\\u202E\"/>"));
     EXPECT_EQ(console.out.find_first_of("\033\u202E"), std::string::npos);
 }

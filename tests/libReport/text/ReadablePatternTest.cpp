@@ -23,9 +23,19 @@ TEST(ReadablePatternTest, ShowsRangesLowBoundFirst) {
     EXPECT_EQ(readablePattern(u"^x VRXRRANGE[1-2], VRXRRANGE[3-4]$"), "x 1..2, 3..4");
 }
 
+TEST(ReadablePatternTest, SaysWhatAlternativesMean) {
+    EXPECT_EQ(readablePattern(u"^Intel.*$"), "begins with Intel");
+    EXPECT_EQ(readablePattern(u"^(DDR4|DDR5)$"), "DDR4 or DDR5");
+    EXPECT_EQ(readablePattern(u"^(1[6-9]|[2-9]\\d|\\d{3,})$"), "at least 16");
+    EXPECT_EQ(readablePattern(u"^([4-9]|1[0-6])$"), "4..16");
+    EXPECT_EQ(readablePattern(u"^(2\\.(1[4-9]|[2-9]\\d)|[3-9]|\\d\\d)\\."), "at least 2.14");
+    EXPECT_EQ(readablePattern(u"^2\\.[1-9]"), "at least 2.1, below 3");
+    EXPECT_EQ(readablePattern(u"^[3-57]$"), "pattern [3-57]");
+}
+
 TEST(ReadablePatternTest, LeavesRegularExpressionsAsTheyAre) {
-    EXPECT_EQ(readablePattern(u"^Intel.*$"), "pattern Intel.*");
-    EXPECT_EQ(readablePattern(u"^Intel.*"), "pattern ^Intel.*");
+    EXPECT_EQ(readablePattern(u"^In.el.*$"), "pattern In.el.*");
+    EXPECT_EQ(readablePattern(u"^(1[6-9]|2)x$"), "pattern ^(1[6-9]|2)x$");
     EXPECT_EQ(readablePattern(u"^a|b$"), "pattern ^a|b$");
     EXPECT_EQ(readablePattern(u"\\d+"), "pattern \\d+");
     EXPECT_EQ(readablePattern(u"^VRXRRANGE[low-high]$"), "pattern VRXRRANGE[low-high]");

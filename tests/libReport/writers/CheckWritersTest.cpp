@@ -71,14 +71,14 @@ TEST_F(CheckWritersTest, TellDevicesApartThatShareALocator) {
               "  nearest of 2 candidates: A, at DIMM\n"
               "  s.xml:4:1  Speed\n"
               "    expected  3200                        found     2666\n");
-    EXPECT_EQ(report.headline, "MemoryModule \"A\" (DIMM) differs: Speed: expected 3200, found 2666");
+    EXPECT_EQ(report.headline, "DIMM: MemoryModule Speed is 2666, expected 3200");
 }
 
 TEST_F(CheckWritersTest, SayWhoHasTheDeviceThatWouldDo) {
     const CheckReport& report = check(u"<Device type='Ethernet' name='N' hwLocator='pci:1' osLocator='o1'/>",
                                       u"<device type='Ethernet' hwlocator='pci:1'/>\n"
                                       u"<device type='Ethernet' hwlocator='pci:1'/>");
-    EXPECT_EQ(report.headline, "Ethernet \"N\" (pci:1) is missing: the element at 2:1 has it");
+    EXPECT_EQ(report.headline, "pci:1: Ethernet is missing: the element at 2:1 has it");
     EXPECT_EQ(findings(),
               "s.xml:3:1  Ethernet, at pci:1\n"
               "  no device left for it: those that fit serve other elements\n"

@@ -1,0 +1,147 @@
+#include "libDiagnosis/Diagnosis.h"
+
+#include <gmock/gmock.h>
+
+#include "libReport/CheckRun.h"
+#include "libReport/writers/FaultText.h"
+
+namespace vrx {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+/// The words of the faults of a machine with those devices, checked against a script with that content.
+std::vector<std::string> faultsOf(const String& devices, const String& content, const char16_t* switches = u"") {
+    StateManager machine;
+    EXPECT_TRUE(Inventory::importStateFromXmlString(concat(u"<SysInfo>", devices, u"</SysInfo>"), machine));
+    CheckRun run(machine);
+    EXPECT_TRUE(run.inventory().loadInventoryScript(
+        concat(u"<inventory-check", StringView(switches), u">", content, u"</inventory-check>")));
+    const CheckReport report = run.run();
+    EXPECT_EQ(report.faults.empty(), report.verdict == Verdict::Passed);
+    std::vector<std::string> texts;
+    for (const Fault& fault : report.faults) {
+        texts.push_back(faultText(fault));
+    }
+    return texts;
+}
+
+String device(StringView type, StringView place, StringView size, StringView serial = u"") {
+    return concat(u"<Device type='", type, u"' name='' hwLocator='", place,
+                  u"' osLocator=''><property key='Size' value='", size, u"' units='GB'/>",
+                  serial.empty() ? u"" : u"<property key='SerialNumber' value='", serial, serial.empty() ? u"" : u"'/>",
+                  u"</Device>");
+}
+
+String asks(StringView type, StringView place, StringView size, StringView serial = u"") {
+    return concat(u"<device type='", type, place.empty() ? u"'" : u"' hwlocator='", place, place.empty() ? u"" : u"'",
+                  u"><property key='Size' value='^", size, u" GB$'/>",
+                  serial.empty() ? u"" : u"<property key='SerialNumber' value='^", serial,
+                  serial.empty() ? u"" : u"$'/>", u"</device>");
+}
+
+constexpr StringView DIMM = u"MemoryModule";
+constexpr StringView NO_MORE = u"<fail-on-extra type='MemoryModule'/>";
+
+TEST(DiagnosisTest, FindsMovedAndSwappedDevicesByWhatIdentifiesThem) {
+    EXPECT_THAT(faultsOf(device(DIMM, u"A2", u"32", u"S1") + device(DIMM, u"A1", u"16", u"S9"),
+                         asks(DIMM, u"A1", u"32", u"S1") + NO_MORE),
+                ElementsAre("MemoryModule moved A1 → A2 (serial number S1); another stands in its place"));
+    EXPECT_THAT(faultsOf(device(DIMM, u"A1", u"32", u"S2") + device(DIMM, u"A2", u"32", u"S1"),
+                         asks(DIMM, u"A1", u"32", u"S1") + asks(DIMM, u"A2", u"32", u"S2")),
+                ElementsAre("A1 and A2: the MemoryModules are swapped"));
+    // A serial number that two devices have says nothing.
+    EXPECT_THAT(
+        faultsOf(device(DIMM, u"A2", u"32", u"0") + device(DIMM, u"A3", u"32", u"0"), asks(DIMM, u"A1", u"32", u"0")),
+        ElementsAre("A1: MemoryModule is missing"));
+}
+
+TEST(DiagnosisTest, FindsThemByContentOnlyWhereThatIsSure) {
+    EXPECT_THAT(faultsOf(device(DIMM, u"A1", u"16") + device(DIMM, u"A2", u"32"),
+                         asks(DIMM, u"A1", u"32") + asks(DIMM, u"A2", u"16")),
+                ElementsAre("A1 and A2: the MemoryModules are swapped"));
+    EXPECT_THAT(faultsOf(device(DIMM, u"B1", u"32"), asks(DIMM, u"A1", u"32") + NO_MORE),
+                ElementsAre("MemoryModule moved A1 → B1"));
+    // Nobody says that the one at B1 should not be there.
+    EXPECT_THAT(faultsOf(device(DIMM, u"B1", u"32"), asks(DIMM, u"A1", u"32")),
+                ElementsAre("A1: MemoryModule is missing"));
+    // Two are missing: which of them moved?
+    EXPECT_THAT(
+        faultsOf(device(DIMM, u"B1", u"32"), asks(DIMM, u"A1", u"32") + asks(DIMM, u"A2", u"32") + NO_MORE),
+        ElementsAre("A1: MemoryModule is missing", "A2: MemoryModule is missing", "B1: MemoryModule is too many"));
+    // The one at A1 moved to B1 or B2: an element without a place has taken one of the two.
+    EXPECT_THAT(faultsOf(device(DIMM, u"B1", u"32") + device(DIMM, u"B2", u"32"),
+                         asks(DIMM, u"A1", u"32") + asks(DIMM, u"", u"32") + NO_MORE),
+                ElementsAre(StartsWith("A1: MemoryModule is missing"), "B2: MemoryModule is too many"));
+}
+
+TEST(DiagnosisTest, BlamesTheDeviceAtThePlaceThoughAnElementWithoutAPlaceTookIt) {
+    EXPECT_THAT(faultsOf(device(DIMM, u"A1", u"16") + device(DIMM, u"A2", u"32"),
+                         asks(DIMM, u"A1", u"32") + concat(u"<device type='MemoryModule'/>", NO_MORE)),
+                ElementsAre("A1: MemoryModule is 16 GB, expected 32 GB"));
+}
+
+TEST(DiagnosisTest, TakesTheNearestOfSeveral) {
+    const String machine = device(DIMM, u"A1", u"8") + device(DIMM, u"A2", u"31") + device(DIMM, u"A3", u"4");
+    EXPECT_THAT(faultsOf(machine, asks(DIMM, u"", u"32")),
+                ElementsAre("MemoryModule is missing; nearest is MemoryModule (A2), which is 31 GB, expected 32 GB"));
+    EXPECT_THAT(faultsOf(machine, asks(DIMM, u"A3", u"32"), u" check-hwLocators='false'"),
+                ElementsAre("MemoryModule is missing; nearest is MemoryModule (A3), which is 4 GB, expected 32 GB"));
+    EXPECT_THAT(faultsOf(machine, asks(DIMM, u"", u"32") + asks(DIMM, u"", u"9") + asks(DIMM, u"", u"5")),
+                ElementsAre("A2: MemoryModule is 31 GB, expected 32 GB", "A1: MemoryModule is 8 GB, expected 9 GB",
+                            "A3: MemoryModule is 4 GB, expected 5 GB"));
+}
+
+TEST(DiagnosisTest, SpeaksOfTheAlternativeOfWhichMostIsThere) {
+    const String two = concat(u"<or>", asks(u"NvmeDrive", u"slot:2", u"900"), u"<and>", asks(u"Fan", u"f:1", u"1"),
+                              asks(u"Fan", u"f:2", u"1"), u"</and></or>");
+    EXPECT_THAT(faultsOf(device(u"Fan", u"f:2", u"1"), two),
+                ElementsAre("f:1: Fan is missing (or an NvmeDrive at slot:2)"));
+    const String one =
+        concat(u"<or>", asks(u"NvmeDrive", u"slot:2", u"900"), asks(u"SolidStateDrive", u"slot:2", u"900"), u"</or>");
+    EXPECT_THAT(faultsOf(device(u"SolidStateDrive", u"slot:2", u"500"), one),
+                ElementsAre("slot:2: SolidStateDrive is 500 GB, expected 900 GB (or an NvmeDrive)"));
+}
+
+TEST(DiagnosisTest, TellsWhatWasReplacedByWhat) {
+    const String disk =
+        u"<device type='HardDiskDrive' name='^D1$' hwlocator='b'><property key='SerialNumber' value='^1$'/></device>";
+    const auto replaced = [&disk](const char16_t* there) {
+        return faultsOf(there, disk);
+    };
+    EXPECT_THAT(replaced(u"<Device type='HardDiskDrive' name='D1' hwLocator='b'>"
+                         u"<property key='SerialNumber' value='2'/></Device>"),
+                ElementsAre("b: HardDiskDrive was replaced by one of the same model, 2 in place of 1"));
+    EXPECT_THAT(replaced(u"<Device type='HardDiskDrive' name='D2' hwLocator='b'>"
+                         u"<property key='SerialNumber' value='1'/></Device>"),
+                ElementsAre("b: HardDiskDrive was replaced by another model, D2 in place of D1"));
+    EXPECT_THAT(replaced(u"<Device type='NvmeDrive' name='D1' hwLocator='b'/>"),
+                ElementsAre("b: an NvmeDrive in place of a HardDiskDrive"));
+}
+
+TEST(DiagnosisTest, PutsTheIdentityOfTheMachineFirstAndSumsLast) {
+    EXPECT_THAT(
+        faultsOf(u"<Device type='System' name='S' hwLocator='s'><property key='Model' value='Y'/></Device>"
+                 u"<Device type='Fan' name='F' hwLocator='f'/>",
+                 u"<device type='Memory'/><device type='Fan' hwlocator='g'/><device type='Processor'/>"
+                 u"<device type='System'><property key='Model' value='^X$'/></device><fail-on-extra type='Fan'/>"
+                 u"<not><device type='Fan' name='^F$'/></not>"),
+        ElementsAre("another machine: s: System Model is Y, expected X", "Processor is missing", "g: Fan is missing",
+                    "f: Fan \"F\" must not be there", "Memory is missing"));
+}
+
+TEST(DiagnosisTest, ReadsWhatADeviceHasAndMustNotHave) {
+    EXPECT_THAT(faultsOf(u"<Device type='BIOS' name='B' hwLocator='b'><property key='Mode' value='old'/>"
+                         u"<property key='Version' value='1'/></Device>",
+                         u"<device type='BIOS'><not><property key='Mode' value='^old$'/></not></device>"),
+                ElementsAre("b: BIOS Mode is old, which must not be"));
+    EXPECT_THAT(faultsOf(u"<Device type='BIOS' name='B' hwLocator='b'><property key='Version' value='1'/></Device>",
+                         u"<device type='BIOS'><or><property key='Version' value='^2$'/>"
+                         u"<property key='Version' value='^3$'/></or></device>"),
+                ElementsAre("b: BIOS Version is 1, expected 2 or 3"));
+}
+
+}  // namespace
+}  // namespace vrx
