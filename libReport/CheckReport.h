@@ -20,6 +20,8 @@
 #include "libReport/MachineIdentity.h"
 #include "libReport/ProgramVersion.h"
 #include "libReport/ReportWriter.h"
+#include "libReport/TypeCounts.h"
+#include "libReport/explain/ElementStory.h"
 #include "libReport/html/MachinePlaces.h"
 #include "libReport/lint/ScriptMistakes.h"
 #include "libSystemState/StateManager.h"
@@ -84,6 +86,9 @@ struct CheckReport {
     std::vector<CheckedElement> checked;  ///< what became of every `device` element and rule; see CheckBasis
     std::vector<PlaceGroup> places;       ///< the machine, sorted by place; see CheckBasis
     std::vector<FaultKind> warningKinds;  ///< a monitoring system is only warned of faults of these kinds
+
+    std::vector<TypeCount> counts;      ///< of what was asked for, by type; only for who wants to read them
+    std::optional<ElementStory> story;  ///< of the element that somebody asked about
 
     /// Why the answer is not certain, if it is not; else what it does not hang on.
     std::vector<Doubt> doubts;

@@ -30,11 +30,14 @@ constexpr const char* CHECK_FOOTER =
     "  vrx-inventory check golden.xml --state machine.xml --format json -o report.json\n"
     "  vrx-inventory check golden.xml --output junit:report.xml --output json:report.json\n"
     "  vrx-inventory check golden.xml --format nagios --warning-kinds moved\n"
-    "  vrx-inventory check golden.xml --annotated annotated.xml";
+    "  vrx-inventory check golden.xml --annotated annotated.xml\n"
+    "  vrx-inventory check golden.xml --state machine.xml --explain dimm:A1";
 
 struct CheckOptions : CommonOptions {
     std::string scriptPath;
     std::string annotatedPath;
+    std::string explained;  ///< which element
+    bool isVerbose = false;
     bool hasNoUnsatisfiedTips = false;
     std::vector<std::string> warningKinds;
 
@@ -93,6 +96,24 @@ struct CheckWorld {
     DateTime started;
 };
 
+/// What somebody wants to read beside the faults.
+void addDetails(const CheckOptions& options, CheckWorld& world) {
+    const Inventory& inventory = world.run.inventory();
+    if (options.isVerbose) {
+        world.report.counts = typeCounts(inventory);
+    }
+    if (options.explained.empty()) {
+        return;
+    }
+    world.report.story = elementStory(inventory, world.machine, options.explained);
+    if (!world.report.story) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             "--explain: " + inputName(options.scriptPath) + " has no device element at \"" +
+                                 options.explained +
+                                 "\"; expected ROW:COLUMN of one, or the guid or a locator of a device");
+    }
+}
+
 /// What only the command knows of the check.
 void fillIn(const CheckOptions& options, CheckWorld& world) {
     world.report.started = world.started;
@@ -135,6 +156,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
         world.report = world.run.run({&import, options.isPlain, needsElements(options)});
         inventory.setProgress({});
     }
+    addDetails(options, world);
     world.report.duration = session.console.now() - start;
 }
 
@@ -217,6 +239,11 @@ void addCheckCommand(CLI::App& parent, Session& session) {
     command.add_flag("--no-unsatisfied-tips", options->hasNoUnsatisfiedTips,
                      "Leave out the error that says that a device is not satisfied");
     command.add_flag("--stable", options->isStable, "Leave times and dates out of the text, to compare reports");
+    command.add_flag("--verbose", options->isVerbose, "Say as well what is there as it should be, by type");
+    command
+        .add_option("--explain", options->explained,
+                    "Tell all about one device element: which devices were tried, what each failed, who has which")
+        ->type_name("PLACE");
     options->addPlain(command, "mistakes are passed over, and what is not known counts as absent");
     options->addLogging(command);
     command.footer(CHECK_FOOTER);

@@ -73,7 +73,8 @@ struct CommonOptions {
             result.text = written(report, writers, session);
         }
         for (const ExtraResult& extra : m_extraResults) {
-            const TextFormat layout = extra.path == "-" ? session.console.outFormat() : TextFormat{};
+            TextFormat layout = extra.path == "-" ? session.console.outFormat() : TextFormat{};
+            layout.isStable = isStable;
             result.files.push_back({extra.path, writerNamed(writers, extra.format)->write(report, layout)});
         }
     }

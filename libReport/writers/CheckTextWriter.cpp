@@ -74,6 +74,18 @@ void writeFaults(std::string& out, const CheckReport& report, const TextFormat& 
     }
 }
 
+/// What is there as it should be, by type.
+void writeCounts(std::string& out, const CheckReport& report, const TextFormat& format) {
+    TextTable table(2, {Style::Plain, Style::Plain});
+    for (const TypeCount& count : report.counts) {
+        table.addRow({fmt::format("{} of {}", count.met, count.asked), printable(count.type)});
+    }
+    if (!report.counts.empty()) {
+        out += "\n";
+        table.write(out, format);
+    }
+}
+
 std::string countsText(const std::vector<Fault>& faults) {
     std::map<FaultKind, std::size_t> counts;
     for (const Fault& fault : faults) {
@@ -122,6 +134,10 @@ std::string checkText(const CheckReport& report, const TextFormat& asked) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
     writeUnknowns(out, report, format);
+    writeCounts(out, report, format);
+    if (report.story) {
+        out += "\n" + storyText(*report.story, inputName(report.script), format);
+    }
     if (report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided) {
         out += "\n" + countsText(report.faults) + "\n";
     }

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <random>
+#include <set>
+
 #include "libReport/CheckRun.h"
 #include "libReport/writers/FaultText.h"
 
@@ -141,6 +144,54 @@ TEST(DiagnosisTest, ReadsWhatADeviceHasAndMustNotHave) {
                          u"<device type='BIOS'><or><property key='Version' value='^2$'/>"
                          u"<property key='Version' value='^3$'/></or></device>"),
                 ElementsAre("b: BIOS Version is 1, expected 2 or 3"));
+}
+
+/// Everything that the engine misses or has too much is in one fault, and no device is in two.
+TEST(DiagnosisTest, TellsEachThingOnce) {
+    std::mt19937 random(7);
+    const auto oneOf = [&random](std::initializer_list<StringView> texts) {
+        return String(*(texts.begin() + random() % texts.size()));
+    };
+    for (unsigned trial = 0; trial < 400; ++trial) {
+        String devices;
+        String content = NO_MORE;
+        for (std::size_t i = 1 + random() % 5; i-- > 0;) {
+            devices += device(oneOf({DIMM, u"Fan"}), oneOf({u"A", u"B", u"C", u"D"}), oneOf({u"8", u"16"}),
+                              oneOf({u"", u"S1", u"S2", u"S3"}));
+        }
+        for (std::size_t i = random() % 6; i-- > 0;) {
+            content += asks(oneOf({DIMM, u"Fan"}), oneOf({u"", u"A", u"B", u"C", u"E"}), oneOf({u"8", u"16"}),
+                            oneOf({u"", u"S1", u"S2"})) +
+                       u"\n";
+        }
+        StateManager machine;
+        ASSERT_TRUE(Inventory::importStateFromXmlString(concat(u"<SysInfo>", devices, u"</SysInfo>"), machine));
+        CheckRun run(machine);
+        ASSERT_TRUE(
+            run.inventory().loadInventoryScript(concat(u"<inventory-check>\n", content, u"</inventory-check>")));
+        const CheckReport report = run.run();
+        std::multiset<std::uint64_t> rows;
+        std::size_t devicesTold = 0;
+        std::size_t extrasTold = 0;
+        for (const Fault& fault : report.faults) {
+            extrasTold += fault.kind == FaultKind::Extra ? 1 : 0;
+            devicesTold += (fault.device ? 1 : 0) + (fault.other ? 1 : 0);
+            if (fault.kind != FaultKind::Extra) {
+                rows.insert(fault.place.row);
+            }
+            if (fault.otherPlace) {
+                rows.insert(fault.otherPlace->row);
+            }
+        }
+        std::multiset<std::uint64_t> missing;
+        for (const XmlElement* const element : run.inventory().missingElements()) {
+            missing.insert(placeIn(*element).row);
+        }
+        EXPECT_EQ(rows, missing) << devices.toUtf8() << content.toUtf8();
+        EXPECT_LE(devicesTold, machine.deviceCount()) << devices.toUtf8() << content.toUtf8();
+        EXPECT_LE(extrasTold, report.extra.size());
+        EXPECT_GE(devicesTold, report.extra.size()) << devices.toUtf8() << content.toUtf8();
+    }
 }
 
 }  // namespace
