@@ -34,9 +34,9 @@ void writeDiagnostics(std::string& out, const CheckReport& report, const CheckCa
                        one.outcome == CheckCase::Outcome::Failed ? "fail" : "undetermined", quoted(one.kind),
                        quoted(placeText(report, one.place)));
     if (one.messages.size() > 1) {
-        out += "  more:\n";
+        out += "  more:\n";  // each with a key, because some readers take a text with a colon for one
         for (std::size_t i = 1; i < one.messages.size(); ++i) {
-            out += "    - " + quoted(one.messages[i]) + "\n";
+            out += "    - message: " + quoted(one.messages[i]) + "\n";
         }
     }
     out += "  ...\n";

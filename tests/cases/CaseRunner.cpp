@@ -4,8 +4,8 @@
 /// A case is a text file:
 ///
 ///     # what it shows
-///     machine workshop.xml                    a machine of tests/machines, given to the program as machine.xml
-///     file order.xml                          another file of that folder
+///     machine workshop.xml                    a machine of tests/machines or of the examples, given as machine.xml
+///     file order.xml                          a script that cases share, of this folder
 ///     fault dimm:B3: 32" => 16"               makes faulty.xml of the machine, with that device changed: a text of it
 ///     fault psu:2: remove                     replaced, or all of it taken out
 ///     $ check script.xml --state machine.xml  a run; single quotes hold an argument together
@@ -58,13 +58,13 @@ struct Case {
     std::vector<std::pair<std::string, std::string>> files;
 };
 
-void copyMachine(const std::string& name, const std::string& as) {
+void copyMachine(const std::string& name) {
     fs::path machine = dataFolder() / "machines" / name;
     if (!fs::exists(machine)) {
         machine = dataFolder().parent_path() / "examples" / name;
     }
     EXPECT_TRUE(fs::exists(machine)) << machine;
-    fs::copy_file(machine, as, fs::copy_options::overwrite_existing);
+    fs::copy_file(machine, "machine.xml", fs::copy_options::overwrite_existing);
 }
 
 Change readChange(const std::string& text) {
@@ -112,9 +112,9 @@ Case readCase(const fs::path& path) {
         } else if (line.starts_with("$ ")) {
             result.runs.push_back(line.substr(2));
         } else if (line.starts_with("machine ")) {
-            copyMachine(line.substr(8), "machine.xml");
+            copyMachine(line.substr(8));
         } else if (line.starts_with("file ")) {
-            copyMachine(line.substr(5), line.substr(5));
+            fs::copy_file(dataFolder() / "cases" / line.substr(5), line.substr(5));
         } else if (line.starts_with("fault ")) {
             result.changes.push_back(readChange(line.substr(6)));
         } else {
