@@ -29,12 +29,12 @@ std::optional<RecordingFormat> formatNamed(std::string_view name) noexcept {
     return row == formats.end() ? std::nullopt : std::optional(row->format);
 }
 
-std::string formatNames() {
+std::vector<std::string> formatNames() {
     std::vector<RecordingFormatRow> rows(recordingFormats().begin(), recordingFormats().end());
     std::ranges::sort(rows, {}, &RecordingFormatRow::format);
-    std::string names;
+    std::vector<std::string> names;
     for (const RecordingFormatRow& row : rows) {
-        names.append(names.empty() ? "" : ", ").append(row.name);
+        names.emplace_back(row.name);
     }
     return names;
 }

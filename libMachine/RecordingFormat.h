@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "libCommon/Export.h"
 
@@ -38,7 +39,7 @@ VRX_EXPORT std::string_view formatTitle(RecordingFormat format) noexcept;
 /// The format of a name that options take ("lshw-json"); none for other texts.
 VRX_EXPORT std::optional<RecordingFormat> formatNamed(std::string_view name) noexcept;
 
-/// All names that options take, with ", " between them.
-VRX_EXPORT std::string formatNames();
+/// All names that options take.
+VRX_EXPORT std::vector<std::string> formatNames();
 
 }  // namespace vrx

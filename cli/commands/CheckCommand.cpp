@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/help/NearWord.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/MistakesFound.h"
 #include "cli/input/ScriptFile.h"
@@ -27,8 +28,8 @@ constexpr const char* CHECK_FOOTER =
     "\n"
     "Examples:\n"
     "  vrx-inventory check golden.xml\n"
-    "  vrx-inventory check golden.xml --state machine.xml --format json -o report.json\n"
-    "  vrx-inventory check golden.xml --output junit:report.xml --output json:report.json\n"
+    "  vrx-inventory check golden.xml --state machine.xml --format json -o out.json\n"
+    "  vrx-inventory check golden.xml --output junit:out.xml --output json:out.json\n"
     "  vrx-inventory check golden.xml --format nagios --warning-kinds moved\n"
     "  vrx-inventory check golden.xml --annotated annotated.xml\n"
     "  vrx-inventory check golden.xml --state machine.xml --explain dimm:A1";

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "cli/commands/Commands.h"
+#include "cli/help/CommandTable.h"
 #include "cli/input/MachineSource.h"
 #include "cli/program/CommonOptions.h"
 #include "libInventory/recording/SysInfoWriter.h"
@@ -38,10 +39,6 @@ CommandResult convert(const ConvertOptions& options, Session& session) {
     load.isAnonymous = options.isAnonymous;
     if (!options.from.empty()) {
         load.format = formatNamed(options.from);
-        if (!load.format) {
-            throw CommandFailure(ExitStatus::BadInput, fmt::format("--from: \"{}\" is no format; these are: {}",
-                                                                   options.from, formatNames()));
-        }
     }
     StateManager& store = session.make<StateManager>();
     const RecordingFormat format = loadRecording(options.inputPath, load, store, session).format;
@@ -58,7 +55,7 @@ void addConvertCommand(CLI::App& parent, Session& session) {
     CLI::App& command = *parent.add_subcommand("convert", "Turn another program's recording into SysInfo XML");
     options->addInput(command, "FILE", options->inputPath, "The recording, - for standard input").required();
     options->addOutput(command);
-    command.add_option("--from", options->from, fmt::format("Format of FILE: {}", formatNames()))->type_name("FORMAT");
+    allowOnly(*command.add_option("--from", options->from, "Format of FILE"), formatNames());
     command.add_flag("--all-categories", options->hasAllCategories,
                      "Internal properties and such as change by themselves as well");
     command.add_flag("--anonymize", options->isAnonymous,

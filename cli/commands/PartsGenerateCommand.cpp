@@ -35,7 +35,7 @@ constexpr const char* PARTS_GENERATE_FOOTER =
     "Examples:\n"
     "  vrx-inventory parts generate parts.xml\n"
     "  vrx-inventory parts generate parts.xml --state machine.xml --format json\n"
-    "  vrx-inventory parts generate parts.xml --base base.xml --format xml -o report.xml";
+    "  vrx-inventory parts generate parts.xml --base base.xml --format xml -o out.xml";
 
 struct PartsGenerateOptions : CommonOptions {
     std::string listPath;

@@ -14,6 +14,7 @@
 #include <optional>
 #include <utility>
 
+#include "cli/help/CommandTable.h"
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/text/PrintableText.h"
 #include "libReport/text/TextPieces.h"
@@ -137,21 +138,13 @@ CLI::Option& CommonOptions::addOutput(CLI::App& command, const std::string& name
 
 void CommonOptions::addState(CLI::App& command) {
     addInput(command, "--state", statePath,
-             "A recorded machine (SysInfo, lshw, dmidecode, hwloc or Redfish), - for standard input; without it this "
+             "A recorded machine: SysInfo, lshw, dmidecode, hwloc or Redfish, - for standard input; without it this "
              "machine");
 }
 
 void CommonOptions::addFormatOption(CLI::App& command) {
-    std::string choices;
-    for (const std::string& name : m_formats) {
-        choices += (choices.empty() ? "" : ", ") + name;
-    }
-    const auto problem = [this](const std::string& name) {
-        return choiceProblem(name, m_formats);
-    };
-    m_formatOption = command.add_option("--format", format, "Format of the result: " + choices + " (default text)")
-                         ->check(CLI::Validator(problem, ""))
-                         ->type_name("NAME");
+    m_formatOption =
+        &allowOnly(*command.add_option("--format", format, "Format of the result (default text)"), m_formats);
 }
 
 void CommonOptions::addOutput(CLI::App& command) {
@@ -181,11 +174,8 @@ void CommonOptions::addPlain(CLI::App& command, const std::string& meaning) {
 }
 
 void CommonOptions::addLogging(CLI::App& command) {
-    command
-        .add_option("--log-level", logLevel,
-                    "Log lines to show on standard error: debug, info, warning, error, off (default warning)")
-        ->check(CLI::IsMember({"debug", "info", "warning", "error", "off"}).description(""))
-        ->type_name("LEVEL");
+    allowOnly(*command.add_option("--log-level", logLevel, "Log lines to show on standard error (default warning)"),
+              {"debug", "info", "warning", "error", "off"});
     addOutput(command, "--log-file", logFile, "File that log lines are appended to as well");
 }
 

@@ -1,11 +1,8 @@
 #include "cli/program/ExtraResult.h"
 
-#include <algorithm>
 #include <filesystem>
 
-#include "libCommon/text/NearestName.h"
-#include "libCommon/text/PrintableText.h"
-#include "libCommon/text/String.h"
+#include "cli/help/NearWord.h"
 
 namespace vrx::cli {
 
@@ -18,21 +15,6 @@ std::filesystem::path placeOf(const std::string& path) {
 }
 
 }  // namespace
-
-std::string choiceProblem(const std::string& name, const std::vector<std::string>& choices) {
-    if (std::ranges::find(choices, name) != choices.end()) {
-        return {};
-    }
-    std::vector<String> names;
-    std::string known;
-    for (const std::string& choice : choices) {
-        names.push_back(String::UTF8Decode(choice));
-        known += (known.empty() ? "" : ", ") + choice;
-    }
-    const std::vector<StringView> views(names.begin(), names.end());
-    return "\"" + printable(std::string_view(name)) + "\" is none of " + known +
-           suggestion(String::UTF8Decode(name), views);
-}
 
 std::string readExtraResult(const std::string& text, const std::vector<std::string>& formats, ExtraResult& result) {
     const std::size_t colon = text.find(':');

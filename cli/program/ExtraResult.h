@@ -15,9 +15,6 @@ struct ExtraResult {
 /// Reads FORMAT:FILE. The problem, if there is one, is what to tell the user; else it is empty.
 std::string readExtraResult(const std::string& text, const std::vector<std::string>& formats, ExtraResult& result);
 
-/// Why the name is none of the choices, with the one that was probably meant; empty when it is one.
-std::string choiceProblem(const std::string& name, const std::vector<std::string>& choices);
-
 /// Whether the two paths name one file. What is no regular file, such as a terminal, is never taken for one.
 bool areOneFile(const std::string& a, const std::string& b);
 

@@ -6,6 +6,9 @@
 #include <optional>
 
 #include "cli/commands/Commands.h"
+#include "cli/help/CommandTable.h"
+#include "cli/help/HelpText.h"
+#include "cli/help/UsageProblem.h"
 #include "libCommon/logging/LogFile.h"
 #include "libReport/ProgramVersion.h"
 
@@ -13,27 +16,21 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* STATUSES =
-    "Exit status: 0 passed or done, 1 did not pass, 2 wrong usage or bad input,\n"
-    "3 undetermined, 4 internal error. \"vrx-inventory COMMAND --help\" says more.";
-
-/// The command that the words lead to, for a hint at its help.
-const CLI::App* namedCommand(const CLI::App& app) {
-    const CLI::App* at = &app;
-    while (!at->get_subcommands().empty()) {
-        at = at->get_subcommands().back();
-    }
-    return at;
-}
-
-std::string fullName(const CLI::App& command) {
-    const CLI::App* const parent = command.get_parent();
-    return parent == nullptr ? command.get_name() : fullName(*parent) + " " + command.get_name();
-}
+constexpr const char* FOOTER =
+    "vrx-inventory help COMMAND says all about a command.\n"
+    "\n"
+    "Exit status: 0 passed or done; 1 did not pass; 2 wrong usage or bad input; 3 undetermined;\n"
+    "4 internal error.\n"
+    "\n"
+    "Examples:\n"
+    "  vrx-inventory collect -o machine.xml\n"
+    "  vrx-inventory show --state machine.xml\n"
+    "  vrx-inventory generate --state machine.xml -o golden.xml\n"
+    "  vrx-inventory check golden.xml --state machine.xml\n"
+    "  vrx-inventory check golden.xml";
 
 ExitStatus say(Session& session, const CLI::App& app, const CLI::ParseError& problem) {
-    const std::string hint = " (see " + fullName(*namedCommand(app)) + " --help)";
-    session.say(problem.what() + hint);
+    session.say(usageProblem(app, problem) + " (see " + fullName(namedCommand(app)) + " --help)");
     return ExitStatus::BadInput;
 }
 
@@ -66,12 +63,22 @@ void refuseEmptyValues(CLI::App& app) {
     }
 }
 
+/// Nothing was asked for, so nothing is answered.
+ExitStatus sayWhatThereIs(const CLI::App& app, const Session& session) {
+    print(session, helpText(commandPage(app), helpWidth(session)));
+    session.say("no command is given");
+    return ExitStatus::BadInput;
+}
+
 std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv, Session& session) {
+    if (argc < 2) {
+        return sayWhatThereIs(app, session);
+    }
     try {
         app.parse(argc, argv);
         return std::nullopt;
     } catch (const CLI::CallForHelp&) {
-        return print(session, app.help());
+        return print(session, helpText(commandPage(namedCommand(app)), helpWidth(session)));
     } catch (const CLI::CallForVersion& version) {
         return print(session, version.what());
     } catch (const CLI::ParseError& problem) {
@@ -93,8 +100,8 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     app.set_version_flag("--version", fmt::format("{} {}", PROGRAM_NAME, programVersion()),
                          "Print the version and end");
     app.require_subcommand(1);
-    app.get_formatter()->column_width(26);
-    app.footer(STATUSES);
+    app.set_help_flag("-h,--help", "Print this help and end");
+    app.footer(FOOTER);
 
     addCheckCommand(app, session);
     addCheckDeviceCommand(app, session);
@@ -106,6 +113,7 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     addMatchCommand(app, session);
     addCollectCommand(app, session);
     addConvertCommand(app, session);
+    addHelpCommand(app, session);
     refuseEmptyValues(app);
     try {
         if (const std::optional<ExitStatus> ended = parse(app, argc, argv, session)) {

@@ -92,7 +92,7 @@ TEST_F(ConvertCommandTest, refusesWhatIsNoRecordingWithOneLine) {
     EXPECT_EQ(run({"convert", pathOf("absent")}), 2);
     EXPECT_THAT(console.err, HasSubstr("absent: No such file or directory"));
     EXPECT_EQ(run({"convert", DATA + "blade.lshw.json", "--from", "yaml"}), 2);
-    EXPECT_THAT(console.err, HasSubstr("\"yaml\" is no format; these are: sysinfo, lshw-xml"));
+    EXPECT_THAT(console.err, HasSubstr("\"yaml\" is none of sysinfo, lshw-xml"));
     EXPECT_EQ(run({"convert", DATA + "blade.lshw.json", "--from", "hwloc-xml"}), 2);
     EXPECT_THAT(console.err, HasSubstr("this hwloc XML holds no devices"));
 }

