@@ -3,14 +3,16 @@
 /// The engine answers only "no" when the content does not load, so the content is parsed here first, in the same
 /// envelope, to say where it is broken and to refuse what cannot be decided.
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/input/DeviceChoice.h"
 #include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/MistakesFound.h"
-#include "cli/input/NearGuids.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "libCommon/text/UuCode.h"
@@ -41,7 +43,7 @@ constexpr const char* CHECK_DEVICE_FOOTER =
 
 struct CheckDeviceOptions : CommonOptions {
     std::string content;
-    std::string guid;
+    std::string which;
     bool hasReport = false;
 };
 
@@ -100,18 +102,20 @@ void examine(const Content& content, bool passesMistakesOver) {
     }
 }
 
-StateManager::DevicePointer findDevice(const std::string& guid, const StateManager& store, const std::string& machine) {
-    const String text = String::UTF8Decode(guid);
-    if (const StateManager::DevicePointer device = store.deviceByGuid(text)) {
-        return device;
+const IDeviceImp& findDevice(const std::string& which, const StateManager& store, const std::string& machine) {
+    if (const StateManager::DevicePointer device = store.deviceByGuid(String::UTF8Decode(which))) {
+        return *device;
     }
-    std::string line = machine + " has no device \"" + guid + "\"; expected a guid HARDWARE-LOCATOR|OS-LOCATOR";
-    const char* before = ", near ones are ";
-    for (const std::string& near : nearGuids(text, store)) {
-        line += before + ("\"" + near + "\"");
-        before = ", ";
+    const std::vector<const IDeviceImp*> devices = chosenDevices(store, {{}, which});
+    if (devices.empty()) {
+        throw CommandFailure(ExitStatus::BadInput, noSuchDevice(which, machine, store));
     }
-    throw CommandFailure(ExitStatus::BadInput, line);
+    if (devices.size() > 1) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             fmt::format("{} has {} devices \"{}\"; take the guid of one, such as \"{}\"", machine,
+                                         devices.size(), which, devices.front()->guid().toUtf8()));
+    }
+    return *devices.front();
 }
 
 [[noreturn]] void failUndecided(const Content& content, const DeviceCheckReport& report) {
@@ -146,9 +150,9 @@ CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
     }
     StateManager& store = session.make<StateManager>();
     const ImportReport import = loadMachine(options.statePath, store, session);
-    const auto device = findDevice(options.guid, store, machineName(options.statePath));
+    const IDeviceImp& device = findDevice(options.which, store, machineName(options.statePath));
     DeviceCheckReport report =
-        vrx::checkDevice(*device, content.text, options.hasReport, &store, {&import, options.isPlain});
+        vrx::checkDevice(device, content.text, options.hasReport, &store, {&import, options.isPlain});
     report.started = session.console.time();
     if (report.verdict == Verdict::Undecided) {
         failUndecided(content, report);
@@ -169,7 +173,9 @@ void addCheckDeviceCommand(CLI::App& parent, Session& session) {
     CLI::App& command = *parent.add_subcommand("check-device", "Check one device of a machine");
     command.add_option("CONTENT", options->content, "What the device must have; @FILE reads it from a file")
         ->required();
-    command.add_option("--device", options->guid, "The device's guid")->required()->type_name("GUID");
+    command.add_option("--device", options->which, "The device: a guid, a locator or a name that it alone has")
+        ->required()
+        ->type_name("WHICH");
     options->addState(command);
     command.add_flag("--report", options->hasReport, "Report the script with what was found");
     options->addFormat(command, deviceCheckWriters());

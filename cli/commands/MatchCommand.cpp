@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/commands/MatchExplanation.h"
 #include "cli/program/CommonOptions.h"
 #include "libInventory/Inventory.h"
 #include "libRegex/Regex.h"
@@ -13,7 +14,8 @@ namespace {
 constexpr const char* MATCH_FOOTER =
     "The pattern is a regular expression that is searched for in the value, with\n"
     "letter case; VRXRRANGE[low-high] in it stands for a number between the two. A\n"
-    "pattern that does not match is compared as plain text, without letter case.\n"
+    "pattern that does not match is compared as plain text, without letter case. Below\n"
+    "\"no match\" stands why.\n"
     "Exit status: 0 it matches; 1 it does not; 2 wrong usage; 3 undetermined: the\n"
     "pattern took too much work; 4 internal error.\n"
     "\n"
@@ -40,12 +42,13 @@ CommandResult match(const MatchOptions& options, const Session& session) {
     const String pattern = String::UTF8Decode(options.pattern);
     sayWhenBroken(pattern, session);
     const std::size_t givenUpBefore = Regex::exceededCount();
-    const bool matches = Inventory::matchString(pattern, String::UTF8Decode(options.value));
+    const String value = String::UTF8Decode(options.value);
+    const bool matches = Inventory::matchString(pattern, value);
     if (!matches && Regex::exceededCount() > givenUpBefore) {
         throw CommandFailure(ExitStatus::Undetermined, "undecided: the pattern took too much work on this value");
     }
     return matches ? CommandResult{ExitStatus::Success, "match\n", {}, {}}
-                   : CommandResult{ExitStatus::NotPassed, "no match\n"};
+                   : CommandResult{ExitStatus::NotPassed, "no match\n" + whyNoMatch(pattern, value)};
 }
 
 }  // namespace

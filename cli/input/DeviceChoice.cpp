@@ -61,7 +61,9 @@ std::vector<const IDeviceImp*> chosenDevices(const StateManager& store, const De
 std::string noSuchDevice(const std::string& device, const std::string& machine, const StateManager& store) {
     std::string line = machine + " has no device \"" + device + "\"; expected a guid, a locator or a name";
     const char* before = ", near ones are ";
-    for (const std::string& near : nearDevices(String::UTF8Decode(device), store)) {
+    const bool isGuid = device.find('|') != device.npos;
+    const String text = String::UTF8Decode(device);
+    for (const std::string& near : isGuid ? nearGuids(text, store) : nearDevices(text, store)) {
         line += before + ("\"" + near + "\"");
         before = ", ";
     }
