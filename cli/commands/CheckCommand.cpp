@@ -1,6 +1,8 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "cli/commands/Commands.h"
 #include "cli/help/NearWord.h"
@@ -9,6 +11,7 @@
 #include "cli/input/ScriptFile.h"
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/CombinationProgress.h"
+#include "cli/terminal/StageProgress.h"
 #include "libCommon/text/PrintableText.h"
 #include "libDiagnosis/FaultKindNames.h"
 #include "libReport/CheckRun.h"
@@ -150,7 +153,11 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     const ImportReport import = loadMachine(options.statePath, world.machine, session);
     {
         CombinationProgress progress(session.console);
-        inventory.setProgress([&progress, &options](const RunProgress& state) {
+        std::optional<StageProgress> stage(std::in_place, session.console, "checking");
+        inventory.setProgress([&progress, &stage, &options](const RunProgress& state) {
+            if (state.combinations > 1) {
+                stage.reset();
+            }
             progress.show(state);
             return options.isPlain || state.combinations <= MOST_COMBINATIONS;
         });

@@ -12,6 +12,7 @@
 #include "cli/input/ScriptableMachine.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
+#include "cli/terminal/StageProgress.h"
 #include "libInventory/ScriptGeneration.h"
 #include "libInventory/script/FailOnExtraRules.h"
 #include "libReport/text/GenerationNotices.h"
@@ -124,7 +125,10 @@ void sayNotScriptable(const NotScriptable& found, const GenerateOptions& options
 void verify(const String& script, StateManager& machine, const SysinfoFilter* filter, const GenerateOptions& options,
             const Session& session) {
     const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
-    const std::string problem = problemOfGenerated(script, machine, filter, options.hasAllCategories);
+    const std::string problem = [&] {
+        const StageProgress progress(session.console, "trying the script");
+        return problemOfGenerated(script, machine, filter, options.hasAllCategories);
+    }();
     if (!problem.empty()) {
         throw CommandFailure(ExitStatus::BadInput,
                              fmt::format("the script would not hold for {} itself: {}; --plain writes it all the same",
@@ -159,7 +163,10 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
     if (!isFiltered) {
         quiet.emplace(*session.log, LogPriority::Warning);
     }
-    String script = generatedScript(machine, scriptOptions(options, isFilterGiven ? &filter : nullptr));
+    String script = [&] {
+        const StageProgress progress(session.console, "making the script");
+        return generatedScript(machine, scriptOptions(options, isFilterGiven ? &filter : nullptr));
+    }();
     if (options.failsOnExtra) {
         script = withFailOnExtraRules(script, machine);
     }
@@ -187,7 +194,8 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<GenerateOptions>();
     CLI::App& command = *parent.add_subcommand("generate", "Write an inventory script of a machine");
     options->addState(command);
-    options->addInput(command, "--filter", options->filterPath, "Which devices and properties, with what tolerances");
+    options->addInput(command, "--filter", options->filterPath, "Which devices and properties, with what tolerances")
+        .type_name("FILTER");
     command.add_flag("--all-categories", options->hasAllCategories, "Internal, volatile and group properties as well");
     command.add_flag("--no-check-locators", options->ignoresLocators, "A check of the script ignores locators");
     command.add_flag("--no-check-hw-locators", options->ignoresHwLocators,

@@ -6,6 +6,7 @@
 #include "cli/input/MachineSource.h"
 #include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
+#include "cli/terminal/StageProgress.h"
 #include "libLint/Lint.h"
 #include "libReport/lint/LintReport.h"
 
@@ -31,12 +32,13 @@ struct LintOptions : CommonOptions {
 
 [[noreturn]] void refuse(const std::string& line) { throw CommandFailure(ExitStatus::BadInput, line); }
 
-void look(Lint& lint, const std::string& path) {
+void look(Lint& lint, const std::string& path, const Session& session) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
         refuse(fileProblem(path, reason, FileKind::ScriptOrPartsList));
     }
+    const StageProgress progress(session.console, "looking through", path);
     switch (lint.run(bytes)) {
         case Lint::Result::NotXml:
         case Lint::Result::Neither: refuse(xmlProblem(path, bytes, lint.document(), FileKind::ScriptOrPartsList));
@@ -55,7 +57,7 @@ CommandResult lintFile(const LintOptions& options, Session& session) {
         loadMachine(options.statePath, machine, session);
         lint.setMachine(machine);
     }
-    look(lint, options.path);
+    look(lint, options.path, session);
     const LintReport report{options.path, lint.findings(), session.console.time()};
     const bool isClean = report.findings.count(Severity::Error) + report.findings.count(Severity::Warning) == 0;
     return {isClean ? ExitStatus::Success : ExitStatus::NotPassed, options.written(report, lintWriters(), session)};

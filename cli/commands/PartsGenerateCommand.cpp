@@ -11,6 +11,7 @@
 #include "cli/input/MistakesFound.h"
 #include "cli/input/PartsListFile.h"
 #include "cli/program/CommonOptions.h"
+#include "cli/terminal/StageProgress.h"
 #include "libCommon/text/UuCode.h"
 #include "libDiagnosis/Unknowns.h"
 #include "libInventory/script/ScriptElement.h"
@@ -154,6 +155,7 @@ CommandResult generateParts(const PartsGenerateOptions& options, Session& sessio
     report.machineName = machineName(options.statePath);
     // The report says it in words that help.
     const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
+    const StageProgress progress(session.console, "looking for the parts");
     report.result =
         Inventory::generatePartsListDataAndXml(report.partsList, base, report.generatedParts, report.deviceToParts,
                                                report.ambiguousGroups, report.extraDevices, report.document, &store);
@@ -178,7 +180,8 @@ void addPartsGenerateCommand(CLI::App& parent, Session& session) {
     CLI::App& command = *parent.add_subcommand("generate", "Find which parts a machine holds, and how many of each");
     options->addInput(command, "LIST", options->listPath, "The parts list").required();
     options->addState(command);
-    options->addInput(command, "--base", options->basePath, "What the machine must hold besides: a script's inner XML");
+    options->addInput(command, "--base", options->basePath, "What the machine must hold besides: a script's inner XML")
+        .type_name("SCRIPT");
     options->addPlain(command, "mistakes are passed over");
     options->addFormat(command, partGenerationWriters());
     options->addOutput(command);

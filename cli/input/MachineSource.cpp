@@ -8,6 +8,7 @@
 
 #include "cli/input/InputFile.h"
 #include "cli/input/XmlFileProblem.h"
+#include "cli/terminal/StageProgress.h"
 #include "libReport/text/ImportNotices.h"
 #include "libReport/text/TextPieces.h"
 
@@ -108,7 +109,10 @@ ImportResult importInput(const std::string& path, const ImportOptions& options, 
 
 void loadThisMachine(StateManager& store, const Session& session) {
     std::vector<CollectNote> notes;
-    const bool isRead = collectMachine(store, {}, notes);
+    const bool isRead = [&] {
+        const StageProgress progress(session.console, "reading this machine");
+        return collectMachine(store, {}, notes);
+    }();
     sayNotes(notes, isRead && store.deviceCount() != 0, session);
 }
 
@@ -117,7 +121,10 @@ void loadThisMachine(StateManager& store, const Session& session) {
 ImportResult loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
                            const Session& session) {
     const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
-    ImportResult result = importInput(path, options, store);
+    ImportResult result = [&] {
+        const StageProgress progress(session.console, "reading", path);
+        return importInput(path, options, store);
+    }();
     if (session.logLevel <= LogPriority::Warning) {
         for (const String& line : damageLines(result)) {
             session.say(fmt::format("{}: warning: {}", inputName(path), line.toUtf8()));

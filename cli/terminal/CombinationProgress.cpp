@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "cli/terminal/ProgressText.h"
+
 namespace vrx::cli {
 
 namespace {
@@ -15,7 +17,8 @@ constexpr milliseconds SHOWN_EVERY(200);
 
 CombinationProgress::CombinationProgress(Console& console) : m_console(console), m_isActive(console.showsProgress()) {
     if (m_isActive) {
-        m_nextTime = console.now() + FIRST_SHOWN_AFTER;
+        m_start = console.now();
+        m_nextTime = m_start + FIRST_SHOWN_AFTER;
     }
 }
 
@@ -35,7 +38,9 @@ void CombinationProgress::show(const RunProgress& progress) {
     }
     m_nextTime = time + SHOWN_EVERY;
     m_isShown = true;
-    m_console.writeErr(fmt::format("\r\033[Kcombination {} of {}", progress.combination, progress.combinations));
+    const Amount tried{static_cast<double>(progress.combination - 1), static_cast<double>(progress.combinations)};
+    m_console.writeErr(fmt::format("\r\033[Kcombination {} of {}{}", progress.combination, progress.combinations,
+                                   rateText(tried, time - m_start, "")));
 }
 
 }  // namespace vrx::cli

@@ -5,7 +5,8 @@
 
 namespace vrx::cli {
 
-/// A line on a terminal that tells how many combinations of alternatives a check has tried, for checks that take long.
+/// A line on a terminal that tells how many combinations of alternatives a check has tried, how fast,
+/// and how long it may still take, for checks that take long.
 /// It appears after a second, is rewritten a few times a second, and is wiped away at the end. On anything but a
 /// terminal nothing is shown.
 class CombinationProgress {
@@ -19,6 +20,7 @@ public:
 
 private:
     Console& m_console;
+    std::chrono::steady_clock::time_point m_start;
     std::chrono::steady_clock::time_point m_nextTime;
     bool m_isActive;
     bool m_isShown = false;
