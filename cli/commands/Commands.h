@@ -12,10 +12,12 @@ namespace vrx::cli {
 void addCheckCommand(CLI::App& parent, Session& session);
 void addCheckDeviceCommand(CLI::App& parent, Session& session);
 void addCollectCommand(CLI::App& parent, Session& session);
+void addCompletionCommand(CLI::App& parent, Session& session);
 void addConvertCommand(CLI::App& parent, Session& session);
 void addGenerateCommand(CLI::App& parent, Session& session);
 void addHelpCommand(CLI::App& parent, Session& session);
 void addLintCommand(CLI::App& parent, Session& session);
+void addManualCommand(CLI::App& parent, Session& session);
 void addMatchCommand(CLI::App& parent, Session& session);
 void addPartsCommand(CLI::App& parent, Session& session);
 void addPartsGenerateCommand(CLI::App& parent, Session& session);

@@ -43,4 +43,9 @@ std::string choiceProblem(const std::string& name, const std::vector<std::string
                              nearWordHint(name, choices));
 }
 
+std::string alternatives(const std::vector<std::string>& words) {
+    return words.size() < 2 ? fmt::format("{}", fmt::join(words, ""))
+                            : fmt::format("{} or {}", fmt::join(words.begin(), words.end() - 1, ", "), words.back());
+}
+
 }  // namespace vrx::cli

@@ -13,6 +13,7 @@
 #include "cli/help/NearWord.h"
 #include "cli/input/FileKind.h"
 #include "cli/input/InputFile.h"
+#include "cli/program/ExitStatus.h"
 
 namespace vrx::cli {
 
@@ -93,6 +94,18 @@ std::string unknownCommand(const CLI::App& group, const std::string& word) {
     const std::string hint = nearWordHint(word, names);
     return fmt::format("\"{}\" is no command{}", word,
                        hint.empty() ? fmt::format("; these are: {}", fmt::join(names, ", ")) : hint);
+}
+
+const CLI::App& findCommand(const CLI::App& root, const std::vector<std::string>& words) {
+    const CLI::App* at = &root;
+    for (const std::string& word : words) {
+        const CLI::App* const below = commandBelow(*at, word);
+        if (below == nullptr) {
+            throw CommandFailure(ExitStatus::BadInput, unknownCommand(*at, word));
+        }
+        at = below;
+    }
+    return *at;
 }
 
 std::string usageProblem(const CLI::App& root, const CLI::Error& problem) {

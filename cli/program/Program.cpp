@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "cli/commands/Commands.h"
+#include "cli/completion/CompletionRequest.h"
 #include "cli/help/CommandTable.h"
 #include "cli/help/HelpText.h"
 #include "cli/help/UsageProblem.h"
@@ -74,6 +75,11 @@ std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv
     if (argc < 2) {
         return sayWhatThereIs(app, session);
     }
+    if (argv[1] == std::string_view(COMPLETION_REQUEST)) {
+        ErrorStreamLog log(session.console, LogPriority::Off);
+        session.log = &log;
+        return print(session, completionAnswer(app, {argv + 2, argv + argc}, session));
+    }
     try {
         app.parse(argc, argv);
         return std::nullopt;
@@ -113,7 +119,9 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     addMatchCommand(app, session);
     addCollectCommand(app, session);
     addConvertCommand(app, session);
+    addCompletionCommand(app, session);
     addHelpCommand(app, session);
+    addManualCommand(app, session);
     refuseEmptyValues(app);
     try {
         if (const std::optional<ExitStatus> ended = parse(app, argc, argv, session)) {
