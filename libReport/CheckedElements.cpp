@@ -24,7 +24,7 @@ namespace vrx {
 namespace {
 
 using vocabulary::ElementKind;
-using Elements = std::unordered_set<const XmlElement*>;
+using ElementSet = std::unordered_set<const XmlElement*>;
 
 Inventory::DeviceSpec askedByRule(const XmlElement& rule) {
     Inventory::DeviceSpec asked = askedBy(rule);
@@ -164,7 +164,7 @@ private:
     }
 
     void settleAlternatives() {
-        Elements told;
+        ElementSet told;
         for (std::size_t i = 0; i < m_elements.size(); ++i) {
             CheckedElement& element = m_elements[i];
             if (element.faults.empty()) {
@@ -212,9 +212,9 @@ private:
 
     const Inventory& m_inventory;
     const CheckReport& m_report;
-    Elements m_choices;
-    Elements m_chosen;
-    Elements m_brokenRules;
+    ElementSet m_choices;
+    ElementSet m_chosen;
+    ElementSet m_brokenRules;
     std::vector<CheckedElement> m_elements;
     std::vector<const XmlElement*> m_orOf;  ///< for each entry the nearest `or` around it; null for none
 };

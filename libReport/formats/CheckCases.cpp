@@ -159,7 +159,7 @@ std::string_view nameOf(CheckCase::Outcome outcome) noexcept {
     return NAMES[static_cast<std::size_t>(outcome)];
 }
 
-std::string placeText(const CheckReport& report, const ElementPlace& place) {
+std::string placeInScript(const CheckReport& report, const ElementPlace& place) {
     const std::string file = printable(std::string_view(inputName(report.script)));
     return place.row == 0 ? file : fmt::format("{}:{}:{}", file, place.row, place.column);
 }

@@ -30,6 +30,6 @@ std::vector<CheckCase> checkCases(const CheckReport& report);
 std::string_view nameOf(CheckCase::Outcome outcome) noexcept;
 
 /// "file:row:column"; the file alone without a row.
-std::string placeText(const CheckReport& report, const ElementPlace& place);
+std::string placeInScript(const CheckReport& report, const ElementPlace& place);
 
 }  // namespace vrx

@@ -38,7 +38,7 @@ std::string checkJunit(const CheckReport& report, const TextFormat&) {
     for (CheckCase& one : checkCases(report)) {
         suite.cases.push_back(
             {std::move(one.name), outcomeOf(one.outcome), std::move(one.kind), std::move(one.messages)});
-        suite.cases.back().lines.push_back(placeText(report, one.place));
+        suite.cases.back().lines.push_back(placeInScript(report, one.place));
     }
     return junitText(suite);
 }

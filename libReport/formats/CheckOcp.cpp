@@ -210,7 +210,7 @@ private:
         inStep([&](JsonWriter& json) {
             json.key("error").beginObject();
             json.key("symptom").value(std::string_view(one.kind));
-            json.key("message").value(placeText(m_report, one.place) + ": " + messageOf(one));
+            json.key("message").value(placeInScript(m_report, one.place) + ": " + messageOf(one));
             json.endObject();
         });
     }

@@ -32,7 +32,7 @@ std::string quoted(std::string_view text) {
 void writeDiagnostics(std::string& out, const CheckReport& report, const CheckCase& one) {
     out += fmt::format("  ---\n  message: {}\n  severity: {}\n  kind: {}\n  at: {}\n", quoted(one.messages.front()),
                        one.outcome == CheckCase::Outcome::Failed ? "fail" : "undetermined", quoted(one.kind),
-                       quoted(placeText(report, one.place)));
+                       quoted(placeInScript(report, one.place)));
     if (one.messages.size() > 1) {
         out += "  more:\n";  // each with a key, because some readers take a text with a colon for one
         for (std::size_t i = 1; i < one.messages.size(); ++i) {
