@@ -35,9 +35,7 @@ const IDeviceImp* Inventory::deviceOf(const XmlElement& element) const {
     return keptLinksOf(*m_state).deviceOf(element);
 }
 
-const XmlElement* Inventory::holderOf(const IDeviceImp& device) const {
-    return keptLinksOf(*m_state).holderOf(device);
-}
+const XmlElement* Inventory::holderOf(const IDeviceImp& device) const { return keptLinksOf(*m_state).holderOf(device); }
 
 Array<ChosenAlternative> Inventory::chosenAlternatives() const { return RunFindings(*m_state).chosenAlternatives(); }
 

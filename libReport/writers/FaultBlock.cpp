@@ -111,7 +111,9 @@ private:
             return;
         }
         if (m_fault.device) {
-            addRow("there", identityText(untold(*m_fault.device)));
+            const std::string text = identityText(untold(*m_fault.device));
+            const bool isOnlyMaker = text == printable(m_fault.device->manufacturer);
+            addRow("there", isOnlyMaker && !m_fault.differences.empty() ? std::string() : text);
         }
         if (m_fault.other) {
             addRow("in its place", withIdentity(*m_fault.other));
