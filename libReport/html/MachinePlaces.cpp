@@ -17,13 +17,13 @@ struct Sort {
     std::vector<CapabilityImp> types;
 };
 
-/// The first that fits a device decides; the last fits every device.
+/// As somebody walks through a machine. The last that fits a device decides, so that cores are no processors; what fits
+/// none is of the last sort.
 const std::vector<Sort>& sorts() {
     static const std::vector<Sort> list = {
         {"System and board",
          {CapabilityImp(u"System"), CapabilityImp(u"Chassis"), CapabilityImp(u"Motherboard"),
           CapabilityImp(u"Firmware")}},
-        {"Cores and caches", {CapabilityImp(u"ProcessorCore"), CapabilityImp(u"Cache")}},
         {"Processors", {CapabilityImp(u"Processor"), CapabilityImp(u"Coprocessor")}},
         {"Memory", {CapabilityImp(u"Memory")}},
         {"Storage", {CapabilityImp(u"Storage"), CapabilityImp(u"Volume"), CapabilityImp(u"StorageController")}},
@@ -33,17 +33,20 @@ const std::vector<Sort>& sorts() {
         {"Power", {CapabilityImp(u"Power")}},
         {"Cooling", {CapabilityImp(u"Cooling")}},
         {"Slots and ports", {CapabilityImp(u"Slot"), CapabilityImp(u"Port")}},
+        {"Cores and caches", {CapabilityImp(u"ProcessorCore"), CapabilityImp(u"Cache")}},
         {"Sensors", {CapabilityImp(u"Sensor")}},
-        {"Other parts", {CapabilityImp::ALL()}},
+        {"Other parts", {}},
     };
     return list;
 }
 
 std::size_t sortOf(const CapabilityImp& type) {
-    const auto at = std::ranges::find_if(sorts(), [&type](const Sort& sort) {
-        return std::ranges::any_of(sort.types, [&type](const CapabilityImp& covers) { return covers.isCapable(type); });
-    });
-    return at == sorts().end() ? sorts().size() - 1 : static_cast<std::size_t>(at - sorts().begin());
+    for (std::size_t i = sorts().size(); i-- > 0;) {
+        if (std::ranges::any_of(sorts()[i].types, [&type](const CapabilityImp& of) { return of.isCapable(type); })) {
+            return i;
+        }
+    }
+    return sorts().size() - 1;
 }
 
 constexpr bool isDigit(char16_t unit) noexcept { return unit >= u'0' && unit <= u'9'; }
