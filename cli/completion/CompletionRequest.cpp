@@ -7,7 +7,7 @@ namespace vrx::cli {
 
 namespace {
 
-const char* kindOf(Completion::Files files) noexcept {
+const char* directiveFor(Completion::Files files) noexcept {
     switch (files) {
         case Completion::Files::Any: return "files\n";
         case Completion::Files::Xml: return "xml\n";
@@ -18,7 +18,7 @@ const char* kindOf(Completion::Files files) noexcept {
 
 std::string answerWords(const CLI::App& root, const std::vector<std::string>& words, Session& session) {
     const Completion completion = completionOf(root, words, session);
-    std::string answer = kindOf(completion.files);
+    std::string answer = directiveFor(completion.files);
     for (const Candidate& candidate : completion.candidates) {
         answer += candidate.word + (candidate.text.empty() ? "" : "\t" + candidate.text) + '\n';
     }
@@ -31,7 +31,7 @@ std::string answerBash(const CLI::App& root, const std::string& typed, const std
     const Completion completion = completionOf(root, line.words, session);
     const std::size_t start = line.lastStart + (line.openQuote == 0 ? 0 : 1);
     const std::size_t kept = typed.size() - std::min(typed.size(), replaced.size() + start);
-    std::string answer = kindOf(completion.files);
+    std::string answer = directiveFor(completion.files);
     for (const Candidate& candidate : completion.candidates) {
         const std::string word = bashQuoted(candidate.word, line.openQuote);
         answer += word.substr(std::min(kept, word.size())) + '\n';

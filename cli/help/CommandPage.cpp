@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view STATUSES = "Exit status:";
 constexpr std::string_view EXAMPLES = "Examples:";
-constexpr std::size_t INDENT = 2;
+constexpr std::size_t EXAMPLE_INDENT = 2;
 
 HelpEntry entryOf(const CLI::Option& option) {
     std::string term = fmt::format("{}", fmt::join(namesOf(option), ", "));
@@ -76,7 +76,7 @@ void readFooter(const std::string& footer, CommandPage& page) {
             addParagraph(paragraph, page);
         }
         if (isExample) {
-            page.examples.push_back(line.substr(INDENT));
+            page.examples.push_back(line.substr(EXAMPLE_INDENT));
         } else if (!line.empty()) {
             paragraph += (paragraph.empty() ? "" : " ") + line;
         }

@@ -12,7 +12,7 @@ namespace {
 
 using Kind = MarkdownBlock::Kind;
 
-constexpr unsigned INDENT = 4;
+constexpr unsigned CODE_INDENT = 4;
 
 std::string tableText(const MarkdownBlock& block, unsigned width) {
     TextTable table(2, std::vector<Style>(block.rows.front().size(), Style::Plain));
@@ -45,7 +45,7 @@ std::string codeText(const std::string& code) {
     std::string lines;
     bool isStart = true;
     for (const char each : code) {
-        lines.append(isStart && each != '\n' ? INDENT : 0, ' ') += each;
+        lines.append(isStart && each != '\n' ? CODE_INDENT : 0, ' ') += each;
         isStart = each == '\n';
     }
     return lines;

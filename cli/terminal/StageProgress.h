@@ -20,8 +20,8 @@ public:
     /// "checking, 4 s".
     StageProgress(Console& console, std::string what);
 
-    /// "reading m.xml, 12 of 37 MB, 9 MB a second, 3 s left", as far as the process has read that file.
-    StageProgress(Console& console, std::string what, std::string path);
+    /// "reading m.xml, 37 MB, 3 s".
+    StageProgress(Console& console, std::string what, const std::string& path);
 
     ~StageProgress();
     StageProgress(const StageProgress&) = delete;
@@ -34,7 +34,6 @@ private:
 
     Console& m_console;
     std::string m_what;
-    std::string m_path;  ///< empty when nothing is read
     std::chrono::steady_clock::time_point m_start;
     std::mutex m_mutex;
     std::condition_variable m_end;
