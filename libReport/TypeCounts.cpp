@@ -14,9 +14,9 @@ namespace vrx {
 namespace {
 
 using vocabulary::ElementKind;
-using Elements = std::unordered_set<const XmlElement*>;
+using ElementSet = std::unordered_set<const XmlElement*>;
 
-bool isChosen(const XmlElement& element, const Elements& chosen) {
+bool isChosen(const XmlElement& element, const ElementSet& chosen) {
     const XmlContainer* const parent = element.Parent();
     const XmlElement* const group = parent == nullptr ? nullptr : parent->ToElement();
     return group == nullptr || vocabulary::kindOf(*group) != ElementKind::Or || chosen.contains(&element);
@@ -34,8 +34,8 @@ void add(std::map<String, TypeCount>& counts, const XmlElement& device, bool isM
 
 std::vector<TypeCount> typeCounts(const Inventory& inventory) {
     const Array<const XmlElement*> all = inventory.missingElements();
-    const Elements missing(all.begin(), all.end());
-    Elements chosen;
+    const ElementSet missing(all.begin(), all.end());
+    ElementSet chosen;
     for (const ChosenAlternative& choice : inventory.chosenAlternatives()) {
         chosen.insert(choice.alternative);
     }

@@ -9,10 +9,10 @@ namespace vrx {
 
 namespace {
 
-using DeviceText = String Inventory::DeviceSpec::*;
+using SpecText = String Inventory::DeviceSpec::*;
 
 /// Whether what the fault asks for, or a device in it, has that text.
-bool names(const Fault& fault, DeviceText member, const String& text) {
+bool names(const Fault& fault, SpecText member, const String& text) {
     return text.isEmpty() || fault.asked.*member == text || (fault.device && fault.device->spec.*member == text) ||
            (fault.other && fault.other->spec.*member == text);
 }

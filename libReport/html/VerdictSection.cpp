@@ -20,7 +20,7 @@ std::string_view classOf(Verdict verdict) noexcept {
     }
 }
 
-void writeFact(HtmlWriter& html, std::string_view name, const std::string& value) {
+void writeHeadFact(HtmlWriter& html, std::string_view name, const std::string& value) {
     if (!value.empty()) {
         html.element("dt", "", name).element("dd", "", value);
     }
@@ -44,15 +44,16 @@ void writeVerdict(HtmlWriter& html, const CheckReport& report) {
     html.element("span", classOf(report.verdict), nameOf(report.verdict)).element("h1", "", report.headline);
     html.begin("dl");
     const MachineIdentity& machine = report.machine;
-    writeFact(html, "Manufacturer", machine.manufacturer.toUtf8());
-    writeFact(html, "Model", machine.model.toUtf8());
-    writeFact(html, "Serial number", machine.serialNumber.toUtf8());
-    writeFact(html, "Host", machine.hostName.toUtf8());
-    writeFact(html, "Recording", report.state.value_or("this machine"));
-    writeFact(html, "Devices", std::to_string(report.machineDevices));
-    writeFact(html, "Script", fmt::format("{} ({})", report.script, counted(report.deviceElements, "device element")));
-    writeFact(html, "Checked", report.started.toIso8601().toUtf8() + " in " + durationText(report.duration));
-    writeFact(html, "Program", "vrx-inventory " + std::string(report.version));
+    writeHeadFact(html, "Manufacturer", machine.manufacturer.toUtf8());
+    writeHeadFact(html, "Model", machine.model.toUtf8());
+    writeHeadFact(html, "Serial number", machine.serialNumber.toUtf8());
+    writeHeadFact(html, "Host", machine.hostName.toUtf8());
+    writeHeadFact(html, "Recording", report.state.value_or("this machine"));
+    writeHeadFact(html, "Devices", std::to_string(report.machineDevices));
+    writeHeadFact(html, "Script",
+                  fmt::format("{} ({})", report.script, counted(report.deviceElements, "device element")));
+    writeHeadFact(html, "Checked", report.started.toIso8601().toUtf8() + " in " + durationText(report.duration));
+    writeHeadFact(html, "Program", "vrx-inventory " + std::string(report.version));
     html.end().end().raw("\n");
 }
 

@@ -21,14 +21,14 @@ namespace {
 
 constexpr std::size_t MOST_ALTERNATIVES = 3;
 
-std::string placeOf(const Inventory::DeviceSpec& device) {
+std::string placeName(const Inventory::DeviceSpec& device) {
     return printable(device.hwLocator.isEmpty() ? device.osLocator : device.hwLocator);
 }
 
 /// The place that somebody goes to.
-std::string placeOf(const Fault& fault) {
-    const std::string asked = placeOf(fault.asked);
-    return fault.device && (asked.empty() || fault.asked.hwLocator.isEmpty()) ? placeOf(fault.device->spec) : asked;
+std::string placeName(const Fault& fault) {
+    const std::string asked = placeName(fault.asked);
+    return fault.device && (asked.empty() || fault.asked.hwLocator.isEmpty()) ? placeName(fault.device->spec) : asked;
 }
 
 std::string typeOf(const Fault& fault) {
@@ -51,7 +51,7 @@ std::string withName(const std::string& type, const std::string& name) {
 
 /// `dimm:B3: MemoryModule`, with the name where there is no place.
 std::string leadOf(const Fault& fault, bool isNamed) {
-    const std::string place = placeOf(fault);
+    const std::string place = placeName(fault);
     const bool hasName = fault.device && !fault.device->spec.name.isEmpty();
     const std::string name = hasName ? "\"" + printable(fault.device->spec.name) + "\"" : askedName(fault.asked.name);
     const std::string type = withName(typeOf(fault), place.empty() || isNamed ? name : std::string());
@@ -77,9 +77,9 @@ std::string alternativesText(const Fault& fault) {
     std::string text;
     for (std::size_t i = 0; i < std::min(fault.alternatives.size(), MOST_ALTERNATIVES); ++i) {
         const Inventory::DeviceSpec& other = fault.alternatives[i];
-        const std::string place = placeOf(other);
+        const std::string place = placeName(other);
         text += (text.empty() ? " (or " : " or ") + withName(article(printable(other.type)), askedName(other.name)) +
-                (place.empty() || place == placeOf(fault) ? "" : " at " + place);
+                (place.empty() || place == placeName(fault) ? "" : " at " + place);
     }
     return text.empty() ? text : text + ")";
 }
@@ -89,7 +89,7 @@ std::string likeText(const LikeDevices& alike) {
         return {};
     }
     if (alike.asked == 2) {
-        const std::string place = placeOf(alike.one->spec);
+        const std::string place = placeName(alike.one->spec);
         return "; the other of its kind" + (place.empty() ? "" : ", " + place + ",") + " is there";
     }
     return fmt::format("; {} of {} of its kind are there", alike.present, alike.asked);
@@ -151,7 +151,7 @@ std::string otherModelText(const Fault& fault) {
 std::string replacedText(const Fault& fault) {
     const Difference& first = fault.differences.front();
     if (first.what == Difference::What::Type) {
-        return placeOf(fault) + ": " + article(foundText(first)) + " in place of " + article(expectedText(first));
+        return placeName(fault) + ": " + article(foundText(first)) + " in place of " + article(expectedText(first));
     }
     if (fault.replacement == Replacement::OtherModel) {
         return otherModelText(fault);
@@ -173,7 +173,8 @@ std::string movedText(const Fault& fault) {
 }
 
 std::string swappedText(const Fault& fault) {
-    return placeOf(fault.asked) + " and " + placeOf(fault.device->spec) + ": the " + typeOf(fault) + "s are swapped";
+    return placeName(fault.asked) + " and " + placeName(fault.device->spec) + ": the " + typeOf(fault) +
+           "s are swapped";
 }
 
 std::string determinedText(const Fault& fault) {
@@ -204,13 +205,13 @@ std::string replacementWords(const Fault& fault) {
 std::string headingWith(const Fault& fault, const std::string& words) {
     const bool hasName = fault.device && !fault.device->spec.name.isEmpty();
     const std::string name = hasName ? "\"" + printable(fault.device->spec.name) + "\"" : askedName(fault.asked.name);
-    std::string place = placeOf(fault);
+    std::string place = placeName(fault);
     std::string type = typeOf(fault);
     if (fault.kind == FaultKind::Swapped) {
-        place = placeOf(fault.asked) + " and " + placeOf(fault.device->spec);
+        place = placeName(fault.asked) + " and " + placeName(fault.device->spec);
         type += "s";
     } else if (fault.kind == FaultKind::Moved) {
-        place = placeOf(fault.asked) + " → " + placeOf(fault.device->spec);
+        place = placeName(fault.asked) + " → " + placeName(fault.device->spec);
     }
     return (place.empty() ? "" : place + "  ") + withName(type, fault.kind == FaultKind::Swapped ? "" : name) + " " +
            words;
@@ -228,7 +229,7 @@ std::string wordsOf(const Array<String>& words) {
 
 std::string faultTitleOf(const Inventory::DeviceSpec& asked) {
     const std::string title = withName(asked.type.isEmpty() ? "device" : printable(asked.type), askedName(asked.name));
-    const std::string place = placeOf(asked);
+    const std::string place = placeName(asked);
     return place.empty() ? title : title + " (" + place + ")";
 }
 
