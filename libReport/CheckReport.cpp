@@ -8,6 +8,7 @@
 #include "libInventory/script/ScriptContent.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libReport/ReportFindings.h"
+#include "libReport/waivers/ReportWaivers.h"
 #include "libReport/writers/CheckHeadline.h"
 
 namespace vrx {
@@ -74,7 +75,7 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     report.deviceElements = contentOf(*inventory.script().RootElement()).devices;
     report.machineDevices = machine.deviceCount();
     report.machine = machineIdentity(machine);
-    report.started = DateTime::getCurrentDateTime();
+    report.started = basis.started.value_or(DateTime::getCurrentDateTime());
     report.notices = noticesOf(inventory);
     report.extra = inventory.extraDevices();
     report.unsatisfied = inventory.unsatisfiedDevices();
@@ -86,11 +87,16 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
         report.forbidden = forbiddenDevices(findings);
         markUndetermined(report);
     }
-    if (basis.listsElements) {
+    if (basis.waivers != nullptr) {
+        waiveFaults(report, inventory, *basis.waivers);
+    } else if (basis.listsElements) {
         report.checked = checkedElements(inventory, report);
+    }
+    if (basis.listsElements) {
         report.places = machinePlaces(machine, report.faults);
     }
-    report.headline = headlineOf(report);
+    const bool isOfWaivers = !report.waived.empty() && report.verdict != Verdict::Undecided;
+    report.headline = isOfWaivers ? waivedHeadline(report) : headlineOf(report);
     return report;
 }
 

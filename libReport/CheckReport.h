@@ -13,6 +13,7 @@
 #include "libDiagnosis/Doubt.h"
 #include "libDiagnosis/Fault.h"
 #include "libDiagnosis/Verdict.h"
+#include "libDiagnosis/waivers/ApplyWaivers.h"
 #include "libInventory/Finding.h"
 #include "libInventory/ImportReport.h"
 #include "libInventory/Inventory.h"
@@ -83,6 +84,9 @@ struct CheckReport {
     Array<Inventory::DeviceSpec> extra;            ///< devices of the machine beyond the script
 
     std::vector<Fault> faults;            ///< one entry for each thing that is wrong
+    std::vector<WaivedFault> waived;      ///< faults that do not count, because somebody decided so
+    std::vector<Waiver> expiredWaivers;   ///< each would cover a fault
+    std::vector<Waiver> idleWaivers;      ///< these cover nothing
     std::vector<CheckedElement> checked;  ///< what became of every `device` element and rule; see CheckBasis
     std::vector<PlaceGroup> places;       ///< the machine, sorted by place; see CheckBasis
     std::vector<FaultKind> warningKinds;  ///< a monitoring system is only warned of faults of these kinds
@@ -106,8 +110,10 @@ struct CheckReport {
 
 /// How much a report trusts the engine's answer.
 struct CheckBasis {
-    const ImportReport* import = nullptr;  ///< of the machine's recording; borrowed, null for none
-    bool isPlain = false;                  ///< the verdict is the engine's answer, whatever is not known
+    const ImportReport* import = nullptr;          ///< of the machine's recording; borrowed, null for none
+    bool isPlain = false;                          ///< the verdict is the engine's answer, whatever is not known
+    const std::vector<Waiver>* waivers = nullptr;  ///< borrowed; null for none
+    std::optional<DateTime> started{};             ///< when the check began; none for now
     bool listsElements = true;  ///< for writers that want `checked` and `places`; it costs a few microseconds for each
 };
 

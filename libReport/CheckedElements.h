@@ -23,6 +23,7 @@ struct CheckedElement {
         Passed,
         Failed,
         Undetermined,
+        Waived,    ///< it has failed or is undetermined, and waivers cover that
         NotChosen  ///< it stands in an alternative that was not needed
     };
 
@@ -33,6 +34,7 @@ struct CheckedElement {
                                   ///< else its capability
     std::optional<Inventory::DeviceSpec> device;  ///< the one that meets a `device` element
     std::vector<std::size_t> faults;              ///< the indexes of the report's faults that speak of it
+    std::vector<std::size_t> waived;              ///< likewise of its waived faults
 };
 
 /// In document order. A passed device costs two look-ups, so this is quick with ten thousands of them.

@@ -9,6 +9,7 @@
 #include "cli/input/MachineSource.h"
 #include "cli/input/MistakesFound.h"
 #include "cli/input/ScriptFile.h"
+#include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/CombinationProgress.h"
 #include "cli/terminal/StageProgress.h"
@@ -42,6 +43,7 @@ struct CheckOptions : CommonOptions {
     std::string annotatedPath;
     std::string explained;  ///< which element
     bool isVerbose = false;
+    std::string waiversPath;
     bool hasNoUnsatisfiedTips = false;
     std::vector<std::string> warningKinds;
 
@@ -149,6 +151,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     }
     Inventory& inventory = world.run.inventory();
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
+    const std::vector<Waiver> waivers = loadWaivers(options.waiversPath);
     loadScript(options.scriptPath, world.run, options.isPlain, session);
     const ImportReport import = loadMachine(options.statePath, world.machine, session);
     {
@@ -161,7 +164,8 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
             progress.show(state);
             return options.isPlain || state.combinations <= MOST_COMBINATIONS;
         });
-        world.report = world.run.run({&import, options.isPlain, needsElements(options)});
+        world.report = world.run.run({&import, options.isPlain, options.waiversPath.empty() ? nullptr : &waivers,
+                                      world.started, needsElements(options)});
         inventory.setProgress({});
     }
     addDetails(options, world);
@@ -252,7 +256,10 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         .add_option("--explain", options->explained,
                     "Tell all about one device element: which devices were tried, what each failed, who has which")
         ->type_name("PLACE");
+    CLI::Option& waivers =
+        options->addInput(command, "--waivers", options->waiversPath, "Faults that somebody has decided to live with");
     options->addPlain(command, "mistakes are passed over, and what is not known counts as absent");
+    waivers.excludes("--plain");
     options->addLogging(command);
     command.footer(CHECK_FOOTER);
     setAction(command, session, options, [options, &session] { return check(*options, session); });

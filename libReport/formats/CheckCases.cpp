@@ -10,6 +10,7 @@
 #include "libCommon/text/PrintableText.h"
 #include "libReport/text/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
+#include "libReport/waivers/ReportWaivers.h"
 #include "libReport/writers/FaultText.h"
 
 namespace vrx {
@@ -39,6 +40,7 @@ CheckCase::Outcome outcomeOf(CheckedElement::Outcome outcome) noexcept {
     switch (outcome) {
         case CheckedElement::Outcome::Passed: return CheckCase::Outcome::Passed;
         case CheckedElement::Outcome::Failed: return CheckCase::Outcome::Failed;
+        case CheckedElement::Outcome::Waived:
         case CheckedElement::Outcome::NotChosen: return CheckCase::Outcome::Skipped;
         case CheckedElement::Outcome::Undetermined: break;
     }
@@ -68,6 +70,9 @@ private:
             added.place = element.place;
             if (element.outcome == CheckedElement::Outcome::NotChosen) {
                 added.messages.emplace_back("another alternative was chosen");
+            } else if (element.outcome == CheckedElement::Outcome::Waived) {
+                const WaivedFault& waived = m_report.waived[element.waived.front()];
+                added.messages.push_back(faultText(waived.fault) + "; waived: " + waiverText(waived.waivers.front()));
             } else if (element.outcome != CheckedElement::Outcome::Passed) {
                 describe(element, added);
             }

@@ -1,10 +1,12 @@
-/// One row for each fault, and none for a check that passed. Mistakes of a script, reasons why it did not load, and a
-/// verdict that no fault tells of are rows as well, so that no table looks like a pass that is none.
+/// One row for each fault, waived ones behind the others, and none for a check that passed without any. Mistakes of a
+/// script, reasons why it did not load, and a verdict that no fault tells of are rows as well, so that no table looks
+/// like a pass that is none.
 
 #include <fmt/format.h>
 
 #include "libReport/text/CsvTable.h"
 #include "libReport/text/TextPieces.h"
+#include "libReport/waivers/ReportWaivers.h"
 #include "libReport/writers/DifferenceText.h"
 #include "libReport/writers/FaultText.h"
 #include "libReport/writers/Writers.h"
@@ -22,7 +24,7 @@ std::string differencesText(const Fault& fault) {
     return text;
 }
 
-void addFault(CsvTable& table, const CheckReport& report, const Fault& fault) {
+void addFault(CsvTable& table, const CheckReport& report, const Fault& fault, std::string_view waiver = {}) {
     const DeviceIdentity device = fault.device.value_or(DeviceIdentity{});
     const Inventory::DeviceSpec& named = fault.device ? device.spec : fault.asked;
     const PartName part = fault.part.value_or(PartName{});
@@ -30,14 +32,14 @@ void addFault(CsvTable& table, const CheckReport& report, const Fault& fault) {
                   nameOf(fault.kind), named.type.toUtf8(), named.name.toUtf8(), named.hwLocator.toUtf8(),
                   named.osLocator.toUtf8(), device.manufacturer.toUtf8(), device.model.toUtf8(),
                   device.partNumber.toUtf8(), device.serialNumber.toUtf8(), part.id.toUtf8(), part.name.toUtf8(),
-                  differencesText(fault), faultText(fault)});
+                  differencesText(fault), faultText(fault), waiver});
 }
 
 void addProblem(CsvTable& table, const CheckReport& report, const ElementPlace& place, std::string_view kind,
                 std::string_view text) {
     const std::string row = place.row == 0 ? "" : std::to_string(place.row);
     const std::string column = place.row == 0 ? "" : std::to_string(place.column);
-    table.addRow({inputName(report.script), row, column, kind, "", "", "", "", "", "", "", "", "", "", "", text});
+    table.addRow({inputName(report.script), row, column, kind, "", "", "", "", "", "", "", "", "", "", "", text, ""});
 }
 
 }  // namespace
@@ -45,9 +47,12 @@ void addProblem(CsvTable& table, const CheckReport& report, const ElementPlace& 
 std::string checkCsv(const CheckReport& report, const TextFormat&) {
     CsvTable table;
     table.addRow({"script", "row", "column", "kind", "type", "name", "hwLocator", "osLocator", "manufacturer", "model",
-                  "partNumber", "serialNumber", "partId", "partName", "differences", "text"});
+                  "partNumber", "serialNumber", "partId", "partName", "differences", "text", "waiver"});
     for (const Fault& fault : report.faults) {
         addFault(table, report, fault);
+    }
+    for (const WaivedFault& waived : report.waived) {
+        addFault(table, report, waived.fault, waiverText(waived.waivers.front()));
     }
     for (const ScriptMistake& mistake : report.mistakes) {
         addProblem(table, report, {std::uint64_t{mistake.finding.row} + 1, std::uint64_t{mistake.finding.column} + 1},

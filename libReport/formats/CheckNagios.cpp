@@ -8,6 +8,7 @@
 #include "libCommon/text/PrintableText.h"
 #include "libReport/formats/FaultCounts.h"
 #include "libReport/formats/NagiosStatus.h"
+#include "libReport/waivers/ReportWaivers.h"
 #include "libReport/writers/FaultText.h"
 #include "libReport/writers/Writers.h"
 
@@ -36,8 +37,9 @@ std::string figures(const CheckReport& report) {
     for (const FaultKind kind : allFaultKinds()) {
         text += fmt::format(" {}={};;;0", nameOf(kind), counts[static_cast<std::size_t>(kind)]);
     }
-    return text + fmt::format(" devices={};;;0 time={:.3f}s;;;0", report.machineDevices,
-                              std::chrono::duration<double>(report.duration).count());
+    return text + fmt::format(" waived={};;;0", report.waived.size()) +
+           fmt::format(" devices={};;;0 time={:.3f}s;;;0", report.machineDevices,
+                       std::chrono::duration<double>(report.duration).count());
 }
 
 }  // namespace
@@ -62,6 +64,13 @@ std::string checkNagios(const CheckReport& report, const TextFormat&) {
                                   withoutBars(headlineOfAny(report)), figures(report));
     for (const Fault& fault : report.faults) {
         out += fmt::format("{}: {}\n", nameOf(fault.kind), withoutBars(faultText(fault)));
+    }
+    for (const WaivedFault& waived : report.waived) {
+        out += fmt::format("waived: {}; {}\n", withoutBars(faultText(waived.fault)),
+                           withoutBars(waiverText(waived.waivers.front())));
+    }
+    for (const Waiver& expired : report.expiredWaivers) {
+        out += fmt::format("waiver has expired: {}\n", withoutBars(waiverText(expired)));
     }
     for (const ScriptMistake& mistake : report.mistakes) {
         out += withoutBars(mistakeLine(mistake)) + "\n";

@@ -81,6 +81,9 @@ std::string checkPrometheus(const CheckReport& report, const TextFormat&) {
     MetricsText metrics(report);
     addVerdict(metrics, report);
     addFaults(metrics, report);
+    metrics.single("waived_faults", "Faults that waivers cover.", report.waived.size());
+    metrics.single("expired_waivers", "Waivers that would cover a fault, and have expired.",
+                   report.expiredWaivers.size());
     metrics.single("mistakes", "Mistakes for which the script was refused.", report.mistakes.size());
     metrics.single("device_elements", "Devices that the script asks for.", report.deviceElements);
     metrics.single("devices", "Devices of the machine.", report.machineDevices);

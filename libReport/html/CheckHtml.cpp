@@ -11,6 +11,7 @@ std::string checkHtml(const CheckReport& report, const TextFormat&) {
     html.begin("main");
     writeSearch(html);
     writeFaults(html, report);
+    writeWaivers(html, report);
     writeLimits(html, report);
     writeMachine(html, report);
     writeScript(html, report);

@@ -12,6 +12,9 @@ void writeVerdict(HtmlWriter& html, const CheckReport& report);
 /// A card for each fault; the card of fault i has the id `fault-i`.
 void writeFaults(HtmlWriter& html, const CheckReport& report);
 
+/// What is waived, and waivers that have expired or cover nothing.
+void writeWaivers(HtmlWriter& html, const CheckReport& report);
+
 /// What could not be read, and mistakes of the script.
 void writeLimits(HtmlWriter& html, const CheckReport& report);
 

@@ -28,6 +28,7 @@ Badge badgeOf(Outcome outcome) noexcept {
         case Outcome::Passed: return {"badge good", "passed"};
         case Outcome::Failed: return {"badge bad", "failed"};
         case Outcome::Undetermined: return {"badge doubt", "undetermined"};
+        case Outcome::Waived: return {"badge", "waived"};
         case Outcome::NotChosen: break;
     }
     return {"badge", "not needed"};

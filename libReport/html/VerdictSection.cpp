@@ -1,12 +1,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "libReport/html/CheckSections.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/UnreadText.h"
+#include "libReport/waivers/ReportWaivers.h"
+#include "libReport/writers/FaultText.h"
 
 namespace vrx {
 
@@ -55,6 +58,20 @@ void writeVerdict(HtmlWriter& html, const CheckReport& report) {
     writeHeadFact(html, "Checked", report.started.toIso8601().toUtf8() + " in " + durationText(report.duration));
     writeHeadFact(html, "Program", "vrx-inventory " + std::string(report.version));
     html.end().end().raw("\n");
+}
+
+void writeWaivers(HtmlWriter& html, const CheckReport& report) {
+    std::vector<std::string> lines;
+    for (const WaivedFault& waived : report.waived) {
+        lines.push_back(faultText(waived.fault) + "; " + waiverText(waived.waivers.front()));
+    }
+    writeList(html, "Waived", lines);
+    lines.clear();
+    std::ranges::transform(report.expiredWaivers, std::back_inserter(lines), waiverText);
+    writeList(html, "Waivers that have expired", lines);
+    lines.clear();
+    std::ranges::transform(report.idleWaivers, std::back_inserter(lines), waiverText);
+    writeList(html, "Waivers that cover nothing", lines);
 }
 
 void writeLimits(HtmlWriter& html, const CheckReport& report) {

@@ -6,6 +6,7 @@
 #include "libReport/text/UnreadText.h"
 #include "libReport/writers/EventJson.h"
 #include "libReport/writers/FaultJson.h"
+#include "libReport/writers/WaivedText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {
@@ -186,6 +187,7 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     writeMachine(json, report);
     json.key("faults");
     writeFaults(json, report.faults, report.script);
+    writeWaived(json, report);
     json.key("undetermined");
     writeDoubts(json, report.doubts);
     json.endObject();

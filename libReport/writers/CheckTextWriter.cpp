@@ -13,6 +13,7 @@
 #include "libReport/writers/FaultBlock.h"
 #include "libReport/writers/NoticeText.h"
 #include "libReport/writers/PlacedLines.h"
+#include "libReport/writers/WaivedText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {
@@ -141,7 +142,7 @@ std::string checkText(const CheckReport& report, const TextFormat& asked) {
     if (report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided) {
         out += "\n" + countsText(report.faults) + "\n";
     }
-    return out;
+    return out + waivedText(report, format);
 }
 
 }  // namespace vrx
