@@ -136,6 +136,10 @@ struct InventoryState {
     /// The element's context, made when it has none. Requires: element is not null.
     ElementContext& contextOf(XmlElement* element);
 
+    /// Whether somebody may ask after the run what it found. Runs with a cache are asked for their verdict and for
+    /// their extra devices only; with as many parts as devices may satisfy, most of which fail, the rest is much.
+    bool keepsFindings() const noexcept { return m_matchCache == nullptr; }
+
     /// The element's context; null when it has none.
     static ElementContext* existingContext(const XmlElement* element) {
         return static_cast<ElementContext*>(element->GetUserData());

@@ -7,6 +7,8 @@
 
 #include "libInventory/engine/SecondPass.h"
 
+#include <algorithm>
+
 #include "libCommon/Assertion.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/PartAssociation.h"
@@ -14,6 +16,7 @@
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/InventoryLog.h"
+#include "libInventory/support/MatchCache.h"
 #include "libInventory/support/UniqueTexts.h"
 
 namespace vrx {
@@ -94,12 +97,12 @@ void SecondPass::enterPart(XmlElement* part, bool underNot) {
         PartAssociation(m_state).collect(child, underNot, deviceGuids);
     }
     spec.devices = deviceGuids.texts();
+    Inventory::DeviceToPartsTable& table = *m_state.m_deviceToPartsTable;
+    ListedParts* const index = m_state.m_matchCache != nullptr ? m_state.m_matchCache->listedIn(table) : nullptr;
     for (const String& guid : spec.devices) {
-        Array<Inventory::PartSpec>& parts = (*m_state.m_deviceToPartsTable)[guid];
-        bool isListed = false;
-        for (const Inventory::PartSpec& listed : parts) {
-            isListed = isListed || listed == spec;
-        }
+        Array<Inventory::PartSpec>& parts = table[guid];
+        const bool isListed = index != nullptr ? !index->add(guid, spec.name)
+                                               : std::find(parts.begin(), parts.end(), spec) != parts.end();
         if (!isListed) {
             parts.append(spec);
         }
@@ -151,10 +154,12 @@ bool SecondPass::ofDevice(XmlElement* element, bool underNot) {
     if (satisfied || (underNot && associations.hasEverMatched(element))) {
         return true;
     }
-    m_state.m_unsatisfiedDevices.append(Inventory::DeviceSpec(
-        element->NormalizedAttributeValue(vocabulary::NAME), element->NormalizedAttributeValue(vocabulary::TYPE),
-        element->NormalizedAttributeValue(vocabulary::HW_LOCATOR),
-        element->NormalizedAttributeValue(vocabulary::OS_LOCATOR)));
+    if (m_state.keepsFindings()) {
+        m_state.m_unsatisfiedDevices.append(Inventory::DeviceSpec(
+            element->NormalizedAttributeValue(vocabulary::NAME), element->NormalizedAttributeValue(vocabulary::TYPE),
+            element->NormalizedAttributeValue(vocabulary::HW_LOCATOR),
+            element->NormalizedAttributeValue(vocabulary::OS_LOCATOR)));
+    }
     m_filing.fileUnsatisfied(element, m_slot);
     return false;
 }

@@ -36,10 +36,10 @@ using NameSet = boost::unordered_flat_set<StringView, TextHash>;
 class AmbiguitySearch {
 public:
     AmbiguitySearch(PartArray& discard, Array<PartArray>& groups, const Inventory::DeviceToPartsTable& table,
-                    const PartArray& fullParts)
+                    const PartInstances& fullParts)
         : m_discard(discard), m_groups(groups) {
-        for (const PartSpec& part : fullParts) {
-            m_wanted.insert(part.name);
+        for (const PartSpec* const part : fullParts) {
+            m_wanted.insert(part->name);
         }
         for (std::size_t i = 0; i < groups.size(); ++i) {
             m_groupsByHash[hashOfSet(groups[i])].push_back(i);
@@ -226,18 +226,18 @@ void logPartDevices(const PartSpec& part, const StateManager& state) {
 }
 
 void findAmbiguousParts(PartArray& discard, Array<PartArray>& ambiguousGroups,
-                        const Inventory::DeviceToPartsTable& singlePartTable, const PartArray& fullParts,
+                        const Inventory::DeviceToPartsTable& singlePartTable, const PartInstances& fullParts,
                         const StateManager& state) {
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"findAmbiguousParts() ambiguousParts.size(): " << ambiguousGroups.size());
-    if (fullParts.isEmpty()) {
+    if (fullParts.empty()) {
         VRX_LOG(inventoryLog(), LogPriority::Error, u"findAmbiguousParts() Parts check failed. Unknown Logic error");
         return;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"Parts check failed. Potential ambiguous parts:.");
     AmbiguitySearch search(discard, ambiguousGroups, singlePartTable, fullParts);
     for (std::size_t i = 0; i < fullParts.size(); ++i) {
-        const PartSpec& part = fullParts[i];
+        const PartSpec& part = *fullParts[i];
         VRX_LOG(inventoryLog(), LogPriority::Debug,
                 u"Possible ambiguous name: " << part.name << u" at index: " << i
                                              << u" looking for matching ambiguous parts");

@@ -4,7 +4,7 @@
 ///    one table, which so learns which devices each part could claim.
 /// 2. All instances together are checked at once, behind the base script.
 /// 3. When that fails, parts that claim the same devices are searched for. Those that another part clearly explains are
-///    dropped, one copy each, and the list is checked again.
+///    dropped, one copy each, and the list is checked again. With nothing dropped that would be the same check.
 ///
 /// A part of a single device needs no more than two of these checks: of a part that a list of devices satisfies, the
 /// first copy takes the first device, and so on, until there are as many copies as devices.
@@ -27,6 +27,7 @@
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/MatchCache.h"
+#include "libRegex/Regex.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/devices/IDeviceImp.h"
 
@@ -106,15 +107,20 @@ void logMatchedParts(const Inventory::DeviceToPartsTable& table, const StateMana
 class Inventory::PartsChecks {
 public:
     PartsChecks(const String& baseScript, StateManager* state)
-        : m_baseScript(baseScript), m_state(state), m_store(state != nullptr ? *state : StateManager::instance()) {}
+        : m_baseScript(baseScript), m_state(state), m_store(state != nullptr ? *state : StateManager::instance()) {
+        m_matchCache.index(m_singlePartTable);
+    }
 
     const StateManager& store() const noexcept { return m_store; }
 
+    /// Which parts could claim each device on their own.
+    const DeviceToPartsTable& singlePartTable() const noexcept { return m_singlePartTable; }
+
     /// How many instances of the part the machine holds; what its devices could be goes into the table.
-    std::uint32_t countInstances(const PartSpec& part, DeviceToPartsTable& singlePartTable) {
+    std::uint32_t countInstances(const PartSpec& part) {
         String copies = part.xml;
         std::uint32_t count = 1;
-        while (holds(copies, singlePartTable)) {
+        while (holds(copies, m_singlePartTable)) {
             if (count > m_store.deviceCount() || (count == 1 && !takesDevices(part))) {
                 VRX_LOG(inventoryLog(), LogPriority::Warning,
                         u"checkPart : " << part.name << u" needs no device of the machine, so it has no instance");
@@ -122,7 +128,7 @@ public:
             }
             const std::uint32_t most = count == 1 ? copiesOfOneDevice(part) : 0;
             logChecks(part, 2, most);
-            if (most == 1 || (most > 1 && holds(repeated(part.xml, most), singlePartTable))) {
+            if (most == 1 || (most > 1 && holds(repeated(part.xml, most), m_singlePartTable))) {
                 logChecks(part, most + 1, most + 2);
                 VRX_LOG(inventoryLog(), LogPriority::Debug,
                         u"checkPart : " << part.name << u" iterations: " << most + 1);
@@ -135,14 +141,10 @@ public:
         return count - 1;
     }
 
-    bool fullPartsCheck(const PartArray& fullParts, DeviceToPartsTable& table, Array<DeviceSpec>& extraDevices) {
-        String content = m_baseScript;
-        for (const PartSpec& part : fullParts) {
-            content.append(part.xml);
-        }
-        const String script = wrapped(content);
+    bool fullPartsCheck(const PartInstances& fullParts, DeviceToPartsTable& table, Array<DeviceSpec>& extraDevices) {
+        String script = scriptOf(fullParts);
         VRX_LOG(inventoryLog(), LogPriority::Debug, u"fullPartsCheck script: " << script);
-        const bool result = matchParts(script, table, &extraDevices, m_state, &m_matchCache);
+        const bool result = matchParts(std::move(script), table, &extraDevices, m_state, &m_matchCache);
         if (inventoryLog().isEnabled(LogPriority::Debug)) {
             logMatchedParts(table, m_store);
         }
@@ -150,6 +152,21 @@ public:
     }
 
 private:
+    /// There may be as many instances as pairs of parts and devices, so the text is made in one piece.
+    String scriptOf(const PartInstances& fullParts) const {
+        std::size_t size = wrapped(m_baseScript).size();
+        for (const PartSpec* const part : fullParts) {
+            size += part->xml.size();
+        }
+        String script;
+        script.reserve(size);
+        script.append(u"<").append(vocabulary::INVENTORY_CHECK).append(u">").append(m_baseScript);
+        for (const PartSpec* const part : fullParts) {
+            script.append(part->xml);
+        }
+        return script.append(u"</").append(vocabulary::INVENTORY_CHECK).append(u">");
+    }
+
     bool holds(const String& content, DeviceToPartsTable& table) {
         return matchParts(wrapped(content), table, nullptr, m_state, &m_matchCache);
     }
@@ -180,34 +197,30 @@ private:
     const String& m_baseScript;
     StateManager* m_state;
     StateManager& m_store;
+    DeviceToPartsTable m_singlePartTable{32};
     MatchCache m_matchCache;
 };
 
 namespace {
 
-/// Drops the first copy that is left of each part of the list.
-void discardCopies(PartArray& fullParts, const PartArray& discard) {
+/// Drops the first copy that is left of each part of the list; false when there is none to drop.
+bool discardCopies(PartInstances& fullParts, const PartArray& discard) {
     HashTable<String, std::vector<std::size_t>> places;  // of each name, the first one last
     for (std::size_t i = fullParts.size(); i-- > 0;) {
-        places[fullParts[i].name].push_back(i);
+        places[fullParts[i]->name].push_back(i);
     }
     std::vector<bool> isDropped(fullParts.size());
     for (const PartSpec& part : discard) {
         std::vector<std::size_t>* const left = places.find(part.name);
         if (left != nullptr && !left->empty()) {
             VRX_LOG(inventoryLog(), LogPriority::Debug,
-                    u"2nd Try Discarding part name: " << part.name << u" xml: " << fullParts[left->back()].xml);
+                    u"2nd Try Discarding part name: " << part.name << u" xml: " << fullParts[left->back()]->xml);
             isDropped[left->back()] = true;
             left->pop_back();
         }
     }
-    PartArray kept(fullParts.size());
-    for (std::size_t i = 0; i < fullParts.size(); ++i) {
-        if (!isDropped[i]) {
-            kept.append(std::move(fullParts[i]));
-        }
-    }
-    fullParts = std::move(kept);
+    std::size_t at = 0;
+    return std::erase_if(fullParts, [&](const PartSpec*) { return isDropped[at++]; }) > 0;
 }
 
 }  // namespace
@@ -217,29 +230,35 @@ bool Inventory::generatePartsList(const Array<PartSpec>& partsList, const String
                                   Array<Array<PartSpec>>& ambiguousGroups, Array<DeviceSpec>& extraDevices,
                                   StateManager* state) {
     PartsChecks checks(baseScript, state);
-    PartArray fullParts;
-    DeviceToPartsTable singlePartTable(32);
+    PartInstances fullParts;
     for (const PartSpec& part : partsList) {
-        const std::uint32_t count = checks.countInstances(part, singlePartTable);
+        const std::uint32_t count = checks.countInstances(part);
         for (std::uint32_t i = 0; i < count; ++i) {
             VRX_LOG(inventoryLog(), LogPriority::Debug,
                     u"Appending fullPart name: " << part.name << u" xml: " << part.xml);
-            fullParts.append(part);
+            fullParts.push_back(&part);
         }
     }
+    const bool isFirstFill = deviceToParts.isEmpty();
+    const std::size_t givenUpBefore = Regex::exceededCount();
     if (checks.fullPartsCheck(fullParts, deviceToParts, extraDevices)) {
         distinctParts(generatedParts, deviceToParts);
         return true;
     }
-    deviceToParts.clear();
-    extraDevices.clear();
+    // The same check once more finds the same, where it ran and had no more to tell than that.
+    const bool isRepeatable = isFirstFill && !deviceToParts.isEmpty() && Regex::exceededCount() == givenUpBefore &&
+                              !inventoryLog().isEnabled(LogPriority::Info);
     PartArray discard;
-    findAmbiguousParts(discard, ambiguousGroups, singlePartTable, fullParts, checks.store());
-    discardCopies(fullParts, discard);
-    const bool succeeded = checks.fullPartsCheck(fullParts, deviceToParts, extraDevices);
+    findAmbiguousParts(discard, ambiguousGroups, checks.singlePartTable(), fullParts, checks.store());
+    bool succeeded = false;
+    if (discardCopies(fullParts, discard) || !isRepeatable) {
+        deviceToParts.clear();
+        extraDevices.clear();
+        succeeded = checks.fullPartsCheck(fullParts, deviceToParts, extraDevices);
+    }
     ambiguousGroups = Array<PartArray>();
     if (!succeeded) {
-        findAmbiguousParts(discard, ambiguousGroups, singlePartTable, fullParts, checks.store());
+        findAmbiguousParts(discard, ambiguousGroups, checks.singlePartTable(), fullParts, checks.store());
         return false;
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"2nd Try succeeded, clearing ambigous parts list");

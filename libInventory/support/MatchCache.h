@@ -4,12 +4,15 @@
 
 #include "libCommon/containers/HashTable.h"
 #include "libCommon/text/String.h"
+#include "libInventory/Inventory.h"
+#include "libInventory/support/ListedParts.h"
 #include "libInventory/support/SharedLists.h"
 
 namespace vrx {
 
-/// Which devices satisfy a `device` element, by the element's XML text. Runs over scripts made of the same parts, on
-/// the same store and with the same flags, share one: the answer depends on nothing else.
+/// What runs over scripts made of the same parts, on the same store and with the same flags, share: which devices
+/// satisfy a `device` element, by the element's XML text (the answer depends on nothing else), and which parts are
+/// listed in a table that they all fill.
 ///
 /// Only elements outside of alternatives are looked up, and only in runs whose findings nobody reads: tips are not
 /// repeated from the cache.
@@ -25,9 +28,20 @@ public:
         m_answers.set(elementText, m_lists.share(std::move(devices)));
     }
 
+    /// From now on the lists of a table are looked up in an index. Requires: the table is empty, and lives and is
+    /// filled, by runs with this cache alone, for as long as the cache is used.
+    void index(const Inventory::DeviceToPartsTable& table) noexcept { m_indexedTable = &table; }
+
+    /// The index of a table that has one; null otherwise.
+    ListedParts* listedIn(const Inventory::DeviceToPartsTable& table) noexcept {
+        return &table == m_indexedTable ? &m_listedParts : nullptr;
+    }
+
 private:
     SharedLists m_lists;
     HashTable<String, SharedLists::Pointer> m_answers;
+    const Inventory::DeviceToPartsTable* m_indexedTable = nullptr;
+    ListedParts m_listedParts;
 };
 
 }  // namespace vrx

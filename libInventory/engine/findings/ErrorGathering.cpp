@@ -42,6 +42,9 @@ Array<Inventory::DeviceSpec> specsOf(const Array<ExtraDevice>& extras) {
 }  // namespace
 
 void ErrorGathering::writeError(XmlElement* element, StringView text) {
+    if (!m_state.keepsFindings()) {
+        return;
+    }
     XmlDocument& document = m_state.m_script;
     XmlElement* const error = document.NewElement(vocabulary::ERROR);
     error->LinkEndChild(document.NewText(text));
@@ -59,7 +62,7 @@ unsigned ErrorGathering::gatherElement(XmlElement* element, unsigned slot) {
     const unsigned count = writeFindings(element, slot);
     const bool isUnsatisfied = m_state.m_errorElementLists[slot].contains(element);
     const bool isTold = isUnsatisfied && writeUnsatisfied(element);
-    if (count > 0 || isTold) {
+    if ((count > 0 || isTold) && m_state.keepsFindings()) {
         const FiledFindings* const filed = m_state.m_tipTables[slot].find(element);
         const auto entries = static_cast<std::uint32_t>(filed != nullptr ? filed->entries().size() : 0);
         m_state.m_record.written.push_back({element, slot, entries, isTold});
