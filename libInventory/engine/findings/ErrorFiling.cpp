@@ -12,12 +12,13 @@ namespace vrx {
 
 namespace {
 
-constexpr std::uint32_t MOST_ENTRIES = 0xFFFFFF;
+std::uint32_t entriesOf(const PropertyExpectation& expectation) {
+    return static_cast<std::uint32_t>(expectation.entries().size());
+}
 
 FiledFindings::Entry entryOfProperty(FindingKind kind, const boost::shared_ptr<IDeviceImp>& device,
                                      std::uint32_t candidate, const PropertyExpectation& expectation) {
-    const auto entries = static_cast<std::uint32_t>(expectation.entries().size());
-    return {nullptr, device, kind, entries & MOST_ENTRIES, candidate};
+    return {nullptr, device, kind, entriesOf(expectation) & FiledFindings::MOST_ENTRIES, candidate};
 }
 
 }  // namespace
@@ -38,6 +39,12 @@ void ErrorFiling::fileFailure(XmlElement* property, FindingKind kind, const boos
                               std::uint32_t candidate, const PropertyExpectation& expectation) {
     m_state.contextOf(property);
     m_state.m_tipTables[slot::MATCHING][property].append(entryOfProperty(kind, device, candidate, expectation));
+}
+
+void ErrorFiling::fileFailure(XmlElement* property, FindingKind kind, std::uint32_t candidate,
+                              const SharedLists::Pointer& candidates, const PropertyExpectation& expectation) {
+    m_state.contextOf(property);
+    m_state.m_tipTables[slot::MATCHING][property].append(kind, entriesOf(expectation), candidate, candidates);
 }
 
 void ErrorFiling::fileMatch(XmlElement* property, const boost::shared_ptr<IDeviceImp>& device, const String& value,

@@ -8,6 +8,7 @@
 #include "libCommon/text/String.h"
 #include "libInventory/Finding.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/support/SharedLists.h"
 
 namespace vrx {
 
@@ -30,6 +31,10 @@ public:
     /// PropertyMismatch.
     void fileFailure(XmlElement* property, FindingKind kind, const boost::shared_ptr<IDeviceImp>& device,
                      std::uint32_t candidate, const PropertyExpectation& expectation);
+
+    /// The same, of one of many candidates.
+    void fileFailure(XmlElement* property, FindingKind kind, std::uint32_t candidate,
+                     const SharedLists::Pointer& candidates, const PropertyExpectation& expectation);
 
     /// A property test that the device passed, for the matching slot.
     void fileMatch(XmlElement* property, const boost::shared_ptr<IDeviceImp>& device, const String& value,

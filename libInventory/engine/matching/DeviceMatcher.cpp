@@ -13,8 +13,8 @@
 #include "libCommon/text/UuCode.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/matching/CandidateList.h"
+#include "libInventory/engine/matching/CandidateTrial.h"
 #include "libInventory/engine/matching/DeviceAttributes.h"
-#include "libInventory/engine/matching/PropertyExpectation.h"
 #include "libInventory/engine/matching/PropertyMatcher.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/XmlChildren.h"
@@ -189,10 +189,10 @@ bool DeviceMatcher::matchCandidates(XmlElement* element, const DeviceArray& cand
         return matchOne(element, candidates, underNot, associationIndex);
     }
     const CandidateList list(candidates, m_state.m_candidates);
-    KnownExpectations expectations;
+    CandidateTrial trial(list, m_sharedLists);
     DeviceArray matched;
     const auto tryCandidate = [&](const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate) {
-        if (matchCandidate(element, device, candidate, underNot, &expectations)) {
+        if (matchCandidate(element, device, candidate, underNot, &trial)) {
             Inventory::InventoryDeviceAssociations::logLink(element, *device);
             matched.append(device);
         }
@@ -224,8 +224,8 @@ bool DeviceMatcher::matchOne(XmlElement* element, const DeviceArray& candidates,
 
 /// Every child is evaluated, also after one has failed, so that every failing test leaves its findings.
 bool DeviceMatcher::matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device,
-                                   std::uint32_t candidate, bool underNot, KnownExpectations* expectations) {
-    PropertyMatcher content(m_state, device, candidate, expectations);
+                                   std::uint32_t candidate, bool underNot, CandidateTrial* trial) {
+    PropertyMatcher content(m_state, device, candidate, trial);
     bool ok = true;
     for (XmlElement* const child : childElements(element)) {
         if (!content.matches(child, underNot)) {

@@ -8,7 +8,7 @@
 
 namespace vrx {
 
-class KnownExpectations;
+class CandidateTrial;
 struct InventoryState;
 
 /// Matches `device` elements against the store.
@@ -30,7 +30,7 @@ private:
     bool matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
     bool matchOne(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
     bool matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
-                        bool underNot, KnownExpectations* expectations);
+                        bool underNot, CandidateTrial* trial);
 
     InventoryState& m_state;
     ErrorFiling m_filing;

@@ -3,6 +3,7 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
@@ -53,15 +54,31 @@ private:
 class KnownExpectations {
 public:
     const PropertyExpectation& of(const XmlElement& element) {
-        std::unique_ptr<const PropertyExpectation>& known = m_known[&element];
-        if (known == nullptr) {
-            known = std::make_unique<const PropertyExpectation>(element);
+        // Nearly always it is the one after the last that was asked for.
+        m_next = m_next < m_known.size() ? m_next : 0;
+        if (m_next == m_known.size() || m_known[m_next].element != &element) {
+            m_next = positionOf(element);
         }
-        return *known;
+        return *m_known[m_next++].expectation;
     }
 
 private:
-    boost::unordered_flat_map<const XmlElement*, std::unique_ptr<const PropertyExpectation>> m_known;
+    struct Known {
+        const XmlElement* element;
+        std::unique_ptr<const PropertyExpectation> expectation;
+    };
+
+    std::size_t positionOf(const XmlElement& element) {
+        const auto [at, isNew] = m_places.try_emplace(&element, m_known.size());
+        if (isNew) {
+            m_known.push_back({&element, std::make_unique<const PropertyExpectation>(element)});
+        }
+        return at->second;
+    }
+
+    std::vector<Known> m_known;  ///< in the order of the first questions
+    std::size_t m_next = 0;
+    boost::unordered_flat_map<const XmlElement*, std::size_t> m_places;
 };
 
 }  // namespace vrx

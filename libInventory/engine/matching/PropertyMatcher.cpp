@@ -14,6 +14,7 @@
 #include "libInventory/engine/ScriptNotices.h"
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/findings/ErrorGathering.h"
+#include "libInventory/engine/matching/CandidateTrial.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
 #include "libInventory/engine/matching/PropertyTest.h"
 #include "libInventory/script/ScriptElement.h"
@@ -100,11 +101,10 @@ bool PropertyMatcher::matchesProperty(XmlElement* element) {
     }
     std::optional<PropertyExpectation> ownExpectation;
     const PropertyExpectation& expectation =
-        m_expectations != nullptr ? m_expectations->of(*element) : ownExpectation.emplace(*element);
+        m_trial != nullptr ? m_trial->expectationOf(*element) : ownExpectation.emplace(*element);
     const IPropertyImp* const property = m_device->findProperty(expectation.key());
     if (property == nullptr) {
-        m_hasFiled = true;
-        ErrorFiling(m_state).fileFailure(element, FindingKind::PropertyMissing, m_device, m_candidate, expectation);
+        fileFailure(element, FindingKind::PropertyMissing, expectation);
         return false;
     }
     if (expectation.asksForPresenceOnly()) {
@@ -112,12 +112,20 @@ bool PropertyMatcher::matchesProperty(XmlElement* element) {
     }
     const bool matched = meetsAloud(*property, expectation);
     if (!matched) {
-        m_hasFiled = true;
-        ErrorFiling(m_state).fileFailure(element, FindingKind::PropertyMismatch, m_device, m_candidate, expectation);
+        fileFailure(element, FindingKind::PropertyMismatch, expectation);
     } else if (m_state.m_tipMatchedProperties) {
         tellMatch(element, *property, expectation);
     }
     return matched;
+}
+
+void PropertyMatcher::fileFailure(XmlElement* element, FindingKind kind, const PropertyExpectation& expectation) {
+    m_hasFiled = true;
+    if (m_trial != nullptr) {
+        ErrorFiling(m_state).fileFailure(element, kind, m_candidate, m_trial->candidates(), expectation);
+    } else {
+        ErrorFiling(m_state).fileFailure(element, kind, m_device, m_candidate, expectation);
+    }
 }
 
 // What is told is gathered at once, which takes the element's context away: later gathering passes the element by.

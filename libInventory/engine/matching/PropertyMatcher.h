@@ -6,11 +6,12 @@
 #include "libCommon/Forward.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libInventory/Finding.h"
 #include "libSystemState/Forward.h"
 
 namespace vrx {
 
-class KnownExpectations;
+class CandidateTrial;
 class PropertyExpectation;
 struct InventoryState;
 
@@ -18,10 +19,10 @@ struct InventoryState;
 class PropertyMatcher {
 public:
     /// `candidate` is the device's position among those that are tried for the element. An empty device fails every
-    /// property. `expectations` are kept from candidate to candidate; null where there is no other.
+    /// property. `trial` is what it shares with the other candidates; null where there is no other.
     PropertyMatcher(InventoryState& state, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
-                    KnownExpectations* expectations) noexcept
-        : m_state(state), m_device(device), m_candidate(candidate), m_expectations(expectations) {}
+                    CandidateTrial* trial) noexcept
+        : m_state(state), m_device(device), m_candidate(candidate), m_trial(trial) {}
 
     /// Whether the device satisfies an element of the content; false when it is null.
     bool matches(XmlElement* element, bool underNot);
@@ -34,6 +35,7 @@ private:
     bool matchesAny(XmlElement* element, bool underNot);
     bool matchesNot(XmlElement* element, bool underNot);
     bool matchesProperty(XmlElement* element);
+    void fileFailure(XmlElement* element, FindingKind kind, const PropertyExpectation& expectation);
     void tellMatch(XmlElement* element, const IPropertyImp& property, const PropertyExpectation& expectation);
     void flipErrorsVisible(XmlElement* element);
 
@@ -43,7 +45,7 @@ private:
     InventoryState& m_state;
     const boost::shared_ptr<IDeviceImp>& m_device;
     std::uint32_t m_candidate;
-    KnownExpectations* m_expectations;
+    CandidateTrial* m_trial;
     bool m_hasFiled = false;
 };
 
