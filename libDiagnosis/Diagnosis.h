@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "libDiagnosis/Doubt.h"
 #include "libDiagnosis/Fault.h"
+#include "libDiagnosis/certainty/Doubt.h"
 #include "libInventory/Inventory.h"
 #include "libSystemState/StateManager.h"
 

@@ -11,7 +11,7 @@
 #include "libDiagnosis/DeviceIdentity.h"
 #include "libDiagnosis/DeviceProblem.h"
 #include "libDiagnosis/Difference.h"
-#include "libDiagnosis/Doubt.h"
+#include "libDiagnosis/certainty/Doubt.h"
 
 namespace vrx {
 

@@ -95,8 +95,7 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     if (basis.listsElements) {
         report.places = machinePlaces(machine, report.faults);
     }
-    const bool isOfWaivers = !report.waived.empty() && report.verdict != Verdict::Undecided;
-    report.headline = isOfWaivers ? waivedHeadline(report) : headlineOf(report);
+    report.headline = headlineOf(report);
     return report;
 }
 

@@ -9,11 +9,11 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
+#include "cli/files/InputFile.h"
+#include "cli/files/XmlFileProblem.h"
 #include "cli/input/DeviceChoice.h"
-#include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/MistakesFound.h"
-#include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/OrInsidePart.h"

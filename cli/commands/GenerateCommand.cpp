@@ -6,11 +6,11 @@
 #include <optional>
 
 #include "cli/commands/Commands.h"
+#include "cli/files/InputFile.h"
+#include "cli/files/XmlFileProblem.h"
 #include "cli/input/GeneratedScript.h"
-#include "cli/input/InputFile.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/ScriptableMachine.h"
-#include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/StageProgress.h"
 #include "libInventory/ScriptGeneration.h"

@@ -2,9 +2,9 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
-#include "cli/input/InputFile.h"
+#include "cli/files/InputFile.h"
+#include "cli/files/XmlFileProblem.h"
 #include "cli/input/MachineSource.h"
-#include "cli/input/XmlFileProblem.h"
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/StageProgress.h"
 #include "libLint/Lint.h"

@@ -10,7 +10,7 @@
 #include "libInventory/Inventory.h"
 #include "libLint/Lint.h"
 #include "libRegex/Regex.h"
-#include "libReport/text/ReadablePattern.h"
+#include "libReport/patterns/ReadablePattern.h"
 
 namespace vrx::cli {
 

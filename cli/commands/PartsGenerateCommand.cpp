@@ -13,7 +13,7 @@
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/StageProgress.h"
 #include "libCommon/text/UuCode.h"
-#include "libDiagnosis/Unknowns.h"
+#include "libDiagnosis/certainty/Unknowns.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libReport/parts/PartGenerationReport.h"

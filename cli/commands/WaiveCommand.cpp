@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "cli/commands/Commands.h"
-#include "cli/input/InputFile.h"
+#include "cli/files/InputFile.h"
 #include "cli/program/CommonOptions.h"
 #include "libCommon/xml/XmlDocument.h"
 #include "libDiagnosis/waivers/WriteWaivers.h"

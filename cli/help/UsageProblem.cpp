@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "cli/files/FileKind.h"
+#include "cli/files/InputFile.h"
 #include "cli/help/CommandTable.h"
 #include "cli/help/NearWord.h"
-#include "cli/input/FileKind.h"
-#include "cli/input/InputFile.h"
 #include "cli/program/ExitStatus.h"
 
 namespace vrx::cli {

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "cli/input/InputFile.h"
-#include "cli/input/XmlFileProblem.h"
+#include "cli/files/InputFile.h"
+#include "cli/files/XmlFileProblem.h"
 #include "cli/terminal/StageProgress.h"
 #include "libReport/text/ImportNotices.h"
 #include "libReport/text/TextPieces.h"

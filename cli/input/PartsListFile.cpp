@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "cli/input/InputFile.h"
+#include "cli/files/InputFile.h"
+#include "cli/files/XmlFileProblem.h"
 #include "cli/input/MistakesFound.h"
-#include "cli/input/XmlFileProblem.h"
 #include "cli/program/Session.h"
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/OrInsidePart.h"

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "cli/input/InputFile.h"
+#include "cli/files/InputFile.h"
+#include "cli/files/XmlFileProblem.h"
 #include "cli/input/MistakesFound.h"
-#include "cli/input/XmlFileProblem.h"
 #include "libInventory/script/OrInsidePart.h"
 #include "libReport/text/TextPieces.h"
 

@@ -1,7 +1,7 @@
 #include "cli/input/WaiverFile.h"
 
-#include "cli/input/InputFile.h"
-#include "cli/input/XmlFileProblem.h"
+#include "cli/files/InputFile.h"
+#include "cli/files/XmlFileProblem.h"
 #include "cli/program/ExitStatus.h"
 #include "libCommon/xml/XmlDocument.h"
 

@@ -1,5 +1,5 @@
 #include "libReport/changes/ChangesReport.h"
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 

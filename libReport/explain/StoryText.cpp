@@ -2,10 +2,10 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/explain/ElementStory.h"
+#include "libReport/faults/DifferenceText.h"
+#include "libReport/faults/FaultText.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/TextPieces.h"
-#include "libReport/writers/DifferenceText.h"
-#include "libReport/writers/FaultText.h"
 #include "libReport/writers/PlacedLines.h"
 
 namespace vrx {

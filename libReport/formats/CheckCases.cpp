@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "libCommon/text/PrintableText.h"
-#include "libReport/text/ReadablePattern.h"
+#include "libReport/faults/FaultText.h"
+#include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/waivers/ReportWaivers.h"
-#include "libReport/writers/FaultText.h"
 
 namespace vrx {
 
@@ -71,12 +71,19 @@ private:
             if (element.outcome == CheckedElement::Outcome::NotChosen) {
                 added.messages.emplace_back("another alternative was chosen");
             } else if (element.outcome == CheckedElement::Outcome::Waived) {
-                const WaivedFault& waived = m_report.waived[element.waived.front()];
-                added.messages.push_back(faultText(waived.fault) + "; waived: " + waiverText(waived.waivers.front()));
+                added.messages.push_back(waivedReason(element));
             } else if (element.outcome != CheckedElement::Outcome::Passed) {
                 describe(element, added);
             }
         }
+    }
+
+    std::string waivedReason(const CheckedElement& element) const {
+        if (element.waived.empty()) {
+            return "it follows from a fault that is waived";
+        }
+        const WaivedFault& waived = m_report.waived[element.waived.front()];
+        return faultText(waived.fault) + "; waived: " + waiverText(waived.waivers.front());
     }
 
     void describe(const CheckedElement& element, CheckCase& added) {

@@ -4,11 +4,11 @@
 
 #include <fmt/format.h>
 
+#include "libReport/faults/DifferenceText.h"
+#include "libReport/faults/FaultText.h"
 #include "libReport/text/CsvTable.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/waivers/ReportWaivers.h"
-#include "libReport/writers/DifferenceText.h"
-#include "libReport/writers/FaultText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {

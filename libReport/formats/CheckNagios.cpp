@@ -6,10 +6,10 @@
 #include <algorithm>
 
 #include "libCommon/text/PrintableText.h"
+#include "libReport/faults/FaultText.h"
 #include "libReport/formats/FaultCounts.h"
 #include "libReport/formats/NagiosStatus.h"
 #include "libReport/waivers/ReportWaivers.h"
-#include "libReport/writers/FaultText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {

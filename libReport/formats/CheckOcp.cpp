@@ -7,10 +7,10 @@
 
 #include <algorithm>
 
+#include "libReport/faults/DifferenceText.h"
 #include "libReport/formats/CheckCases.h"
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/text/TextPieces.h"
-#include "libReport/writers/DifferenceText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {

@@ -4,7 +4,7 @@
 #include <fmt/format.h>
 
 #include "libReport/formats/CheckCases.h"
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {

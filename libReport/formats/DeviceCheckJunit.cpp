@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
+#include "libReport/faults/DifferenceText.h"
 #include "libReport/formats/JunitSuite.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/DoubtText.h"
-#include "libReport/writers/DifferenceText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {

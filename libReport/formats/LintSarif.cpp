@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "libReport/ProgramVersion.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/lint/LintReport.h"
-#include "libReport/text/JsonWriter.h"
 
 namespace vrx {
 

@@ -1,10 +1,10 @@
 #include <fmt/format.h>
 
+#include "libReport/faults/DifferenceText.h"
+#include "libReport/faults/FaultText.h"
 #include "libReport/html/CheckSections.h"
 #include "libReport/html/HtmlPage.h"
 #include "libReport/text/DeviceSummary.h"
-#include "libReport/writers/DifferenceText.h"
-#include "libReport/writers/FaultText.h"
 
 namespace vrx {
 

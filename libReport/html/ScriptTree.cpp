@@ -3,12 +3,12 @@
 
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"
+#include "libReport/faults/DifferenceText.h"
 #include "libReport/html/CheckSections.h"
 #include "libReport/html/HtmlPage.h"
+#include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/DeviceSummary.h"
-#include "libReport/text/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
-#include "libReport/writers/DifferenceText.h"
 
 namespace vrx {
 

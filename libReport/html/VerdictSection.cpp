@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "libReport/faults/FaultText.h"
 #include "libReport/html/CheckSections.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/UnreadText.h"
 #include "libReport/waivers/ReportWaivers.h"
-#include "libReport/writers/FaultText.h"
 
 namespace vrx {
 

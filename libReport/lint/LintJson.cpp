@@ -1,6 +1,6 @@
+#include "libReport/json/JsonWriter.h"
 #include "libReport/lint/LintReport.h"
 #include "libReport/lint/ScriptMistakes.h"
-#include "libReport/text/JsonWriter.h"
 
 namespace vrx {
 

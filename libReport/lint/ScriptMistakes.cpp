@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "libCommon/text/PrintableText.h"
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/text/TextPieces.h"
 
 namespace vrx {

@@ -13,7 +13,7 @@
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libInventory/script/XmlChildren.h"
-#include "libReport/text/ReadablePattern.h"
+#include "libReport/patterns/ReadablePattern.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"

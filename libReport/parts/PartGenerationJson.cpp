@@ -1,6 +1,6 @@
+#include "libReport/json/DeviceSpecJson.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/parts/PartGenerationReport.h"
-#include "libReport/text/DeviceSpecJson.h"
-#include "libReport/text/JsonWriter.h"
 
 namespace vrx {
 

@@ -1,5 +1,5 @@
+#include "libReport/json/JsonWriter.h"
 #include "libReport/parts/PartsReport.h"
-#include "libReport/text/JsonWriter.h"
 
 namespace vrx {
 

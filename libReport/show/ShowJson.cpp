@@ -1,5 +1,5 @@
+#include "libReport/json/JsonWriter.h"
 #include "libReport/show/ShowReport.h"
-#include "libReport/text/JsonWriter.h"
 #include "libReport/text/UnreadText.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"

@@ -1,7 +1,7 @@
 #include "libReport/text/DoubtText.h"
 
 #include "libCommon/text/PrintableText.h"
-#include "libReport/text/ReadablePattern.h"
+#include "libReport/patterns/ReadablePattern.h"
 
 namespace vrx {
 

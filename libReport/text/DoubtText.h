@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "libDiagnosis/Doubt.h"
+#include "libDiagnosis/certainty/Doubt.h"
 
 namespace vrx {
 

@@ -1,7 +1,7 @@
 #include "libReport/text/UnreadText.h"
 
 #include "libCommon/text/PrintableText.h"
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 
 namespace vrx {
 

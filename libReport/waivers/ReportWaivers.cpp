@@ -7,16 +7,13 @@
 
 #include "libReport/waivers/ReportWaivers.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <utility>
 
 #include "libCommon/text/PrintableText.h"
 #include "libInventory/Finding.h"
-#include "libReport/text/TextPieces.h"
-#include "libReport/writers/FaultText.h"
 
 namespace vrx {
 
@@ -43,6 +40,34 @@ bool isTriedInFull(const CheckReport& report, const Inventory& inventory) {
     const RunSummary& summary = inventory.summary();
     return summary.patternsGivenUp == 0 && !summary.wasStopped && summary.undecidedExtras.isEmpty() &&
            report.combinations <= MOST_COMBINATIONS;
+}
+
+/// Whether as many devices at least as rules found too many have a waived fault. With equal elements the engine may
+/// give the faulty one to another of them, and then a good one is too many in its stead.
+bool explainExtraDevices(const CheckReport& report) {
+    std::map<String, std::ptrdiff_t> unexplained;
+    for (const Inventory::DeviceSpec& extra : report.extra) {
+        ++unexplained[extra.type];
+    }
+    for (const WaivedFault& waived : report.waived) {
+        if (waived.fault.device) {
+            --unexplained[waived.fault.device->spec.type];
+        }
+    }
+    return std::ranges::all_of(unexplained, [](const auto& count) { return count.second <= 0; });
+}
+
+/// Such a rule has no fault of its own.
+void waiveConsequences(CheckReport& report) {
+    if (!explainExtraDevices(report)) {
+        return;
+    }
+    for (CheckedElement& element : report.checked) {
+        const bool isUntold = element.faults.empty() && element.waived.empty();
+        if (element.kind == CheckedElement::Kind::Extra && element.outcome == Outcome::Failed && isUntold) {
+            element.outcome = Outcome::Waived;
+        }
+    }
 }
 
 bool isOtherwiseFine(const CheckReport& report) {
@@ -72,23 +97,13 @@ void waiveFaults(CheckReport& report, const Inventory& inventory, const std::vec
     report.waived = std::move(outcome.waived);
     report.expiredWaivers = std::move(outcome.expired);
     report.idleWaivers = std::move(outcome.idle);
+    if (left == 0) {
+        waiveConsequences(report);
+    }
     const bool isOpen = report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided;
     if (isOpen && left == 0 && !report.waived.empty() && isOtherwiseFine(report) && isTriedInFull(report, inventory)) {
         report.verdict = Verdict::Passed;
     }
-}
-
-std::string waivedHeadline(const CheckReport& report) {
-    const std::size_t more = report.waived.size() - 1;
-    if (report.verdict == Verdict::Passed) {
-        return "the machine holds what the script asks for but for " + counted(report.waived.size(), "waived fault") +
-               ": " + faultText(report.waived.front().fault) + (more > 0 ? fmt::format(", and {} more", more) : "");
-    }
-    if (report.faults.empty()) {
-        return "something is wrong beside what is waived";
-    }
-    const std::size_t others = report.faults.size() - 1;
-    return faultText(report.faults.front()) + (others > 0 ? ", and " + counted(others, "more problem") : "");
 }
 
 std::string waiverText(const Waiver& waiver) {

@@ -11,10 +11,6 @@ namespace vrx {
 /// Requires: the report has its verdict, findings, doubts and faults, and is of a run of that inventory.
 void waiveFaults(CheckReport& report, const Inventory& inventory, const std::vector<Waiver>& waivers);
 
-/// What is to be said first of a report with waived faults that has passed or failed: how many they are and which is
-/// the first, or the first fault that is left.
-std::string waivedHeadline(const CheckReport& report);
-
 /// "ID: REASON (NAME, until DAY)", printable.
 std::string waiverText(const Waiver& waiver);
 

@@ -5,9 +5,9 @@
 #include <limits>
 
 #include "libCommon/text/PrintableText.h"
+#include "libReport/faults/FaultText.h"
 #include "libReport/text/DoubtText.h"
 #include "libReport/text/TextPieces.h"
-#include "libReport/writers/FaultText.h"
 
 namespace vrx {
 
@@ -28,6 +28,9 @@ std::string cut(const std::string& text, const std::string& end, unsigned width)
 }
 
 std::string problemSentence(const CheckReport& report) {
+    if (report.faults.empty() && !report.waived.empty()) {
+        return "something is wrong beside what is waived";
+    }
     if (report.faults.empty()) {
         return "the machine does not hold what the script asks for";
     }
@@ -57,7 +60,10 @@ std::string doubtSentence(const CheckReport& report) {
 
 std::string headlineOf(const CheckReport& report) {
     switch (report.verdict) {
-        case Verdict::Passed: return "the machine holds what the script asks for";
+        case Verdict::Passed:
+            return "the machine holds what the script asks for" +
+                   (report.waived.empty() ? std::string()
+                                          : ", but for " + counted(report.waived.size(), "waived fault"));
         case Verdict::NothingToCheck: return "the script asks for no device and has no fail-on-extra rule";
         case Verdict::Undecided: return doubtSentence(report);
         default: return problemSentence(report);

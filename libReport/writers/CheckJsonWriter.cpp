@@ -1,12 +1,12 @@
 #include <fmt/format.h>
 
-#include "libReport/text/DeviceSpecJson.h"
+#include "libReport/faults/FaultJson.h"
+#include "libReport/faults/WaivedText.h"
+#include "libReport/json/DeviceSpecJson.h"
+#include "libReport/json/EventJson.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/text/DoubtText.h"
-#include "libReport/text/JsonWriter.h"
 #include "libReport/text/UnreadText.h"
-#include "libReport/writers/EventJson.h"
-#include "libReport/writers/FaultJson.h"
-#include "libReport/writers/WaivedText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {

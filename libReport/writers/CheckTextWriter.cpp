@@ -4,16 +4,16 @@
 #include <vector>
 
 #include "libCommon/text/PrintableText.h"
+#include "libReport/faults/FaultBlock.h"
+#include "libReport/faults/WaivedText.h"
 #include "libReport/text/DoubtText.h"
 #include "libReport/text/ImportNotices.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
 #include "libReport/text/UnreadText.h"
-#include "libReport/writers/FaultBlock.h"
 #include "libReport/writers/NoticeText.h"
 #include "libReport/writers/PlacedLines.h"
-#include "libReport/writers/WaivedText.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {
@@ -135,6 +135,7 @@ std::string checkText(const CheckReport& report, const TextFormat& asked) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
     writeUnknowns(out, report, format);
+    out += waivedText(report, format);
     writeCounts(out, report, format);
     if (report.story) {
         out += "\n" + storyText(*report.story, inputName(report.script), format);
@@ -142,7 +143,7 @@ std::string checkText(const CheckReport& report, const TextFormat& asked) {
     if (report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided) {
         out += "\n" + countsText(report.faults) + "\n";
     }
-    return out + waivedText(report, format);
+    return out;
 }
 
 }  // namespace vrx

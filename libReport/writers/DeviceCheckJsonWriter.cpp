@@ -1,5 +1,5 @@
-#include "libReport/text/JsonWriter.h"
-#include "libReport/writers/EventJson.h"
+#include "libReport/json/EventJson.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {

@@ -14,9 +14,9 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libRegex/Regex.h"
+#include "libReport/faults/DifferenceText.h"
+#include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/DeviceSummary.h"
-#include "libReport/text/ReadablePattern.h"
-#include "libReport/writers/DifferenceText.h"
 #include "libReport/writers/PlacedLines.h"
 
 namespace vrx {

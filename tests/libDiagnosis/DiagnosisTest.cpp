@@ -6,7 +6,7 @@
 #include <set>
 
 #include "libReport/CheckRun.h"
-#include "libReport/writers/FaultText.h"
+#include "libReport/faults/FaultText.h"
 
 namespace vrx {
 namespace {

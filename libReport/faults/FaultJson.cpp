@@ -1,7 +1,7 @@
-#include "libReport/writers/FaultJson.h"
+#include "libReport/faults/FaultJson.h"
 
-#include "libReport/text/DeviceSpecJson.h"
-#include "libReport/writers/FaultText.h"
+#include "libReport/faults/FaultText.h"
+#include "libReport/json/DeviceSpecJson.h"
 
 namespace vrx {
 

@@ -1,4 +1,4 @@
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 
 #include <gtest/gtest.h>
 

@@ -19,8 +19,8 @@
 
 #include "libCommon/text/UuCode.h"
 #include "libDiagnosis/DeviceProblem.h"
-#include "libDiagnosis/Doubt.h"
-#include "libDiagnosis/Unknowns.h"
+#include "libDiagnosis/certainty/Doubt.h"
+#include "libDiagnosis/certainty/Unknowns.h"
 #include "libInventory/Finding.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"

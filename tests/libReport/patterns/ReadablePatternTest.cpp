@@ -1,4 +1,4 @@
-#include "libReport/text/ReadablePattern.h"
+#include "libReport/patterns/ReadablePattern.h"
 
 #include <gtest/gtest.h>
 

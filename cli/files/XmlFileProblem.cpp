@@ -1,4 +1,4 @@
-#include "cli/input/XmlFileProblem.h"
+#include "cli/files/XmlFileProblem.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
-#include "libReport/writers/WaivedText.h"
+#include "libReport/faults/WaivedText.h"
 
-#include "libReport/text/JsonWriter.h"
+#include "libReport/faults/FaultText.h"
+#include "libReport/json/JsonWriter.h"
 #include "libReport/text/Style.h"
 #include "libReport/waivers/ReportWaivers.h"
-#include "libReport/writers/FaultText.h"
 #include "libReport/writers/PlacedLines.h"
 
 namespace vrx {

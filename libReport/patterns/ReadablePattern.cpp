@@ -1,4 +1,4 @@
-#include "libReport/text/ReadablePattern.h"
+#include "libReport/patterns/ReadablePattern.h"
 
 #include <algorithm>
 #include <optional>
@@ -7,7 +7,7 @@
 #include "libCommon/text/NumberText.h"
 #include "libCommon/text/PrintableText.h"
 #include "libRegex/Regex.h"
-#include "libReport/text/PatternBounds.h"
+#include "libReport/patterns/PatternBounds.h"
 
 namespace vrx {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "cli/input/FileKind.h"
+#include "cli/files/FileKind.h"
 #include "libCommon/xml/XmlDocument.h"
 
 /// One line about a file that is of no use: which file, where, what is wrong, what was expected. The name is the path

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "libDiagnosis/Fault.h"
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 
 namespace vrx {
 

@@ -1,4 +1,4 @@
-#include "libReport/text/DeviceSpecJson.h"
+#include "libReport/json/DeviceSpecJson.h"
 
 namespace vrx {
 

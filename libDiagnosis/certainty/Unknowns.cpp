@@ -1,4 +1,4 @@
-#include "libDiagnosis/Unknowns.h"
+#include "libDiagnosis/certainty/Unknowns.h"
 
 #include <algorithm>
 

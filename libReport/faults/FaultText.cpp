@@ -1,18 +1,18 @@
 /// The words of faults. Where a fault has a place, that comes first and the type suffices; else the name has to tell
 /// which one is meant.
 
-#include "libReport/writers/FaultText.h"
+#include "libReport/faults/FaultText.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 
 #include "libCommon/text/PrintableText.h"
+#include "libReport/faults/DifferenceText.h"
+#include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/DoubtText.h"
-#include "libReport/text/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
-#include "libReport/writers/DifferenceText.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {

@@ -2,7 +2,7 @@
 /// all from one on, or all from one up to another, those are the bounds. Only patterns of digits, points and what
 /// combines them are tried, so that nothing else can hang on the text.
 
-#include "libReport/text/PatternBounds.h"
+#include "libReport/patterns/PatternBounds.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
-#include "libReport/writers/DifferenceText.h"
+#include "libReport/faults/DifferenceText.h"
 
 #include "libCommon/text/PrintableText.h"
-#include "libReport/text/ReadablePattern.h"
+#include "libReport/patterns/ReadablePattern.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {

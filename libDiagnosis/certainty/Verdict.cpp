@@ -1,4 +1,4 @@
-#include "libDiagnosis/Verdict.h"
+#include "libDiagnosis/certainty/Verdict.h"
 
 #include "libInventory/Finding.h"
 #include "libInventory/script/ScriptContent.h"

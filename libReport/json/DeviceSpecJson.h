@@ -1,7 +1,7 @@
 #pragma once
 
 #include "libInventory/Inventory.h"
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 
 namespace vrx {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "libReport/text/JsonWriter.h"
+#include "libReport/json/JsonWriter.h"
 #include "libSystemState/results/TestRunEventImp.h"
 
 namespace vrx {

@@ -1,4 +1,4 @@
-#include "libReport/writers/FaultBlock.h"
+#include "libReport/faults/FaultBlock.h"
 
 #include <fmt/format.h>
 
@@ -8,13 +8,13 @@
 #include "libCommon/text/PrintableText.h"
 #include "libDiagnosis/TypeOrder.h"
 #include "libRegex/Regex.h"
+#include "libReport/faults/DifferenceText.h"
+#include "libReport/faults/FaultText.h"
+#include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/DoubtText.h"
-#include "libReport/text/ReadablePattern.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextTable.h"
-#include "libReport/writers/DifferenceText.h"
-#include "libReport/writers/FaultText.h"
 #include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {

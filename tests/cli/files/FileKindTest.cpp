@@ -1,4 +1,4 @@
-#include "cli/input/FileKind.h"
+#include "cli/files/FileKind.h"
 
 #include <gmock/gmock.h>
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "libDiagnosis/Doubt.h"
+#include "libDiagnosis/certainty/Doubt.h"
 #include "libInventory/Inventory.h"
 
 namespace vrx {

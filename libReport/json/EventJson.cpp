@@ -1,4 +1,4 @@
-#include "libReport/writers/EventJson.h"
+#include "libReport/json/EventJson.h"
 
 namespace vrx {
 

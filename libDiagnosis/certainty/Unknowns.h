@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "libDiagnosis/Doubt.h"
+#include "libDiagnosis/certainty/Doubt.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {

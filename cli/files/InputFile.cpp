@@ -1,4 +1,4 @@
-#include "cli/input/InputFile.h"
+#include "cli/files/InputFile.h"
 
 #include <unistd.h>
 
