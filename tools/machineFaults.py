@@ -84,6 +84,8 @@ class Machine:
         self.root = ElementTree.fromstring(text)
         self.devices = []
         self._collect(self.root)
+        self.typesInPart = {child.text for unread in self.root.findall("UnreadSource") if unread.find("Key") is None
+                            for child in unread.findall("DeviceType")}
 
     def _collect(self, parent):
         for element in parent.findall("Device"):
@@ -92,6 +94,10 @@ class Machine:
 
     def copy(self):
         return Machine(self.text())
+
+    def isReadWholly(self, device):
+        """Whether the recording would hold any other device of that type: one more or less is one for sure."""
+        return device.type not in self.typesInPart
 
     def isAlone(self, device):
         """Whether no other device has its type and name."""
@@ -131,9 +137,9 @@ def removed(machine, index):
 
 
 def removable(machine):
-    """Every device that does not hold all others."""
+    """Every device that does not hold all others, and of which a recording that lacks it says that it is gone."""
     return [i for i, device in enumerate(machine.devices)
-            if sum(1 for _ in device.element.iter("Device")) < len(machine.devices)]
+            if machine.isReadWholly(device) and sum(1 for _ in device.element.iter("Device")) < len(machine.devices)]
 
 
 def doubled(machine, index):
@@ -147,6 +153,11 @@ def doubled(machine, index):
     # The first device is the root of the machine and stays it.
     original.parent.insert(list(original.parent).index(original.element) + 1, element)
     return Fault("device doubled", f"{original} doubled as {twin}", faulty.text(), [twin])
+
+
+def doublable(machine):
+    """Every device of a type that a script can forbid more of."""
+    return [i for i, device in enumerate(machine.devices) if machine.isReadWholly(device)]
 
 
 def freePlace(machine, device):
@@ -263,7 +274,7 @@ def sized(machine):
 # Each kind: its name, its candidates in a machine, and how one of them is made.
 KINDS = [
     ("device removed", removable, lambda machine, at, rng: removed(machine, at)),
-    ("device doubled", lambda machine: range(len(machine.devices)), lambda machine, at, rng: doubled(machine, at)),
+    ("device doubled", doublable, lambda machine, at, rng: doubled(machine, at)),
     ("property changed", changeable, changed),
     ("two devices swapped", lambda machine: swappable(machine, False),
      lambda machine, at, rng: swapped(machine, at, False)),

@@ -2,7 +2,7 @@
 ///
 /// The script is evaluated once more, from what the run found, with two answers for each element: whether it may hold,
 /// and whether it may not. Where nothing is unknown just one of them is true. A device that was not found may be there
-/// if a source of its type could not be read; one that was found is doubtful only if it was judged by a property whose
+/// if a source of its type could not be read, unless another stands at its place; one that was found is doubtful only if it was judged by a property whose
 /// value is not known. `not` turns the two around; of an `or` the alternative that was kept counts, and others as far
 /// as they hold something doubtful.
 ///
@@ -156,6 +156,9 @@ private:
             return {true, true, true};
         }
         const CapabilityImp type(attributeOf(element, vocabulary::TYPE));
+        if (m_unknowns.isPlaceTaken(askedBy(element).hwLocator, type)) {
+            return truth;
+        }
         if (std::optional<Doubt> doubt = m_unknowns.hidden(type, view.isForbidden)) {
             keep(*doubt, view.isForbidden ? Asked::Forbidden : Asked::Device, element);
             return {true, true, true};

@@ -94,6 +94,15 @@ std::optional<Doubt> Unknowns::hidden(const CapabilityImp& type, bool isStrict) 
     return unseen(type, isStrict);
 }
 
+bool Unknowns::isPlaceTaken(const String& hwLocator, const CapabilityImp& type) const {
+    if (hwLocator.isEmpty()) {
+        return false;
+    }
+    const auto& there = m_machine.devicesByHwLocator(hwLocator);
+    return std::count_if(there.begin(), there.end(),
+                         [&](const auto& device) { return type.isCapable(device->type()); }) == 1;
+}
+
 std::optional<Doubt> Unknowns::hiddenOfAnyType() const {
     return m_unseen.empty() ? std::nullopt : std::optional(doubtOf(m_unseen.front().cause, m_unseen.front().text));
 }

@@ -24,6 +24,10 @@ public:
     /// of an unknown type for any, another only for one whose type is spelled nearly so.
     std::optional<Doubt> hidden(const CapabilityImp& type, bool isStrict) const;
 
+    /// Whether one device of that type, and no second, is known to stand there: what is asked for at that place is not
+    /// there unseen. Where several share a place one more may.
+    bool isPlaceTaken(const String& hwLocator, const CapabilityImp& type) const;
+
     /// Why devices may be there unseen of which nobody knows what they are.
     std::optional<Doubt> hiddenOfAnyType() const;
 

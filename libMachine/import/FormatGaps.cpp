@@ -33,35 +33,17 @@ constexpr StringView NOT_IN_DMIDECODE[] = {u"ProcessorCore", u"Coprocessor",    
                                            u"VideoCapture",  u"Input",          u"PciBridge",     u"UsbHub",
                                            u"UsbDevice",     u"Port",           u"PowerAdapter",  u"Sensor",
                                            u"Clock",         u"OperatingSystem"};
-constexpr StringView SELDOM_IN_DMIDECODE[] = {u"Chassis",
-                                              u"Motherboard",
-                                              u"BIOS",
-                                              u"ManagementController",
-                                              u"Processor",
-                                              u"Cache",
-                                              u"Memory",
-                                              u"MemoryModule",
-                                              u"MemoryArray",
-                                              u"SataController",
-                                              u"SasController",
-                                              u"NvmeController",
-                                              u"IdeController",
-                                              u"Ethernet",
-                                              u"WirelessNetwork",
-                                              u"MobileBroadband",
-                                              u"Bluetooth",
-                                              u"Modem",
-                                              u"Display",
-                                              u"AudioDevice",
-                                              u"UsbController",
-                                              u"PciDevice",
-                                              u"PowerSupply",
-                                              u"Battery",
-                                              u"Cooling",
+constexpr StringView SELDOM_IN_DMIDECODE[] = {u"Chassis",     u"Motherboard", u"BIOS",    u"ManagementController",
+                                              u"Processor",   u"Cache",       u"Memory",  u"MemoryModule",
+                                              u"MemoryArray", u"PowerSupply", u"Battery", u"Cooling",
                                               u"Security"};
-constexpr FormatGap DMIDECODE[] = {
-    {"dmidecode does not record them", NOT_IN_DMIDECODE},
-    {"dmidecode records them only where firmware tells of them, and none on cards", SELDOM_IN_DMIDECODE}};
+constexpr StringView ON_CARDS[] = {u"SataController", u"SasController",   u"NvmeController",  u"IdeController",
+                                   u"Ethernet",       u"WirelessNetwork", u"MobileBroadband", u"Bluetooth",
+                                   u"Modem",          u"Display",         u"AudioDevice",     u"UsbController",
+                                   u"PciDevice"};
+constexpr FormatGap DMIDECODE[] = {{"dmidecode does not record them", NOT_IN_DMIDECODE},
+                                   {"dmidecode records them only where firmware tells of them", SELDOM_IN_DMIDECODE},
+                                   {"dmidecode records those on the board, and none on cards", ON_CARDS, true}};
 
 constexpr StringView NOT_IN_HWLOC[] = {u"ManagementController",
                                        u"MemoryArray",
@@ -128,7 +110,7 @@ void noteGaps(std::span<const FormatGap> gaps, Recording& recording) {
             const auto isOfType = [&type](const String& one) {
                 return type.isCapable(CapabilityImp(one));
             };
-            if (std::none_of(recorded.begin(), recorded.end(), isOfType)) {
+            if (gap.isAlways || std::none_of(recorded.begin(), recorded.end(), isOfType)) {
                 unread = unread | type;
             }
         }

@@ -14,6 +14,7 @@ class Recording;
 struct FormatGap {
     std::string_view reason;
     std::span<const StringView> types;
+    bool isAlways = false;  ///< nor is it known when the recording holds some: there may be more
 };
 
 std::span<const FormatGap> lshwGaps() noexcept;
@@ -21,7 +22,8 @@ std::span<const FormatGap> dmidecodeGaps() noexcept;
 std::span<const FormatGap> hwlocGaps() noexcept;
 std::span<const FormatGap> redfishGaps() noexcept;
 
-/// Notes those types of which the recording holds no device. Requires: all devices are there.
+/// Notes those types of which the recording holds no device, and those that it never holds all of. Requires: all
+/// devices are there.
 void noteGaps(std::span<const FormatGap> gaps, Recording& recording);
 
 }  // namespace vrx
