@@ -2,9 +2,9 @@
 ///
 /// The script is evaluated once more, from what the run found, with two answers for each element: whether it may hold,
 /// and whether it may not. Where nothing is unknown just one of them is true. A device that was not found may be there
-/// if a source of its type could not be read, unless another stands at its place; one that was found is doubtful only if it was judged by a property whose
-/// value is not known. `not` turns the two around; of an `or` the alternative that was kept counts, and others as far
-/// as they hold something doubtful.
+/// if a source of its type could not be read, unless another stands at its place; one that was found is doubtful only
+/// if it was judged by a property whose value is not known. `not` turns the two around; of an `or` the alternative that
+/// was kept counts, and others as far as they hold something doubtful.
 ///
 /// Where an estimate is made it is made so that a doubt is kept: who is in doubt says so.
 ///
