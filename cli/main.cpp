@@ -2,6 +2,7 @@
 #include <exception>
 #include <new>
 
+#include "cli/program/MonitoringAnswer.h"
 #include "cli/program/OutOfMemory.h"
 #include "cli/program/Program.h"
 #include "cli/terminal/ProcessConsole.h"
@@ -13,9 +14,16 @@ namespace {
 
 using vrx::cli::ExitStatus;
 
-int internalError(vrx::cli::Console& console, const std::string& text) {
+struct Arguments {
+    int count;
+    const char* const* texts;
+};
+
+int internalError(vrx::cli::Console& console, const Arguments& arguments, const std::string& text) {
     console.writeErr("vrx-inventory: internal error: " + text + "\n");
-    return static_cast<int>(ExitStatus::InternalError);
+    return static_cast<int>(vrx::cli::asksForMonitoring(arguments.count, arguments.texts)
+                                ? vrx::cli::answerUnknown(console, "internal error: " + text)
+                                : ExitStatus::InternalError);
 }
 
 /// Constructors of the program's own static objects come later.
@@ -29,13 +37,12 @@ int main(int argc, char** argv) {
     try {
         return static_cast<int>(vrx::cli::runProgram(argc, argv, session));
     } catch (const vrx::StructuredException& broken) {
-        return internalError(console, vrx::printable(broken.text().view()));
+        return internalError(console, {argc, argv}, vrx::printable(broken.text().view()));
     } catch (const vrx::Exception& unexpected) {
-        return internalError(console, vrx::printable(unexpected.text().view()));
+        return internalError(console, {argc, argv}, vrx::printable(unexpected.text().view()));
     } catch (const std::bad_alloc&) {
-        console.writeErr("vrx-inventory: internal error: out of memory\n");
+        return internalError(console, {argc, argv}, "out of memory");
     } catch (const std::exception& unexpected) {
-        return internalError(console, vrx::printable(std::string_view(unexpected.what())));
+        return internalError(console, {argc, argv}, vrx::printable(std::string_view(unexpected.what())));
     }
-    return static_cast<int>(ExitStatus::InternalError);
 }

@@ -9,6 +9,7 @@
 
 #include "libDiagnosis/Breadth.h"
 #include "libDiagnosis/faults/FaultOrder.h"
+#include "libDiagnosis/faults/FoldBelow.h"
 #include "libDiagnosis/faults/FreeDevices.h"
 #include "libDiagnosis/faults/MissingFaults.h"
 #include "libInventory/Finding.h"
@@ -43,6 +44,7 @@ public:
         addUndetermined();
         addOthers();
         putInOrder(m_faults);
+        foldBelow(m_faults, m_machine);
         return std::move(m_faults);
     }
 

@@ -51,6 +51,13 @@ enum class Replacement : std::uint8_t {
     OtherModel
 };
 
+/// What is wrong only because a device above it is.
+struct FoldedFault {
+    ElementPlace place;  ///< of the element that asks for it, or of the rule that says that it is too many
+    Inventory::DeviceSpec spec;
+    String guid;  ///< of an extra device; else empty
+};
+
 /// One thing that is wrong with a machine. Every device of the machine and every `device` element is in one fault at
 /// most. Nothing is borrowed.
 struct Fault {
@@ -71,6 +78,8 @@ struct Fault {
     std::optional<Doubt> doubt;        ///< of an undetermined fault why nobody can tell
     std::vector<Inventory::DeviceSpec> alternatives;  ///< what the other alternatives of an `or` ask for in its stead
     std::vector<Doubt> furtherDoubts;                 ///< of the same element
+
+    std::vector<FoldedFault> withIt;  ///< what stands below the device and is missing, or too many, like it
 
     std::vector<AskedProperty> properties;  ///< that the element asks for, whatever else is the case
     std::optional<NearDevice> nearest;      ///< of a missing device the one that comes nearest and may be meant

@@ -1,6 +1,5 @@
 #include "libReport/CheckReport.h"
 
-#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -54,11 +53,6 @@ void markUndetermined(CheckReport& report) {
 Verdict plainVerdict(bool passed) noexcept { return passed ? Verdict::Passed : Verdict::Failed; }
 
 }  // namespace
-
-std::size_t CheckReport::missingCount() const noexcept {
-    return static_cast<std::size_t>(std::ranges::count_if(
-        devices, [](const DeviceProblem& problem) { return problem.isMissing && !problem.isUndetermined; }));
-}
 
 CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed, const CheckBasis& basis) {
     CheckReport report;

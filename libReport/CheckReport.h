@@ -103,9 +103,6 @@ struct CheckReport {
     /// The inventory's script; null when it did not load.
     const XmlDocument* annotatedScript = nullptr;
     bool showsAnnotatedScript = false;  ///< JSON holds it too
-
-    /// How many devices the script asks for and the machine lacks for sure.
-    std::size_t missingCount() const noexcept;
 };
 
 /// How much a report trusts the engine's answer.

@@ -154,11 +154,15 @@ private:
             if (fault.otherPlace) {
                 fileFault(*fault.otherPlace, i);
             }
+            for (const FoldedFault& folded : fault.withIt) {
+                fileFault(folded.place, i);
+            }
         }
     }
 
     void fileFault(const ElementPlace& place, std::size_t index) {
-        if (CheckedElement* const element = at(place)) {
+        CheckedElement* const element = at(place);
+        if (element != nullptr && (element->faults.empty() || element->faults.back() != index)) {
             element->faults.push_back(index);
         }
     }

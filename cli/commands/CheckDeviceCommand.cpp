@@ -18,7 +18,7 @@
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/OrInsidePart.h"
 #include "libReport/DeviceCheckReport.h"
-#include "libReport/text/DoubtText.h"
+#include "libReport/writers/CheckHeadline.h"
 
 namespace vrx::cli {
 
@@ -118,14 +118,6 @@ const IDeviceImp& findDevice(const std::string& which, const StateManager& store
     return *devices.front();
 }
 
-[[noreturn]] void failUndecided(const Content& content, const DeviceCheckReport& report) {
-    const std::string why = !report.doubts.empty() ? doubtText(report.doubts.front())
-                            : report.isTypeUsable
-                                ? "a pattern took too much work on a value and was given up"
-                                : "no script can ask for the device's type \"" + report.device.type.toUtf8() + "\"";
-    throw CommandFailure(ExitStatus::Undetermined, content.name + ": undecided: " + why);
-}
-
 CommandResult refusal(const CheckDeviceOptions& options, const Session& session, const MistakesFound& found) {
     CommandResult result{found.status(), {}, {}, found.lines()};
     if (options.format != "text") {
@@ -154,14 +146,14 @@ CommandResult checkDevice(const CheckDeviceOptions& options, Session& session) {
     DeviceCheckReport report =
         vrx::checkDevice(device, content.text, options.hasReport, &store, {&import, options.isPlain});
     report.started = session.console.time();
-    if (report.verdict == Verdict::Undecided) {
-        failUndecided(content, report);
-    }
     CommandResult result{report.verdict == Verdict::Passed ? ExitStatus::Success : ExitStatus::NotPassed,
                          options.written(report, deviceCheckWriters(), session)};
     if (report.verdict == Verdict::NothingToCheck) {
         result.status = ExitStatus::Undetermined;
         result.note = content.name + ": nothing to check: the content asks for no property";
+    } else if (report.verdict == Verdict::Undecided) {
+        result.status = ExitStatus::Undetermined;
+        result.note = content.name + ": undecided: " + headlineOf(report);
     }
     return result;
 }

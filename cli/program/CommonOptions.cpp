@@ -121,6 +121,17 @@ void writeTo(const std::string& path, std::string_view bytes, const Session& ses
     }
 }
 
+/// Standard output comes last: who reads it does not get an answer that a failure then takes back.
+void writeFiles(const Session& session, const std::vector<OutputFile>& files) {
+    for (const bool isStandardOutput : {false, true}) {
+        for (const OutputFile& file : files) {
+            if ((file.path == "-") == isStandardOutput) {
+                writeTo(file.path, file.bytes, session);
+            }
+        }
+    }
+}
+
 }  // namespace
 
 CLI::Option& CommonOptions::addInput(CLI::App& command, const std::string& name, std::string& path,
@@ -283,6 +294,9 @@ TextFormat CommonOptions::textFormat(const Session& session) const {
 }
 
 ExitStatus CommonOptions::finish(const Session& session, const CommandResult& result) const {
+    if (isForMonitoring()) {
+        writeFiles(session, result.files);
+    }
     if (result.text) {
         writeResult(session, *result.text);
     }
@@ -292,8 +306,8 @@ ExitStatus CommonOptions::finish(const Session& session, const CommandResult& re
     for (const std::string& problem : result.problems) {
         session.say(problem);
     }
-    for (const OutputFile& file : result.files) {
-        writeTo(file.path, file.bytes, session);
+    if (!isForMonitoring()) {
+        writeFiles(session, result.files);
     }
     return result.status;
 }
@@ -307,14 +321,7 @@ void setAction(CLI::App& command, Session& session, std::shared_ptr<const Common
         options->refuseClashes();
         options->applyLogging(session);
         session.action = [&session, options, run] {
-            try {
-                return options->finish(session, run());
-            } catch (const CommandFailure& failure) {
-                if (!options->isForMonitoring()) {
-                    throw;
-                }
-                throw CommandFailure(ExitStatus::Undetermined, failure.lines());
-            }
+            return options->finish(session, run());
         };
     });
 }

@@ -10,6 +10,7 @@
 #include "cli/help/CommandTable.h"
 #include "cli/help/HelpText.h"
 #include "cli/help/UsageProblem.h"
+#include "cli/program/MonitoringAnswer.h"
 #include "libCommon/logging/LogFile.h"
 #include "libReport/ProgramVersion.h"
 
@@ -30,9 +31,9 @@ constexpr const char* FOOTER =
     "  vrx-inventory check golden.xml --state machine.xml\n"
     "  vrx-inventory check golden.xml";
 
-ExitStatus say(Session& session, const CLI::App& app, const CLI::ParseError& problem) {
-    session.say(usageProblem(app, problem) + " (see " + fullName(namedCommand(app)) + " --help)");
-    return ExitStatus::BadInput;
+[[noreturn]] void refuse(const CLI::App& app, const CLI::ParseError& problem) {
+    throw CommandFailure(ExitStatus::BadInput,
+                         usageProblem(app, problem) + " (see " + fullName(namedCommand(app)) + " --help)");
 }
 
 /// Help and version texts, which are results.
@@ -88,7 +89,7 @@ std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv
     } catch (const CLI::CallForVersion& version) {
         return print(session, version.what());
     } catch (const CLI::ParseError& problem) {
-        return say(session, app, problem);
+        refuse(app, problem);
     }
 }
 
@@ -136,7 +137,8 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
         for (const std::string& line : failure.lines()) {
             session.say(line);
         }
-        return failure.status();
+        return asksForMonitoring(argc, argv) ? answerUnknown(session.console, failure.lines().front())
+                                             : failure.status();
     }
 }
 

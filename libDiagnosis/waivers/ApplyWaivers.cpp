@@ -64,6 +64,17 @@ bool concerns(const Waiver& waiver, const Fault& fault) {
             }));
 }
 
+/// Whether the waiver was made for something that now goes with the fault. It covers nothing of it, but it is no idle
+/// one either: once the device above is back, it is what decides.
+bool speaksOfFolded(const Waiver& waiver, const Fault& fault) {
+    return std::ranges::any_of(fault.withIt, [&](const FoldedFault& folded) {
+        Fault one;
+        one.kind = fault.kind;
+        one.asked = folded.spec;
+        return speaksOf(waiver, one);
+    });
+}
+
 }  // namespace
 
 WaivedFaults applyWaivers(std::vector<Fault> faults, const std::vector<Waiver>& waivers, const DateTime& now) {
@@ -81,6 +92,8 @@ WaivedFaults applyWaivers(std::vector<Fault> faults, const std::vector<Waiver>& 
                 } else {
                     valid.push_back(&waivers[i]);
                 }
+            } else if (!isUsed[i]) {
+                isUsed[i] = speaksOfFolded(waivers[i], fault);
             }
         }
         if (coverAll(valid, fault)) {

@@ -10,6 +10,7 @@
 #include "libRegex/Regex.h"
 #include "libReport/faults/DifferenceText.h"
 #include "libReport/faults/FaultText.h"
+#include "libReport/faults/FoldedText.h"
 #include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/DoubtText.h"
@@ -55,6 +56,7 @@ public:
         addHeading();
         addDifferences(m_fault.differences);
         addDevices();
+        addRow("with it", foldedTypes(m_fault));
         addCandidates();
         addPart();
         addDoubts();

@@ -12,7 +12,6 @@ public:
     FaultWriter(JsonWriter& json, std::string_view file) : m_json(json), m_file(file) {}
 
     void write(const Fault& fault) {
-        m_json.beginObject();
         m_json.key("kind").value(nameOf(fault.kind));
         m_json.key("text").value(std::string_view(faultText(fault)));
         writePlace("element", fault.place);
@@ -33,7 +32,7 @@ public:
         }
         m_json.endArray();
         m_json.key("otherMachine").value(fault.isOfOtherMachine);
-        m_json.endObject();
+        writeWithIt(fault.withIt);
     }
 
 private:
@@ -113,6 +112,18 @@ private:
         m_json.endArray();
     }
 
+    void writeWithIt(const std::vector<FoldedFault>& folded) {
+        m_json.key("withIt").beginArray();
+        for (const FoldedFault& one : folded) {
+            m_json.beginObject();
+            m_json.key("device");
+            writeDevice(m_json, one.spec);
+            writePlace("element", one.place);
+            m_json.endObject();
+        }
+        m_json.endArray();
+    }
+
     void writeNearest(const std::optional<NearDevice>& nearest) {
         m_json.key("nearest");
         if (!nearest) {
@@ -132,11 +143,16 @@ private:
 
 }  // namespace
 
+void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view file) {
+    FaultWriter(json, file).write(fault);
+}
+
 void writeFaults(JsonWriter& json, const std::vector<Fault>& faults, std::string_view file) {
-    FaultWriter writer(json, file);
     json.beginArray();
     for (const Fault& fault : faults) {
-        writer.write(fault);
+        json.beginObject();
+        writeFaultFields(json, fault, file);
+        json.endObject();
     }
     json.endArray();
 }

@@ -8,7 +8,11 @@
 
 namespace vrx {
 
-/// An array with an object for each fault; docs/reports.md lists its members. `file` is the script's path.
+/// The members of the object that a fault is, for who adds some; docs/reports.md lists them. `file` is the script's
+/// path.
+void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view file);
+
+/// An array with an object for each fault.
 void writeFaults(JsonWriter& json, const std::vector<Fault>& faults, std::string_view file);
 
 }  // namespace vrx

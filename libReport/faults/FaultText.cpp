@@ -9,6 +9,7 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/faults/DifferenceText.h"
+#include "libReport/faults/FoldedText.h"
 #include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/DoubtText.h"
@@ -97,6 +98,10 @@ std::string likeText(const LikeDevices& alike) {
 
 std::string inParentheses(const std::string& text) { return text.empty() ? text : " (" + text + ")"; }
 
+std::string withItText(const Fault& fault) {
+    return fault.withIt.empty() ? std::string() : " with " + counted(fault.withIt.size(), "device") + " below it";
+}
+
 bool isOfNoType(const Fault& fault) { return fault.refusal && fault.refusal->kind == FindingKind::InvalidDeviceType; }
 
 std::string missingText(const Fault& fault) {
@@ -108,7 +113,8 @@ std::string missingText(const Fault& fault) {
         return text + fmt::format(": the element at {}:{} has it", fault.taken->holder.row, fault.taken->holder.column);
     }
     const std::string number = askedPartNumber(fault);
-    text += (number == readablePattern(fault.asked.name) ? "" : inParentheses(number)) + likeText(fault.alike);
+    text += (number == readablePattern(fault.asked.name) ? "" : inParentheses(number)) + withItText(fault) +
+            likeText(fault.alike);
     if (fault.nearest && !fault.nearest->differences.empty() && !fault.alike.one) {
         text += "; nearest is " + deviceTitle(fault.nearest->device) + ", which" +
                 differencesText(fault.nearest->differences);
@@ -173,8 +179,8 @@ std::string movedText(const Fault& fault) {
 }
 
 std::string swappedText(const Fault& fault) {
-    return placeName(fault.asked) + " and " + placeName(fault.device->spec) + ": the " + typeOf(fault) +
-           "s are swapped";
+    return placeName(fault.asked) + " and " + placeName(fault.device->spec) + ": the " + pluralOf(typeOf(fault)) +
+           " are swapped";
 }
 
 std::string determinedText(const Fault& fault) {
@@ -182,7 +188,8 @@ std::string determinedText(const Fault& fault) {
         case FaultKind::Missing: return missingText(fault) + alternativesText(fault);
         case FaultKind::Wrong:
             return leadOf(fault, false) + differencesText(fault.differences) + alternativesText(fault);
-        case FaultKind::Extra: return leadOf(fault, true) + " is too many" + serialText(fault.device);
+        case FaultKind::Extra:
+            return leadOf(fault, true) + " is too many" + withItText(fault) + serialText(fault.device);
         case FaultKind::Moved: return movedText(fault);
         case FaultKind::Swapped: return swappedText(fault);
         case FaultKind::Replaced: return replacedText(fault) + alternativesText(fault);
@@ -209,7 +216,7 @@ std::string headingWith(const Fault& fault, const std::string& words) {
     std::string type = typeOf(fault);
     if (fault.kind == FaultKind::Swapped) {
         place = placeName(fault.asked) + " and " + placeName(fault.device->spec);
-        type += "s";
+        type = pluralOf(type);
     } else if (fault.kind == FaultKind::Moved) {
         place = placeName(fault.asked) + " → " + placeName(fault.device->spec);
     }

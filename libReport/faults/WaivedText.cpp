@@ -1,5 +1,6 @@
 #include "libReport/faults/WaivedText.h"
 
+#include "libReport/faults/FaultJson.h"
 #include "libReport/faults/FaultText.h"
 #include "libReport/json/JsonWriter.h"
 #include "libReport/text/Style.h"
@@ -60,8 +61,7 @@ void writeWaived(JsonWriter& json, const CheckReport& report) {
     json.key("waived").beginArray();
     for (const WaivedFault& waived : report.waived) {
         json.beginObject();
-        json.key("kind").value(nameOf(waived.fault.kind));
-        json.key("text").value(std::string_view(faultText(waived.fault)));
+        writeFaultFields(json, waived.fault, report.script);
         json.key("row").value(static_cast<std::int64_t>(waived.fault.place.row));
         json.key("column").value(static_cast<std::int64_t>(waived.fault.place.column));
         json.key("waivers");

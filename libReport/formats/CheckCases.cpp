@@ -3,12 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/faults/FaultText.h"
+#include "libReport/faults/FoldedText.h"
 #include "libReport/patterns/ReadablePattern.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/waivers/ReportWaivers.h"
@@ -49,7 +51,13 @@ CheckCase::Outcome outcomeOf(CheckedElement::Outcome outcome) noexcept {
 
 class MakingCases {
 public:
-    explicit MakingCases(const CheckReport& report) : m_report(report), m_isTold(report.faults.size()) {}
+    explicit MakingCases(const CheckReport& report) : m_report(report), m_isTold(report.faults.size()) {
+        for (const Fault& fault : report.faults) {
+            for (const FoldedFault& folded : fault.withIt) {
+                m_folded.emplace(std::pair(folded.place.row, folded.place.column), &folded);
+            }
+        }
+    }
 
     std::vector<CheckCase> cases() {
         addElements();
@@ -101,8 +109,13 @@ private:
         const Fault& fault = m_report.faults[index];
         added.faults.push_back(&fault);
         added.kind = added.kind.empty() ? nameOf(fault.kind) : added.kind;
-        added.messages.push_back(faultText(fault));
+        added.messages.push_back(messageAt(fault, added.place));
         m_isTold[index] = true;
+    }
+
+    std::string messageAt(const Fault& fault, const ElementPlace& place) const {
+        const auto folded = fault.place == place ? m_folded.end() : m_folded.find({place.row, place.column});
+        return folded == m_folded.end() ? faultText(fault) : foldedText(fault, *folded->second);
     }
 
     void addUntoldFaults() {
@@ -157,6 +170,7 @@ private:
 
     const CheckReport& m_report;
     std::vector<bool> m_isTold;
+    std::map<std::pair<std::uint64_t, std::uint64_t>, const FoldedFault*> m_folded;  ///< by place
     std::unordered_set<std::string> m_names;
     std::unordered_map<std::string, unsigned> m_repeated;
     std::vector<CheckCase> m_cases;

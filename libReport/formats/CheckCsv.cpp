@@ -6,6 +6,7 @@
 
 #include "libReport/faults/DifferenceText.h"
 #include "libReport/faults/FaultText.h"
+#include "libReport/faults/FoldedText.h"
 #include "libReport/text/CsvTable.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/waivers/ReportWaivers.h"
@@ -32,14 +33,15 @@ void addFault(CsvTable& table, const CheckReport& report, const Fault& fault, st
                   nameOf(fault.kind), named.type.toUtf8(), named.name.toUtf8(), named.hwLocator.toUtf8(),
                   named.osLocator.toUtf8(), device.manufacturer.toUtf8(), device.model.toUtf8(),
                   device.partNumber.toUtf8(), device.serialNumber.toUtf8(), part.id.toUtf8(), part.name.toUtf8(),
-                  differencesText(fault), faultText(fault), waiver});
+                  differencesText(fault), faultText(fault), waiver, foldedTypes(fault)});
 }
 
 void addProblem(CsvTable& table, const CheckReport& report, const ElementPlace& place, std::string_view kind,
                 std::string_view text) {
     const std::string row = place.row == 0 ? "" : std::to_string(place.row);
     const std::string column = place.row == 0 ? "" : std::to_string(place.column);
-    table.addRow({inputName(report.script), row, column, kind, "", "", "", "", "", "", "", "", "", "", "", text, ""});
+    table.addRow(
+        {inputName(report.script), row, column, kind, "", "", "", "", "", "", "", "", "", "", "", text, "", ""});
 }
 
 }  // namespace
@@ -47,7 +49,7 @@ void addProblem(CsvTable& table, const CheckReport& report, const ElementPlace& 
 std::string checkCsv(const CheckReport& report, const TextFormat&) {
     CsvTable table;
     table.addRow({"script", "row", "column", "kind", "type", "name", "hwLocator", "osLocator", "manufacturer", "model",
-                  "partNumber", "serialNumber", "partId", "partName", "differences", "text", "waiver"});
+                  "partNumber", "serialNumber", "partId", "partName", "differences", "text", "waiver", "withIt"});
     for (const Fault& fault : report.faults) {
         addFault(table, report, fault);
     }

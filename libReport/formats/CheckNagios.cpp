@@ -58,10 +58,13 @@ NagiosStatus nagiosStatus(const CheckReport& report) noexcept {
     }
 }
 
-std::string checkNagios(const CheckReport& report, const TextFormat&) {
+std::string nagiosLine(NagiosStatus status, std::string_view text) {
     static constexpr const char* NAMES[] = {"OK", "WARNING", "CRITICAL", "UNKNOWN"};
-    std::string out = fmt::format("INVENTORY {} - {} | {}\n", NAMES[static_cast<std::size_t>(nagiosStatus(report))],
-                                  withoutBars(headlineOfAny(report)), figures(report));
+    return fmt::format("INVENTORY {} - {}", NAMES[static_cast<std::size_t>(status)], withoutBars(text));
+}
+
+std::string checkNagios(const CheckReport& report, const TextFormat&) {
+    std::string out = nagiosLine(nagiosStatus(report), headlineOfAny(report)) + " | " + figures(report) + "\n";
     for (const Fault& fault : report.faults) {
         out += fmt::format("{}: {}\n", nameOf(fault.kind), withoutBars(faultText(fault)));
     }

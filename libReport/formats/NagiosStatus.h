@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "libReport/CheckReport.h"
@@ -13,5 +14,8 @@ enum class NagiosStatus : std::uint8_t { Ok = 0, Warning = 1, Critical = 2, Unkn
 /// A check that has failed is critical, unless every fault is of a kind that only warns; what nobody can tell is
 /// unknown.
 NagiosStatus nagiosStatus(const CheckReport& report) noexcept;
+
+/// "INVENTORY UNKNOWN - ...", without the figures that may follow.
+std::string nagiosLine(NagiosStatus status, std::string_view text);
 
 }  // namespace vrx

@@ -2,6 +2,7 @@
 
 #include "libReport/faults/DifferenceText.h"
 #include "libReport/faults/FaultText.h"
+#include "libReport/faults/FoldedText.h"
 #include "libReport/html/CheckSections.h"
 #include "libReport/html/HtmlPage.h"
 #include "libReport/text/DeviceSummary.h"
@@ -30,6 +31,17 @@ void writeIdentity(HtmlWriter& html, std::string_view title, const DeviceIdentit
     writeFact(html, "Serial number", device.serialNumber);
     writeFact(html, "Firmware", device.firmware);
     html.end();
+}
+
+void writeWithIt(HtmlWriter& html, const Fault& fault) {
+    if (fault.withIt.empty()) {
+        return;
+    }
+    html.begin("details").element("summary", "", "With it: " + foldedTypes(fault)).begin("ul");
+    for (const FoldedFault& folded : fault.withIt) {
+        html.element("li", "", fault.kind == FaultKind::Extra ? deviceTitle(folded.spec) : faultTitleOf(folded.spec));
+    }
+    html.end().end();
 }
 
 void writeDifferences(HtmlWriter& html, const Fault& fault) {
@@ -98,6 +110,7 @@ void writeFaults(HtmlWriter& html, const CheckReport& report) {
         html.text(faultText(fault)).end().begin("div");
         writeDifferences(html, fault);
         writeAsked(html, report, fault);
+        writeWithIt(html, fault);
         if (fault.device) {
             writeIdentity(html, "Found", *fault.device);
         }

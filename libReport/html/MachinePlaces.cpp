@@ -94,8 +94,19 @@ std::map<String, std::size_t> faultsByGuid(const std::vector<Fault>& faults) {
                 byGuid.emplace(device->guid, i);
             }
         }
+        for (const FoldedFault& folded : faults[i].withIt) {
+            if (!folded.guid.isEmpty()) {
+                byGuid.emplace(folded.guid, i);
+            }
+        }
     }
     return byGuid;
+}
+
+void addMissing(std::vector<PlaceGroup>& groups, const Inventory::DeviceSpec& asked, std::size_t fault) {
+    if (!placeOf(asked).isEmpty()) {
+        groups[sortOf(CapabilityImp(asked.type))].places.push_back({asked, {}, fault, true});
+    }
 }
 
 }  // namespace
@@ -113,8 +124,11 @@ std::vector<PlaceGroup> machinePlaces(const StateManager& machine, const std::ve
              at == byGuid.end() ? std::nullopt : std::optional<std::size_t>(at->second), false});
     }
     for (std::size_t i = 0; i < faults.size(); ++i) {
-        if (faults[i].kind == FaultKind::Missing && !placeOf(faults[i].asked).isEmpty()) {
-            groups[sortOf(CapabilityImp(faults[i].asked.type))].places.push_back({faults[i].asked, {}, i, true});
+        if (faults[i].kind == FaultKind::Missing) {
+            addMissing(groups, faults[i].asked, i);
+            for (const FoldedFault& folded : faults[i].withIt) {
+                addMissing(groups, folded.spec, i);
+            }
         }
     }
     std::erase_if(groups, [](const PlaceGroup& group) { return group.places.empty(); });

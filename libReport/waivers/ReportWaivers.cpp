@@ -53,6 +53,9 @@ bool explainExtraDevices(const CheckReport& report) {
         if (waived.fault.device) {
             --unexplained[waived.fault.device->spec.type];
         }
+        for (const FoldedFault& folded : waived.fault.withIt) {
+            unexplained[folded.spec.type] -= folded.guid.isEmpty() ? 0 : 1;
+        }
     }
     return std::ranges::all_of(unexplained, [](const auto& count) { return count.second <= 0; });
 }

@@ -70,4 +70,20 @@ std::string headlineOf(const CheckReport& report) {
     }
 }
 
+std::string headlineOf(const DeviceCheckReport& report) {
+    switch (report.verdict) {
+        case Verdict::Passed: return "the device meets the content";
+        case Verdict::Failed: return "the device does not meet the content";
+        case Verdict::NothingToCheck: return "the content asks for no property";
+        case Verdict::Refused: return "the content has " + counted(report.mistakes.size(), "mistake");
+        case Verdict::Undecided: break;
+        case Verdict::NotRun: return "the content could not be loaded";
+    }
+    if (!report.doubts.empty()) {
+        return doubtText(report.doubts.front());
+    }
+    return report.isTypeUsable ? "a pattern took too much work on a value and was given up"
+                               : "no script can ask for the device's type \"" + printable(report.device.type) + "\"";
+}
+
 }  // namespace vrx

@@ -1,5 +1,6 @@
 #include "libReport/json/EventJson.h"
 #include "libReport/json/JsonWriter.h"
+#include "libReport/writers/CheckHeadline.h"
 #include "libReport/writers/Writers.h"
 
 namespace vrx {
@@ -10,6 +11,7 @@ std::string deviceCheckJson(const DeviceCheckReport& report, const TextFormat&) 
     json.key("schema").value(std::string_view("vrx-inventory.check-device/1"));
     json.key("passed").value(report.verdict == Verdict::Passed);
     json.key("verdict").value(nameOf(report.verdict));
+    json.key("headline").value(std::string_view(headlineOf(report)));
     json.key("mistakes");
     writeMistakes(json, report.mistakes);
     json.key("events");

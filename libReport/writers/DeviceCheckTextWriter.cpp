@@ -3,6 +3,7 @@
 #include "libReport/text/DoubtText.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextTable.h"
+#include "libReport/writers/CheckHeadline.h"
 #include "libReport/writers/FindingLines.h"
 #include "libReport/writers/Writers.h"
 
@@ -27,27 +28,25 @@ std::string indentedScript(const String& xml) {
     return out;
 }
 
-std::string headOf(Verdict verdict, const TextFormat& format) {
+std::string verdictWord(Verdict verdict, const TextFormat& format) {
     switch (verdict) {
-        case Verdict::NothingToCheck:
-            return styled("NOTHING CHECKED", Style::Caution, format.colour) + "  the content asks for no property\n";
-        case Verdict::Undecided:
-            return styled("UNDETERMINED", Style::Caution, format.colour) + "  there is no sure answer\n";
-        case Verdict::Passed: return styled("PASSED", Style::Good, format.colour) + "  the device meets the content\n";
-        default: return styled("FAILED", Style::Bad, format.colour) + "  the device does not meet the content\n";
+        case Verdict::NothingToCheck: return styled("NOTHING CHECKED", Style::Caution, format.colour);
+        case Verdict::Undecided: return styled("UNDETERMINED", Style::Caution, format.colour);
+        case Verdict::Passed: return styled("PASSED", Style::Good, format.colour);
+        default: return styled("FAILED", Style::Bad, format.colour);
     }
 }
 
 }  // namespace
 
 std::string deviceCheckText(const DeviceCheckReport& report, const TextFormat& format) {
-    std::string out = headOf(report.verdict, format);
+    std::string out = verdictWord(report.verdict, format) + "  " + headlineOf(report) + "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
     table.addRow({"device", printable(report.device.type) + "  " + printable(report.device.name)});
     table.addRow({"guid", printable(report.guid)});
     table.write(out, format);
-    for (const Doubt& doubt : report.doubts) {
-        out += styled(doubtText(doubt), Style::Caution, format.colour) + "\n";
+    for (std::size_t i = 1; i < report.doubts.size(); ++i) {
+        out += styled(doubtText(report.doubts[i]), Style::Caution, format.colour) + "\n";
     }
     if (report.annotatedScript) {
         out += "\n" + indentedScript(*report.annotatedScript);

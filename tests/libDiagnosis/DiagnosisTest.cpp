@@ -147,6 +147,41 @@ TEST(DiagnosisTest, ReadsWhatADeviceHasAndMustNotHave) {
 }
 
 /// Everything that the engine misses or has too much is in one fault, and no device is in two.
+TEST(DiagnosisTest, FoldsWhatStandsBelowAMissingOrExtraDevice) {
+    const auto part = [](StringView type, StringView place) {
+        return concat(u"<device type='", type, u"' hwlocator='", place, u"'/>");
+    };
+    const String system = u"<Device type='System' name='S' hwLocator='s'/>";
+    const String adapter = part(u"Ethernet", u"pci:0000:3b:00.0") + part(u"Port", u"pci:0000:3b:00.0/port:1") +
+                           part(u"Ethernet", u"pci:0000:3b:00.1");
+    EXPECT_THAT(faultsOf(system, adapter),
+                ElementsAre("pci:0000:3b:00.0: Ethernet is missing with 2 devices below it"));
+    const String disks =
+        part(u"RaidController", u"r:1") + part(u"Disk", u"r:1/bay:0") + part(u"Volume", u"r:1/bay:0/part:1");
+    EXPECT_THAT(faultsOf(system, disks), ElementsAre("r:1: RaidController is missing with 2 devices below it"));
+    // The disk moved or is there, so what is wrong with it is another thing.
+    EXPECT_THAT(faultsOf(u"<Device type='Disk' name='D' hwLocator='r:1/bay:0'/>", disks),
+                ElementsAre("r:1: RaidController is missing", "r:1/bay:0/part:1: Volume is missing"));
+    EXPECT_THAT(faultsOf(device(u"Disk", u"b", u"32", u"S1"),
+                         part(u"RaidController", u"r:1") + asks(u"Disk", u"r:1/bay:0", u"32", u"S1")),
+                testing::UnorderedElementsAre("r:1: RaidController is missing",
+                                              "Storage moved r:1/bay:0 → b (serial number S1)"));
+    // Nobody knows of the sensor.
+    EXPECT_THAT(faultsOf(system + u"<UnreadSource source='bus' reason='needs root'><DeviceType>FanSensor</DeviceType>"
+                                  u"</UnreadSource>",
+                         part(u"Fan", u"f:1") + part(u"FanSensor", u"f:1/speed")),
+                ElementsAre("f:1: Fan is missing", StartsWith("FanSensor (f:1/speed) may be there")));
+    // What hangs on an extra hub is decided on by itself, what a processor is made of is not.
+    const auto extra = [&system](StringView type, StringView place, StringView below, StringView placeBelow) {
+        return faultsOf(system + device(type, place, u"1") + device(below, placeBelow, u"1"),
+                        u"<fail-on-extra type='Processor'/><fail-on-extra type='Cache'/><fail-on-extra type='UsbHub'/>"
+                        u"<fail-on-extra type='FlashDrive'/>");
+    };
+    EXPECT_THAT(extra(u"Processor", u"cpu:1", u"Cache", u"cpu:1/l3:0"),
+                ElementsAre("cpu:1: Processor is too many with 1 device below it"));
+    EXPECT_THAT(extra(u"UsbHub", u"usb:1-2", u"FlashDrive", u"usb:1-2.1"), testing::SizeIs(2));
+}
+
 TEST(DiagnosisTest, TellsEachThingOnce) {
     std::mt19937 random(7);
     const auto oneOf = [&random](std::initializer_list<StringView> texts) {

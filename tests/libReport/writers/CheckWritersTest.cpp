@@ -106,7 +106,7 @@ TEST_F(CheckWritersTest, SpeakOfGroupsAndLeaveExtraDevicesOut) {
                                       u"<not><device type='Fan'/></not>\n"
                                       u"<fail-on-extra type='Rocket'/>\n<fail-on-extra type='Battery'/>");
     EXPECT_EQ(report.extra.size(), 1u);
-    EXPECT_EQ(report.missingCount(), 2u);
+    EXPECT_EQ(report.faults.size(), 5u);
     EXPECT_THAT(findings(), HasSubstr("s.xml:2:1  part lid is not complete\n"));
     EXPECT_THAT(findings(), HasSubstr("s.xml:3:1  none of the alternatives of this <or> is met\n"));
     EXPECT_THAT(findings(), HasSubstr("s.xml:4:1  everything in this <not> is there, and must not be\n"));
