@@ -21,6 +21,9 @@ struct UnreadSource {
     /// As a key: properties of any key.
     static constexpr StringView ANY_PROPERTY = u"*";
 
+    /// As a key: those that no device of the type has. Some program wrote the recording that may not tell of them.
+    static constexpr StringView UNTOLD_PROPERTY = u"?";
+
     /// Whether whole devices that a script describes by that type may be missing.
     bool mayHide(const CapabilityImp& type) const noexcept {
         return properties.isEmpty() && (types.isAll() || types.intersect(type));
@@ -34,6 +37,11 @@ struct UnreadSource {
             }
         }
         return false;
+    }
+
+    /// Whether a device of that type may have properties that the recording has of no such device.
+    bool leavesUntold(const CapabilityImp& type) const noexcept {
+        return properties.size() == 1 && properties[0] == UNTOLD_PROPERTY && (types.isAll() || types.intersect(type));
     }
 
     bool operator==(const UnreadSource& other) const = default;

@@ -34,6 +34,15 @@ namespace {
 using vocabulary::ElementKind;
 using Asked = Doubt::Asked;
 
+bool holdsNot(const XmlElement& device) {
+    for (ScriptWalk walk(device); walk; ++walk) {
+        if (walk->kind == ElementKind::Not) {
+            return true;
+        }
+    }
+    return false;
+}
+
 struct Truth {
     bool mayHold = true;
     bool mayFail = false;
@@ -80,7 +89,7 @@ public:
         const XmlElement* const element = m_inventory.script().RootElement()->FirstChildElement();
         Certainty certainty;
         if (element != nullptr && passed) {
-            certainty.couldHaveFailed = asksForUnknown(*element, device);
+            certainty.couldHaveFailed = hangsOnUnknown(*element, device);
         } else if (element != nullptr) {
             const Array<Candidate> candidates = m_inventory.outcomeOf(*element).candidates;
             certainty.couldHavePassed = !candidates.isEmpty() && mayMeet(candidates[0], device);
@@ -135,7 +144,7 @@ private:
 
     Truth ofDevice(const XmlElement& element, const View& view) {
         const bool isFound = view.isKept && !view.isForbidden && !m_missing.contains(&element);
-        if (isFound && !m_unknowns.hasProperties()) {
+        if (isFound && !m_unknowns.hasWrongValues() && !(m_unknowns.hasProperties() && holdsNot(element))) {
             return {};
         }
         const DeviceOutcome outcome = m_inventory.outcomeOf(element);
@@ -169,7 +178,7 @@ private:
     /// Of an element with a device: in doubt when it asks for a property of it that is not known.
     Truth ofFound(const XmlElement& element, const DeviceOutcome& outcome) {
         for (const Candidate& candidate : outcome.candidates) {
-            if (candidate.holder == &element && asksForUnknown(element, *candidate.device)) {
+            if (candidate.holder == &element && hangsOnUnknown(element, *candidate.device)) {
                 return {true, true, true};
             }
         }
@@ -183,14 +192,24 @@ private:
     }
 
     bool asksForUnknown(const XmlElement& element, const IDeviceImp& device) {
-        if (!m_unknowns.hasProperties()) {
-            return false;
-        }
+        return m_unknowns.hasProperties() && looksForUnknown(element, device, false);
+    }
+
+    /// Whether a device that has what the element asks for might not have it. A property that it does not have has
+    /// helped nothing, save in a `not`.
+    bool hangsOnUnknown(const XmlElement& element, const IDeviceImp& device) {
+        return m_unknowns.hasProperties() && looksForUnknown(element, device, true);
+    }
+
+    bool looksForUnknown(const XmlElement& element, const IDeviceImp& device, bool wasFound) {
         for (ScriptWalk walk(element); walk; ++walk) {
             if (walk->kind != ElementKind::Property) {
                 continue;
             }
             const String key = fromXmlSafe(attributeOf(*walk->element, vocabulary::KEY));
+            if (wasFound && walk->nots == 0 && device.findProperty(key) == nullptr) {
+                continue;
+            }
             if (std::optional<Doubt> doubt = m_unknowns.property(device, key)) {
                 doubt->key = key;
                 keep(*doubt, Asked::Property, *walk->element);

@@ -107,6 +107,17 @@ std::optional<Doubt> Unknowns::hiddenOfAnyType() const {
     return m_unseen.empty() ? std::nullopt : std::optional(doubtOf(m_unseen.front().cause, m_unseen.front().text));
 }
 
+/// Whether no device of the type has that property.
+bool Unknowns::isUntold(const CapabilityImp& type, StringView key) const {
+    const auto [at, isNew] = m_untold.try_emplace({type.toString(), String(key)}, true);
+    if (isNew) {
+        const auto& devices = m_machine.devicesCapableOf(type);
+        at->second = std::none_of(devices.begin(), devices.end(),
+                                  [&](const auto& device) { return device->findProperty(key) != nullptr; });
+    }
+    return at->second;
+}
+
 // A property that the recording skipped is not there, nor is one that could not be read; a measurement without a number
 // is there, with a wrong value.
 std::optional<Doubt> Unknowns::property(const IDeviceImp& device, StringView key) const {
@@ -121,7 +132,8 @@ std::optional<Doubt> Unknowns::property(const IDeviceImp& device, StringView key
     }
     if (m_hidesProperties && device.findProperty(key) == nullptr) {
         for (const UnreadSource& unread : m_machine.unread()) {
-            if (unread.mayHide(device.type(), key)) {
+            if (unread.mayHide(device.type(), key) ||
+                (unread.leavesUntold(device.type()) && isUntold(device.type(), key))) {
                 return doubtOf(Cause::Unread, unread.source, unread.reason);
             }
         }
@@ -138,7 +150,7 @@ std::optional<Doubt> Unknowns::property(const CapabilityImp& covered, StringView
         }
     }
     for (const UnreadSource& unread : m_machine.unread()) {
-        if (unread.mayHide(covered, key)) {
+        if (unread.mayHide(covered, key) || (unread.leavesUntold(covered) && isUntold(covered, key))) {
             return doubtOf(Cause::Unread, unread.source, unread.reason);
         }
     }

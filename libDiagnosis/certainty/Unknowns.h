@@ -1,7 +1,9 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "libDiagnosis/certainty/Doubt.h"
@@ -19,6 +21,9 @@ public:
 
     /// Whether some property of some device is not known.
     bool hasProperties() const noexcept { return m_hidesProperties || !m_properties.empty(); }
+
+    /// Whether some property that is there may have another value.
+    bool hasWrongValues() const noexcept { return !m_properties.empty(); }
 
     /// Why a device of that type may be there unseen; nothing when there is none for sure. A strict look takes a device
     /// of an unknown type for any, another only for one whose type is spelled nearly so.
@@ -49,12 +54,14 @@ private:
         String text;
     };
 
+    bool isUntold(const CapabilityImp& type, StringView key) const;
     std::optional<Doubt> unseen(const CapabilityImp& type, bool isStrict) const;
 
     const StateManager& m_machine;
     std::vector<Unseen> m_unseen;
     std::unordered_map<const IDeviceImp*, std::vector<Property>> m_properties;
     bool m_hidesProperties = false;
+    mutable std::map<std::pair<String, String>, bool> m_untold;  // by type and key, as far as somebody asked
 };
 
 }  // namespace vrx

@@ -86,6 +86,10 @@ bool noteLimits(const RecordingFormatRow& row, Recording& recording, DamageList&
     noteLocators(recording, damage);
     noteLosses(row, damage, recording);
     noteGaps(row.gaps(), recording);
+    recording.addUnread({u"properties that no device of its type has",
+                         CapabilityImp::ALL(),
+                         String::UTF8Decode(std::string(row.title) + " may not tell of them"),
+                         {String(UnreadSource::UNTOLD_PROPERTY)}});
     return recording.size() > 0;
 }
 

@@ -25,9 +25,12 @@ std::string propertiesText(const UnreadSource& unread) {
 }  // namespace
 
 std::string unreadText(const UnreadSource& unread) {
-    const std::string what =
-        unread.properties.isEmpty() ? typesText(unread) : propertiesText(unread) + " of " + typesText(unread);
-    return printable(unread.source) + " (" + printable(unread.reason) + "): " + what;
+    const std::string why = printable(unread.source) + " (" + printable(unread.reason) + ")";
+    if (unread.leavesUntold(unread.types)) {
+        return why;
+    }
+    return why + ": " +
+           (unread.properties.isEmpty() ? typesText(unread) : propertiesText(unread) + " of " + typesText(unread));
 }
 
 void writeUnread(JsonWriter& json, const Array<UnreadSource>& unread) {
