@@ -132,6 +132,13 @@ struct VRX_EXPORT DeviceOutcome {
     std::optional<Finding> refusal;
 };
 
+/// Elements that ask for fewer devices than they are. None of them can be left out: without any one, the others could
+/// all be served.
+struct VRX_EXPORT Competition {
+    Array<const XmlElement*> elements;             ///< in document order
+    Array<boost::shared_ptr<IDeviceImp>> devices;  ///< all that any of them would take; one fewer than elements
+};
+
 /// Which alternative an `or` element stands for in the combination that the findings speak of.
 struct VRX_EXPORT ChosenAlternative {
     const XmlElement* orElement = nullptr;
@@ -164,6 +171,14 @@ struct VRX_EXPORT RunSummary {
 
     /// Whether the host had the run stopped before it had tried all combinations.
     bool wasStopped = false;
+
+    /// Whether the combination that the findings speak of is assigned otherwise than greedily, because that leaves less
+    /// undone. A run that passes so would not have passed with that combination otherwise; with Assignment::Auto, with
+    /// none.
+    bool isAssignedExactly = false;
+
+    /// The `device` elements of it that have a device only because of that, in document order.
+    Array<const XmlElement*> exactlyAssigned;
 
     /// Devices that a `fail-on-extra` element covers but whose type cannot stand in the script of a single-device
     /// check, so that the element's constraints could not be asked of them. They count as not meeting these.

@@ -21,6 +21,7 @@ namespace vrx {
 class InventoryTestObserver;
 class MatchCache;
 struct ChosenAlternative;
+struct Competition;
 struct DeviceOutcome;
 struct ExtraDevice;
 struct Finding;
@@ -104,6 +105,22 @@ public:
         PartsNoRoot = 4       ///< the document has no root element
     };
 
+    /// How devices that several elements would take are dealt out.
+    enum class Assignment : std::uint8_t {
+        /// Each device that several elements want goes to the one with the fewest candidates. Fast, and as a rule all
+        /// elements have one then; but an element may be left without although another choice had served all.
+        Greedy,
+
+        /// For each combination of alternatives greedily, and where that leaves an element without a device, or a
+        /// device extra, by a choice that leaves as few elements without as any can; of these one that leaves as few
+        /// devices extra as any can. A combination passes when there is any choice by which it does.
+        Exact,
+
+        /// All combinations greedily; when none has passed, all of them once more exactly. What passes greedily passes
+        /// as it would have.
+        Auto
+    };
+
     using DeviceToPartsTable = HashTable<String, Array<PartSpec>, EqualFunc<String>, HashFunc<String>>;
 
     class InventoryDeviceAssociations;
@@ -147,6 +164,10 @@ public:
     /// A table (borrowed, null for none) into which runs enter, under each device's guid, the satisfied parts that the
     /// device belongs to.
     void setDeviceToPartsTable(DeviceToPartsTable* table);
+
+    /// Initially Greedy. RunSummary says whether the choice was another than the greedy one. Applies to the first run
+    /// of a script that was loaded; a script that is run again without being loaded is assigned greedily.
+    void setAssignment(Assignment assignment);
 
     // ---- Running (engine/RunDriver.cpp) ----
 
@@ -192,6 +213,11 @@ public:
     /// The device that a `device` element has in the combination that the findings speak of; null when it has none.
     /// Costs no more than a look into a table, whatever was tried.
     const IDeviceImp* deviceOf(const XmlElement& element) const;
+
+    /// For a `device` element that has no device although some would do: which elements compete for too few devices,
+    /// itself among them. Empty for others, and where another assignment would serve it (Assignment::Greedy may leave
+    /// such).
+    Competition competitionFor(const XmlElement& element) const;
 
     /// The `device` element that holds the device in the combination that the findings speak of; null when none does.
     const XmlElement* holderOf(const IDeviceImp& device) const;

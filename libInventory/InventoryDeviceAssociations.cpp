@@ -180,6 +180,11 @@ void Associations::getAssociatedDevices(const XmlElement* element, Array<boost::
     }
 }
 
+const void* Associations::linksOf(const XmlElement* element) const {
+    const InventoryNode* const node = findNode(element);
+    return node != nullptr ? &node->allLinks() : nullptr;
+}
+
 void Associations::getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const {
     for (const auto& entry : m_inventoryNodes) {
         entry.value->forEachLink([&](const DeviceNode& device) { out.emplace_back(entry.key, device.device().get()); });

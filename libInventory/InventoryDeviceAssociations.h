@@ -11,6 +11,7 @@
 #include "libCommon/containers/OrderedHashTable.h"
 #include "libCommon/text/String.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/InventoryDeviceAssociationsLinks.h"
 #include "libSystemState/Forward.h"
 
 namespace vrx {
@@ -72,6 +73,13 @@ public:
     /// Leaves every node at most one link; see InventoryDeviceAssociationsReduction.cpp.
     void removeExtraLinks();
 
+    /// All links, also those that were reduced away, unless pairs were linked twice: then what is left.
+    AssociationLinks links();
+
+    /// Leaves each of these elements that device and all others none, whatever a reduction has chosen. Requires: they
+    /// are pairs of the present links, and nothing stands in two of them.
+    void assign(const std::vector<AssociationLinks::Pair>& pairs);
+
     /// Appends the nodes of elements without links, in order.
     void getUnsatisfiedInventories(Array<const InventoryNode*>& out) const;
 
@@ -80,6 +88,9 @@ public:
 
     /// The same with the devices whose links were reduced away.
     void getAssociatedDevices(const XmlElement* element, Array<boost::shared_ptr<IDeviceImp>>& out) const;
+
+    /// The same for elements that share one list of links, and for no others; null when the element is unknown.
+    const void* linksOf(const XmlElement* element) const;
 
     /// Appends every link, in the order of the elements. The devices live as long as the graph holds them.
     void getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const;

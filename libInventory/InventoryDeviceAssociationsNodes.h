@@ -86,7 +86,7 @@ private:
 
     Links m_links;
     std::uint32_t m_linkCount = 0;
-    std::uint32_t m_mark = 0;  ///< scratch of the search for parallel links
+    std::uint32_t m_mark = 0;  ///< scratch of walks over the links
 };
 
 class Inventory::InventoryDeviceAssociations::InventoryNode : public GraphNode {
@@ -229,6 +229,7 @@ struct Inventory::InventoryDeviceAssociations::Storage {
 
     std::vector<std::vector<GraphNode*>> takeLinks();
     void countMarkedLinks();
+    void removeAllLinks();
 
     /// Drops the links that are marked as removed. Requires: there are no bundles, or no reduction was made.
     void compact();

@@ -18,12 +18,8 @@ namespace vrx {
 bool ExtraDeviceSearch::findNone(unsigned slot) {
     bool foundExtras = false;
     if (!m_state.m_failOnExtraElements.isEmpty()) {
-        if (!m_state.m_extraDeviceRules) {
-            m_state.m_extraDeviceRules =
-                std::make_unique<ExtraDeviceRules>(m_state.m_failOnExtraElements, *m_state.m_stateManager);
-        }
         std::size_t at = 0;
-        const StateManager::DeviceArray& covered = m_state.m_extraDeviceRules->coveredDevices();
+        const StateManager::DeviceArray& covered = rules().coveredDevices();
         for (std::size_t position = 0; position < covered.size(); ++position) {
             logPassedOver(at, covered[position].get());
             foundExtras = examine(position, slot) || foundExtras;
@@ -32,6 +28,32 @@ bool ExtraDeviceSearch::findNone(unsigned slot) {
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug, u"checkForExtraDevices() foundExtras: " << foundExtras);
     return !foundExtras;
+}
+
+ExtraDeviceRules& ExtraDeviceSearch::rules() {
+    if (!m_state.m_extraDeviceRules) {
+        m_state.m_extraDeviceRules =
+            std::make_unique<ExtraDeviceRules>(m_state.m_failOnExtraElements, *m_state.m_stateManager);
+    }
+    return *m_state.m_extraDeviceRules;
+}
+
+std::vector<boost::shared_ptr<IDeviceImp>> ExtraDeviceSearch::watched() {
+    std::vector<boost::shared_ptr<IDeviceImp>> devices;
+    if (m_state.m_failOnExtraElements.isEmpty()) {
+        return devices;
+    }
+    const StateManager::DeviceArray& covered = rules().coveredDevices();
+    for (std::size_t position = 0; position < covered.size(); ++position) {
+        for (std::size_t rule = 0; rule < rules().count(); ++rule) {
+            if (rules().covers(rule, *covered[position]) &&
+                rules().satisfiesConstraints(rule, position, m_state.m_record)) {
+                devices.push_back(covered[position]);
+                break;
+            }
+        }
+    }
+    return devices;
 }
 
 // Contract: a rule's constraints are asked whether or not the device turned out extra.

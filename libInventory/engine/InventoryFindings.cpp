@@ -3,6 +3,7 @@
 #include "libInventory/Finding.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/assignment/CompetitionSearch.h"
 #include "libInventory/engine/findings/DeviceOutcomes.h"
 #include "libInventory/engine/findings/KeptLinks.h"
 #include "libInventory/engine/findings/RunFindings.h"
@@ -36,6 +37,10 @@ const IDeviceImp* Inventory::deviceOf(const XmlElement& element) const {
 }
 
 const XmlElement* Inventory::holderOf(const IDeviceImp& device) const { return keptLinksOf(*m_state).holderOf(device); }
+
+Competition Inventory::competitionFor(const XmlElement& element) const {
+    return findCompetition(*m_state, keptLinksOf(*m_state), element);
+}
 
 Array<ChosenAlternative> Inventory::chosenAlternatives() const { return RunFindings(*m_state).chosenAlternatives(); }
 

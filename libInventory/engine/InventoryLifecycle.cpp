@@ -50,6 +50,8 @@ void Inventory::setProgress(std::function<bool(const RunProgress&)> progress) {
     m_state->m_progress = std::move(progress);
 }
 
+void Inventory::setAssignment(Assignment assignment) { m_state->m_assignment = assignment; }
+
 void Inventory::setDeviceToPartsTable(DeviceToPartsTable* table) { m_state->m_deviceToPartsTable = table; }
 
 void Inventory::setMatchCache(MatchCache* cache) { m_state->m_matchCache = cache; }
@@ -69,6 +71,16 @@ void InventoryState::returnBaseSet() {
         m_associations.clear();
         m_hasBaseSetInUse = false;
     }
+}
+
+const Inventory::InventoryDeviceAssociations& InventoryState::setOf(const XmlElement& element) const {
+    for (const XmlContainer* at = &element; at != nullptr; at = at->Parent()) {
+        const auto alternative = m_record.alternatives.find(at->ToElement());
+        if (alternative != m_record.alternatives.end()) {
+            return m_associationSets[alternative->second];
+        }
+    }
+    return m_hasBaseSetInUse ? m_associations : m_associationSets[0];
 }
 
 // The error slots are keyed by elements of the script that goes away, which nobody can ask for again; they are emptied

@@ -92,6 +92,12 @@ struct InventoryState {
     /// Only the single-device check turns it on: matched properties get tips too.
     bool m_tipMatchedProperties = false;
 
+    Inventory::Assignment m_assignment = Inventory::Assignment::Greedy;
+
+    /// Whether the combinations of the present run are assigned exactly now, and whether they may be later.
+    bool m_assignsExactly = false;
+    bool m_mayAssignExactly = false;
+
     /// Product of the satisfiable alternatives of all `or` elements.
     std::uint32_t m_totalCombinations = 1;
 
@@ -126,6 +132,9 @@ struct InventoryState {
 
     /// Puts the base set back in its place, as it was before the run took it, when a run has.
     void returnBaseSet();
+
+    /// The links of the nearest alternative around the element, or the base set.
+    const Inventory::InventoryDeviceAssociations& setOf(const XmlElement& element) const;
 
     /// Forgets the script and all that was found out about it.
     void reset();

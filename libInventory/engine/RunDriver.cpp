@@ -6,10 +6,14 @@
 /// The first iteration files its findings in the slot of the best iteration, all later ones in the slot of the current
 /// one; a better iteration's slot takes the place of the best one's.
 ///
+/// A run that assigns devices exactly only where the greedy way fails tries all combinations in the one way first,
+/// then, from the same start, in the other.
+///
 /// Contract: the list of unsatisfied devices is that of the last combination tried, not of the best.
 
 #include "libInventory/engine/RunDriver.h"
 
+#include <optional>
 #include <utility>
 
 #include "libCommon/error/Exception.h"
@@ -20,6 +24,8 @@
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/ScriptNotices.h"
 #include "libInventory/engine/SecondPass.h"
+#include "libInventory/engine/assignment/LinkAssignment.h"
+#include "libInventory/engine/assignment/RunStart.h"
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/findings/ErrorGathering.h"
 #include "libInventory/engine/findings/KeptLinks.h"
@@ -78,6 +84,26 @@ bool RunDriver::tryCombinations(XmlElement* root) {
     FirstPass(m_state).run(root, false, 0);
     VRX_LOG(inventoryLog(), LogPriority::Info, u"First Pass: totalCombinations = " << m_state.m_totalCombinations);
 
+    const Inventory::Assignment assignment = m_state.m_assignment;
+    m_state.m_assignsExactly = !m_isRepeated && assignment == Inventory::Assignment::Exact;
+    m_state.m_mayAssignExactly = !m_isRepeated && assignment == Inventory::Assignment::Auto;
+    std::optional<const RunStart> start;
+    if (m_state.m_mayAssignExactly) {
+        start.emplace(m_state);
+    }
+    const bool status = tryAll(root) || (start && tryAllExactly(root, *start));
+
+    if (status) {
+        keepChoices();
+    } else {
+        tellFailure(root);
+    }
+    m_state.m_record.hasKeptCombination = true;
+    m_state.m_record.hasPassed = status;
+    return status;
+}
+
+bool RunDriver::tryAll(XmlElement* root) {
     bool status = false;
     bool mayGoOn = asksToGoOn();
     do {
@@ -96,15 +122,20 @@ bool RunDriver::tryCombinations(XmlElement* root) {
         mayGoOn = mayGoOn && asksToGoOn();
         m_state.m_record.summary.wasStopped = !mayGoOn;
     } while (mayGoOn);
-
-    if (status) {
-        keepChoices();
-    } else {
-        tellFailure(root);
-    }
-    m_state.m_record.hasKeptCombination = true;
-    m_state.m_record.hasPassed = status;
     return status;
+}
+
+bool RunDriver::tryAllExactly(XmlElement* root, const RunStart& start) {
+    if (!m_state.m_record.couldGainByExactness || m_state.m_record.summary.wasStopped) {
+        return false;
+    }
+    start.restore(m_state);
+    m_state.m_assignsExactly = true;
+    m_iteration = 0;
+    m_slot = slot::BEST;
+    m_anySatisfied = false;
+    m_bestIsPresent = false;
+    return tryAll(root);
 }
 
 bool RunDriver::asksToGoOn() const {
@@ -118,7 +149,7 @@ bool RunDriver::tryNext(XmlElement* root, Inventory::ErrorSpec& errors) {
     m_state.m_unsatisfiedDevices.clear();
     takeBaseSet();
     AlternativeOdometer(m_state).merge(root, !first);
-    m_state.m_associations.removeExtraLinks();
+    LinkAssignment(m_state).settle();
 
     SecondPass pass(m_state, m_slot);
     bool status = pass.run(root, false);
@@ -137,7 +168,7 @@ bool RunDriver::tryNext(XmlElement* root, Inventory::ErrorSpec& errors) {
 /// element stand apart in it, and a copy, which brings them together, is reduced in another order.
 void RunDriver::takeBaseSet() {
     Inventory::InventoryDeviceAssociations& associations = m_state.m_associations;
-    if (m_iteration > 1) {
+    if (m_hasBaseSet) {
         associations.rewind();
         associations.logLinks();
         return;
@@ -151,6 +182,7 @@ void RunDriver::takeBaseSet() {
         m_state.m_hasBaseSetInUse = true;
     }
     associations.mark();
+    m_hasBaseSet = true;
 }
 
 void RunDriver::keepBest(const Inventory::ErrorSpec& errors) {
@@ -194,6 +226,12 @@ void RunDriver::keepChoices() {
     for (const XmlElement* const element : m_state.m_record.orElements) {
         const ElementContext& context = *InventoryState::existingContext(element);
         choices.push_back({element, context.m_selectedChild, context.m_pruned});
+    }
+    RunSummary& summary = m_state.m_record.summary;
+    summary.isAssignedExactly = m_state.m_record.isAssignedExactly;
+    summary.exactlyAssigned.clear();
+    for (const XmlElement* const element : m_state.m_record.exactlyAssigned) {
+        summary.exactlyAssigned.append(element);
     }
 }
 

@@ -7,6 +7,7 @@
 
 namespace vrx {
 
+class RunStart;
 struct InventoryState;
 
 /// One run of the loaded script.
@@ -20,6 +21,8 @@ public:
 private:
     void begin();
     bool tryCombinations(XmlElement* root);
+    bool tryAll(XmlElement* root);
+    bool tryAllExactly(XmlElement* root, const RunStart& start);
     bool asksToGoOn() const;
     bool tryNext(XmlElement* root, Inventory::ErrorSpec& errors);
     void takeBaseSet();
@@ -33,6 +36,7 @@ private:
     InventoryState& m_state;
     std::uint32_t m_iteration = 0;  ///< the present one, from 1
     bool m_isRepeated = false;      ///< the script was run before
+    bool m_hasBaseSet = false;      ///< the working graph can go back to it
     bool m_anySatisfied = false;
     unsigned m_slot;              ///< where the present iteration files its errors
     Inventory::ErrorSpec m_best;  ///< the measure of the best iteration so far

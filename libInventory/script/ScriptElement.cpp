@@ -56,6 +56,16 @@ const XmlElement* deviceAround(const XmlElement& element) noexcept {
     return nullptr;
 }
 
+bool isUnderNot(const XmlElement& element) noexcept {
+    for (const XmlNode* node = element.Parent(); node != nullptr; node = node->Parent()) {
+        const XmlElement* const at = node->ToElement();
+        if (at != nullptr && vocabulary::kindOf(*at) == vocabulary::ElementKind::Not) {
+            return true;
+        }
+    }
+    return false;
+}
+
 String askedFor(const XmlElement& device, StringView attribute) {
     const StringView text = attributeOf(device, attribute);
     return text.empty() || isSwitchedOff(device, attribute) ? String() : fromXmlSafe(text);

@@ -22,6 +22,9 @@ VRX_EXPORT StringView attributeOf(const XmlElement& element, StringView name) no
 /// The `device` element that the element is or lies in; null when there is none.
 VRX_EXPORT const XmlElement* deviceAround(const XmlElement& element) noexcept;
 
+/// Whether the element lies in a `not`.
+VRX_EXPORT bool isUnderNot(const XmlElement& element) noexcept;
+
 /// What a `device` element asks for with that attribute, decoded; empty where the root of the script switches it off.
 VRX_EXPORT String askedFor(const XmlElement& device, StringView attribute);
 

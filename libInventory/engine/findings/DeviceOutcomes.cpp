@@ -23,17 +23,6 @@ const FiledFindings* filedOn(const InventoryState& state, const XmlElement& elem
     return state.m_tipTables[slot].find(const_cast<XmlElement*>(&element));
 }
 
-/// The association set of the nearest alternative around the element, or the base set.
-const Inventory::InventoryDeviceAssociations& setOf(const InventoryState& state, const XmlElement& element) {
-    for (const XmlContainer* at = &element; at != nullptr; at = at->Parent()) {
-        const auto alternative = state.m_record.alternatives.find(at->ToElement());
-        if (alternative != state.m_record.alternatives.end()) {
-            return state.m_associationSets[alternative->second];
-        }
-    }
-    return state.m_hasBaseSetInUse ? state.m_associations : state.m_associationSets[0];
-}
-
 }  // namespace
 
 DeviceOutcomes::DeviceOutcomes(const InventoryState& state, const XmlElement& element)
@@ -107,7 +96,7 @@ std::vector<DeviceOutcomes::DevicePointer> DeviceOutcomes::linked(const std::vec
         known.insert(one.candidate.device.get());
     }
     Array<DevicePointer> all;
-    setOf(m_state, m_element).getAssociatedDevices(&m_element, all);
+    m_state.setOf(m_element).getAssociatedDevices(&m_element, all);
     std::vector<DevicePointer> others;
     for (const DevicePointer& device : all) {
         if (known.insert(device.get()).second) {

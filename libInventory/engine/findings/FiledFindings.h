@@ -74,6 +74,13 @@ public:
         m_firstOfRun = 0;
     }
 
+    /// Takes back what was filed of that kind. Requires: nothing was filed before this run.
+    void remove(FindingKind kind) {
+        spreadOut();
+        const auto removed = std::erase_if(m_entries, [kind](const Entry& entry) { return entry.kind == kind; });
+        m_count -= removed * tipsOf(kind);
+    }
+
     /// Entries from here on are those of the run that begins.
     void beginRun() noexcept { m_firstOfRun = m_entries.size() + m_inRanges; }
     std::size_t firstOfRun() const noexcept { return m_firstOfRun; }

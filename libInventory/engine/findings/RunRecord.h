@@ -53,6 +53,14 @@ struct RunRecord {
     std::vector<XmlElement*> orElements;                                  ///< in document order
     boost::unordered_flat_map<const XmlElement*, std::vector<SilentCandidate>> silentCandidates;
 
+    /// Whether some combination did not pass that might when devices are assigned exactly.
+    bool couldGainByExactness = false;
+
+    /// Of the combination under evaluation: whether it is assigned otherwise than greedily, and the elements that only
+    /// have a device because of that.
+    bool isAssignedExactly = false;
+    std::vector<const XmlElement*> exactlyAssigned;
+
     /// Of the combination that the findings speak of; none before a run has ended as runs do.
     bool hasKeptCombination = false;
     bool hasPassed = false;

@@ -52,6 +52,55 @@ Outcome PlainRun::run() {
     return m_outcome;
 }
 
+bool PlainRun::passesSomehow() {
+    number(m_root, "", 0);
+    firstPass(m_root, false, 0);
+    for (unsigned tried = 0; tried < m_combinations; ++tried) {
+        m_links = m_linkSets[0];
+        bool increment = tried > 0;
+        merge(m_root, increment);
+        m_of.clear();
+        m_taken.clear();
+        if (passesFrom(0)) {
+            return true;
+        }
+        Count errors;
+        reduce();
+        secondPass(m_root, false, CURRENT, errors);
+    }
+    return false;
+}
+
+/// Gives the device to each of its elements in turn that has none, and to none, and so on with the next.
+bool PlainRun::passesFrom(std::size_t device) {
+    if (device == m_machine.size()) {
+        PlainRun trial = *this;
+        Count errors;
+        return !hasSpareLink() && trial.secondPass(m_root, false, CURRENT, errors) && !trial.findExtras(CURRENT);
+    }
+    for (const Link& link : m_links) {
+        if (link.device == static_cast<int>(device) && m_of[link.element].empty()) {
+            m_of[link.element] = {link.device};
+            m_taken.insert(link.device);
+            const bool passes = passesFrom(device + 1);
+            m_of[link.element].clear();
+            m_taken.erase(link.device);
+            if (passes) {
+                return true;
+            }
+        }
+    }
+    return passesFrom(device + 1);
+}
+
+/// Whether somebody could have one more: then the same with that is tried too, and does no worse.
+bool PlainRun::hasSpareLink() const {
+    return std::any_of(m_links.begin(), m_links.end(), [this](const Link& link) {
+        const auto at = m_of.find(link.element);
+        return !m_taken.contains(link.device) && (at == m_of.end() || at->second.empty());
+    });
+}
+
 void PlainRun::number(const Element& element, const std::string& parent, unsigned position) {
     const std::string kind = lower(element.tag);
     if (parent == "and" && kind != "and" && kind != "or" && kind != "not") {

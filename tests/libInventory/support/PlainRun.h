@@ -42,6 +42,9 @@ public:
 
     Outcome run();
 
+    /// Whether some combination passes when every way to deal out the devices is tried.
+    bool passesSomehow();
+
 private:
     struct Link {
         const Element* element;
@@ -76,6 +79,8 @@ private:
     void merge(const Element& element, bool& increment);
     void mergeOr(const Element& element, bool& increment);
     void reduce();
+    bool passesFrom(std::size_t device);
+    bool hasSpareLink() const;
     bool secondPass(const Element& element, bool underNot, int slot, Count& errors);
     bool decide(const Element& element, bool underNot, int slot, Count& errors);
     bool decideAll(const Element& element, bool underNot, int slot, Count& errors);
@@ -104,6 +109,10 @@ private:
     std::map<std::string, std::vector<std::pair<std::string, std::string>>> m_parts;
     Outcome m_outcome;
 };
+
+inline bool passesByAnyAssignment(Element script, const Machine& machine, bool withPartsTable) {
+    return PlainRun(script, machine, withPartsTable).passesSomehow();
+}
 
 /// Runs by the plain rules. An `or` may not stand inside a `part`.
 inline Outcome runPlainly(Element script, const Machine& machine, bool withPartsTable) {
