@@ -46,16 +46,19 @@ def write_keys(m, s, size):
     script(s, [element("".join(recorded(key, "^on$") for key in colliding_keys(size)))])
 
 
+def rules(size):
+    return (f'<fail-on-extra type="MemoryModule">{recorded("Size", f"^{rule} KB$")}</fail-on-extra>\n'
+            for rule in range(size))
+
+
 def write_rules(m, s, size):
     equal_machine(m, 10 * size)
-    script(s, (f'<fail-on-extra type="MemoryModule">{recorded("Size", f"^{rule} KB$")}</fail-on-extra>\n'
-               for rule in range(size)))
+    script(s, rules(size))
 
 
 def write_equal(m, s, size):
     equal_machine(m, size)
     script(s, (element(recorded("Size", "^16 GB$")) for _ in range(size)))
-
 
 
 def write_parts(m, s, size):
