@@ -10,7 +10,9 @@
 #include "cli/completion/MachineWords.h"
 #include "cli/help/CommandTable.h"
 #include "cli/manual/Topics.h"
+#include "libDiagnosis/FaultKindNames.h"
 #include "libMachine/MachineCollector.h"
+#include "libSystemState/capabilities/CapabilityNames.h"
 
 namespace vrx::cli {
 
@@ -147,7 +149,9 @@ private:
         } else if (name == "FORMAT:FILE") {
             formatsOfFiles();
         } else if (name == "NAME,...") {
-            sources();
+            sources(option);
+        } else if (name == "KIND[,KIND]") {
+            kinds();
         } else {
             m_result.files = filesFor(name);
         }
@@ -161,13 +165,26 @@ private:
         m_result.files = m_word.find(':') == m_word.npos ? Completion::Files::None : Completion::Files::Any;
     }
 
-    /// Several with commas between them.
-    void sources() {
-        const std::size_t comma = m_word.rfind(',');
-        const std::string before = comma == m_word.npos ? std::string() : m_word.substr(0, comma + 1);
+    void sources(const CLI::Option& option) {
         for (const CollectSource& source : collectSources()) {
-            add(before + std::string(source.name), std::string(source.description));
+            addToList(source.name, std::string(source.description));
         }
+        if (option.check_lname("exclude")) {
+            for (const StringView type : capabilityNames()) {
+                addToList(String(type).toUtf8(), "device type");
+            }
+        }
+    }
+
+    void kinds() {
+        for (const FaultKind kind : allFaultKinds()) {
+            addToList(nameOf(kind), {});
+        }
+    }
+
+    /// One of several with commas between them.
+    void addToList(std::string_view word, std::string text) {
+        add(m_word.substr(0, m_word.rfind(',') + 1).append(word), std::move(text));
     }
 
     static Completion::Files filesFor(const std::string& name) {

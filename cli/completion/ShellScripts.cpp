@@ -73,13 +73,15 @@ function __vrx_inventory_complete
     set -l words (commandline -opc) (commandline -ct | string unescape)
     type -q $words[1]; or return
     set -l lines ($words[1] __complete words $words[2..-1] 2>/dev/null)
-    switch "$lines[1]"
-        case files
-            __fish_complete_path (commandline -ct)
+    set -l option (string match -r -- '^--[^=]*=' $words[-1]; or echo '')
+    set -l path (string replace -r -- '^--[^=]*=' '' $words[-1])
+    switch "$lines[1]$option"
         case xml
             __fish_complete_suffix .xml
-        case folders
-            __fish_complete_directories (commandline -ct)
+        case 'files*' 'xml*'
+            printf '%s\n' $option(__fish_complete_path "$path")
+        case 'folders*'
+            printf '%s\n' $option(__fish_complete_directories "$path")
         case '*'
             printf '%s\n' $lines[2..-1]
     end

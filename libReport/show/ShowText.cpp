@@ -168,7 +168,9 @@ std::string showText(const ShowReport& report, const TextFormat& format) {
     const std::string shown = report.devices.size() == count ? "" : std::to_string(report.devices.size()) + " of ";
     std::string out = printable(std::string_view(report.machineName)) + ": " + shown + counted(count, "device") + "\n";
     for (const UnreadSource& unread : report.machine.unread()) {
-        out += styled("not read: " + unreadText(unread), Style::Caution, format.colour) + "\n";
+        for (const std::string& line : wrapped("not read: " + unreadText(unread), lineWidth(format))) {
+            out += styled(line, Style::Caution, format.colour) + "\n";
+        }
     }
     if (report.hasProperties) {
         for (const IDeviceImp* const device : report.devices) {

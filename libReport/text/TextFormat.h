@@ -18,4 +18,9 @@ struct TextFormat {
     bool isStable = false;           ///< no times or dates, so that reports can be compared
 };
 
+/// How wide lines of prose may be: nobody breaks them for a program.
+constexpr unsigned lineWidth(const TextFormat& format) noexcept {
+    return format.isTerminal ? format.width : TextFormat::UNBROKEN;
+}
+
 }  // namespace vrx

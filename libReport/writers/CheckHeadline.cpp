@@ -3,10 +3,12 @@
 #include <fmt/format.h>
 
 #include <limits>
+#include <utility>
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/faults/FaultText.h"
 #include "libReport/text/DoubtText.h"
+#include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 
 namespace vrx {
@@ -56,6 +58,15 @@ std::string doubtSentence(const CheckReport& report) {
     return "not everything that the script asks for could be tried";
 }
 
+std::pair<std::string, Style> wordOf(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::Passed: return {"PASSED", Style::Good};
+        case Verdict::NothingToCheck: return {"NOTHING CHECKED", Style::Caution};
+        case Verdict::Undecided: return {"UNDETERMINED", Style::Caution};
+        default: return {"FAILED", Style::Bad};
+    }
+}
+
 }  // namespace
 
 std::string headlineOf(const CheckReport& report) {
@@ -84,6 +95,19 @@ std::string headlineOf(const DeviceCheckReport& report) {
     }
     return report.isTypeUsable ? "a pattern took too much work on a value and was given up"
                                : "no script can ask for the device's type \"" + printable(report.device.type) + "\"";
+}
+
+std::string verdictLine(Verdict verdict, const std::string& headline, const TextFormat& format) {
+    const auto [word, style] = wordOf(verdict);
+    std::string out = styled(word, style, format.colour);
+    std::string indent = "  ";
+    const unsigned taken = displayWidth(word) + displayWidth(indent);
+    const unsigned room = format.isTerminal && format.width > 2 * taken ? format.width - taken : TextFormat::UNBROKEN;
+    for (const std::string& line : wrapped(headline, room)) {
+        out += indent + line + "\n";
+        indent.assign(taken, ' ');
+    }
+    return out;
 }
 
 }  // namespace vrx

@@ -4,6 +4,7 @@
 
 #include "libReport/CheckReport.h"
 #include "libReport/DeviceCheckReport.h"
+#include "libReport/text/TextFormat.h"
 
 namespace vrx {
 
@@ -13,5 +14,8 @@ std::string headlineOf(const CheckReport& report);
 
 /// The same of the check of one device, as long as it may be.
 std::string headlineOf(const DeviceCheckReport& report);
+
+/// The verdict and what is to be said first; on a terminal as many lines as that takes.
+std::string verdictLine(Verdict verdict, const std::string& headline, const TextFormat& format);
 
 }  // namespace vrx

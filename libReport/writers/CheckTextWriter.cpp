@@ -12,6 +12,7 @@
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
 #include "libReport/text/UnreadText.h"
+#include "libReport/writers/CheckHeadline.h"
 #include "libReport/writers/NoticeText.h"
 #include "libReport/writers/PlacedLines.h"
 #include "libReport/writers/Writers.h"
@@ -19,15 +20,6 @@
 namespace vrx {
 
 namespace {
-
-std::string verdictText(Verdict verdict, const TextFormat& format) {
-    switch (verdict) {
-        case Verdict::Passed: return styled("PASSED", Style::Good, format.colour);
-        case Verdict::NothingToCheck: return styled("NOTHING CHECKED", Style::Caution, format.colour);
-        case Verdict::Undecided: return styled("UNDETERMINED", Style::Caution, format.colour);
-        default: return styled("FAILED", Style::Bad, format.colour);
-    }
-}
 
 /// The name of the script or the machine, and how much it holds.
 std::string inputText(const std::string& name, std::size_t count, const char* noun) {
@@ -48,7 +40,7 @@ std::string identityText(const MachineIdentity& machine) {
 }
 
 void writeHead(std::string& out, const CheckReport& report, const TextFormat& format) {
-    out += verdictText(report.verdict, format) + "  " + report.headline + "\n";
+    out += verdictLine(report.verdict, report.headline, format);
     TextTable table(2, {Style::Dim, Style::Plain});
     const std::string machine = identityText(report.machine);
     if (!machine.empty()) {
@@ -126,7 +118,7 @@ void writeUnknowns(std::string& out, const CheckReport& report, const TextFormat
 
 std::string checkText(const CheckReport& report, const TextFormat& asked) {
     TextFormat format = asked;
-    format.width = asked.isTerminal ? asked.width : TextFormat::UNBROKEN;
+    format.width = lineWidth(asked);
     std::string out;
     writeHead(out, report, format);
     writeFaults(out, report, format);

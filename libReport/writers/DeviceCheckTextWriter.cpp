@@ -28,25 +28,18 @@ std::string indentedScript(const String& xml) {
     return out;
 }
 
-std::string verdictWord(Verdict verdict, const TextFormat& format) {
-    switch (verdict) {
-        case Verdict::NothingToCheck: return styled("NOTHING CHECKED", Style::Caution, format.colour);
-        case Verdict::Undecided: return styled("UNDETERMINED", Style::Caution, format.colour);
-        case Verdict::Passed: return styled("PASSED", Style::Good, format.colour);
-        default: return styled("FAILED", Style::Bad, format.colour);
-    }
-}
-
 }  // namespace
 
 std::string deviceCheckText(const DeviceCheckReport& report, const TextFormat& format) {
-    std::string out = verdictWord(report.verdict, format) + "  " + headlineOf(report) + "\n";
+    std::string out = verdictLine(report.verdict, headlineOf(report), format);
     TextTable table(2, {Style::Dim, Style::Plain});
     table.addRow({"device", printable(report.device.type) + "  " + printable(report.device.name)});
     table.addRow({"guid", printable(report.guid)});
     table.write(out, format);
     for (std::size_t i = 1; i < report.doubts.size(); ++i) {
-        out += styled(doubtText(report.doubts[i]), Style::Caution, format.colour) + "\n";
+        for (const std::string& line : wrapped(doubtText(report.doubts[i]), lineWidth(format))) {
+            out += styled(line, Style::Caution, format.colour) + "\n";
+        }
     }
     if (report.annotatedScript) {
         out += "\n" + indentedScript(*report.annotatedScript);

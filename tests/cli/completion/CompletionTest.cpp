@@ -43,6 +43,9 @@ TEST_F(CompletionTest, KnowsCommandsOptionsAndTheirValues) {
     EXPECT_EQ(answer({"completion", "z"}), "words\nzsh\n");
     EXPECT_EQ(answer({"check", "a.xml", "--output", "ta"}), "words\ntap:\n");
     EXPECT_THAT(answer({"collect", "--source", "pci,us"}), StartsWith("words\npci,usb\t"));
+    EXPECT_THAT(answer({"collect", "--exclude", "pci,NvmeD"}), StartsWith("words\npci,NvmeDrive\t"));
+    EXPECT_THAT(answer({"collect", "--source", "NvmeD"}), "words\n");
+    EXPECT_EQ(answer({"check", "a.xml", "--warning-kinds=moved,sw"}), "words\n--warning-kinds=moved,swapped\n");
     EXPECT_EQ(answer({"show", "--", "--for"}), "words\n");
 }
 

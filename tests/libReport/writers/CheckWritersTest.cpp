@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <boost/json.hpp>
+#include <sstream>
 
+#include "libCommon/text/PrintableText.h"
 #include "libReport/CheckRun.h"
 #include "libReport/writers/FindingLines.h"
 
@@ -56,6 +58,24 @@ TEST_F(CheckWritersTest, ShowTheCandidateWithTheFewestFailedProperties) {
     EXPECT_EQ(difference.at("expected").at(0).as_string(), "^VRXRRANGE[900-1100] RPM$");
     EXPECT_EQ(difference.at("found").as_string(), "700 RPM");
     EXPECT_EQ(difference.at("row").as_int64(), 3);
+}
+
+TEST_F(CheckWritersTest, KeepToTheWidthOfATerminalOnly) {
+    const CheckReport& report = check(u"<Device type='Fan' name='F'/>",
+                                      u"<device type='TemperatureSensor' name='^one of several words to wrap$' "
+                                      u"hwlocator='pcie:1'/><device type='MemoryController' hwlocator='pcie:2'/>");
+    TextFormat format{.width = 40, .isTerminal = true, .isStable = true};
+    const std::string text = writerNamed(checkWriters(), "text")->write(report, format);
+    EXPECT_THAT(text,
+                testing::StartsWith("FAILED  pcie:1: TemperatureSensor \"one\n        of several words to wrap\" is\n"
+                                    "        missing, and 1 more fault\n"));
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_LE(displayWidth(line), format.width) << line;
+    }
+    format.isTerminal = false;
+    EXPECT_THAT(writerNamed(checkWriters(), "text")->write(report, format),
+                HasSubstr("pcie:1  TemperatureSensor \"one of several words to wrap\" is missing\n"));
 }
 
 TEST_F(CheckWritersTest, TellDevicesApartThatShareALocator) {
