@@ -19,8 +19,10 @@ if(VRX_SANITIZE OR VRX_SANITIZE_THREAD)
     set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
 endif()
 
-# An installed program finds shared libraries beside it (BUILD_SHARED_LIBS).
-set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+# An installed program finds shared libraries beside it. One that has none of ours need not look there for others.
+if(BUILD_SHARED_LIBS)
+    set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+endif()
 
 # The build folder is kept out of the hash, so that build folders of one source tree share their objects. Sources that
 # use precompiled headers need some leniency: the macros and the time stamps of what was precompiled are not compared.

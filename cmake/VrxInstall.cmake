@@ -24,7 +24,7 @@ install(FILES "${PROJECT_BINARY_DIR}/VrxInventoryConfig.cmake" "${PROJECT_BINARY
 # For pkg-config: the libraries of ours, those above before those below, and what the static ones of them link.
 list(TRANSFORM VRX_LIBRARIES PREPEND "-l" OUTPUT_VARIABLE VRX_PC_LIBRARIES)
 list(JOIN VRX_PC_LIBRARIES " " VRX_PC_LIBRARIES)
-set(VRX_PC_REQUIRES "fmt hwloc libarchive")
+set(VRX_PC_REQUIRES "fmt")
 if(NOT BUILD_SHARED_LIBS)
     string(APPEND VRX_PC_REQUIRES " libpcre2-16 icu-uc expat")
 endif()

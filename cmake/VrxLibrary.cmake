@@ -56,3 +56,16 @@ function(vrx_program name)
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES})
     vrx_compile_options(${name})
 endfunction()
+
+# vrx_starts_fast(<program> <source with the functions of {fmt}>)
+#
+# Takes the run-time libraries of C++ and {fmt} into a program as well (VrxDependencies.cmake). The sanitizers need the
+# shared ones.
+function(vrx_starts_fast program source)
+    if(VRX_LINK_ARCHIVES AND NOT VRX_SANITIZE AND NOT VRX_SANITIZE_THREAD)
+        target_sources(${program} PRIVATE ${source})
+        set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+        target_link_libraries(${program} PRIVATE fmt::fmt)
+        target_link_options(${program} PRIVATE -static-libstdc++ -static-libgcc -Wl,--as-needed)
+    endif()
+endfunction()

@@ -1,17 +1,16 @@
 /// Where log lines go.
 ///
 /// Lines for standard error go through log4cplus. A program that links log4cplus pays for it at every start: the
-/// library sets itself up and starts a pool of threads while it is loaded, which takes longer than a small check. This
-/// system has no threads of its own and most runs write no line, so the library is loaded when the first line is
-/// written, through its C interface. One logger of its own, cut off from the root, carries all lines, so that a host
-/// that uses log4cplus itself keeps its configuration; names and priorities are settled before a line comes here.
+/// library sets itself up and starts a pool of threads while it is loaded, which takes longer than a small check. Most
+/// runs write no line, so the library is loaded when the first line is written, through its C interface. One logger of
+/// its own, cut off from the root, carries all lines, so that a host that uses log4cplus itself keeps its
+/// configuration; names and priorities are settled before a line comes here.
 ///
 /// Files are written here, in the same form: that library says nothing of a line that a full disk did not take, and
 /// whoever relies on a log must learn that it has holes.
 
 #include "libCommon/logging/LogOutput.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <log4cplus/clogger.h>
 
@@ -21,6 +20,7 @@
 #include <ctime>
 
 #include "libCommon/io/FileDescriptor.h"
+#include "libCommon/io/SharedLibrary.h"
 #include "libCommon/logging/LogFile.h"
 #include "libCommon/logging/LoggerRegistry.h"
 #include "libCommon/text/PrintableText.h"
@@ -76,24 +76,14 @@ std::string lineStart(LogPriority priority) {
 }  // namespace
 
 /// The operations of the loaded library.
-struct LogOutput::Backend {
+struct LogOutput::Backend : SharedLibrary {
+    Backend() : SharedLibrary(LIBRARY, "liblog4cplus-2.0.5") {}
+
+    VRX_LOADED_FUNCTION(log4cplus_initialize)
+    VRX_LOADED_FUNCTION(log4cplus_str_configure)
+    VRX_LOADED_FUNCTION(log4cplus_logger_force_log_str)
+
     void* session = nullptr;  ///< keeps the library set up; it lasts as long as the process
-    decltype(&log4cplus_initialize) initialize = nullptr;
-    decltype(&log4cplus_str_configure) configure = nullptr;
-    decltype(&log4cplus_logger_force_log_str) log = nullptr;
-
-    bool load() {
-        void* const library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
-        return library != nullptr && find(library, "log4cplus_initialize", initialize) &&
-               find(library, "log4cplus_str_configure", configure) &&
-               find(library, "log4cplus_logger_force_log_str", log);
-    }
-
-    template <typename Operation>
-    static bool find(void* library, const char* name, Operation& operation) {
-        operation = reinterpret_cast<Operation>(dlsym(library, name));
-        return operation != nullptr;
-    }
 };
 
 void LogOutput::addStandardError() {
@@ -121,7 +111,7 @@ void LogOutput::write(const std::string& loggerName, LogPriority priority, Strin
     const std::lock_guard lock(m_mutex);
     writeToFiles(lineStart(priority) + line + '\n');
     if (const Backend* backend = m_toStandardError ? readyBackend() : nullptr) {
-        backend->log(LOGGER, levelOf(priority), line.c_str());
+        backend->log4cplus_logger_force_log_str(LOGGER, levelOf(priority), line.c_str());
     }
 }
 
@@ -146,13 +136,13 @@ void LogOutput::writeToFiles(std::string_view line) {
 LogOutput::Backend* LogOutput::readyBackend() {
     if (m_backend == nullptr) {
         m_backend = new Backend;
-        if (!m_backend->load()) {
-            std::fprintf(stderr, "log lines cannot be written: %s\n", dlerror());
+        if (!m_backend->problem().empty()) {
+            std::fprintf(stderr, "log lines cannot be written: %s\n", m_backend->problem().c_str());
             m_toStandardError = false;
             return nullptr;
         }
-        m_backend->session = m_backend->initialize();
-        m_backend->configure(CONFIGURATION);
+        m_backend->session = m_backend->log4cplus_initialize();
+        m_backend->log4cplus_str_configure(CONFIGURATION);
     }
     return m_backend;
 }

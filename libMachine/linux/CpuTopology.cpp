@@ -24,14 +24,40 @@
 #include <memory>
 #include <mutex>
 #include <numeric>
+#include <stdexcept>
 #include <string>
 
+#include "libCommon/io/SharedLibrary.h"
 #include "libMachine/linux/RootFolder.h"
 #include "libMachine/linux/SysfsTopology.h"
 
 namespace vrx {
 
 namespace {
+
+struct HwlocLibrary : SharedLibrary {
+    HwlocLibrary() : SharedLibrary("libhwloc.so.15", "libhwloc15") {}
+
+    VRX_LOADED_FUNCTION(hwloc_topology_init)
+    VRX_LOADED_FUNCTION(hwloc_topology_destroy)
+    VRX_LOADED_FUNCTION(hwloc_topology_set_components)
+    VRX_LOADED_FUNCTION(hwloc_topology_set_flags)
+    VRX_LOADED_FUNCTION(hwloc_topology_set_icache_types_filter)
+    VRX_LOADED_FUNCTION(hwloc_topology_set_io_types_filter)
+    VRX_LOADED_FUNCTION(hwloc_topology_set_type_filter)
+    VRX_LOADED_FUNCTION(hwloc_topology_load)
+    VRX_LOADED_FUNCTION(hwloc_get_type_depth)
+    VRX_LOADED_FUNCTION(hwloc_get_obj_by_depth)
+    VRX_LOADED_FUNCTION(hwloc_bitmap_first)
+    VRX_LOADED_FUNCTION(hwloc_bitmap_weight)
+    VRX_LOADED_FUNCTION(hwloc_bitmap_isincluded)
+};
+
+/// Only readCpuTopology asks for it before it is known to be there.
+const HwlocLibrary& hwloc() {
+    static const HwlocLibrary& library = *new HwlocLibrary;
+    return library;
+}
 
 /// Sets or removes a variable of the environment and puts it back at the end.
 class ScopedVariable {
@@ -59,7 +85,11 @@ private:
     std::optional<std::string> m_before;
 };
 
-using Topology = std::unique_ptr<hwloc_topology, decltype(&hwloc_topology_destroy)>;
+struct TopologyCloser {
+    void operator()(hwloc_topology_t topology) const noexcept { hwloc().hwloc_topology_destroy(topology); }
+};
+
+using Topology = std::unique_ptr<hwloc_topology, TopologyCloser>;
 
 Topology loadTopology(const RootFolder& root) {
     static std::mutex oneAtATime;
@@ -71,31 +101,31 @@ Topology loadTopology(const RootFolder& root) {
     const ScopedVariable file("HWLOC_XMLFILE", nullptr);
     const ScopedVariable synthetic("HWLOC_SYNTHETIC", nullptr);
 
-    Topology topology(nullptr, &hwloc_topology_destroy);
+    Topology topology;
     hwloc_topology_t handle = nullptr;
-    if (hwloc_topology_init(&handle) != 0) {
+    if (hwloc().hwloc_topology_init(&handle) != 0) {
         return topology;
     }
     topology.reset(handle);
-    hwloc_topology_set_components(handle, HWLOC_TOPOLOGY_COMPONENTS_FLAG_BLACKLIST, "x86");
+    hwloc().hwloc_topology_set_components(handle, HWLOC_TOPOLOGY_COMPONENTS_FLAG_BLACKLIST, "x86");
     // Processors that this process may not use (a container's) are part of the machine all the same.
-    hwloc_topology_set_flags(handle, HWLOC_TOPOLOGY_FLAG_INCLUDE_DISALLOWED);
-    hwloc_topology_set_icache_types_filter(handle, HWLOC_TYPE_FILTER_KEEP_ALL);
-    hwloc_topology_set_io_types_filter(handle, HWLOC_TYPE_FILTER_KEEP_NONE);
-    hwloc_topology_set_type_filter(handle, HWLOC_OBJ_GROUP, HWLOC_TYPE_FILTER_KEEP_NONE);
-    if (hwloc_topology_load(handle) != 0) {
+    hwloc().hwloc_topology_set_flags(handle, HWLOC_TOPOLOGY_FLAG_INCLUDE_DISALLOWED);
+    hwloc().hwloc_topology_set_icache_types_filter(handle, HWLOC_TYPE_FILTER_KEEP_ALL);
+    hwloc().hwloc_topology_set_io_types_filter(handle, HWLOC_TYPE_FILTER_KEEP_NONE);
+    hwloc().hwloc_topology_set_type_filter(handle, HWLOC_OBJ_GROUP, HWLOC_TYPE_FILTER_KEEP_NONE);
+    if (hwloc().hwloc_topology_load(handle) != 0) {
         topology.reset();
     }
     return topology;
 }
 
 unsigned firstCpuOf(hwloc_obj_t object) {
-    return static_cast<unsigned>(std::max(hwloc_bitmap_first(object->cpuset), 0));
+    return static_cast<unsigned>(std::max(hwloc().hwloc_bitmap_first(object->cpuset), 0));
 }
 
 CpuCore coreOf(hwloc_obj_t object) {
     return {object->os_index, firstCpuOf(object),
-            static_cast<unsigned>(std::max(hwloc_bitmap_weight(object->cpuset), 0))};
+            static_cast<unsigned>(std::max(hwloc().hwloc_bitmap_weight(object->cpuset), 0))};
 }
 
 CpuCache::Kind kindOf(hwloc_obj_cache_type_t type) noexcept {
@@ -112,7 +142,7 @@ hwloc_obj_t onlyCoreBelow(hwloc_obj_t cache) {
     while (object != nullptr && object->type != HWLOC_OBJ_CORE) {
         object = object->first_child;
     }
-    return object != nullptr && hwloc_bitmap_isincluded(cache->cpuset, object->cpuset) != 0 ? object : nullptr;
+    return object != nullptr && hwloc().hwloc_bitmap_isincluded(cache->cpuset, object->cpuset) != 0 ? object : nullptr;
 }
 
 CpuCache cacheOf(hwloc_obj_t object, unsigned firstCore) {
@@ -130,13 +160,25 @@ CpuCache cacheOf(hwloc_obj_t object, unsigned firstCore) {
     return cache;
 }
 
-/// The objects of a type inside another one, in hwloc's order.
+/// The objects of a type, in hwloc's order.
 template <typename Visit>
-void forEachInside(hwloc_topology_t topology, hwloc_obj_t outer, hwloc_obj_type_t type, Visit visit) {
-    hwloc_obj_t object = nullptr;
-    while ((object = hwloc_get_next_obj_inside_cpuset_by_type(topology, outer->cpuset, type, object)) != nullptr) {
+void forEachOf(hwloc_topology_t topology, hwloc_obj_type_t type, Visit visit) {
+    const int depth = hwloc().hwloc_get_type_depth(topology, type);
+    hwloc_obj_t object = depth < 0 ? nullptr : hwloc().hwloc_get_obj_by_depth(topology, depth, 0);
+    for (; object != nullptr; object = object->next_cousin) {
         visit(object);
     }
+}
+
+/// Those inside another one.
+template <typename Visit>
+void forEachInside(hwloc_topology_t topology, hwloc_obj_t outer, hwloc_obj_type_t type, Visit visit) {
+    forEachOf(topology, type, [outer, &visit](hwloc_obj_t object) {
+        const bool hasProcessors = hwloc().hwloc_bitmap_first(object->cpuset) >= 0;
+        if (hasProcessors && hwloc().hwloc_bitmap_isincluded(object->cpuset, outer->cpuset) != 0) {
+            visit(object);
+        }
+    });
 }
 
 CpuPackage packageOf(hwloc_topology_t topology, hwloc_obj_t object) {
@@ -190,11 +232,12 @@ CpuTopology readCpuTopology(const RootFolder& root) {
     const SysfsProcessors processors = readSysfsProcessors(root);
     machine.offline = processors.offline;
     if (!root.list("/sys/devices/system/cpu/cpu0/topology").empty()) {
-        const Topology topology = loadTopology(root);
-        hwloc_obj_t object = nullptr;
-        while (topology &&
-               (object = hwloc_get_next_obj_by_type(topology.get(), HWLOC_OBJ_PACKAGE, object)) != nullptr) {
-            machine.packages.push_back(packageOf(topology.get(), object));
+        if (!hwloc().problem().empty()) {
+            throw std::runtime_error(hwloc().problem());
+        }
+        if (const Topology topology = loadTopology(root)) {
+            forEachOf(topology.get(), HWLOC_OBJ_PACKAGE,
+                      [&](hwloc_obj_t object) { machine.packages.push_back(packageOf(topology.get(), object)); });
         }
     }
     addWhatIsLeftOut(root, processors, machine.packages);

@@ -41,7 +41,8 @@ struct CpuTopology {
 };
 
 /// The processor packages of a machine with their cores and caches, as the kernel shows them below
-/// /sys/devices/system/cpu; none when it shows nothing there.
+/// /sys/devices/system/cpu; none when it shows nothing there. Throws a std::runtime_error when it does and hwloc is not
+/// installed.
 ///
 /// Requires: no other thread uses the environment at the same time (hwloc takes its root folder from there).
 CpuTopology readCpuTopology(const RootFolder& root);

@@ -3,8 +3,6 @@
 
 #include "libMachine/import/redfish/RedfishFiles.h"
 
-#include <archive.h>
-#include <archive_entry.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -14,6 +12,8 @@
 #include <memory>
 #include <optional>
 #include <vector>
+
+#include "libCommon/io/ArchiveLibrary.h"
 
 namespace vrx {
 
@@ -125,17 +125,17 @@ std::optional<std::string> resourceBytes(const fs::path& path) {
 }
 
 struct ArchiveCloser {
-    void operator()(archive* open) const noexcept { archive_read_free(open); }
+    void operator()(archive* open) const noexcept { ArchiveLibrary::instance().archive_read_free(open); }
 };
 
 /// The current entry; none when it is too large or damaged.
-std::optional<std::string> entryBytes(archive* open) {
+std::optional<std::string> entryBytes(const ArchiveLibrary& library, archive* open) {
     std::string bytes;
     const void* block = nullptr;
     std::size_t size = 0;
     la_int64_t offset = 0;
     int state = ARCHIVE_OK;
-    while ((state = archive_read_data_block(open, &block, &size, &offset)) == ARCHIVE_OK) {
+    while ((state = library.archive_read_data_block(open, &block, &size, &offset)) == ARCHIVE_OK) {
         if (bytes.size() + size > LARGEST_RESOURCE) {
             return std::nullopt;
         }
@@ -170,22 +170,28 @@ bool readRedfishFolder(const std::string& folder, const RedfishFileReader& reade
 }
 
 bool readRedfishArchive(std::string_view bytes, const RedfishFileReader& reader, DamageList& damage) {
+    const ArchiveLibrary& library = ArchiveLibrary::instance();
+    if (!library.problem().empty()) {
+        damage.refuse("archives cannot be read: " + library.problem());
+        return false;
+    }
     MirrorSize size(damage);
-    const std::unique_ptr<archive, ArchiveCloser> open(archive_read_new());
-    archive_read_support_format_tar(open.get());
-    int state = archive_read_open_memory(open.get(), bytes.data(), bytes.size());
+    const std::unique_ptr<archive, ArchiveCloser> open(library.archive_read_new());
+    library.archive_read_support_format_tar(open.get());
+    int state = library.archive_read_open_memory(open.get(), bytes.data(), bytes.size());
     archive_entry* entry = nullptr;
-    while (state == ARCHIVE_OK && (state = archive_read_next_header(open.get(), &entry)) == ARCHIVE_OK) {
-        const char* const path = archive_entry_pathname(entry);
+    while (state == ARCHIVE_OK && (state = library.archive_read_next_header(open.get(), &entry)) == ARCHIVE_OK) {
+        const char* const path = library.archive_entry_pathname(entry);
         const std::string name = path == nullptr ? std::string() : path;
         if (!size.addFile()) {
             return false;
         }
-        if (archive_entry_filetype(entry) == AE_IFDIR || !mayBeResource(name)) {
+        if (library.archive_entry_filetype(entry) == AE_IFDIR || !mayBeResource(name)) {
             continue;
         }
-        const bool isFile = archive_entry_filetype(entry) == AE_IFREG && archive_entry_hardlink(entry) == nullptr;
-        const std::optional<std::string> content = isFile ? entryBytes(open.get()) : std::nullopt;
+        const bool isFile =
+            library.archive_entry_filetype(entry) == AE_IFREG && library.archive_entry_hardlink(entry) == nullptr;
+        const std::optional<std::string> content = isFile ? entryBytes(library, open.get()) : std::nullopt;
         if (!content) {
             damage.add(DamageKind::ResourceLeftOut, 0, name);
         } else if (!size.addBytes(content->size())) {
