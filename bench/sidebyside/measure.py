@@ -1,4 +1,5 @@
 """Runs commands and says what they took, by way of the program `timed`."""
+import os
 import subprocess
 import sys
 import tempfile
@@ -19,20 +20,30 @@ def find_programs(build, *names):
     return paths
 
 
+def both_ends(file, length=2000):
+    """The beginning of a file and its end: some tools say their verdict first, some last."""
+    size = file.seek(0, os.SEEK_END)
+    file.seek(0)
+    text = file.read(length)
+    if size > length:
+        file.seek(max(length, size - length))
+        text += (b"\n...\n" if size > 2 * length else b"") + file.read()
+    return text.decode(errors="replace")
+
+
 class Timer:
     def __init__(self, build, limit=600):
         self.timed, = find_programs(build, "timed")
         self.limit = limit
 
     def run(self, command, environment=None):
-        """One run: exit status, seconds, processor time, peak memory in bytes, and the end of what it wrote."""
+        """One run: exit status, seconds, processor time, peak memory in bytes, and what it wrote, without the middle of
+        what is long."""
         with tempfile.NamedTemporaryFile("r") as result, tempfile.TemporaryFile("w+b") as output:
             subprocess.run([self.timed, str(self.limit), result.name, *command], env=environment, check=True,
                            stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT)
             status, seconds, cpu, memory = result.read().split()
-            output.seek(max(0, output.tell() - 2000))
-            return Run(int(status), float(seconds), float(cpu), int(memory) * 1024,
-                       output.read().decode(errors="replace"))
+            return Run(int(status), float(seconds), float(cpu), int(memory) * 1024, both_ends(output))
 
     def demand(self, command, expected):
         """A run that has to end with `expected`; ends the script when it does not."""
