@@ -37,8 +37,9 @@ public:
 
     explicit Lint(Extent extent = Extent::Everything) noexcept : m_extent(extent) {}
 
-    /// Compares what is looked through from now on with that machine. Requires: it outlives the object.
-    void setMachine(const StateManager& machine) noexcept { m_machine = &machine; }
+    /// Compares what is looked through from now on with that machine. It is not changed. Requires: it outlives the
+    /// object.
+    void setMachine(StateManager& machine) noexcept { m_machine = &machine; }
 
     /// Looks through the bytes of a file, read as a check reads a script, or strictly when they are a parts list.
     /// Forgets what was found before, as all of these do.
@@ -64,7 +65,7 @@ private:
     Result judge(const XmlDocument& document, const Utf8Damage* damage);
 
     Extent m_extent;
-    const StateManager* m_machine = nullptr;
+    StateManager* m_machine = nullptr;
     XmlDocument m_document;
     LintFindings m_findings;
 };

@@ -9,6 +9,7 @@
 #include "libCommon/containers/HashFunctions.h"
 #include "libCommon/text/String.h"
 #include "libCommon/values/Unit.h"
+#include "libInventory/Inventory.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
@@ -38,7 +39,10 @@ public:
     };
 
     /// The machine is borrowed.
-    explicit LintMachine(const StateManager& machine) noexcept : m_machine(machine) {}
+    explicit LintMachine(StateManager& machine) noexcept : m_machine(machine) {}
+
+    /// Makes it the machine that the inventory checks.
+    void giveTo(Inventory& inventory) const { inventory.setStateManager(m_machine); }
 
     bool hasDevices(const CapabilityImp& type) const { return !m_machine.devicesCapableOf(type).isEmpty(); }
     const KeyFacts& factsOf(const CapabilityImp& type, StringView key);
@@ -55,7 +59,7 @@ private:
     std::vector<std::string> nearKeys(const CapabilityImp& type, StringView key);
     std::string nearest(StringView written, std::span<const StringView> names);
 
-    const StateManager& m_machine;
+    StateManager& m_machine;
     std::unordered_map<String, KeyFacts, HashFunc<String>> m_facts;  ///< by type and key
     int m_searchesLeft = 100;  ///< for near names, each of which looks at all devices of a type
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "libInventory/script/OrInsidePart.h"
+#include "libLint/rules/AssignmentRules.h"
 #include "libLint/rules/AttributeRules.h"
 #include "libLint/rules/ContradictionRules.h"
 #include "libLint/rules/DeviceRules.h"
@@ -216,9 +217,13 @@ constexpr LintRule RULES[] = {
      "this forbids what the device element at {} asks for; remove one, or say more in either",
      rules::requiredAndForbiddenDevice},
     {"wide-before-narrow", Warning, Stage::End,
-     "this asks for less than the element at {}, and may be given the only device that fits there; put it behind that "
-     "one",
+     "this asks for less than the element at {}, and may be given the only device that fits there, unless devices are "
+     "assigned exactly; put it behind that one",
      rules::wideBeforeNarrow},
+    {"exact-assignment", Warning, Stage::End,
+     "{} only by exact assignment, not with check --plain; put elements that ask for more before those that ask for "
+     "less",
+     rules::assignedExactly},
     {"repeated-device", Note, Stage::End, "this device is asked for {0} times, which needs {0} such devices",
      rules::repeatedDevice},
 };

@@ -72,7 +72,10 @@ public:
         for (ScriptWalk walk(place, ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
             look(*walk, walk->depth == 0 ? role : roleIn(*walk));
         }
-        ask(LintStage::End, {place, role, place.kind, m_memory});
+        LintSubject subject{place, role, place.kind, m_memory};
+        subject.machine = m_task.machine;
+        subject.isInPartsList = m_isInPartsList;
+        ask(LintStage::End, subject);
     }
 
     void lookAtFile(const XmlElement& root, const Utf8Damage* damage) {

@@ -50,6 +50,13 @@ void markUndetermined(CheckReport& report) {
     }
 }
 
+void addAssignment(const RunSummary& summary, CheckReport& report) {
+    report.isAssignedExactly = summary.isAssignedExactly;
+    for (const XmlElement* const element : summary.exactlyAssigned) {
+        report.exactlyAssigned.push_back(placeIn(*element));
+    }
+}
+
 Verdict plainVerdict(bool passed) noexcept { return passed ? Verdict::Passed : Verdict::Failed; }
 
 }  // namespace
@@ -65,6 +72,9 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     report.unread = machine.unread();
     report.import = basis.import != nullptr ? *basis.import : ImportReport();
     report.combinations = inventory.summary().combinations;
+    if (passed) {
+        addAssignment(inventory.summary(), report);
+    }
     report.givenUpPatterns = static_cast<std::size_t>(inventory.summary().patternsGivenUp);
     report.deviceElements = contentOf(*inventory.script().RootElement()).devices;
     report.machineDevices = machine.deviceCount();

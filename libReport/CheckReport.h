@@ -63,6 +63,9 @@ struct CheckReport {
     std::size_t givenUpPatterns = 0;
     std::uint64_t combinations = 1;  ///< of alternatives; beyond MOST_COMBINATIONS a run that did not pass is undecided
 
+    bool isAssignedExactly = false;             ///< a pass that the greedy assignment would have failed
+    std::vector<ElementPlace> exactlyAssigned;  ///< the elements that it would have left without a device
+
     std::string script;                ///< how reports call it; a path as a rule
     std::optional<std::string> state;  ///< the same of the recording; none for the machine that the program runs on
     Array<String> fileErrors;          ///< why one of them did not load

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/commands/Commands.h"
+#include "cli/help/CommandTable.h"
 #include "cli/help/NearWord.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/MistakesFound.h"
@@ -45,10 +46,18 @@ struct CheckOptions : CommonOptions {
     bool isVerbose = false;
     std::string waiversPath;
     bool hasNoUnsatisfiedTips = false;
+    std::string assignment = "auto";
     std::vector<std::string> warningKinds;
 
     bool writes(std::string_view name) const { return std::ranges::count(writtenFormats(), name) > 0; }
 };
+
+Inventory::Assignment assignmentOf(const CheckOptions& options) noexcept {
+    if (options.isPlain || options.assignment == "greedy") {
+        return Inventory::Assignment::Greedy;
+    }
+    return options.assignment == "exact" ? Inventory::Assignment::Exact : Inventory::Assignment::Auto;
+}
 
 /// Why there is no answer; empty when there is one.
 std::string whyUndetermined(const CheckReport& report) {
@@ -151,6 +160,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     }
     Inventory& inventory = world.run.inventory();
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
+    inventory.setAssignment(assignmentOf(options));
     const std::vector<Waiver> waivers = loadWaivers(options.waiversPath);
     loadScript(options.scriptPath, world.run, options.isPlain, session);
     const ImportReport import = loadMachine(options.statePath, world.machine, session);
@@ -258,8 +268,15 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         ->type_name("PLACE");
     CLI::Option& waivers =
         options->addInput(command, "--waivers", options->waiversPath, "Faults that somebody has decided to live with");
-    options->addPlain(command, "mistakes are passed over, and what is not known counts as absent");
+    CLI::Option& assignment = allowOnly(
+        *command.add_option("--assignment", options->assignment,
+                            "How devices are dealt out that several elements would take: greedily, exactly, or, "
+                            "which is the default, exactly where the greedy way fails"),
+        {"auto", "greedy", "exact"});
+    options->addPlain(
+        command, "mistakes are passed over, what is not known counts as absent, and devices are dealt out greedily");
     waivers.excludes("--plain");
+    assignment.excludes("--plain");
     options->addLogging(command);
     command.footer(CHECK_FOOTER);
     setAction(command, session, options, [options, &session] { return check(*options, session); });

@@ -51,7 +51,12 @@ bool isOfIdentity(const Difference& difference) { return isIdentity(difference.k
 class MissingFaults {
 public:
     MissingFaults(const Inventory& inventory, const StateManager& machine, FreeDevices& free)
-        : m_inventory(inventory), m_machine(machine), m_free(free), m_outcomes(inventory), m_like(inventory) {}
+        : m_inventory(inventory),
+          m_machine(machine),
+          m_free(free),
+          m_outcomes(inventory),
+          m_like(inventory),
+          m_shortages(inventory) {}
 
     std::vector<Fault> find(const Certainty& certainty) {
         m_missing = elementsWithoutDevice(m_inventory, m_free);
@@ -123,6 +128,7 @@ private:
         const DeviceOutcome& outcome = m_outcomes.of(element);
         fault.refusal = refusalOf(outcome, element.type, &m_machine);
         fault.alike = m_like.of(*element.element);
+        fault.shortage = m_shortages.of(*element.element);
         if (const Candidate* const nearest = nearestCandidate(outcome)) {
             fault.nearest = NearDevice{specOf(*nearest->device), differencesOf(*nearest)};
         }
@@ -195,6 +201,7 @@ private:
     FreeDevices& m_free;
     Outcomes m_outcomes;
     LikeElements m_like;
+    Shortages m_shortages;
     std::vector<MissingElement> m_missing;
     std::unordered_map<const IDeviceImp*, const MissingElement*> m_owners;
     std::set<const MissingElement*> m_told;  ///< with another one

@@ -167,9 +167,28 @@ private:
             addRow("taken",
                    deviceTitle(m_fault.taken->device) + " would do and serves " + placeText(m_fault.taken->holder));
         }
+        addShortage();
         for (const Inventory::DeviceSpec& other : m_fault.alternatives) {
             addRow("or", faultTitleOf(other));
         }
+    }
+
+    void addShortage() {
+        const std::string text = shortageText(m_fault);
+        if (text.empty()) {
+            return;
+        }
+        addRow("compete", text);
+        std::string elements;
+        for (const ElementPlace& place : m_fault.shortage->elementPlaces) {
+            appendPiece(elements, elements.empty() ? placeText(place) : fmt::format("{}:{}", place.row, place.column));
+        }
+        addRow("", elements + (m_fault.shortage->elements > m_fault.shortage->elementPlaces.size() ? ", ..." : ""));
+        std::string devices;
+        for (const Inventory::DeviceSpec& device : m_fault.shortage->deviceSpecs) {
+            appendPiece(devices, deviceTitle(device));
+        }
+        addRow("", devices + (m_fault.shortage->devices > m_fault.shortage->deviceSpecs.size() ? ", ..." : ""));
     }
 
     std::string likeText() const {

@@ -33,6 +33,7 @@ public:
         m_json.endArray();
         m_json.key("otherMachine").value(fault.isOfOtherMachine);
         writeWithIt(fault.withIt);
+        writeShortage(fault.shortage);
     }
 
 private:
@@ -122,6 +123,26 @@ private:
             m_json.endObject();
         }
         m_json.endArray();
+    }
+
+    void writeShortage(const std::optional<Shortage>& shortage) {
+        if (!shortage) {
+            return;
+        }
+        m_json.key("shortage").beginObject();
+        m_json.key("elements").value(static_cast<std::int64_t>(shortage->elements));
+        m_json.key("devices").value(static_cast<std::int64_t>(shortage->devices));
+        m_json.key("elementPlaces").beginArray();
+        for (const ElementPlace& place : shortage->elementPlaces) {
+            writePlace(place);
+        }
+        m_json.endArray();
+        m_json.key("deviceSpecs").beginArray();
+        for (const Inventory::DeviceSpec& device : shortage->deviceSpecs) {
+            writeDevice(m_json, device);
+        }
+        m_json.endArray();
+        m_json.endObject();
     }
 
     void writeNearest(const std::optional<NearDevice>& nearest) {

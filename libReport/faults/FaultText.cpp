@@ -112,6 +112,9 @@ std::string missingText(const Fault& fault) {
     if (fault.taken && fault.candidates == 1) {
         return text + fmt::format(": the element at {}:{} has it", fault.taken->holder.row, fault.taken->holder.column);
     }
+    if (const std::string shortage = shortageText(fault); !shortage.empty()) {
+        return text + withItText(fault) + ": " + shortage;
+    }
     const std::string number = askedPartNumber(fault);
     text += (number == readablePattern(fault.asked.name) ? "" : inParentheses(number)) + withItText(fault) +
             likeText(fault.alike);
@@ -268,6 +271,13 @@ std::string faultText(const Fault& fault) {
     }
     const std::string text = determinedText(fault);
     return fault.isOfOtherMachine ? "another machine: " + text : text;
+}
+
+std::string shortageText(const Fault& fault) {
+    if (!fault.shortage || fault.shortage->isOfOneKind) {
+        return {};
+    }
+    return counted(fault.shortage->elements, "element") + " ask for " + counted(fault.shortage->devices, "device");
 }
 
 std::string askedPartNumber(const Fault& fault) {

@@ -19,6 +19,9 @@ std::string faultTitleOf(const Inventory::DeviceSpec& asked);
 /// What is wrong in a few words, for who is told the particulars besides: `slot:2  SolidStateDrive "S" differs`.
 std::string faultHeading(const Fault& fault);
 
+/// "3 elements ask for 2 devices"; empty when that says no more than how many of its kind are there.
+std::string shortageText(const Fault& fault);
+
 /// By what somebody orders or finds what the element asks for: part number, else model; empty when it says neither.
 std::string askedPartNumber(const Fault& fault);
 

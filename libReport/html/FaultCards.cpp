@@ -82,6 +82,9 @@ void writeAsked(HtmlWriter& html, const CheckReport& report, const Fault& fault)
         writeFact(html, "Taken",
                   deviceTitle(fault.taken->device) + " serves " + placeText(report, fault.taken->holder));
     }
+    if (const std::string shortage = shortageText(fault); !shortage.empty()) {
+        writeFact(html, "Compete", shortage);
+    }
     html.begin("dt").text("Script").end().begin("dd").element("code", "", placeText(report, fault.place)).end();
     html.end();
 }

@@ -72,7 +72,8 @@ std::pair<std::string, Style> wordOf(Verdict verdict) {
 std::string headlineOf(const CheckReport& report) {
     switch (report.verdict) {
         case Verdict::Passed:
-            return "the machine holds what the script asks for" +
+            return std::string("the machine holds what the script asks for") +
+                   (report.isAssignedExactly ? ", by exact assignment only" : "") +
                    (report.waived.empty() ? std::string()
                                           : ", but for " + counted(report.waived.size(), "waived fault"));
         case Verdict::NothingToCheck: return "the script asks for no device and has no fail-on-extra rule";

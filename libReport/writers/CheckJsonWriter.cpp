@@ -183,6 +183,14 @@ std::string checkJson(const CheckReport& report, const TextFormat&) {
     }
     json.key("verdict").value(nameOf(report.verdict));
     json.key("headline").value(std::string_view(report.headline));
+    json.key("assignment").value(std::string_view(report.isAssignedExactly ? "exact" : "greedy"));
+    json.key("exactlyAssigned").beginArray();
+    for (const ElementPlace& place : report.exactlyAssigned) {
+        json.beginObject();
+        writePlace(json, place);
+        json.endObject();
+    }
+    json.endArray();
     json.key("machine");
     writeMachine(json, report);
     json.key("faults");

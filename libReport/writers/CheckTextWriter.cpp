@@ -67,6 +67,22 @@ void writeFaults(std::string& out, const CheckReport& report, const TextFormat& 
     }
 }
 
+/// Why a script passes that another program, or another recording, may fail.
+void writeAssignment(std::string& out, const CheckReport& report, const TextFormat& format) {
+    if (!report.isAssignedExactly) {
+        return;
+    }
+    PlacedLines lines(inputName(report.script), format);
+    for (const ElementPlace& place : report.exactlyAssigned) {
+        lines.wrapped(0, lines.placeText(place) + "  would get no device by the greedy assignment", Style::Caution);
+    }
+    if (report.exactlyAssigned.empty()) {
+        lines.wrapped(0, "the greedy assignment would leave a device too many", Style::Caution);
+    }
+    lines.wrapped(0, "Elements that ask for more should stand before those that ask for less.", Style::Plain);
+    out += "\n" + styled("Assigned exactly", Style::Bold, format.colour) + "\n" + lines.take();
+}
+
 /// What is there as it should be, by type.
 void writeCounts(std::string& out, const CheckReport& report, const TextFormat& format) {
     TextTable table(2, {Style::Plain, Style::Plain});
@@ -127,6 +143,7 @@ std::string checkText(const CheckReport& report, const TextFormat& asked) {
         out += "\n" + styled("Notices", Style::Bold, format.colour) + "\n" + notices;
     }
     writeUnknowns(out, report, format);
+    writeAssignment(out, report, format);
     out += waivedText(report, format);
     writeCounts(out, report, format);
     if (report.story) {

@@ -92,7 +92,7 @@ TEST(LintPageTest, ListsEveryRuleWithItsSeverityAndAnExampleThatBreaksIt) {
         known.insert(std::string(rule.id) + " " + std::string(nameOf(rule.severity)));
     }
     EXPECT_EQ(listed, known);
-    EXPECT_EQ(examples + 6, known.size());
+    EXPECT_EQ(examples + 7, known.size());
 }
 
 TEST(LintPageTest, ExamplesAndSnippetsAreCleanButForNotes) {
@@ -324,6 +324,32 @@ TEST(LintTest, SaysWhatAMachineCouldNeverMeet) {
     }
     EXPECT_THAT(fan("<property key='Speed' value='^VRXRRANGE[800-1000] rpm$'/><property key='Size' value='^8 cm$'/>"),
                 IsEmpty());
+}
+
+TEST(LintTest, SaysWhatAMachineMeetsOnlyByExactAssignment) {
+    StateManager machine;
+    ASSERT_TRUE(Inventory::importStateFromXmlString(
+        u"<SysInfo><Device type='DIMM' hwLocator='a'><property key='Size' value='16'/></Device>"
+        u"<Device type='DIMM' hwLocator='b'><property key='Size' value='8'/></Device>"
+        u"<Device type='DIMM' hwLocator='c'><property key='Size' value='64'/></Device></SysInfo>",
+        machine));
+    const auto asking = [](const std::string& sizes) {
+        return "<device type='DIMM'><property key='Size' value='^VRXRRANGE[" + sizes + "]$'/></device>\n";
+    };
+    const auto rowsIn = [&machine](const std::string& content) {
+        Lint lint;
+        lint.setMachine(machine);
+        lint.run(script(content));
+        std::vector<std::uint32_t> rows;
+        for (const LintFinding& finding : lint.findings().list()) {
+            if (finding.rule == "exact-assignment") {
+                rows.push_back(finding.row);
+            }
+        }
+        return rows;
+    };
+    EXPECT_THAT(rowsIn("\n" + asking("8-32") + asking("16-64") + asking("16-64")), ElementsAre(3U));
+    EXPECT_THAT(rowsIn(asking("8-8") + asking("16-64")), IsEmpty());
 }
 
 TEST(LintTest, SuggestsTheNameThatWasMeant) {

@@ -54,13 +54,21 @@ void LinkAssignment::settle() {
     }
 }
 
+// Which devices are extra only matters where every element can be served.
 bool LinkAssignment::leavesSomethingUndone() {
     Array<const Inventory::InventoryDeviceAssociations::InventoryNode*> without;
     m_state.m_associations.getUnsatisfiedInventories(without);
-    const auto isWronged = [](const auto* node) {
-        return node->hasEverMatched() && !isUnderNot(*node->element());
-    };
-    return std::any_of(without.begin(), without.end(), isWronged) || !uncovered().empty();
+    bool isHopeless = false;
+    for (const auto* const node : without) {
+        if (isUnderNot(*node->element())) {
+            continue;
+        }
+        if (node->hasEverMatched()) {
+            return true;
+        }
+        isHopeless = true;
+    }
+    return !isHopeless && !uncovered().empty();
 }
 
 /// The watched devices that elements were linked with and that none has, or none that keeps it.
