@@ -154,14 +154,17 @@ struct VRX_EXPORT ExtraDevice {
     const XmlElement* rule = nullptr;
 };
 
-/// How far a run is, told before each combination of alternatives that it tries.
+/// How far a run is, told before each combination of alternatives that it tries. A search that deduces tries few of
+/// them, so that it ends long before the last.
 struct VRX_EXPORT RunProgress {
     std::uint64_t combination = 1;   ///< the one that is about to be tried, from 1
     std::uint64_t combinations = 1;  ///< how many there are; the largest number when there are more than it can tell
+    bool isDeduced = false;          ///< the run need not try them all
 };
 
 /// What a run did.
 struct VRX_EXPORT RunSummary {
+    /// How many were tried; of a search that deduces, trials of components count as well.
     std::uint64_t combinationsTried = 0;
     std::uint64_t combinations = 0;  ///< how many there are; the largest number when there are more than it can tell
 
@@ -179,6 +182,10 @@ struct VRX_EXPORT RunSummary {
 
     /// The `device` elements of it that have a device only because of that, in document order.
     Array<const XmlElement*> exactlyAssigned;
+
+    /// Whether a run that did not pass has left combinations that were neither tried nor decided without: it was
+    /// stopped, or there are more than the loop counts.
+    bool hasUntried = false;
 
     /// Devices that a `fail-on-extra` element covers but whose type cannot stand in the script of a single-device
     /// check, so that the element's constraints could not be asked of them. They count as not meeting these.

@@ -125,6 +125,12 @@ public:
 
     class InventoryDeviceAssociations;
 
+    /// How a run goes through the combinations of alternatives.
+    enum class Search {
+        OneByOne,  ///< each is tried; their number is of 32 bits and may overflow
+        Deduced    ///< those are tried that make a difference
+    };
+
     /// A flag that hosts put in front of console error lines; the engine itself never uses it.
     static const char* const KSC_ERROR_FLAG;
 
@@ -168,6 +174,17 @@ public:
     /// Initially Greedy. RunSummary says whether the choice was another than the greedy one. Applies to the first run
     /// of a script that was loaded; a script that is run again without being loaded is assigned greedily.
     void setAssignment(Assignment assignment);
+
+    /// How runs go through the combinations of alternatives; initially one by one. A run that deduces finds what trying
+    /// all combinations in their order would find, however many there are: the same answer, findings, lists and events.
+    /// Alternatives that have nothing to do with one another are decided apart, and what was found out once of some is
+    /// not tried again for every choice of the others.
+    ///
+    /// It tries all of them where that is not known to be so: while devices are assigned exactly, while the log is told
+    /// of runs (priority Info), with a device-to-parts table, when the script is run again without being loaded, where
+    /// an `or` that cannot be met lies in an alternative that is tried, and where devices are matched in numbers that a
+    /// search has no memory for. Then, too, combinations are counted in 64 bits.
+    void setSearch(Search search);
 
     // ---- Running (engine/RunDriver.cpp) ----
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "libCommon/Assertion.h"
 #include "libCommon/xml/XmlElement.h"
@@ -183,6 +184,27 @@ void Associations::getAssociatedDevices(const XmlElement* element, Array<boost::
 const void* Associations::linksOf(const XmlElement* element) const {
     const InventoryNode* const node = findNode(element);
     return node != nullptr ? &node->allLinks() : nullptr;
+}
+
+void Associations::getLists(std::vector<ListedElement>& elements,
+                            std::vector<std::vector<const IDeviceImp*>>& lists) const {
+    boost::unordered_flat_map<const Bundle*, std::size_t> listOf;
+    for (const auto& entry : m_inventoryNodes) {
+        const Bundle* const bundle = entry.value->m_bundle;
+        const auto known = bundle != nullptr ? listOf.find(bundle) : listOf.end();
+        if (known != listOf.end()) {
+            elements.push_back({entry.key, known->second});
+            continue;
+        }
+        elements.push_back({entry.key, lists.size()});
+        if (bundle != nullptr) {
+            listOf.emplace(bundle, lists.size());
+        }
+        std::vector<const IDeviceImp*>& devices = lists.emplace_back();
+        for (const GraphNode::Link& link : entry.value->allLinks()) {
+            devices.push_back(static_cast<const DeviceNode*>(link.partner)->device().get());
+        }
+    }
 }
 
 void Associations::getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const {

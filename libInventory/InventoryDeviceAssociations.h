@@ -91,6 +91,15 @@ public:
 
     /// The same for elements that share one list of links, and for no others; null when the element is unknown.
     const void* linksOf(const XmlElement* element) const;
+    /// An element and the index of the list of its devices.
+    struct ListedElement {
+        const XmlElement* element;
+        std::size_t list;
+    };
+
+    /// Appends every element in order, and the lists of devices that they were linked to, also where the links were
+    /// reduced away. Elements that share their links share a list.
+    void getLists(std::vector<ListedElement>& elements, std::vector<std::vector<const IDeviceImp*>>& lists) const;
 
     /// Appends every link, in the order of the elements. The devices live as long as the graph holds them.
     void getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const;

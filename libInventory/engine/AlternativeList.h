@@ -24,6 +24,11 @@ public:
         return m_children.empty() ? nullptr : m_children[std::min<std::size_t>(position, m_children.size() - 1)];
     }
 
+    std::size_t size() const noexcept { return m_children.size(); }
+
+    /// The positions of the children that are not pruned, in order.
+    const std::vector<std::uint32_t>& open() const noexcept { return m_open; }
+
     /// The first position from that one on whose child is not pruned; the very position when there is none.
     std::uint32_t skipPruned(std::uint32_t position) const noexcept {
         const auto next = std::lower_bound(m_open.begin(), m_open.end(), position);

@@ -51,6 +51,7 @@ void Inventory::setProgress(std::function<bool(const RunProgress&)> progress) {
 }
 
 void Inventory::setAssignment(Assignment assignment) { m_state->m_assignment = assignment; }
+void Inventory::setSearch(Search search) { m_state->m_search = search; }
 
 void Inventory::setDeviceToPartsTable(DeviceToPartsTable* table) { m_state->m_deviceToPartsTable = table; }
 

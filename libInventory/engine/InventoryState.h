@@ -116,6 +116,8 @@ struct InventoryState {
     /// How often observers were told something, after which the store may be another.
     std::size_t m_tellings = 0;
 
+    Inventory::Search m_search = Inventory::Search::OneByOne;
+
     /// Asked before each combination; empty for nobody.
     std::function<bool(const RunProgress&)> m_progress;
 

@@ -8,6 +8,8 @@
 ///
 /// A run that assigns devices exactly only where the greedy way fails tries all combinations in the one way first,
 /// then, from the same start, in the other.
+/// A host may have the search find out which combinations count (engine/search/). They are then tried as in the loop,
+/// so that everything that is seen of a run is made by the same steps.
 ///
 /// Contract: the list of unsatisfied devices is that of the last combination tried, not of the best.
 
@@ -16,6 +18,7 @@
 #include <optional>
 #include <utility>
 
+#include "libCommon/Assertion.h"
 #include "libCommon/error/Exception.h"
 #include "libInventory/InventoryTestObserver.h"
 #include "libInventory/engine/AlternativeOdometer.h"
@@ -29,6 +32,7 @@
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/findings/ErrorGathering.h"
 #include "libInventory/engine/findings/KeptLinks.h"
+#include "libInventory/engine/search/SearchModelBuilder.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libRegex/Regex.h"
 
@@ -104,24 +108,17 @@ bool RunDriver::tryCombinations(XmlElement* root) {
 }
 
 bool RunDriver::tryAll(XmlElement* root) {
-    bool status = false;
-    bool mayGoOn = asksToGoOn();
-    do {
-        ++m_iteration;
-        VRX_LOG(inventoryLog(), LogPriority::Info, u"run() current iteration: " << m_iteration + 1);
-        Inventory::ErrorSpec errors;
-        status = tryNext(root, errors);
-        m_state.m_record.summary.combinationsTried = m_iteration;
-        if (!status) {
-            keepBest(errors);
-        }
-        const bool isLast = m_iteration >= m_state.m_totalCombinations;
-        if (status || isLast) {
-            break;
-        }
-        mayGoOn = mayGoOn && asksToGoOn();
-        m_state.m_record.summary.wasStopped = !mayGoOn;
-    } while (mayGoOn);
+    m_isDeducing = mayDeduce();
+    const bool mayGoOn = asksToGoOn();
+    bool status = tryNext(root, true);
+    if (!status && m_iteration < combinations()) {
+        const std::optional<bool> deduced = mayGoOn && m_isDeducing ? deduce(root) : std::nullopt;
+        m_isDeducing = deduced.has_value();
+        status = deduced ? *deduced : goThrough(root, mayGoOn);
+    }
+    RunSummary& summary = m_state.m_record.summary;
+    const bool isOpen = m_isDeducing ? summary.wasStopped : m_iteration < summary.combinations;
+    summary.hasUntried = !status && isOpen;
     return status;
 }
 
@@ -138,28 +135,109 @@ bool RunDriver::tryAllExactly(XmlElement* root, const RunStart& start) {
     return tryAll(root);
 }
 
-bool RunDriver::asksToGoOn() const {
-    return !m_state.m_progress ||
-           m_state.m_progress({std::uint64_t{m_iteration} + 1, m_state.m_record.summary.combinations});
+// Contract: the number that bounds the loop is of 32 bits and may overflow.
+std::uint64_t RunDriver::combinations() const noexcept {
+    return m_state.m_search == Inventory::Search::Deduced ? m_state.m_record.summary.combinations
+                                                          : m_state.m_totalCombinations;
 }
 
-bool RunDriver::tryNext(XmlElement* root, Inventory::ErrorSpec& errors) {
-    const bool first = m_iteration == 1;
+/// Tries the combinations after the first one by one.
+bool RunDriver::goThrough(XmlElement* root, bool mayGoOn) {
+    RunSummary& summary = m_state.m_record.summary;
+    bool status = false;
+    while (!status && m_iteration < combinations()) {
+        mayGoOn = mayGoOn && asksToGoOn();
+        summary.wasStopped = !mayGoOn;
+        if (!mayGoOn) {
+            break;
+        }
+        status = tryNext(root, true);
+    }
+    return status;
+}
+
+/// Whether the search can take the place of the loop. The log wants the lines of every combination, and a table of
+/// parts the parts of every one; what exact assignment comes to the search does not know.
+bool RunDriver::mayDeduce() const {
+    return m_state.m_search == Inventory::Search::Deduced && !m_isRepeated && m_state.keepsFindings() &&
+           m_state.m_deviceToPartsTable == nullptr && !m_state.m_assignsExactly &&
+           !inventoryLog().isEnabled(LogPriority::Info);
+}
+
+/// Finds out which of the combinations after the first count, and tries only these: the first that passes, or the best
+/// and the last. None, having done nothing, where the search does not know enough.
+std::optional<bool> RunDriver::deduce(XmlElement* root) {
+    keepLinks();
+    m_state.m_associations.rewind();
+    std::optional<SearchModel> model;
+    try {
+        model = SearchModelBuilder(m_state).build();
+    } catch (const Exception&) {
+        return std::nullopt;  // the loop will meet it where it belongs
+    }
+    if (!model) {
+        return std::nullopt;
+    }
+    RunSummary& summary = m_state.m_record.summary;
+    CombinationSearch search(*model, [this](std::uint64_t tried) { return asksToGoOn(tried + 2); });
+    const CombinationSearch::Answer answer = search.run();
+    m_anySatisfied = m_anySatisfied || answer.isAnyMet;
+    summary.wasStopped = answer.wasStopped;
+    const bool status = answer.passing ? tryShown(root, *model, *answer.passing) : tryBest(root, *model, answer);
+    m_state.m_record.couldGainByExactness = m_state.m_record.couldGainByExactness || model->isContested;
+    summary.combinationsTried = m_iteration + search.triedCount();
+    return status;
+}
+
+/// Tries the best combination and, for the list of unsatisfied devices, the last.
+bool RunDriver::tryBest(XmlElement* root, const SearchModel& model, const CombinationSearch::Answer& answer) {
+    bool status = false;
+    for (const Rank& rank : answer.best) {
+        status = status || tryShown(root, model, rank);
+    }
+    if (answer.wasStopped) {
+        return status;
+    }
+    VRX_ASSERT_TEXT(!status && m_errors.numErrors == answer.cost.errors && m_errors.indexSum == answer.cost.indexSum,
+                    "the best combination is what the search took it for");
+    return answer.best.back() != model.digits.last() && tryShown(root, model, model.digits.last());
+}
+
+bool RunDriver::tryShown(XmlElement* root, const SearchModel& model, const Rank& rank) {
+    model.digits.show(rank);
+    return tryNext(root, false);
+}
+
+bool RunDriver::asksToGoOn() const { return asksToGoOn(m_iteration + 1); }
+
+bool RunDriver::asksToGoOn(std::uint64_t combination) const {
+    return !m_state.m_progress ||
+           m_state.m_progress({combination, m_state.m_record.summary.combinations, m_isDeducing});
+}
+
+/// Tries the next combination or, without `step`, the one that the digits show.
+bool RunDriver::tryNext(XmlElement* root, bool step) {
+    const bool first = ++m_iteration == 1;
+    VRX_LOG(inventoryLog(), LogPriority::Info, u"run() current iteration: " << m_iteration + 1);
     keepLinks();
     m_state.m_unsatisfiedDevices.clear();
     takeBaseSet();
-    AlternativeOdometer(m_state).merge(root, !first);
+    AlternativeOdometer(m_state).merge(root, step && !first);
     LinkAssignment(m_state).settle();
 
     SecondPass pass(m_state, m_slot);
     bool status = pass.run(root, false);
-    errors = pass.errors();
+    m_errors = pass.errors();
     if (status) {
         m_anySatisfied = true;
         status = ExtraDeviceSearch(m_state).findNone(m_slot);
     }
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"run() after checkForExtraDevices status = " << status << u" first = " << first);
+    m_state.m_record.summary.combinationsTried = m_iteration;
+    if (!status) {
+        keepBest();
+    }
     return status;
 }
 
@@ -185,14 +263,14 @@ void RunDriver::takeBaseSet() {
     m_hasBaseSet = true;
 }
 
-void RunDriver::keepBest(const Inventory::ErrorSpec& errors) {
+void RunDriver::keepBest() {
     if (m_iteration == 1) {
         VRX_LOG(inventoryLog(), LogPriority::Debug, u"run() first iteration setting errorsIndex = " << slot::CURRENT);
         m_slot = slot::CURRENT;
-    } else if (!keepsBetter(errors)) {
+    } else if (!keepsBetter()) {
         return;
     }
-    m_best = errors;
+    m_best = m_errors;
     m_bestIsPresent = true;
     m_state.m_record.keptLinks.clear();
     m_state.m_record.areLinksKept = false;
@@ -200,12 +278,12 @@ void RunDriver::keepBest(const Inventory::ErrorSpec& errors) {
 }
 
 /// Whether the present iteration is better than the best so far; if so, its findings take the place of the others.
-bool RunDriver::keepsBetter(const Inventory::ErrorSpec& errors) {
+bool RunDriver::keepsBetter() {
     InventoryState& state = m_state;
     VRX_LOG(inventoryLog(), LogPriority::Debug,
-            u"run() iteration: " << m_iteration << u" numErrors: " << errors.numErrors << u" prevErrors: "
+            u"run() iteration: " << m_iteration << u" numErrors: " << m_errors.numErrors << u" prevErrors: "
                                  << m_best.numErrors);
-    const bool better = errors.isBetterThan(m_best);
+    const bool better = m_errors.isBetterThan(m_best);
     VRX_LOG(
         inventoryLog(), LogPriority::Debug,
         u"run() iteration: " << m_iteration << (better ? u" this iteration is better" : u" previous iteration better"));

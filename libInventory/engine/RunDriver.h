@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "libCommon/Forward.h"
 #include "libInventory/Inventory.h"
+#include "libInventory/engine/search/CombinationSearch.h"
 
 namespace vrx {
 
@@ -23,23 +25,32 @@ private:
     bool tryCombinations(XmlElement* root);
     bool tryAll(XmlElement* root);
     bool tryAllExactly(XmlElement* root, const RunStart& start);
+    std::uint64_t combinations() const noexcept;
+    bool goThrough(XmlElement* root, bool mayGoOn);
+    bool mayDeduce() const;
+    std::optional<bool> deduce(XmlElement* root);
+    bool tryBest(XmlElement* root, const SearchModel& model, const CombinationSearch::Answer& answer);
+    bool tryShown(XmlElement* root, const SearchModel& model, const Rank& rank);
     bool asksToGoOn() const;
-    bool tryNext(XmlElement* root, Inventory::ErrorSpec& errors);
+    bool asksToGoOn(std::uint64_t combination) const;
+    bool tryNext(XmlElement* root, bool step);
     void takeBaseSet();
-    void keepBest(const Inventory::ErrorSpec& errors);
-    bool keepsBetter(const Inventory::ErrorSpec& errors);
+    void keepBest();
+    bool keepsBetter();
     void keepChoices();
     void keepLinks();
     void tellFailure(XmlElement* root);
     void failUnexpectedly(XmlElement* root, const String& text);
 
     InventoryState& m_state;
-    std::uint32_t m_iteration = 0;  ///< the present one, from 1
+    std::uint64_t m_iteration = 0;  ///< the present one, from 1
     bool m_isRepeated = false;      ///< the script was run before
     bool m_hasBaseSet = false;      ///< the working graph can go back to it
+    bool m_isDeducing = false;      ///< a search takes the place of the loop
     bool m_anySatisfied = false;
-    unsigned m_slot;              ///< where the present iteration files its errors
-    Inventory::ErrorSpec m_best;  ///< the measure of the best iteration so far
+    unsigned m_slot;                ///< where the present iteration files its errors
+    Inventory::ErrorSpec m_errors;  ///< the measure of the present iteration
+    Inventory::ErrorSpec m_best;    ///< that of the best so far
     bool m_bestIsPresent = false;
 };
 

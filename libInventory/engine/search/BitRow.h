@@ -1,0 +1,74 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace vrx {
+
+/// A set of small numbers. Sets that are put together have the same size.
+class BitRow {
+public:
+    using Word = std::uint64_t;
+    static constexpr std::size_t BITS = 64;
+
+    static std::size_t wordsFor(std::size_t bits) noexcept { return (bits + BITS - 1) / BITS; }
+
+    explicit BitRow(std::size_t bits = 0) : m_words(wordsFor(bits)) {}
+
+    void set(std::size_t bit) { m_words[bit / BITS] |= Word{1} << (bit % BITS); }
+    bool test(std::size_t bit) const { return (m_words[bit / BITS] >> (bit % BITS) & 1) != 0; }
+    void clear() noexcept { m_words.assign(m_words.size(), 0); }
+    bool any() const noexcept {
+        for (const Word word : m_words) {
+            if (word != 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+    bool meets(const BitRow& other) const noexcept {
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            if ((m_words[i] & other.m_words[i]) != 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+    bool isWithin(const BitRow& other) const noexcept {
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            if ((m_words[i] & ~other.m_words[i]) != 0) {
+                return false;
+            }
+        }
+        return true;
+    }
+    BitRow& operator&=(const BitRow& other) noexcept {
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            m_words[i] &= other.m_words[i];
+        }
+        return *this;
+    }
+    BitRow& operator|=(const BitRow& other) noexcept {
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            m_words[i] |= other.m_words[i];
+        }
+        return *this;
+    }
+
+    /// Calls `visit` with each number, in order. The set may change for numbers that were visited.
+    template <typename Visit>
+    void forEach(const Visit& visit) const {
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            for (Word rest = m_words[i]; rest != 0; rest &= rest - 1) {
+                visit(i * BITS + static_cast<std::size_t>(std::countr_zero(rest)));
+            }
+        }
+    }
+
+private:
+    std::vector<Word> m_words;
+};
+
+}  // namespace vrx

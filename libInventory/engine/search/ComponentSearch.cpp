@@ -1,0 +1,344 @@
+/// The search within a component: digits are chosen one after the other, from the one that turns slowest on, so that
+/// combinations come in the order of the loop.
+///
+/// After each choice the rest is divided: alternatives that are still open, chosen ones, and groups of devices fall
+/// into parts that have no group in common. Each part is solved by itself. Whatever no open alternative can reach any
+/// more is settled by one trial.
+///
+/// What comes of a part depends on nothing but the digits in it that are open and the values of those that are chosen.
+/// So it is remembered under these, and found again for all other choices that have been settled meanwhile; that is how
+/// what cannot fit together is learnt once. Where all chosen alternatives are still part of it, a part never comes
+/// again, and is not remembered.
+///
+/// The best combination of parts is made of the best of each, since costs and ranks are sums. A search for the first
+/// combination that passes ends where it finds it, because ranks rise; and no combination is better than one without
+/// any error, so the search for the best ends there.
+
+#include "libInventory/engine/search/ComponentSearch.h"
+
+#include <algorithm>
+
+#include "libInventory/engine/search/DisjointSets.h"
+
+namespace vrx {
+
+namespace {
+
+/// A part of so few combinations is not divided further.
+constexpr std::size_t FEW = 64;
+
+/// Parts that are remembered at most; what does not fit in is found anew.
+constexpr std::size_t MOST_KNOWN = 250000;
+
+SearchOutcome nothingToDecide() {
+    SearchOutcome outcome;
+    outcome.met.emplace();
+    outcome.passing.emplace();
+    return outcome;
+}
+
+bool isFaultless(const SearchOutcome& outcome) { return outcome.met && outcome.met->cost.errors == 0; }
+
+void appendNumber(std::string& key, std::uint32_t number) {
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+        key += static_cast<char>(number >> shift & 0xFF);
+    }
+}
+
+}  // namespace
+
+ComponentSearch::ComponentSearch(const SearchModel& model, SearchComponent& component,
+                                 const std::function<void()>& onTrial)
+    : m_model(model), m_component(component), m_onTrial(onTrial), m_trial(model, component) {
+    for (const SearchGroup& group : component.groups) {
+        m_isIdle.push_back(!group.elements.any() && group.tops.empty() && !group.devices.meets(component.extras));
+    }
+}
+
+SearchOutcome ComponentSearch::find(const DigitRanges& ranges, Aim aim) {
+    Ranges own;
+    std::string key;
+    for (const SearchDigitPart& digit : m_component.digits) {
+        own.push_back(ranges[digit.digit]);
+        appendNumber(key, own.back().first);
+        appendNumber(key, own.back().second);
+    }
+    if (const SearchOutcome* const known = recall(m_wholes[key], aim)) {
+        return *known;
+    }
+    if (own != m_ranges) {
+        setRanges(own);
+    }
+    Part whole;
+    for (auto digit = static_cast<std::uint32_t>(m_component.digits.size()); digit-- > 0;) {
+        whole.open.push_back(digit);
+    }
+    for (std::uint32_t group = 0; group < m_component.groups.size(); ++group) {
+        whole.groups.push_back(group);
+    }
+    m_chosen = 0;
+    SearchOutcome outcome = solveAll(divide(whole), aim);
+    (aim == Aim::Passing ? m_wholes[key].passing : m_wholes[key].best) = outcome;
+    return outcome;
+}
+
+void ComponentSearch::setRanges(const Ranges& ranges) {
+    m_ranges = ranges;
+    m_parts.clear();
+    m_reachable.clear();
+    for (std::size_t number = 0; number < ranges.size(); ++number) {
+        BitRow groups(m_component.groups.size());
+        for (std::uint32_t value = ranges[number].first; value <= ranges[number].second; ++value) {
+            groups |= m_component.digits[number].groups[value];
+        }
+        m_reachable.push_back(std::move(groups));
+    }
+}
+
+/// A search for the first that passes has looked at everything where it found none, and where nothing is better than
+/// what it found.
+const SearchOutcome* ComponentSearch::recall(const Known& known, Aim aim) {
+    if (known.passing && (aim == Aim::Passing || known.passing->isComplete)) {
+        return &*known.passing;
+    }
+    return aim == Aim::Best && known.best ? &*known.best : nullptr;
+}
+
+SearchOutcome ComponentSearch::solve(const Part& part, Aim aim) {
+    if (isFew(part)) {
+        return enumerate(part, aim);
+    }
+    const bool mayComeAgain = part.chosen.size() < m_chosen;
+    if (!mayComeAgain) {
+        return choose(part, aim);
+    }
+    const std::string key = keyOf(part, m_trial.values());
+    if (const auto at = m_parts.find(key); at != m_parts.end()) {
+        if (const SearchOutcome* const known = recall(at->second, aim)) {
+            return *known;
+        }
+    }
+    SearchOutcome outcome = choose(part, aim);
+    if (m_parts.size() < MOST_KNOWN || m_parts.contains(key)) {
+        (aim == Aim::Passing ? m_parts[key].passing : m_parts[key].best) = outcome;
+    }
+    return outcome;
+}
+
+std::string ComponentSearch::keyOf(const Part& part, const std::vector<std::uint32_t>& values) {
+    std::string key;
+    key.reserve(4 * (part.open.size() + 2 * part.chosen.size() + 1));
+    appendNumber(key, static_cast<std::uint32_t>(part.open.size()));
+    for (const std::uint32_t digit : part.open) {
+        appendNumber(key, digit);
+    }
+    for (const std::uint32_t digit : part.chosen) {
+        appendNumber(key, digit);
+        appendNumber(key, values[digit]);
+    }
+    return key;
+}
+
+bool ComponentSearch::isFew(const Part& part) const {
+    std::size_t combinations = 1;
+    for (const std::uint32_t digit : part.open) {
+        combinations *= std::size_t{m_ranges[digit].second} - m_ranges[digit].first + 1;
+        if (combinations > FEW) {
+            return part.open.size() == 1;
+        }
+    }
+    return true;
+}
+
+/// Chooses the digit that turns slowest.
+SearchOutcome ComponentSearch::choose(const Part& part, Aim aim) {
+    const std::uint32_t digit = part.open.front();
+    Part rest{{part.open.begin() + 1, part.open.end()}, part.chosen, part.groups};
+    rest.chosen.push_back(digit);
+    SearchOutcome outcome;
+    ++m_chosen;
+    for (std::uint32_t value = m_ranges[digit].first; value <= m_ranges[digit].second; ++value) {
+        m_trial.values()[digit] = value;
+        SearchOutcome found = solveAll(divide(rest), aim);
+        found.advance(weightOf(digit) * value);
+        outcome.improve(std::move(found));
+        if (aim == Aim::Passing && outcome.passing) {
+            outcome.isComplete = isFaultless(outcome);
+            break;
+        }
+        if (aim == Aim::Best && isFaultless(outcome)) {
+            break;
+        }
+    }
+    --m_chosen;
+    return outcome;
+}
+
+/// Tries all combinations of the open digits.
+SearchOutcome ComponentSearch::enumerate(const Part& part, Aim aim) {
+    Numbers digits = part.chosen;
+    digits.insert(digits.end(), part.open.begin(), part.open.end());
+    for (const std::uint32_t digit : part.open) {
+        m_trial.values()[digit] = m_ranges[digit].first;
+    }
+    SearchOutcome outcome;
+    do {
+        m_onTrial();
+        const ComponentTrial::Result result = m_trial.run(digits, part.groups);
+        noteTried(digits.size(), result.cost);
+        if (takeTried(result, part, outcome, aim)) {
+            break;
+        }
+    } while (stepThrough(part.open));
+    return outcome;
+}
+
+/// Takes the present combination into the outcome; whether no later one can make a difference.
+bool ComponentSearch::takeTried(const ComponentTrial::Result& result, const Part& part, SearchOutcome& outcome,
+                                Aim aim) const {
+    SearchOutcome::Best& choice = result.isMet ? outcome.met : outcome.failed;
+    if (!choice || result.cost.isBetterThan(choice->cost)) {
+        choice = {result.cost, rankOf(part.open)};
+    }
+    if (result.isMet && !result.hasExtras && !outcome.passing) {
+        outcome.passing = rankOf(part.open);
+    }
+    if (aim == Aim::Passing) {
+        outcome.isComplete = !outcome.passing || isFaultless(outcome);
+        return outcome.passing.has_value();
+    }
+    return isFaultless(outcome);
+}
+
+/// The next combination of the open digits, of which the last turns fastest; false when there is none.
+bool ComponentSearch::stepThrough(const Numbers& open) {
+    std::vector<std::uint32_t>& values = m_trial.values();
+    for (std::size_t i = open.size(); i-- > 0;) {
+        const auto& [first, last] = m_ranges[open[i]];
+        if (values[open[i]] < last) {
+            ++values[open[i]];
+            return true;
+        }
+        values[open[i]] = first;
+    }
+    return false;
+}
+
+SearchOutcome ComponentSearch::tryOne(const Numbers& digits, const Numbers& groups) {
+    if (digits.empty() && groups.empty()) {
+        return nothingToDecide();
+    }
+    m_onTrial();
+    const ComponentTrial::Result result = m_trial.run(digits, groups);
+    noteTried(digits.size(), result.cost);
+    SearchOutcome outcome;
+    (result.isMet ? outcome.met : outcome.failed) = SearchChoice{result.cost, 0};
+    if (result.isMet && !result.hasExtras) {
+        outcome.passing.emplace();
+    }
+    return outcome;
+}
+
+Rank ComponentSearch::rankOf(const Numbers& digits) const {
+    Rank rank;
+    for (const std::uint32_t digit : digits) {
+        rank += weightOf(digit) * m_trial.values()[digit];
+    }
+    return rank;
+}
+
+/// Keeps the best combination of all digits for those who end the search.
+void ComponentSearch::noteTried(std::size_t digits, const SearchCost& cost) {
+    if (digits == m_component.digits.size() && (!m_bestTried || cost.isBetterThan(m_bestTried->cost))) {
+        Numbers all;
+        for (std::uint32_t digit = 0; digit < digits; ++digit) {
+            all.push_back(digit);
+        }
+        m_bestTried = {cost, rankOf(all)};
+    }
+}
+
+/// Joins what comes of all parts. Once one of them does not pass, nothing does, and the best of the others is wanted.
+SearchOutcome ComponentSearch::solveAll(const Division& division, Aim aim) {
+    const SearchOutcome settled = tryOne(division.settled.chosen, division.settled.groups);
+    bool mayPass = aim == Aim::Passing && settled.passing;
+    std::vector<SearchOutcome> outcomes;
+    for (const Part& part : division.parts) {
+        outcomes.push_back(solve(part, mayPass ? Aim::Passing : Aim::Best));
+        mayPass = mayPass && outcomes.back().passing;
+    }
+    SearchOutcome sum = settled;
+    for (std::size_t i = 0; i < outcomes.size(); ++i) {
+        if (!mayPass && !outcomes[i].isComplete) {
+            outcomes[i] = solve(division.parts[i], Aim::Best);
+        }
+        sum.add(outcomes[i]);
+    }
+    if (!mayPass) {
+        sum.passing.reset();
+    }
+    return sum;
+}
+
+/// Whether the alternative that a digit lies in is chosen for sure not to be taken.
+bool ComponentSearch::isRuledOut(std::uint32_t digit, const std::vector<bool>& isOpen) const {
+    for (std::size_t at = m_component.digits[digit].holder; at != SearchDigitPart::NONE;) {
+        if (!isOpen[at] && m_trial.values()[at] != 0) {
+            return true;
+        }
+        at = m_component.digits[at].holder;
+    }
+    return false;
+}
+
+ComponentSearch::Division ComponentSearch::divide(const Part& whole) const {
+    const std::size_t digits = m_component.digits.size();
+    std::vector<bool> isOpen(digits);
+    for (const std::uint32_t digit : whole.open) {
+        isOpen[digit] = true;
+    }
+    DisjointSets sets(digits + m_component.groups.size());
+    const auto join = [&](std::uint32_t digit, const BitRow& groups) {
+        groups.forEach([&](std::size_t group) { sets.join(digit, digits + group); });
+        if (m_component.digits[digit].holder != SearchDigitPart::NONE) {
+            sets.join(digit, m_component.digits[digit].holder);
+        }
+    };
+    Numbers chosen;
+    for (const std::uint32_t digit : whole.open) {
+        join(digit, m_reachable[digit]);
+    }
+    for (const std::uint32_t digit : whole.chosen) {
+        if (!isRuledOut(digit, isOpen)) {
+            chosen.push_back(digit);
+            join(digit, m_component.digits[digit].groups[m_trial.values()[digit]]);
+        }
+    }
+    constexpr std::uint32_t NO_PART = 0xFFFFFFFF;
+    std::vector<std::uint32_t> partOf(digits + m_component.groups.size(), NO_PART);
+    Division division;
+    for (const std::uint32_t digit : whole.open) {
+        std::uint32_t& part = partOf[sets.find(digit)];
+        if (part == NO_PART) {
+            part = static_cast<std::uint32_t>(division.parts.size());
+            division.parts.emplace_back();
+        }
+        division.parts[part].open.push_back(digit);
+    }
+    const auto partWith = [&](std::size_t number) -> Part& {
+        const std::uint32_t part = partOf[sets.find(number)];
+        return part == NO_PART ? division.settled : division.parts[part];
+    };
+    for (const std::uint32_t digit : chosen) {
+        partWith(digit).chosen.push_back(digit);
+    }
+    for (const std::uint32_t group : whole.groups) {
+        Part& part = partWith(digits + group);
+        if (&part != &division.settled || !m_isIdle[group]) {
+            part.groups.push_back(group);
+        }
+    }
+    return division;
+}
+
+}  // namespace vrx
