@@ -150,7 +150,12 @@ public:
     bool loadInventoryScriptFile(const String& path);
 
     /// The same for what a host has read itself; `name` stands for the path.
-    bool loadInventoryScriptBytes(std::string bytes, const String& name);
+    bool loadInventoryScriptBytes(std::string_view bytes, const String& name);
+
+    /// The same for a script that needs neither decoding nor a word about it, as nearly all: it is parsed as it is
+    /// read, which takes less time and memory. False, with nobody told and the last script still there, for any other,
+    /// which one of the others loads then.
+    bool loadPlainScriptFile(const String& path);
 
     /// "inventory-check".
     static String inventoryCheckElementName();

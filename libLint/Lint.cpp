@@ -35,7 +35,7 @@ Lint::Result Lint::judge(const XmlDocument& document, const Utf8Damage* damage) 
     if (m_machine != nullptr) {
         machine.emplace(*m_machine);
     }
-    const LintTask task{m_extent, machine ? &*machine : nullptr, m_findings};
+    const LintTask task{m_extent, machine ? &*machine : nullptr, m_findings, m_threads};
     const XmlElement* const root = document.RootElement();
     if (isScript(document)) {
         lintScript(*root, damage, task);

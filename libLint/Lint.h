@@ -41,6 +41,10 @@ public:
     /// object.
     void setMachine(StateManager& machine) noexcept { m_machine = &machine; }
 
+    /// How many threads look for mistakes at once, initially one; what is found never depends on it. Other extents take
+    /// one. Requires: at least 1.
+    void setThreads(unsigned threads) noexcept { m_threads = threads; }
+
     /// Looks through the bytes of a file, read as a check reads a script, or strictly when they are a parts list.
     /// Forgets what was found before, as all of these do.
     Result run(std::string_view bytes);
@@ -66,6 +70,7 @@ private:
 
     Extent m_extent;
     StateManager* m_machine = nullptr;
+    unsigned m_threads = 1;
     XmlDocument m_document;
     LintFindings m_findings;
 };

@@ -1,6 +1,7 @@
 #include "libLint/LintFindings.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 
 namespace vrx {
@@ -19,6 +20,11 @@ std::string LintFinding::message() const {
 }
 
 LintFinding& LintFindings::add(LintFinding finding) { return m_list.emplace_back(std::move(finding)); }
+
+void LintFindings::add(LintFindings others) {
+    m_list.insert(m_list.end(), std::make_move_iterator(others.m_list.begin()),
+                  std::make_move_iterator(others.m_list.end()));
+}
 
 void LintFindings::sort() {
     std::stable_sort(m_list.begin(), m_list.end(), [](const LintFinding& a, const LintFinding& b) {

@@ -46,6 +46,9 @@ public:
     /// Adds a finding and hands it out, to be completed; valid until the next one is added.
     LintFinding& add(LintFinding finding);
 
+    /// Adds those of another list.
+    void add(LintFindings others);
+
     /// Brings them into document order; those of one place stay in the order in which they were found.
     void sort();
 

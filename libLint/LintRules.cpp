@@ -1,6 +1,9 @@
 #include "libLint/LintRules.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <vector>
 
 #include "libInventory/script/OrInsidePart.h"
 #include "libLint/rules/AssignmentRules.h"
@@ -22,6 +25,7 @@ namespace vrx {
 namespace {
 
 using enum Severity;
+using Kind = vocabulary::ElementKind;
 using Stage = LintStage;
 
 /// By stage; those of one stage in the order in which people are told of them.
@@ -39,54 +43,62 @@ constexpr LintRule RULES[] = {
      "move it before the first part",
      rules::misnamedPart},
     {"unknown-element", Error, Stage::Element,
-     "unknown element {}: it and everything in it is passed over; correct or remove it", rules::unknownElement},
+     "unknown element {}: it and everything in it is passed over; correct or remove it", rules::unknownElement,
+     kindsOf(Kind::Unknown)},
     {"nested-root", Warning, Stage::Element, "<inventory-check> is the root and counts as an <and> here; write <and>",
-     rules::nestedRoot},
+     rules::nestedRoot, kindsOf(Kind::InventoryCheck)},
     {"misplaced-element", Error, Stage::Element, "{} {} is passed over with everything in it; move it out",
-     rules::misplacedElement},
+     rules::misplacedElement, kindsOf(Kind::Value, Kind::InventoryCheck, Kind::Part, Kind::Device, Kind::FailOnExtra)},
     {"error-element", Warning, Stage::Element,
-     "<error> is left over from an annotated script; check the original script, or remove it", rules::errorElement},
+     "<error> is left over from an annotated script; check the original script, or remove it", rules::errorElement,
+     kindsOf(Kind::Error)},
     {"property-outside-device", Error, Stage::Element,
      "a <property> outside a <device> is passed over; move it into the device that it describes",
-     rules::propertyOutsideDevice},
+     rules::propertyOutsideDevice, kindsOf(Kind::Property)},
     {"ignored-testset", Note, Stage::Element, "a <testset> is passed over with everything in it; it may be left out",
-     rules::ignoredTestset},
+     rules::ignoredTestset, kindsOf(Kind::TestSet)},
     {"element-as-value", Error, Stage::Element,
      "inside a <property>, {} counts as one more entry of the value; write <value>, or close the <property> before it",
      rules::elementAsValue},
     {"not-under-not", Warning, Stage::Element,
-     "a <not> inside a <not> is reported by every check; write what you mean without both", rules::notUnderNotInDevice},
+     "a <not> inside a <not> is reported by every check; write what you mean without both", rules::notUnderNotInDevice,
+     kindsOf(Kind::Not)},
 
     {"unknown-attribute", Error, Stage::Attribute, "nothing reads the attribute \"{}\" of {}; remove it",
      rules::unknownAttribute},
     {"device-attribute", Error, Stage::Attribute,
-     "a device has no attribute \"{}\", and with it the device is never found", rules::deviceAttribute},
+     "a device has no attribute \"{}\", and with it the device is never found", rules::deviceAttribute,
+     kindsOf(Kind::Device)},
     {"repeated-type", Error, Stage::Attribute, "{}=\"{}\" is passed over beside {}=\"{}\"; remove one of them",
-     rules::repeatedType},
+     rules::repeatedType, kindsOf(Kind::Device)},
 
     {"ignored-text", Error, Stage::Content, "nothing reads the text \"{0}\" in {1}; write it as value=\"{0}\"",
-     rules::textAsValue},
+     rules::textAsValue, kindsOf(Kind::Property, Kind::Value)},
     {"ignored-text", Error, Stage::Content,
      "nothing reads the text \"{}\" in {}; remove it or write it as an attribute", rules::ignoredText},
-    {"flag-value", Error, Stage::Content, "{}=\"{}\" means off; write true or false", rules::flagValue},
+    {"flag-value", Error, Stage::Content, "{}=\"{}\" means off; write true or false", rules::flagValue,
+     kindsOf(Kind::InventoryCheck)},
     {"empty-or", Error, Stage::Content,
      "an <or> without alternatives is satisfied in the first combination only; give it some, or remove it",
-     rules::emptyOr},
+     rules::emptyOr, kindsOf(Kind::Or)},
     {"empty-or", Error, Stage::Content, "an <or> without alternatives is never satisfied; give it some, or remove it",
-     rules::emptyOrInDevice},
-    {"empty-group", Warning, Stage::Content, "an empty {} asks for nothing; remove it", rules::emptyGroup},
-    {"empty-group", Warning, Stage::Content, "an empty <and> asks for nothing; remove it", rules::emptyAndInDevice},
+     rules::emptyOrInDevice, kindsOf(Kind::Or)},
+    {"empty-group", Warning, Stage::Content, "an empty {} asks for nothing; remove it", rules::emptyGroup,
+     kindsOf(Kind::InventoryCheck, Kind::And, Kind::Not, Kind::Part)},
+    {"empty-group", Warning, Stage::Content, "an empty <and> asks for nothing; remove it", rules::emptyAndInDevice,
+     kindsOf(Kind::And)},
     {"empty-not-in-device", Error, Stage::Content,
      "an empty <not> inside a <device> is never satisfied; put in what is forbidden, or remove it",
-     rules::emptyNotInDevice},
+     rules::emptyNotInDevice, kindsOf(Kind::Not)},
     {"nested-part", Warning, Stage::Content,
-     "a <part> inside a <part> cannot be told apart from it; write one after the other, or an <and>",
-     rules::nestedPart},
+     "a <part> inside a <part> cannot be told apart from it; write one after the other, or an <and>", rules::nestedPart,
+     kindsOf(Kind::Part)},
     {"not-under-not", Warning, Stage::Content,
-     "a <not> inside a <not> is reported by every check; write what you mean without both", rules::notUnderNot},
-    {"or-inside-part", Error, Stage::Content, OR_INSIDE_PART_REASON, rules::orInsidePart},
+     "a <not> inside a <not> is reported by every check; write what you mean without both", rules::notUnderNot,
+     kindsOf(Kind::Not)},
+    {"or-inside-part", Error, Stage::Content, OR_INSIDE_PART_REASON, rules::orInsidePart, kindsOf(Kind::Or)},
     {"equal-alternatives", Warning, Stage::Content, "this alternative equals the one at {}; remove one",
-     rules::equalAlternatives},
+     rules::equalAlternatives, kindsOf(Kind::Or)},
     {"missing-name", Warning, Stage::Content, "a part needs a name, which tells it from others; add one",
      rules::missingName},
     {"duplicate-name", Warning, Stage::Content,
@@ -99,28 +111,31 @@ constexpr LintRule RULES[] = {
      rules::partNeedsNoDevice},
     {"missing-type", Error, Stage::Content,
      "a device needs a type, and without one it is never found; add one (docs/format-inventory-script.md lists them)",
-     rules::missingType},
+     rules::missingType, kindsOf(Kind::Device)},
     {"unknown-type", Error, Stage::Content,
      "there is no device type \"{}\"; write one of the known types (docs/format-inventory-script.md lists them)",
-     rules::unknownType},
+     rules::unknownType, kindsOf(Kind::Device, Kind::FailOnExtra)},
     {"unknown-capability", Error, Stage::Content,
      "there is no capability \"{}\"; write one of the known types (docs/format-inventory-script.md lists them)",
-     rules::unknownCapability},
+     rules::unknownCapability, kindsOf(Kind::FailOnExtra)},
     {"not-around-several", Warning, Stage::Content,
      "a <not> around {} elements forbids only all of them together; write a <not> around each, or an <and> inside",
      rules::notAroundSeveral},
     {"blank-ends", Warning, Stage::Content,
-     "the key \"{}\" begins or ends with a blank, and keys are compared as they stand; remove it", rules::blankKey},
+     "the key \"{}\" begins or ends with a blank, and keys are compared as they stand; remove it", rules::blankKey,
+     kindsOf(Kind::Property)},
     {"fail-on-extra-without-type", Error, Stage::Content,
      "this rule covers nothing, and a check passes without a word about it; give it a known type or capability",
-     rules::ruleWithoutType},
+     rules::ruleWithoutType, kindsOf(Kind::FailOnExtra)},
     {"machine-type", Warning, Stage::Content, "the machine has no {}; write another type, or remove the element",
      rules::typeNobodyHas},
     {"machine-key", Warning, Stage::Content, "no {} of the machine has a property \"{}\"{}; correct or remove it",
      rules::keyNobodyHas},
-    {"missing-key", Error, Stage::Content, "a property needs a key; add the name of the property", rules::missingKey},
+    {"missing-key", Error, Stage::Content, "a property needs a key; add the name of the property", rules::missingKey,
+     kindsOf(Kind::Property)},
     {"value-beside-children", Error, Stage::Content,
-     "the \"value\" attribute is not compared beside children; remove it, or the children", rules::valueBesideChildren},
+     "the \"value\" attribute is not compared beside children; remove it, or the children", rules::valueBesideChildren,
+     kindsOf(Kind::Property)},
     {"misplaced-element", Error, Stage::Content, "nothing reads {} inside {}; move it out", rules::elementInEntry},
     {"value-missing", Warning, Stage::Content,
      "{} has no \"value\" attribute and accepts every entry; write the pattern into one", rules::valueMissing},
@@ -191,19 +206,20 @@ constexpr LintRule RULES[] = {
 
     {"units-missing-in-pattern", Warning, Stage::Whole,
      "units=\"{}\" is not compared, and the value does not say it; write the units into the value, as in ^32 GB$",
-     rules::unitsMissingInPattern},
+     rules::unitsMissingInPattern, kindsOf(Kind::Property)},
     {"units-not-compared", Note, Stage::Whole, "units=\"{}\" is not compared; it may be left out",
-     rules::unitsNotCompared},
+     rules::unitsNotCompared, kindsOf(Kind::Property)},
     {"contradicting-properties", Warning, Stage::Whole,
      "no value of \"{}\" is both this and what is asked for at {}; remove one, or write an <or>",
      rules::excludingProperties},
     {"contradicting-properties", Warning, Stage::Whole,
      "this test of \"{}\" is forbidden here and asked for at {}; remove one", rules::requiredAndForbiddenProperty},
     {"duplicate-device", Warning, Stage::Whole,
-     "the same device is asked for at {}, and the script needs two of it; remove one", rules::duplicateDevice},
+     "the same device is asked for at {}, and the script needs two of it; remove one", rules::duplicateDevice,
+     kindsOf(Kind::Device)},
     {"fail-on-extra-in-group", Warning, Stage::Whole,
      "this rule is in force whichever alternative is chosen, and also under a <not>; move it to the end of the script",
-     rules::ruleInGroup},
+     rules::ruleInGroup, kindsOf(Kind::FailOnExtra)},
 
     {"nothing-to-check", Warning, Stage::End,
      "the script asks for nothing, and a check of it is undetermined; add a <device> or a <fail-on-extra>",
@@ -229,13 +245,42 @@ constexpr LintRule RULES[] = {
 };
 static_assert(std::ranges::is_sorted(RULES, {}, &LintRule::stage));
 
+/// The rules for each stage and kind: a script of many elements is asked about a few million times.
+class RulesByKind {
+public:
+    explicit RulesByKind(bool findsAll) {
+        for (const LintRule& rule : RULES) {
+            for (unsigned kind = 0; kind < KINDS; ++kind) {
+                if ((findsAll || rule.severity == Error) && (rule.kinds >> kind & 1U) != 0) {
+                    m_rules[index(rule.stage, kind)].push_back(&rule);
+                }
+            }
+        }
+    }
+
+    std::span<const LintRule* const> rules(LintStage stage, vocabulary::ElementKind kind) const noexcept {
+        return m_rules[index(stage, static_cast<unsigned>(kind))];
+    }
+
+private:
+    static constexpr unsigned KINDS = static_cast<unsigned>(Kind::Unknown) + 1;
+    static constexpr unsigned STAGES = static_cast<unsigned>(Stage::End) + 1;
+
+    static std::size_t index(LintStage stage, unsigned kind) noexcept {
+        return static_cast<unsigned>(stage) * KINDS + kind;
+    }
+
+    std::array<std::vector<const LintRule*>, std::size_t{KINDS} * STAGES> m_rules;
+};
+
 }  // namespace
 
 std::span<const LintRule> lintRules() noexcept { return RULES; }
 
-std::span<const LintRule> lintRules(LintStage stage) noexcept {
-    const auto found = std::ranges::equal_range(RULES, stage, {}, &LintRule::stage);
-    return {found.begin(), found.end()};
+std::span<const LintRule* const> lintRules(LintStage stage, vocabulary::ElementKind kind, bool findsAll) {
+    static const RulesByKind ALL(true);
+    static const RulesByKind OF_MISTAKES(false);
+    return (findsAll ? ALL : OF_MISTAKES).rules(stage, kind);
 }
 
 }  // namespace vrx

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "libInventory/script/ScriptVocabulary.h"
 #include "libLint/LintFindings.h"
 
 namespace vrx {
@@ -28,6 +29,17 @@ enum class LintStage : std::uint8_t {
     End,        ///< the script or listed part, once everything in it has been looked at
 };
 
+/// Kinds of elements, as a set.
+using LintKinds = std::uint16_t;
+
+/// The set of these kinds.
+template <class... Kinds>
+constexpr LintKinds kindsOf(Kinds... kinds) noexcept {
+    return static_cast<LintKinds>((0U | ... | (1U << static_cast<unsigned>(kinds))));
+}
+
+inline constexpr LintKinds ANY_KIND = 0xFFFF;
+
 /// One rule. Several may share an id and severity: forms of one mistake that are told in different words.
 ///
 ///     for (const LintRule& rule : lintRules()) {
@@ -39,10 +51,13 @@ struct LintRule {
     LintStage stage;
     const char* text;  ///< a format string for what the rule reports
     LintCheck* check;
+    LintKinds kinds = ANY_KIND;  ///< it is asked about these alone
 };
 
 /// All rules, by stage; those of one stage are asked in this order.
 std::span<const LintRule> lintRules() noexcept;
-std::span<const LintRule> lintRules(LintStage stage) noexcept;
+
+/// Those that are asked in a stage about elements of that kind: all, or only those for mistakes.
+std::span<const LintRule* const> lintRules(LintStage stage, vocabulary::ElementKind kind, bool findsAll);
 
 }  // namespace vrx

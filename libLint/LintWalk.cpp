@@ -4,7 +4,13 @@
 
 #include "libLint/LintWalk.h"
 
+#include <algorithm>
+#include <atomic>
+#include <future>
 #include <limits>
+#include <system_error>
+#include <utility>
+#include <vector>
 
 #include "libCommon/text/UuCode.h"
 #include "libInventory/script/PartsList.h"
@@ -69,10 +75,19 @@ public:
         if (role == LintRole::ListedPart) {
             place.kind = ElementKind::Part;
         }
-        for (ScriptWalk walk(place, ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
-            look(*walk, walk->depth == 0 ? role : roleIn(*walk));
+        lookInto(place, role);
+        lookBack(place, role);
+    }
+
+    /// Everything in and including the place, which has that role.
+    void lookInto(const ScriptPlace& top, LintRole role) {
+        for (ScriptWalk walk(top, ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
+            look(*walk, walk->element == top.element ? role : roleIn(*walk));
         }
-        LintSubject subject{place, role, place.kind, m_memory};
+    }
+
+    void lookBack(const ScriptPlace& top, LintRole role) {
+        LintSubject subject{top, role, top.kind, m_memory};
         subject.machine = m_task.machine;
         subject.isInPartsList = m_isInPartsList;
         ask(LintStage::End, subject);
@@ -162,10 +177,8 @@ private:
     }
 
     void ask(LintStage stage, const LintSubject& subject) {
-        for (const LintRule& rule : lintRules(stage)) {
-            if (m_findsAll || rule.severity == Severity::Error) {
-                rule.check(subject, LintReporter(rule, m_task.findings));
-            }
+        for (const LintRule* const rule : lintRules(stage, subject.kind, m_findsAll)) {
+            rule->check(subject, LintReporter(*rule, m_task.findings));
         }
     }
 
@@ -175,13 +188,76 @@ private:
     bool m_findsAll;
 };
 
+/// The content of a script's root, looked through by several threads. No rule for mistakes compares an element with
+/// others, so each child of the root can be looked at by itself; threads take so many at a time.
+class SharedLintWalk {
+public:
+    SharedLintWalk(const XmlElement& root, const LintTask& task) : m_task(task) {
+        for (const XmlElement* const child : childElements(root)) {
+            m_children.push_back(child);
+        }
+        m_findings.resize((m_children.size() + AT_ONCE - 1) / AT_ONCE);
+    }
+
+    void run() {
+        runWith(std::min<std::size_t>(m_task.threads, m_findings.size()));
+        for (LintFindings& findings : m_findings) {
+            m_task.findings.add(std::move(findings));
+        }
+    }
+
+private:
+    static constexpr std::size_t AT_ONCE = 64;
+
+    void runWith(std::size_t threads) {
+        std::vector<std::future<void>> others;
+        try {
+            while (others.size() + 1 < threads) {
+                others.push_back(std::async(std::launch::async, [this] { takeUntilNoneIsLeft(); }));
+            }
+        } catch (const std::system_error&) {  // fewer threads are to be had
+        }
+        takeUntilNoneIsLeft();
+        std::ranges::for_each(others, [](std::future<void>& other) { other.get(); });
+    }
+
+    void takeUntilNoneIsLeft() {
+        for (std::size_t batch = m_next++; batch < m_findings.size(); batch = m_next++) {
+            LintMemory memory;
+            const LintTask task{m_task.extent, m_task.machine, m_findings[batch]};
+            LintWalk walk(memory, task, false);
+            const std::size_t end = std::min((batch + 1) * AT_ONCE, m_children.size());
+            for (std::size_t child = batch * AT_ONCE; child < end; ++child) {
+                walk.lookInto(placeInRoot(*m_children[child]), LintRole::InScript);
+            }
+        }
+    }
+
+    static ScriptPlace placeInRoot(const XmlElement& child) noexcept {
+        ScriptPlace place = topPlace(child);
+        place.depth = 1;
+        return place;
+    }
+
+    const LintTask& m_task;
+    std::vector<const XmlElement*> m_children;
+    std::vector<LintFindings> m_findings;  // of so many children each
+    std::atomic<std::size_t> m_next = 0;
+};
+
 }  // namespace
 
 void lintScript(const XmlElement& root, const Utf8Damage* damage, const LintTask& task) {
     LintMemory memory;
     LintWalk walk(memory, task, false);
     walk.lookAtFile(root, damage);
-    walk.walk(root, LintRole::Root);
+    if (task.extent == Lint::Extent::Mistakes && task.threads > 1) {
+        walk.look(topPlace(root), LintRole::Root);
+        SharedLintWalk(root, task).run();
+        walk.lookBack(topPlace(root), LintRole::Root);
+    } else {
+        walk.walk(root, LintRole::Root);
+    }
 }
 
 void lintPartsList(const XmlElement& root, const LintTask& task) {

@@ -13,6 +13,7 @@ struct LintTask {
     Lint::Extent extent;
     LintMachine* machine;  ///< null when there is none
     LintFindings& findings;
+    unsigned threads = 1;
 };
 
 /// Asks every rule about everything in a script. `damage`, unless it is null, is what was wrong with its bytes.

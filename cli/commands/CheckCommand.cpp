@@ -2,12 +2,13 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "cli/commands/Commands.h"
 #include "cli/help/CommandTable.h"
 #include "cli/help/NearWord.h"
-#include "cli/input/MachineSource.h"
+#include "cli/input/MachineReading.h"
 #include "cli/input/MistakesFound.h"
 #include "cli/input/ScriptFile.h"
 #include "cli/input/WaiverFile.h"
@@ -39,6 +40,8 @@ constexpr const char* CHECK_FOOTER =
     "  vrx-inventory check golden.xml --annotated annotated.xml\n"
     "  vrx-inventory check golden.xml --state machine.xml --explain dimm:A1";
 
+constexpr unsigned MOST_THREADS = 1024;
+
 struct CheckOptions : CommonOptions {
     std::string scriptPath;
     std::string annotatedPath;
@@ -48,6 +51,7 @@ struct CheckOptions : CommonOptions {
     bool hasNoUnsatisfiedTips = false;
     std::string assignment = "auto";
     std::vector<std::string> warningKinds;
+    unsigned threads = std::max(1U, std::thread::hardware_concurrency());
 
     bool writes(std::string_view name) const { return std::ranges::count(writtenFormats(), name) > 0; }
 };
@@ -162,8 +166,9 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
     inventory.setAssignment(assignmentOf(options));
     const std::vector<Waiver> waivers = loadWaivers(options.waiversPath);
-    loadScript(options.scriptPath, world.run, options.isPlain, session);
-    const ImportReport import = loadMachine(options.statePath, world.machine, session);
+    MachineReading reading(options, options.threads > 1, world.machine, session);
+    loadScript({options.scriptPath, options.isPlain, options.threads}, world.run, session);
+    const ImportReport import = reading.finish();
     {
         CombinationProgress progress(session.console);
         std::optional<StageProgress> stage(std::in_place, session.console, "checking");
@@ -266,6 +271,11 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         .add_option("--explain", options->explained,
                     "Tell all about one device element: which devices were tried, what each failed, who has which")
         ->type_name("PLACE");
+    command
+        .add_option("--threads", options->threads,
+                    "How many processors may work at once (default all); 1 does one thing after the other")
+        ->check(CLI::Range(1U, MOST_THREADS))
+        ->type_name("N");
     CLI::Option& waivers =
         options->addInput(command, "--waivers", options->waiversPath, "Faults that somebody has decided to live with");
     CLI::Option& assignment = allowOnly(

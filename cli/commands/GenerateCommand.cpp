@@ -124,7 +124,7 @@ void sayNotScriptable(const NotScriptable& found, const GenerateOptions& options
 /// Throws when the script is not what it should be.
 void verify(const String& script, StateManager& machine, const SysinfoFilter* filter, const GenerateOptions& options,
             const Session& session) {
-    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
+    const ErrorStreamLog::Quiet quiet(LogPriority::Error);
     const std::string problem = [&] {
         const StageProgress progress(session.console, "trying the script");
         return problemOfGenerated(script, machine, filter, options.hasAllCategories);
@@ -161,7 +161,7 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
     // none is all that it could warn of then.
     std::optional<ErrorStreamLog::Quiet> quiet;
     if (!isFiltered) {
-        quiet.emplace(*session.log, LogPriority::Warning);
+        quiet.emplace(LogPriority::Warning);
     }
     String script = [&] {
         const StageProgress progress(session.console, "making the script");

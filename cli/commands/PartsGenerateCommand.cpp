@@ -154,7 +154,7 @@ CommandResult generateParts(const PartsGenerateOptions& options, Session& sessio
     report.machine = &store;
     report.machineName = machineName(options.statePath);
     // The report says it in words that help.
-    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
+    const ErrorStreamLog::Quiet quiet(LogPriority::Error);
     const StageProgress progress(session.console, "looking for the parts");
     report.result =
         Inventory::generatePartsListDataAndXml(report.partsList, base, report.generatedParts, report.deviceToParts,

@@ -19,12 +19,6 @@ namespace {
 constexpr const char* NO_DEVICES =
     "this document holds no devices; expected a <SysInfo> with <Device> elements, or <device> elements, in its root";
 
-/// Whether it can be read again.
-bool isRegularFile(const std::string& path) {
-    std::error_code failure;
-    return path != "-" && std::filesystem::is_regular_file(path, failure);
-}
-
 /// One line for each kind of damage.
 Array<String> damageLines(const ImportResult& result) {
     Array<String> lines;
@@ -118,13 +112,22 @@ void loadThisMachine(StateManager& store, const Session& session) {
 
 }  // namespace
 
+ImportResult importRecording(const std::string& path, const ImportOptions& options, StateManager& store) {
+    const ErrorStreamLog::Quiet quiet(LogPriority::Error);
+    return importInput(path, options, store);
+}
+
 ImportResult loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
                            const Session& session) {
-    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Error);
     ImportResult result = [&] {
         const StageProgress progress(session.console, "reading", path);
-        return importInput(path, options, store);
+        return importRecording(path, options, store);
     }();
+    sayImported(path, result, session);
+    return result;
+}
+
+void sayImported(const std::string& path, const ImportResult& result, const Session& session) {
     if (session.logLevel <= LogPriority::Warning) {
         for (const String& line : damageLines(result)) {
             session.say(fmt::format("{}: warning: {}", inputName(path), line.toUtf8()));
@@ -139,7 +142,11 @@ ImportResult loadRecording(const std::string& path, const ImportOptions& options
     for (const String& line : result.report.errorLines()) {
         session.log->show(LogPriority::Error, line);
     }
-    return result;
+}
+
+bool isRegularFile(const std::string& path) {
+    std::error_code failure;
+    return path != "-" && std::filesystem::is_regular_file(path, failure);
 }
 
 ImportReport loadMachine(const std::string& statePath, StateManager& store, const Session& session) {

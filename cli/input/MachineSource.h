@@ -23,6 +23,14 @@ ImportReport loadMachine(const std::string& statePath, StateManager& store, cons
 ImportResult loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,
                            const Session& session);
 
+/// The two steps of that: reads it, and says nothing; says what there is to say of it, and throws where there is no
+/// machine.
+ImportResult importRecording(const std::string& path, const ImportOptions& options, StateManager& store);
+void sayImported(const std::string& path, const ImportResult& result, const Session& session);
+
+/// Whether it can be read again.
+bool isRegularFile(const std::string& path);
+
 /// Says on standard error what could not be read of the machine. Throws a CommandFailure when nothing could.
 void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session& session);
 

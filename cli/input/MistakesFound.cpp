@@ -29,8 +29,9 @@ std::vector<std::string> linesOf(const ScriptMistakes& mistakes) {
 MistakesFound::MistakesFound(ScriptMistakes mistakes)
     : CommandFailure(ExitStatus::BadInput, linesOf(mistakes)), m_mistakes(std::move(mistakes)) {}
 
-void refuseMistakes(const std::string& path, const XmlDocument& document, std::size_t before) {
+void refuseMistakes(const std::string& path, const XmlDocument& document, std::size_t before, unsigned threads) {
     Lint lint(Lint::Extent::Mistakes);
+    lint.setThreads(threads);
     lint.runDocument(document);
     ScriptMistakes mistakes;
     for (LintFinding finding : lint.findings().list()) {

@@ -21,6 +21,6 @@ private:
 
 /// Throws a MistakesFound when the script or parts list of that path has some. In a text that was parsed inside an
 /// envelope, `before` is how many characters of the envelope stand before it in the first row.
-void refuseMistakes(const std::string& path, const XmlDocument& document, std::size_t before = 0);
+void refuseMistakes(const std::string& path, const XmlDocument& document, std::size_t before = 0, unsigned threads = 1);
 
 }  // namespace vrx::cli

@@ -28,24 +28,33 @@ void sayWhenDamaged(const std::string& path, std::string_view bytes, const Sessi
     }
 }
 
-}  // namespace
-
-void loadScript(const std::string& path, CheckRun& check, bool passesMistakesOver, const Session& session) {
+/// Loads what has to be looked at as a whole: it comes through a pipe, or needs a word about it.
+void loadBytes(const std::string& path, CheckRun& check, const Session& session) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
         throw CommandFailure(ExitStatus::BadInput, fileProblem(path, reason, FileKind::Script),
                              {u"Could not open Inventory Script file: " + String::UTF8Decode(path)});
     }
-    const ErrorStreamLog::Quiet quiet(*session.log, LogPriority::Warning);
+    const ErrorStreamLog::Quiet quiet(LogPriority::Warning);
     Inventory& inventory = check.inventory();
     if (!inventory.loadInventoryScriptBytes(bytes, String::UTF8Decode(path))) {
         throw CommandFailure(ExitStatus::BadInput, xmlProblem(path, bytes, inventory.script(), FileKind::Script),
                              check.fileErrors());
     }
     sayWhenDamaged(path, bytes, session);
-    if (!passesMistakesOver) {
-        refuseMistakes(path, inventory.script());
+}
+
+}  // namespace
+
+void loadScript(const ScriptInput& input, CheckRun& check, const Session& session) {
+    const std::string& path = input.path;
+    Inventory& inventory = check.inventory();
+    if (path == "-" || !inventory.loadPlainScriptFile(String::UTF8Decode(path))) {
+        loadBytes(path, check, session);
+    }
+    if (!input.passesMistakesOver) {
+        refuseMistakes(path, inventory.script(), 0, input.threads);
     }
     if (const XmlElement* const undecidable = findOrInsidePart(*inventory.script().RootElement())) {
         throw CommandFailure(ExitStatus::BadInput,

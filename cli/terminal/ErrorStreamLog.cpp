@@ -1,5 +1,7 @@
 #include "cli/terminal/ErrorStreamLog.h"
 
+#include <optional>
+
 #include "libCommon/text/PrintableText.h"
 
 namespace vrx::cli {
@@ -7,6 +9,8 @@ namespace vrx::cli {
 namespace {
 
 constexpr const char* ENGINE = "libInventory.Inventory";
+
+thread_local std::optional<LogPriority> quietLevel;
 
 const char* nameOf(LogPriority priority) noexcept {
     switch (priority) {
@@ -33,7 +37,7 @@ ErrorStreamLog::ErrorStreamLog(Console& console, LogPriority level) : m_console(
 ErrorStreamLog::~ErrorStreamLog() { Logger::removeSink(*this); }
 
 void ErrorStreamLog::writeLine(const std::string& loggerName, LogPriority priority, StringView message) {
-    if (loggerName != ENGINE || !m_quiet || priority < *m_quiet) {
+    if (loggerName != ENGINE || !quietLevel || priority < *quietLevel) {
         show(priority, withoutSourceLine(message));
     }
 }
@@ -44,8 +48,8 @@ void ErrorStreamLog::show(LogPriority priority, StringView text) {
     }
 }
 
-ErrorStreamLog::Quiet::Quiet(ErrorStreamLog& log, LogPriority level) : m_log(log) { m_log.m_quiet = level; }
+ErrorStreamLog::Quiet::Quiet(LogPriority level) { quietLevel = level; }
 
-ErrorStreamLog::Quiet::~Quiet() { m_log.m_quiet.reset(); }
+ErrorStreamLog::Quiet::~Quiet() { quietLevel.reset(); }
 
 }  // namespace vrx::cli

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "cli/terminal/Console.h"
 #include "libCommon/logging/Logger.h"
 
@@ -17,16 +15,14 @@ public:
 
     void writeLine(const std::string& loggerName, LogPriority priority, StringView message) override;
 
-    /// While one lives, lines of the engine at that level and above are not shown: a command says what they say itself.
+    /// While one lives, lines of the engine at that level and above are not shown where the same thread writes them: a
+    /// command says what they say itself.
     class Quiet {
     public:
-        Quiet(ErrorStreamLog& log, LogPriority level);
+        explicit Quiet(LogPriority level);
         ~Quiet();
         Quiet(const Quiet&) = delete;
         Quiet& operator=(const Quiet&) = delete;
-
-    private:
-        ErrorStreamLog& m_log;
     };
 
     /// Shows a line as those of the log are.
@@ -35,7 +31,6 @@ public:
 private:
     Console& m_console;
     LogPriority m_level;
-    std::optional<LogPriority> m_quiet;
 };
 
 }  // namespace vrx::cli

@@ -72,6 +72,17 @@ bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader) {
     return false;
 }
 
+bool XmlDocument::LoadFileWithout(const String& path, std::string_view text) {
+    if (const auto file = XmlFileSource::open(path.toUtf8())) {
+        XmlSearchedSource source(*file, text);
+        if (replaceBy(source, nullptr) && !source.isFound() && file->error() == 0) {
+            return true;
+        }
+    }
+    Clear();
+    return false;
+}
+
 // The old content goes last: the text may have been borrowed from it.
 bool XmlDocument::replaceBy(XmlSource& source, XmlElementReader* reader) {
     auto parsed = std::make_unique<XmlContent>(this);

@@ -51,6 +51,11 @@ public:
     /// Reads and parses a file; a file that cannot be read is an error at row 0, column 0 with the reason.
     bool LoadFile(const String& path, XmlElementReader* reader = nullptr);
 
+    /// Parses a regular file as it is read, without holding its bytes. False, with an empty document, when it does not
+    /// parse, is no regular file, cannot be read, or its bytes hold that text somewhere. Requires: the text has at most
+    /// 8 bytes.
+    bool LoadFileWithout(const String& path, std::string_view text);
+
     /// Removes all nodes and the error.
     void Clear();
 

@@ -2,6 +2,7 @@
 /// why, and leaves the document in whatever state the parser left it.
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "libCommon/io/FileLoader.h"
@@ -16,6 +17,8 @@
 namespace vrx {
 
 namespace {
+
+constexpr std::string_view ENCODED = "%u";  // what stands for a character that XML cannot hold begins so
 
 /// The root, when it is the one that a script must have.
 const XmlElement* scriptRoot(const XmlDocument& script) {
@@ -64,6 +67,9 @@ bool Inventory::loadInventoryScript(const String& text) {
 }
 
 bool Inventory::loadInventoryScriptFile(const String& path) {
+    if (loadPlainScriptFile(path)) {
+        return true;
+    }
     m_state->m_scriptFileName = path;
     std::string bytes;
     String reason;
@@ -71,15 +77,27 @@ bool Inventory::loadInventoryScriptFile(const String& path) {
         ScriptNotices(*m_state).fileError(u"Could not open Inventory Script file: " + path);
         return false;
     }
-    return loadInventoryScriptBytes(std::move(bytes), path);
+    return loadInventoryScriptBytes(bytes, path);
 }
 
-bool Inventory::loadInventoryScriptBytes(std::string bytes, const String& name) {
+// Nearly all scripts need no encoding and parse as they stand. What does not goes the long way, which also says why.
+bool Inventory::loadPlainScriptFile(const String& path) {
+    XmlDocument script;
+    const XmlElement* const root = script.LoadFileWithout(path, ENCODED) ? scriptRoot(script) : nullptr;
+    if (root != nullptr) {
+        InventoryState& state = *m_state;
+        state.m_scriptFileName = path;
+        state.reset();
+        readFlags(*root, state.m_checkNames, state.m_checkHwLocators, state.m_checkOsLocators);
+        state.m_script = std::move(script);
+    }
+    return root != nullptr;
+}
+
+bool Inventory::loadInventoryScriptBytes(std::string_view bytes, const String& name) {
     m_state->m_scriptFileName = name;
-    // Nearly all scripts need no encoding and parse as they stand. What does not goes the long way, which also says
-    // why.
     InventoryState& state = *m_state;
-    if (bytes.find("%u") == std::string::npos) {
+    if (bytes.find(ENCODED) == std::string_view::npos) {
         state.reset();
         const XmlElement* const root = state.m_script.ParseUtf8(bytes) ? scriptRoot(state.m_script) : nullptr;
         if (root != nullptr) {
@@ -89,7 +107,6 @@ bool Inventory::loadInventoryScriptBytes(std::string bytes, const String& name) 
     }
     Utf8Damage damage;
     const String text = String::UTF8Decode(bytes, &damage);
-    std::string().swap(bytes);
     if (damage.count > 0) {
         VRX_LOG(inventoryLog(), LogPriority::Warning,
                 u"loadInventoryScriptFile() " << name << u"(" << damage.row + 1 << u":" << damage.column + 1 << u"): "

@@ -30,11 +30,19 @@ std::string shortText(const XmlElement& element) {
     return printable(text.view().substr(0, SHOWN)) + (text.size() > SHOWN ? "..." : "");
 }
 
+bool hasText(const XmlElement& element) {
+    for (const XmlNode* child = element.FirstChild(); child != nullptr; child = child->NextSibling()) {
+        if (child->NodeKind() == XmlNode::Kind::Text && !trimmed(child->Value()).empty()) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Whether a text stands where a value was meant.
 bool isGivenAsText(const LintSubject& subject) {
     return (subject.kind == ElementKind::Property || subject.kind == ElementKind::Value) &&
-           subject.element().FindAttribute(vocabulary::VALUE) == nullptr &&
-           !subject.element().NormalizedText().isEmpty();
+           subject.element().FindAttribute(vocabulary::VALUE) == nullptr && hasText(subject.element());
 }
 
 }  // namespace
@@ -52,8 +60,7 @@ void unknownAttribute(const LintSubject& subject, const LintReporter& report) {
 void deviceAttribute(const LintSubject& subject, const LintReporter& report) {
     const StringView name = subject.attribute->Name();
     const auto known = attributesOf(subject.kind);
-    if (subject.kind == ElementKind::Device &&
-        std::ranges::none_of(known, [name](StringView each) { return equalNoCase(each, name); })) {
+    if (std::ranges::none_of(known, [name](StringView each) { return equalNoCase(each, name); })) {
         report.at(subject.element(), printable(name)).suggestion = printable(nearestName(name, known));
     }
 }
@@ -61,7 +68,7 @@ void deviceAttribute(const LintSubject& subject, const LintReporter& report) {
 // That of exactly this name counts, else the first.
 void repeatedType(const LintSubject& subject, const LintReporter& report) {
     const XmlAttribute& attribute = *subject.attribute;
-    if (subject.kind != ElementKind::Device || !equalNoCase(attribute.Name(), vocabulary::TYPE)) {
+    if (!equalNoCase(attribute.Name(), vocabulary::TYPE)) {
         return;
     }
     const XmlAttribute* counting = subject.element().FindAttribute(vocabulary::TYPE);
@@ -81,7 +88,7 @@ void textAsValue(const LintSubject& subject, const LintReporter& report) {
 }
 
 void ignoredText(const LintSubject& subject, const LintReporter& report) {
-    if (!isGivenAsText(subject) && !subject.element().NormalizedText().isEmpty()) {
+    if (hasText(subject.element()) && !isGivenAsText(subject)) {
         report.at(subject.element(), shortText(subject.element()), tagOf(subject.element()));
     }
 }

@@ -51,35 +51,33 @@ bool isForbidden(const LintSubject& subject) noexcept {
 }  // namespace
 
 void missingType(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::Device && typeOf(subject).empty()) {
+    if (typeOf(subject).empty()) {
         report.at(subject.element());
     }
 }
 
 void unknownType(const LintSubject& subject, const LintReporter& report) {
-    const bool hasType = subject.kind == ElementKind::Device || subject.kind == ElementKind::FailOnExtra;
-    if (hasType && isUnknown(typeOf(subject))) {
+    if (isUnknown(typeOf(subject))) {
         report.at(subject.element(), printable(typeOf(subject))).suggestion = nearestType(typeOf(subject));
     }
 }
 
 void unknownCapability(const LintSubject& subject, const LintReporter& report) {
     const StringView capability = subject.element().Attribute(vocabulary::CAPABILITY);
-    if (subject.kind == ElementKind::FailOnExtra && isUnknown(capability)) {
+    if (isUnknown(capability)) {
         report.at(subject.element(), printable(capability)).suggestion = nearestType(capability);
     }
 }
 
 /// Of an unknown type or capability another rule tells.
 void ruleWithoutType(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::FailOnExtra && typeOf(subject).empty() &&
-        subject.element().Attribute(vocabulary::CAPABILITY).empty()) {
+    if (typeOf(subject).empty() && subject.element().Attribute(vocabulary::CAPABILITY).empty()) {
         report.at(subject.element());
     }
 }
 
 void ruleInGroup(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::FailOnExtra && !mustBeThere(subject.place)) {
+    if (!mustBeThere(subject.place)) {
         report.at(subject.element());
     }
 }
@@ -98,9 +96,6 @@ void blankLocator(const LintSubject& subject, const LintReporter& report) {
 }
 
 void duplicateDevice(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind != ElementKind::Device) {
-        return;
-    }
     if (isForbidden(subject)) {
         subject.memory.asked.addForbidden(subject.element());
     }

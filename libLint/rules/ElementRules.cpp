@@ -10,26 +10,19 @@ using vocabulary::ElementKind;
 
 namespace {
 
-bool stands(const LintSubject& subject, ElementKind kind) noexcept {
-    return subject.kind == kind && (subject.role == LintRole::InScript || subject.role == LintRole::InDevice);
+bool standsWhereElementsDo(const LintSubject& subject) noexcept {
+    return subject.role == LintRole::InScript || subject.role == LintRole::InDevice;
 }
 
 /// What a check knows, but does not look at between devices or inside one.
 bool isMisplaced(const LintSubject& subject) noexcept {
-    switch (subject.kind) {
-        case ElementKind::Value: return subject.role == LintRole::InScript || subject.role == LintRole::InDevice;
-        case ElementKind::InventoryCheck:
-        case ElementKind::Part:
-        case ElementKind::Device:
-        case ElementKind::FailOnExtra: return subject.role == LintRole::InDevice;
-        default: return false;
-    }
+    return subject.kind == ElementKind::Value ? standsWhereElementsDo(subject) : subject.role == LintRole::InDevice;
 }
 
 }  // namespace
 
 void unknownElement(const LintSubject& subject, const LintReporter& report) {
-    if (stands(subject, ElementKind::Unknown)) {
+    if (standsWhereElementsDo(subject)) {
         const StringView name = subject.element().Name();
         report.at(subject.element(), tagOf(subject.element())).suggestion =
             printable(nearestName(name, vocabulary::elementNames()));
@@ -37,7 +30,7 @@ void unknownElement(const LintSubject& subject, const LintReporter& report) {
 }
 
 void nestedRoot(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::InScript && subject.kind == ElementKind::InventoryCheck) {
+    if (subject.role == LintRole::InScript) {
         report.at(subject.element());
     }
 }
@@ -50,19 +43,19 @@ void misplacedElement(const LintSubject& subject, const LintReporter& report) {
 }
 
 void errorElement(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::Error && subject.role != LintRole::BeforeParts) {
+    if (subject.role != LintRole::BeforeParts) {
         report.at(subject.element());
     }
 }
 
 void propertyOutsideDevice(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::InScript && subject.kind == ElementKind::Property) {
+    if (subject.role == LintRole::InScript) {
         report.at(subject.element());
     }
 }
 
 void ignoredTestset(const LintSubject& subject, const LintReporter& report) {
-    if (stands(subject, ElementKind::TestSet)) {
+    if (standsWhereElementsDo(subject)) {
         report.at(subject.element());
     }
 }

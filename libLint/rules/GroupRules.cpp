@@ -20,8 +20,8 @@ namespace {
 /// More than this take a while, and are seldom meant.
 constexpr std::uint64_t MANY_COMBINATIONS = 10'000;
 
-bool isEmpty(const LintSubject& subject, LintRole role, ElementKind kind) noexcept {
-    return subject.role == role && subject.kind == kind && subject.element().FirstChildElement() == nullptr;
+bool isEmpty(const LintSubject& subject, LintRole role) noexcept {
+    return subject.role == role && subject.element().FirstChildElement() == nullptr;
 }
 
 /// A rule of extra devices is tested by itself, so a `not` around it does not count in it.
@@ -31,7 +31,7 @@ bool isUnderNot(const ScriptPlace& place) noexcept {
 }
 
 void reportNotUnderNot(const LintSubject& subject, LintRole role, const LintReporter& report) {
-    if (subject.role == role && subject.kind == ElementKind::Not && isUnderNot(subject.place)) {
+    if (subject.role == role && isUnderNot(subject.place)) {
         report.at(subject.element());
     }
 }
@@ -47,41 +47,38 @@ void notUnderNotInDevice(const LintSubject& subject, const LintReporter& report)
 }
 
 void emptyOr(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InScript, ElementKind::Or)) {
+    if (isEmpty(subject, LintRole::InScript)) {
         report.at(subject.element());
     }
 }
 
 void emptyOrInDevice(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InDevice, ElementKind::Or)) {
+    if (isEmpty(subject, LintRole::InDevice)) {
         report.at(subject.element());
     }
 }
 
 void emptyGroup(const LintSubject& subject, const LintReporter& report) {
-    for (const ElementKind kind :
-         {ElementKind::InventoryCheck, ElementKind::And, ElementKind::Not, ElementKind::Part}) {
-        if (isEmpty(subject, LintRole::InScript, kind)) {
-            report.at(subject.element(), tagOf(subject.element()));
-        }
+    if (isEmpty(subject, LintRole::InScript)) {
+        report.at(subject.element(), tagOf(subject.element()));
     }
 }
 
 void emptyAndInDevice(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InDevice, ElementKind::And)) {
+    if (isEmpty(subject, LintRole::InDevice)) {
         report.at(subject.element());
     }
 }
 
 void emptyNotInDevice(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InDevice, ElementKind::Not)) {
+    if (isEmpty(subject, LintRole::InDevice)) {
         report.at(subject.element());
     }
 }
 
 void equalAlternatives(const LintSubject& subject, const LintReporter& report) {
     const XmlElement* const first = subject.element().FirstChildElement();
-    if (subject.kind != ElementKind::Or || first == nullptr || first->NextSiblingElement() == nullptr) {
+    if (first == nullptr || first->NextSiblingElement() == nullptr) {
         return;
     }
     std::unordered_map<String, const XmlElement*, HashFunc<String>> seen;
@@ -100,7 +97,7 @@ void orInsidePart(const LintSubject& subject, const LintReporter& report) {
 }
 
 void nestedPart(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::Part && subject.place.part != nullptr) {
+    if (subject.place.part != nullptr) {
         report.at(subject.element());
     }
 }

@@ -29,14 +29,12 @@ bool leavesUnitsOut(const XmlElement& property, StringView units) {
     return hasPattern && !patternsMention(property, units);
 }
 
-StringView unitsOf(const LintSubject& subject) noexcept {
-    return subject.kind == ElementKind::Property ? subject.element().Attribute(vocabulary::UNITS) : StringView();
-}
+StringView unitsOf(const LintSubject& subject) noexcept { return subject.element().Attribute(vocabulary::UNITS); }
 
 }  // namespace
 
 void missingKey(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::Property && trimmed(subject.element().Attribute(vocabulary::KEY)).empty()) {
+    if (trimmed(subject.element().Attribute(vocabulary::KEY)).empty()) {
         report.at(subject.element());
     }
 }
@@ -44,14 +42,13 @@ void missingKey(const LintSubject& subject, const LintReporter& report) {
 void blankKey(const LintSubject& subject, const LintReporter& report) {
     const StringView key = subject.element().Attribute(vocabulary::KEY);
     const StringView text = trimmed(key);
-    if (subject.kind == ElementKind::Property && !text.empty() && text.size() != key.size()) {
+    if (!text.empty() && text.size() != key.size()) {
         report.at(subject.element(), printable(key));
     }
 }
 
 void valueBesideChildren(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind == ElementKind::Property && hasEntries(subject.element()) &&
-        subject.element().FindAttribute(vocabulary::VALUE) != nullptr) {
+    if (hasEntries(subject.element()) && subject.element().FindAttribute(vocabulary::VALUE) != nullptr) {
         report.at(subject.element());
     }
 }

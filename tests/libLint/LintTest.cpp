@@ -55,6 +55,18 @@ bool isMistaken(const std::string& text) {
     return mistakes.findings().count(Severity::Error) > 0;
 }
 
+/// Findings with everything that they say.
+std::vector<std::string> mistakesIn(const std::string& text, unsigned threads) {
+    Lint lint(Lint::Extent::Mistakes);
+    lint.setThreads(threads);
+    EXPECT_EQ(lint.run(text), Lint::Result::Done);
+    std::vector<std::string> found;
+    for (const LintFinding& finding : lint.findings().list()) {
+        found.push_back(std::to_string(finding.row) + ":" + std::to_string(finding.column) + finding.message());
+    }
+    return found;
+}
+
 std::string script(const std::string& content) { return "<inventory-check>" + content + "</inventory-check>"; }
 std::string device(const std::string& content) { return script("<device type='Fan'>" + content + "</device>"); }
 
@@ -239,6 +251,19 @@ TEST(LintTest, TakesForNoMistakeWhatTheEngineIsMeantToLeaveAloneAndWhatHasAMeani
         EXPECT_FALSE(isMistaken(script(content))) << content;
     }
     EXPECT_FALSE(isMistaken("<parts><info/><part/><part name='a'><device type='Fan'/></part></parts>"));
+}
+
+TEST(LintTest, AsManyThreadsAsThereAreFindTheSame) {
+    std::string content = "text <fan/>";
+    for (int i = 0; i < 500; ++i) {
+        content += "\n<device type='Fan'><property key='' value='1' unit='x'>y</property></device>";
+        content +=
+            i % 7 == 0 ? "<part name='p'><or><device type='Fna'/><device/></or></part>" : "<testset><x/></testset>";
+    }
+    const std::vector<std::string> found = mistakesIn(script(content), 1);
+    EXPECT_GT(found.size(), 1500U);
+    EXPECT_EQ(mistakesIn(script(content), 4), found);
+    EXPECT_EQ(mistakesIn(script("<device/>"), 4).size(), 1U);
 }
 
 TEST(LintTest, DoubtsPatternsThatLookLikeSomethingElse) {

@@ -5,6 +5,7 @@
 /// The functions stand in the program itself, so that every library calls them. What they give out comes from the
 /// system's own, or the sanitizer's, which also take it back.
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -26,7 +27,7 @@ namespace {
 
 constinit bool isCounting = false;
 constinit unsigned long failing = 0;
-constinit unsigned long allocations = 0;
+constinit std::atomic<unsigned long> allocations = 0;
 
 [[gnu::constructor(101)]] void startCounting() {
     const char* const number = std::getenv("VRX_FAIL_ALLOCATION");
@@ -36,7 +37,7 @@ constinit unsigned long allocations = 0;
 
 [[gnu::destructor(101)]] void sayCount() {
     if (isCounting && failing == 0) {
-        std::fprintf(stderr, "allocations: %lu\n", allocations);
+        std::fprintf(stderr, "allocations: %lu\n", allocations.load());
     }
 }
 

@@ -1,6 +1,10 @@
 #include "libCommon/xml/parsing/XmlParser.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -22,6 +26,9 @@
 // the end of a chunk is scanned again from its start when more has come; a token that is longer than a chunk makes the
 // chunks grow with it, so that the whole stays linear.
 //
+// What has been parsed of a large piece is given back to the system from time to time, since nobody looks at it again:
+// by and by the tree takes the place of the text.
+//
 // Places are followed through that buffer too. Invariant: the text from the place that was asked for last up to the
 // event under way lies in it. To that end each chunk ends with asking for the place of what is unfinished, which is
 // where the library begins to move its buffer on.
@@ -34,6 +41,8 @@ constexpr std::size_t LARGEST_WHOLE = std::size_t{512} << 20;  // half of the li
 constexpr std::size_t LARGEST_SECOND_COPY = std::size_t{16} << 20;
 constexpr std::size_t CHUNK = std::size_t{64} << 10;
 constexpr std::size_t LARGEST_CHUNK = std::size_t{256} << 20;
+constexpr std::size_t GIVEN_BACK_AT_ONCE = std::size_t{1} << 20;
+constexpr std::size_t KEPT_BEFORE_EVENT = std::size_t{64} << 10;
 constexpr std::size_t MARGIN = 4;  // the room that a source needs for its last character
 constexpr std::string_view ENCODING = "utf-8";
 
@@ -82,6 +91,7 @@ std::optional<XmlError> XmlParser::run() {
         if (buffer == nullptr) {
             return libraryError();
         }
+        m_givenBack = 0;
         const std::size_t size = m_source.read(buffer, capacity);
         if (bytesRead == 0 && startsLikeUtf16({buffer, size})) {
             return XmlError{u"the text is not UTF-8", XmlPlace(), false};
@@ -163,8 +173,23 @@ XmlPlace XmlParser::placeOfEvent() {
         const auto passed = static_cast<std::size_t>(index - m_positionIndex);
         m_position.advance({buffer + offset - passed, passed});
         m_positionIndex = index;
+        giveBack(const_cast<char*>(buffer), static_cast<std::size_t>(offset));
     }
     return m_position.place();
+}
+
+// The library keeps a little in front of the event for itself. A page that was given back reads as zeros, should
+// anybody look; the buffer remains what it was.
+void XmlParser::giveBack(char* buffer, std::size_t parsed) {
+    if (parsed < m_givenBack + GIVEN_BACK_AT_ONCE + KEPT_BEFORE_EVENT) {
+        return;
+    }
+    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto start = reinterpret_cast<std::uintptr_t>(buffer);
+    const std::uintptr_t begin = (start + m_givenBack + page - 1) / page * page;
+    const std::uintptr_t end = (start + parsed - KEPT_BEFORE_EVENT) / page * page;
+    ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+    m_givenBack = end - start;
 }
 
 std::string_view XmlParser::restAtEvent() const {

@@ -38,6 +38,7 @@ private:
     std::size_t nextChunkSize(std::uint64_t bytesRead) const noexcept;
     void stop(String description);
     XmlPlace placeOfEvent();
+    void giveBack(char* buffer, std::size_t parsed);
     std::string_view restAtEvent() const;
     XmlError libraryError();
 
@@ -46,6 +47,7 @@ private:
     std::unique_ptr<XML_ParserStruct, Release> m_parser;
     XmlPosition m_position;
     XML_Index m_positionIndex = 0;  // of the byte that m_position is at
+    std::size_t m_givenBack = 0;    // up to where the text in the buffer is gone
     std::optional<XmlError> m_error;
 };
 

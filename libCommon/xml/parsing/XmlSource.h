@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "libCommon/text/String.h"
@@ -36,6 +37,28 @@ public:
 
 private:
     std::string_view m_unread;
+};
+
+/// Another source, which ends where a text is found in it.
+class XmlSearchedSource final : public XmlSource {
+public:
+    /// Both are borrowed. Requires: the text has 2 to 8 bytes.
+    XmlSearchedSource(XmlSource& source, std::string_view wanted) noexcept : m_source(source), m_wanted(wanted) {}
+
+    std::size_t read(char* buffer, std::size_t capacity) noexcept override;
+    bool isAtEnd() const noexcept override { return m_isFound || m_source.isAtEnd(); }
+    std::size_t mostBytesLeft() const noexcept override { return m_isFound ? 0 : m_source.mostBytesLeft(); }
+    bool isInMemory() const noexcept override { return m_source.isInMemory(); }
+
+    bool isFound() const noexcept { return m_isFound; }
+
+private:
+    bool isIn(std::string_view piece) noexcept;
+
+    XmlSource& m_source;
+    std::string_view m_wanted;
+    std::string m_before;  // as much of the last piece as the text may begin in; short enough to need no memory
+    bool m_isFound = false;
 };
 
 /// 16-bit text.

@@ -30,13 +30,14 @@ bool isMeantAsMarker(StringView word, StringView rest) {
     if (word == marker || word.size() < SHORTEST || word.size() > LONGEST) {
         return false;
     }
-    const String folded = foldCase(word);
     const bool isInBrackets = opensWithBounds(rest);
-    if (isInBrackets && folded.view().ends_with(u"range")) {
+    if (isInBrackets && equalNoCase(word.substr(word.size() - 5), u"range")) {
         return true;
     }
     const std::size_t farthest = isInBrackets ? 3 : 2;
-    return folded.view().starts_with(u'v') && editDistance(folded, foldCase(marker)) <= farthest;
+    const bool isOfItsLength = word.size() + farthest >= marker.size() && word.size() <= marker.size() + farthest;
+    return isOfItsLength && equalNoCase(word.substr(0, 1), u"v") &&
+           editDistance(foldCase(word), foldCase(marker)) <= farthest;
 }
 
 /// Whether the pattern stands for one text, with all signs escaped: that of a generated script. There a bracket behind

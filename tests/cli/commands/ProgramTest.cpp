@@ -133,6 +133,24 @@ TEST_F(ProgramTest, EscapesWhatFilesHold) {
     EXPECT_EQ(console.out.find_first_of("\033\u202E"), std::string::npos);
 }
 
+TEST_F(ProgramTest, SaysNothingOfTheMachineWhenItRefusesTheScript) {
+    const std::string damaged = write("m.xml", "<SysInfo><Device type='Fan'>");
+    const std::string broken = write("broken.xml", "<inventory-check><device type='Fan'></inventory-check>");
+    const std::string mistaken = write("mistaken.xml", "<inventory-check><device typ='Fan'/></inventory-check>");
+    for (const char* const threads : {"1", "2"}) {
+        for (const std::string& script : {broken, mistaken}) {
+            EXPECT_EQ(run({"check", script, "--state", damaged, "--threads", threads}), 2);
+            EXPECT_THAT(console.err, HasSubstr(script));
+            EXPECT_EQ(console.err.find(damaged), std::string::npos) << console.err;
+        }
+        const std::string good = write("s.xml", "<inventory-check><device type='Fan'/></inventory-check>");
+        EXPECT_EQ(run({"check", good, "--state", damaged, "--threads", threads}), 2);
+        EXPECT_THAT(console.err, HasSubstr(damaged));
+    }
+    EXPECT_EQ(run({"check", broken, "--threads", "0"}), 2);
+    EXPECT_THAT(console.err, HasSubstr("--threads"));
+}
+
 TEST_F(ProgramTest, KeepsTheEnginesLinesForThoseWhoAsk) {
     const std::string script = write("s.xml", "<inventory-check><device type='Fan'/></inventory-check>");
     const std::string machine =

@@ -9,6 +9,7 @@
 
 #include "libCommon/error/StructuredException.h"
 #include "libCommon/xml/parsing/XmlElementReader.h"
+#include "libCommon/xml/parsing/XmlSource.h"
 #include "tests/libCommon/PrintText.h"
 
 namespace vrx {
@@ -153,6 +154,23 @@ TEST(XmlDocumentTest, replacesWhatItHeld) {
     document.Clear();
     EXPECT_FALSE(document.Error());
     EXPECT_EQ(document.ErrorDesc(), u"");
+}
+
+TEST(XmlDocumentTest, endsASourceWhereATextIsFound) {
+    for (const std::size_t piece : {std::size_t{4}, std::size_t{5}, std::size_t{64}}) {
+        for (const auto& [bytes, isFound] : {std::pair("<a b='%u0041'/>", true), std::pair("12345%%uab", true),
+                                             std::pair("%%abc%abcu%", false), std::pair("uu%", false)}) {
+            XmlUtf8Source whole(bytes);
+            XmlSearchedSource source(whole, "%u");
+            std::string read;
+            while (!source.isAtEnd()) {
+                char buffer[64];
+                read.append(buffer, source.read(buffer, piece));
+            }
+            EXPECT_EQ(source.isFound(), isFound) << bytes << piece;
+            EXPECT_TRUE(isFound || read == bytes) << read;
+        }
+    }
 }
 
 TEST(XmlDocumentTest, loadsFiles) {

@@ -232,11 +232,28 @@ TEST(LoadingTest, AFileReadsAsItsTextDoes) {
     const std::string path = testing::TempDir() + "vrx-script-" + std::to_string(getpid()) + ".xml";
     const std::string script = R"(<inventory-check><device type="Fan" name="%u0041"/></inventory-check>)";
     std::ofstream(path) << script;
+    StateManager store;
+    addDevice(store, "Fan", "fan", "f");
     Inventory ofText;
     Inventory ofFile;
     EXPECT_TRUE(ofText.loadInventoryScript(text(script)));
     EXPECT_TRUE(ofFile.loadInventoryScriptFile(text(path)));
     EXPECT_EQ(ofFile.script().toString(), ofText.script().toString());
+
+    // A plain one is loaded while it is read; one that needs more leaves what was loaded, without a word.
+    RecordingObserver observer;
+    ofFile.registerInventoryObserver(observer);
+    EXPECT_FALSE(ofFile.loadPlainScriptFile(text(path)));
+    for (const char* const needsMore : {"<inventory-check>", "<inventory/>", "<inventory-check note='\xE9'/>"}) {
+        std::ofstream(path) << needsMore;
+        EXPECT_FALSE(ofFile.loadPlainScriptFile(text(path))) << needsMore;
+    }
+    EXPECT_EQ(ofFile.script().toString(), ofText.script().toString());
+    EXPECT_THAT(observer.fileErrors, testing::IsEmpty());
+    std::ofstream(path) << "<inventory-check check-names='false'><device type='Fan' name='x'/></inventory-check>";
+    EXPECT_TRUE(ofFile.loadPlainScriptFile(text(path)));
+    ofFile.setStateManager(store);
+    EXPECT_TRUE(ofFile.run());
     std::filesystem::remove(path);
 }
 
