@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 set(VRX_INSTALL_CONFIGDIR "${CMAKE_INSTALL_LIBDIR}/cmake/VrxInventory")
 set(VRX_INSTALL_DATADIR "${CMAKE_INSTALL_DATADIR}/vrx-inventory")
 
-set(VRX_LIBRARIES vrxReport vrxDiagnosis vrxLint vrxMachine vrxInventory vrxRegex vrxSystemState vrxCommon)
+set(VRX_LIBRARIES vrxReport vrxGolden vrxDiagnosis vrxLint vrxMachine vrxInventory vrxRegex vrxSystemState vrxCommon)
 
 install(TARGETS ${VRX_LIBRARIES} EXPORT VrxInventoryTargets FILE_SET HEADERS DESTINATION "${VRX_INSTALL_INCLUDEDIR}")
 install(EXPORT VrxInventoryTargets NAMESPACE VrxInventory:: DESTINATION "${VRX_INSTALL_CONFIGDIR}")

@@ -3,6 +3,7 @@
 #include "libCommon/Export.h"
 #include "libCommon/text/String.h"
 #include "libSystemState/Forward.h"
+#include "libSystemState/filter/SysinfoFilter.h"
 
 /// Scripts from machines, with more to choose than `Inventory::generateInventoryScript` offers.
 ///
@@ -30,6 +31,9 @@ struct ScriptOptions {
     /// The text is well-formed XML, so it can be kept in a file and read by others. Characters that XML has no room for
     /// are written as escapes of patterns, `\x{001B}`; a locator with such a character is not asked for.
     bool isWellFormed = false;
+
+    /// How the file of the working directory is read.
+    SysinfoFilter::Language filterLanguage = SysinfoFilter::Language::Plain;
 };
 
 /// A script that the machine meets.

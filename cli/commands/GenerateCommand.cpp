@@ -1,18 +1,19 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <memory>
 #include <optional>
 
 #include "cli/commands/Commands.h"
-#include "cli/files/InputFile.h"
-#include "cli/files/XmlFileProblem.h"
+#include "cli/commands/generate/GenerateOptions.h"
+#include "cli/commands/generate/GoldenMachines.h"
+#include "cli/help/CommandTable.h"
+#include "cli/input/FilterFile.h"
 #include "cli/input/GeneratedScript.h"
 #include "cli/input/MachineSource.h"
 #include "cli/input/ScriptableMachine.h"
-#include "cli/program/CommonOptions.h"
 #include "cli/terminal/StageProgress.h"
+#include "libCommon/text/NumberText.h"
 #include "libInventory/ScriptGeneration.h"
 #include "libInventory/script/FailOnExtraRules.h"
 #include "libReport/text/GenerationNotices.h"
@@ -26,12 +27,12 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr const char* DEFAULT_FILTER = "SystemInformationFilter.xml";
-
 constexpr const char* GENERATE_FOOTER =
     "The script names every device of the machine, or, with a filter, those that the filter\n"
     "selects; \"check\" on the same machine passes it. Without --filter the file\n"
     "SystemInformationFilter.xml of the working directory is used when there is one.\n"
+    "Of several machines it asks for what all have: equal values exactly, near numbers as ranges, few\n"
+    "texts as alternatives; never for serial numbers, addresses and the like. All of them pass it.\n"
     "Exit status: 0 the script was written; 2 a file cannot be read, parsed or written;\n"
     "3 this machine cannot be read; 4 internal error.\n"
     "\n"
@@ -39,49 +40,19 @@ constexpr const char* GENERATE_FOOTER =
     "  vrx-inventory generate -o golden.xml\n"
     "  vrx-inventory generate --fail-on-extra -o exact.xml\n"
     "  vrx-inventory generate --state machine.xml --filter filter.xml -o golden.xml\n"
-    "  vrx-inventory generate --no-check-hw-locators --no-check-names";
+    "  vrx-inventory generate --no-check-hw-locators --no-check-names\n"
+    "  vrx-inventory generate good1.xml good2.xml good3.xml --decisions why.txt -o golden.xml\n"
+    "  vrx-inventory generate --for model --state machine.xml -o model.xml";
 
-struct GenerateOptions : CommonOptions {
-    std::string filterPath;
-    bool hasAllCategories = false;
-    bool ignoresLocators = false;
-    bool ignoresHwLocators = false;
-    bool ignoresOsLocators = false;
-    bool ignoresNames = false;
-    bool failsOnExtra = false;
-    bool hasLenientKeys = false;
-};
+[[noreturn]] void refuseGeneration(const std::string& why) { throw CommandFailure(ExitStatus::BadInput, why); }
 
-std::string filterProblem(const std::string& path, std::string_view bytes, const SysinfoFilter& filter) {
-    if (const std::string other = otherKind(bytes, FileKind::Filter); !other.empty()) {
-        return fmt::format("{}: {}", inputName(path), other);
-    }
-    return fmt::format("{}:{}:{}: {}; {}", inputName(path), filter.errorRow(), filter.errorColumn(),
-                       filter.errorReason().toUtf8(), expectedText(FileKind::Filter));
+std::string percentProblem(const std::string& text) {
+    const std::optional<double> number = parseReal(String::UTF8Decode(text));
+    return number && *number >= 0 && *number <= 100 ? std::string() : "\"" + text + "\" is no percentage from 0 to 100";
 }
 
-/// Why the filter does not load; empty when it does.
-std::string loadFilter(const std::string& path, SysinfoFilter& filter) {
-    std::string bytes;
-    String reason;
-    if (!loadInput(path, bytes, reason)) {
-        return fileProblem(path, reason, FileKind::Filter);
-    }
-    return filter.load(bytes) == SysinfoFilter::PARSE_SUCCESS ? std::string() : filterProblem(path, bytes, filter);
-}
-
-/// Whether the default filter is there and loads. That there is none is normal; one that does not load is passed over,
-/// so the user learns why.
-bool loadDefaultFilter(SysinfoFilter& filter, const Session& session) {
-    std::error_code failure;
-    if (!std::filesystem::exists(DEFAULT_FILTER, failure)) {
-        return false;
-    }
-    const std::string problem = loadFilter(DEFAULT_FILTER, filter);
-    session.say(problem.empty()
-                    ? fmt::format("{} of the working directory decides what the script names", DEFAULT_FILTER)
-                    : problem + "; passed over, so the script names everything");
-    return problem.empty();
+SysinfoFilter::Language filterLanguage(const GenerateOptions& options) {
+    return options.isPlain ? SysinfoFilter::Language::Plain : SysinfoFilter::Language::Extended;
 }
 
 /// The program's scripts can be kept in files and outlast a restart of the machine; a plain one is the engine's own.
@@ -89,41 +60,18 @@ ScriptOptions scriptOptions(const GenerateOptions& options, SysinfoFilter* filte
     ScriptOptions script;
     script.hasAllCategories = options.hasAllCategories;
     script.checksNames = !options.ignoresNames;
-    script.checksHwLocators = !options.ignoresLocators && !options.ignoresHwLocators;
-    script.checksOsLocators = !options.ignoresLocators && !options.ignoresOsLocators;
+    script.checksHwLocators = options.checksHwLocators();
+    script.checksOsLocators = options.checksOsLocators();
     script.filter = filter;
     script.leavesOutKernelNames = !options.isPlain;
     script.isWellFormed = !options.isPlain;
+    script.filterLanguage = filterLanguage(options);
     return script;
 }
 
-void sayLeftOut(const std::vector<std::string>& leftOut, const std::string& noun, const char* why,
-                const Session& session) {
-    if (!leftOut.empty()) {
-        session.say(fmt::format("{} left out of the script, {}; the first is {}", counted(leftOut.size(), noun), why,
-                                leftOut.front()));
-    }
-}
-
-/// Says what the script has to do without. Throws when the user has to decide on it.
-void sayNotScriptable(const NotScriptable& found, const GenerateOptions& options, const Session& session) {
-    if (!found.codedKeys.empty() && !options.hasLenientKeys) {
-        const std::size_t more = found.codedKeys.size() - 1;
-        throw CommandFailure(
-            ExitStatus::BadInput,
-            fmt::format("{} has an escape or a control character in it, so no script can ask for it{}; "
-                        "--lenient-keys leaves it out",
-                        found.codedKeys.front(), more > 0 ? fmt::format(", nor for {} more", more) : ""));
-    }
-    sayLeftOut(found.codedKeys, "property key", "because of an escape or a control character", session);
-    sayLeftOut(found.unknownTypes, "device", "because no rule sees a type that is none", session);
-    sayLeftOut(found.hiddenProperties, "property", "because a check sees only the first of a key, and none without one",
-               session);
-}
-
 /// Throws when the script is not what it should be.
-void verify(const String& script, StateManager& machine, const SysinfoFilter* filter, const GenerateOptions& options,
-            const Session& session) {
+void verifyForMachine(const String& script, StateManager& machine, const SysinfoFilter* filter,
+                      const GenerateOptions& options, const Session& session) {
     const ErrorStreamLog::Quiet quiet(LogPriority::Error);
     const std::string problem = [&] {
         const StageProgress progress(session.console, "trying the script");
@@ -136,24 +84,18 @@ void verify(const String& script, StateManager& machine, const SysinfoFilter* fi
     }
 }
 
-CommandResult generateScript(const GenerateOptions& options, Session& session) {
-    SysinfoFilter filter;
+CommandResult generateForMachine(const GenerateOptions& options, Session& session) {
+    SysinfoFilter filter(filterLanguage(options));
     const bool isFilterGiven = !options.filterPath.empty();
-    options.refuseAsOutput(isFilterGiven ? options.filterPath : DEFAULT_FILTER);
-    if (isFilterGiven) {
-        if (const std::string problem = loadFilter(options.filterPath, filter); !problem.empty()) {
-            throw CommandFailure(ExitStatus::BadInput, problem);
-        }
-    }
+    const bool isFiltered = loadChosenFilter(options.filterPath, filter, session);
     StateManager& store = session.make<StateManager>();
     const ImportReport import = loadMachine(options.statePath, store, session);
-    const bool isFiltered = isFilterGiven || loadDefaultFilter(filter, session);
     const SysinfoFilter* const chosen = isFiltered ? &filter : nullptr;
     StateManager& scriptable = session.make<StateManager>();
     NotScriptable left;
     if (!options.isPlain) {
         left = takeScriptable(store, chosen, import, machineName(options.statePath), scriptable);
-        sayNotScriptable(left, options, session);
+        sayNotScriptable(left, options.hasLenientKeys, session);
     }
     StateManager& machine = left.isEmpty() ? store : scriptable;
 
@@ -183,16 +125,63 @@ CommandResult generateScript(const GenerateOptions& options, Session& session) {
         }
     }
     if (!options.isPlain) {
-        verify(script, machine, chosen, options, session);
+        verifyForMachine(script, machine, chosen, options, session);
     }
     return {ExitStatus::Success, script.toUtf8()};
+}
+
+/// Of one machine a script that describes it, of several what they have in common.
+CommandResult generate(GenerateOptions options, Session& session) {
+    if (!options.machines.empty() && !options.statePath.empty()) {
+        refuseGeneration("--state names one machine; give them all without it");
+    }
+    options.refuseAsOutput(options.filterPath.empty() ? DEFAULT_FILTER : options.filterPath);
+    const bool areSeveral = options.machines.size() > 1;
+    if (!areSeveral && options.purpose != ITS_MODEL) {
+        if (options.isWithoutOutliers || !options.decisionsPath.empty()) {
+            refuseGeneration("one machine leaves nothing to decide; give several, or --for model");
+        }
+        if (options.machines.size() == 1) {
+            options.statePath = options.machines.front();
+            options.refuseAsOutput(options.statePath);
+        }
+        return generateForMachine(options, session);
+    }
+    if (areSeveral && options.purpose == MACHINE_ITSELF) {
+        refuseGeneration("--for machine describes one machine");
+    }
+    if (options.isPlain) {
+        refuseGeneration("--plain writes the script of one machine as it is");
+    }
+    return generateGolden(options, session);
+}
+
+void addGoldenOptions(CLI::App& command, GenerateOptions& options) {
+    allowOnly(*command.add_option("--for", options.purpose,
+                                  "Describe this very machine (default), or what others of its model have too"),
+              {MACHINE_ITSELF, ITS_MODEL});
+    allowOnly(*command.add_option("--optional", options.optional,
+                                  "Devices that not all machines have: named in comments (default), or an or of them"),
+              {"comments", "or"});
+    command.add_flag("--without-outliers", options.isWithoutOutliers, "Leave out machines that differ from the rest");
+    command
+        .add_option("--spread", options.mostSpread,
+                    "Numbers that differ by no more than that become a range (default 5)")
+        ->type_name("PERCENT")
+        ->check(CLI::Validator(percentProblem, ""));
+    command.add_option("--alternatives", options.mostAlternatives, "At most that many values of one thing (default 4)")
+        ->type_name("NUMBER");
+    options.addOutput(command, "--decisions", options.decisionsPath,
+                      "File for what was decided, and why, instead of comments in the script");
 }
 
 }  // namespace
 
 void addGenerateCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<GenerateOptions>();
-    CLI::App& command = *parent.add_subcommand("generate", "Write an inventory script of a machine");
+    CLI::App& command = *parent.add_subcommand("generate", "Write an inventory script of a machine, or of several");
+    command.add_option("MACHINE", options->machines,
+                       "Recorded machines; of several the script says what they have in common");
     options->addState(command);
     options->addInput(command, "--filter", options->filterPath, "Which devices and properties, with what tolerances")
         .type_name("FILTER");
@@ -206,11 +195,12 @@ void addGenerateCommand(CLI::App& parent, Session& session) {
                      "A check of the script fails on extra devices: a rule for each type that it names wholly");
     command.add_flag("--lenient-keys", options->hasLenientKeys,
                      "Leave out properties whose keys no script can ask for");
+    addGoldenOptions(command, *options);
     options->addPlain(command, "the script stands as it is written, unread");
     options->addOutput(command);
     options->addLogging(command);
     command.footer(GENERATE_FOOTER);
-    setAction(command, session, options, [options, &session] { return generateScript(*options, session); });
+    setAction(command, session, options, [options, &session] { return generate(*options, session); });
 }
 
 }  // namespace vrx::cli

@@ -10,6 +10,7 @@
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
+#include "libLint/Lint.h"
 #include "libReport/CheckRun.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
@@ -106,21 +107,48 @@ std::string difference(const std::vector<NamedDevice>& should, const std::vector
                               : "it names a device that the machine does not have";
 }
 
+std::string problemOfLoading(const String& script, CheckRun& check) {
+    if (check.inventory().loadInventoryScriptBytes(script.toUtf8(), u"the generated script")) {
+        return {};
+    }
+    return "it does not load: " + (check.fileErrors().isEmpty() ? "" : check.fileErrors()[0].toUtf8());
+}
+
+std::string problemOfRun(CheckRun& check) {
+    const CheckReport report = check.run({nullptr, true});
+    return report.verdict == Verdict::Passed ? std::string() : report.headline;
+}
+
 }  // namespace
 
 std::string problemOfGenerated(const String& script, StateManager& machine, const SysinfoFilter* filter,
                                bool hasAllCategories) {
     CheckRun check(machine);
-    if (!check.inventory().loadInventoryScriptBytes(script.toUtf8(), u"the generated script")) {
-        return "it does not load: " + (check.fileErrors().isEmpty() ? "" : check.fileErrors()[0].toUtf8());
+    if (std::string problem = problemOfLoading(script, check); !problem.empty()) {
+        return problem;
     }
     const std::string problem =
         difference(devicesOf(machine, filter, hasAllCategories), devicesIn(*check.inventory().script().RootElement()));
-    if (!problem.empty()) {
-        return problem;
+    return problem.empty() ? problemOfRun(check) : problem;
+}
+
+std::string problemOnMachine(const String& script, StateManager& machine) {
+    CheckRun check(machine);
+    const std::string problem = problemOfLoading(script, check);
+    return problem.empty() ? problemOfRun(check) : problem;
+}
+
+std::string doubtAboutScript(const String& script) {
+    Lint lint;
+    if (lint.run(script.toUtf8()) != Lint::Result::Done) {
+        return "it is no script";
     }
-    const CheckReport report = check.run({nullptr, true});
-    return report.verdict == Verdict::Passed ? std::string() : report.headline;
+    for (const LintFinding& finding : lint.findings().list()) {
+        if (finding.severity != Severity::Note) {
+            return fmt::format("{}:{}: {} [{}]", finding.row + 1, finding.column + 1, finding.message(), finding.rule);
+        }
+    }
+    return {};
 }
 
 }  // namespace vrx::cli

@@ -17,4 +17,10 @@ namespace vrx::cli {
 std::string problemOfGenerated(const String& script, StateManager& machine, const SysinfoFilter* filter,
                                bool hasAllCategories);
 
+/// Why the machine does not meet the script, read as a check would read the file; empty when it does.
+std::string problemOnMachine(const String& script, StateManager& machine);
+
+/// The first mistake or warning of lint; empty without any.
+std::string doubtAboutScript(const String& script);
+
 }  // namespace vrx::cli

@@ -11,6 +11,8 @@
 
 #include "libCommon/text/TextHash.h"
 #include "libCommon/text/UuCode.h"
+#include "libReport/text/TextPieces.h"
+#include "libSystemState/UnreadSource.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/DeviceImp.h"
 #include "libSystemState/filter/SysinfoFilter.h"
@@ -117,6 +119,14 @@ private:
     std::unordered_set<const IPropertyImp*> m_properties;  // likewise
 };
 
+void sayLeftOut(const std::vector<std::string>& leftOut, const std::string& noun, const char* why,
+                const Session& session) {
+    if (!leftOut.empty()) {
+        session.say(fmt::format("{} left out of the script, {}; the first is {}", counted(leftOut.size(), noun), why,
+                                leftOut.front()));
+    }
+}
+
 }  // namespace
 
 NotScriptable takeScriptable(const StateManager& machine, const SysinfoFilter* filter, const ImportReport& import,
@@ -125,8 +135,26 @@ NotScriptable takeScriptable(const StateManager& machine, const SysinfoFilter* f
     NotScriptable found = search.look(machine);
     if (!found.isEmpty()) {
         search.copyTo(machine, scriptable);
+        for (const UnreadSource& unread : machine.unread()) {
+            scriptable.addUnread(unread);
+        }
     }
     return found;
+}
+
+void sayNotScriptable(const NotScriptable& found, bool hasLenientKeys, const Session& session) {
+    if (!found.codedKeys.empty() && !hasLenientKeys) {
+        const std::size_t more = found.codedKeys.size() - 1;
+        throw CommandFailure(
+            ExitStatus::BadInput,
+            fmt::format("{} has an escape or a control character in it, so no script can ask for it{}; "
+                        "--lenient-keys leaves it out",
+                        found.codedKeys.front(), more > 0 ? fmt::format(", nor for {} more", more) : ""));
+    }
+    sayLeftOut(found.codedKeys, "property key", "because of an escape or a control character", session);
+    sayLeftOut(found.unknownTypes, "device", "because no rule sees a type that is none", session);
+    sayLeftOut(found.hiddenProperties, "property", "because a check sees only the first of a key, and none without one",
+               session);
 }
 
 }  // namespace vrx::cli

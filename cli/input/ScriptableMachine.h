@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/program/Session.h"
 #include "libInventory/ImportReport.h"
 #include "libSystemState/StateManager.h"
 
@@ -26,5 +27,8 @@ struct NotScriptable {
 /// they call the recording.
 NotScriptable takeScriptable(const StateManager& machine, const SysinfoFilter* filter, const ImportReport& import,
                              const std::string& name, StateManager& scriptable);
+
+/// Says what a script has to do without. Throws a CommandFailure when the user has to decide on it.
+void sayNotScriptable(const NotScriptable& found, bool hasLenientKeys, const Session& session);
 
 }  // namespace vrx::cli

@@ -116,10 +116,14 @@ private:
         if (m_filter != nullptr && !m_filter->includeDevice(*device, properties)) {
             return;
         }
+        const SysinfoFilter::Checks checks =
+            m_filter != nullptr ? m_filter->checks(device->type()) : SysinfoFilter::Checks();
         XmlElement* const element = m_root->Document().NewElement(vocabulary::DEVICE);
         element->SetAttribute(vocabulary::TYPE, device->type().toString(0, false));
-        element->SetAttribute(vocabulary::NAME, exactValuePattern(device->name()));
-        addLocators(*element, *device);
+        if (checks.names) {
+            element->SetAttribute(vocabulary::NAME, exactValuePattern(device->name()));
+        }
+        addLocators(*element, *device, checks);
         if (m_filter == nullptr) {
             properties = device->properties(PropertyCategoryImp::ALL());
         }
@@ -129,14 +133,15 @@ private:
         m_root->LinkEndChild(element);
     }
 
-    void addLocators(XmlElement& element, const IDeviceImp& device) const {
+    void addLocators(XmlElement& element, const IDeviceImp& device, const SysinfoFilter::Checks& checks) const {
         const auto isWritten = [this](const String& locator) {
             return !m_options.isWellFormed || canBeWritten(locator);
         };
-        if (isWritten(device.hwLocator())) {
+        if (checks.hwLocators && isWritten(device.hwLocator())) {
             element.SetAttribute(vocabulary::HW_LOCATOR, toXmlSafe(device.hwLocator()));
         }
-        if (isWritten(device.osLocator()) && !isKnownWithoutKernelName(device)) {
+        if (checks.osLocators && isWritten(device.osLocator()) &&
+            !(checks.hwLocators && isKnownWithoutKernelName(device))) {
             element.SetAttribute(vocabulary::OS_LOCATOR, toXmlSafe(device.osLocator()));
         }
     }
@@ -202,7 +207,7 @@ String generatedScript(const StateManager& machine, const ScriptOptions& options
     root->LinkEndChild(document.NewComment(options.filter == nullptr ? narrowed(headerText()) : String::EMPTY));
 
     if (const boost::shared_ptr<IDeviceImp> rootDevice = machine.rootDevice()) {
-        SysinfoFilter defaultFilter;
+        SysinfoFilter defaultFilter(options.filterLanguage);
         SysinfoFilter* chosen = options.filter;
         if (chosen == nullptr) {
             const SysinfoFilter::PARSE_RET result = defaultFilter.loadFile(DEFAULT_FILTER_FILE);

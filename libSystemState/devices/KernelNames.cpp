@@ -14,7 +14,7 @@ namespace {
 constexpr StringView LETTERED_DISKS[] = {u"sd", u"hd", u"vd", u"xvd"};
 constexpr StringView INTERFACES[] = {u"eth", u"en", u"wl", u"ww", u"ib", u"sl", u"usb"};
 constexpr StringView NUMBERED_FOLDERS[] = {u"/sys/class/hwmon/hwmon", u"/sys/class/drm/card"};
-constexpr StringView MADE_UP[] = {u"gen-hw-loc", u"gen-name"};
+constexpr StringView MADE_UP[] = {u"gen-hw-loc", u"gen-os-loc", u"gen-name"};
 
 constexpr bool isDigit(char16_t unit) noexcept { return unit >= u'0' && unit <= u'9'; }
 constexpr bool isLowerLetter(char16_t unit) noexcept { return unit >= u'a' && unit <= u'z'; }
@@ -43,6 +43,6 @@ bool isKernelName(StringView osLocator) noexcept {
                                           : isInterface(osLocator) || startsWithOneOf(osLocator, NUMBERED_FOLDERS);
 }
 
-bool isPlace(StringView hwLocator) noexcept { return !hwLocator.empty() && !startsWithOneOf(hwLocator, MADE_UP); }
+bool isPlace(StringView locator) noexcept { return !locator.empty() && !startsWithOneOf(locator, MADE_UP); }
 
 }  // namespace vrx

@@ -12,7 +12,7 @@ namespace vrx {
 /// "/sys/bus/pci/devices/0000:3b:00.0".
 VRX_EXPORT bool isKernelName(StringView osLocator) noexcept;
 
-/// Whether that hardware locator is a place, and none that an import made up because the recording has none.
-VRX_EXPORT bool isPlace(StringView hwLocator) noexcept;
+/// Whether that locator is a place, and none that an import made up because the recording has none.
+VRX_EXPORT bool isPlace(StringView locator) noexcept;
 
 }  // namespace vrx

@@ -25,6 +25,9 @@
 /// Loading turns it into Rules, checking types and tolerances as it goes; the first mistake ends it and leaves no
 /// rules. Elements and attributes of other names are ignored. For a device the first rule whose type its own satisfies
 /// decides; which rule that is depends on the type alone, so it is remembered by type.
+///
+/// In the extended language an `all-but` becomes rules too: one for each `device` in it, which leaves out the device or
+/// some of its properties, and behind them one that fits all devices.
 
 namespace vrx {
 
@@ -42,6 +45,12 @@ struct Rule {
     std::uint32_t column = 0;
     Array<KeyPlace> keys;
     HashTable<String, std::optional<double>> tolerances;  ///< by selected key; no keys: every property is selected
+    HashTable<String, bool> leftOut;                      ///< keys; any of them: every other property is selected
+    bool leavesOutDevice = false;
+    bool fitsAll = false;
+    SysinfoFilter::Checks checks{};
+
+    bool fits(const CapabilityImp& device) const { return fitsAll || type.isCapable(device); }
 };
 
 /// Why and where (1-based; 0 for nowhere) a load failed.
@@ -70,7 +79,7 @@ std::optional<Mistake> readProperty(const XmlElement& element, Rule& rule) {
     return std::nullopt;
 }
 
-std::optional<Mistake> readRule(const XmlElement& element, Rule& rule) {
+std::optional<Mistake> readType(const XmlElement& element, Rule& rule) {
     rule.type = CapabilityImp(element.Attribute(u"type"));
     rule.row = element.Row() + 1;
     rule.column = element.Column() + 1;
@@ -78,13 +87,76 @@ std::optional<Mistake> readRule(const XmlElement& element, Rule& rule) {
         return mistakeAt(element, SysinfoFilter::PARSE_UNKNOWN_TYPE, u"unknown device type:",
                          element.Attribute(u"type"));
     }
-    for (const XmlElement* child = element.FirstChildElement(u"property"); child != nullptr;
-         child = child->NextSiblingElement(u"property")) {
-        if (std::optional<Mistake> mistake = readProperty(*child, rule)) {
+    return std::nullopt;
+}
+
+template <typename Read>
+std::optional<Mistake> readEach(const XmlElement& parent, StringView name, const Read& read) {
+    for (const XmlElement* child = parent.FirstChildElement(name); child != nullptr;
+         child = child->NextSiblingElement(name)) {
+        if (std::optional<Mistake> mistake = read(*child)) {
             return mistake;
         }
     }
     return std::nullopt;
+}
+
+void readLeftOut(const XmlElement& parent, Rule& rule) {
+    for (const XmlElement* child = parent.FirstChildElement(u"property"); child != nullptr;
+         child = child->NextSiblingElement(u"property")) {
+        rule.leftOut.insert(String(child->Attribute(u"key")), true);
+        rule.keys.append({String(child->Attribute(u"key")), child->Row() + 1, child->Column() + 1});
+    }
+}
+
+std::optional<Mistake> readSwitch(const XmlElement& element, StringView name, bool& isOn) {
+    const XmlAttribute* const attribute = element.FindAttribute(name);
+    if (attribute == nullptr) {
+        return std::nullopt;
+    }
+    const String text(attribute->Value());
+    isOn = text.strToBoolean();
+    const bool isOff =
+        text.equalNoCase(u"false") || text == u"0" || text.equalNoCase(u"no") || text.equalNoCase(u"off");
+    return isOn || isOff ? std::nullopt
+                         : std::optional(mistakeAt(element, SysinfoFilter::PARSE_BAD_SWITCH,
+                                                   concat(name, u" is neither true nor false:"), text));
+}
+
+std::optional<Mistake> readExtensions(const XmlElement& element, Rule& rule) {
+    for (const auto& [name, isOn] : {std::pair(StringView(u"check-names"), &rule.checks.names),
+                                     std::pair(StringView(u"check-hwLocators"), &rule.checks.hwLocators),
+                                     std::pair(StringView(u"check-osLocators"), &rule.checks.osLocators)}) {
+        if (std::optional<Mistake> mistake = readSwitch(element, name, *isOn)) {
+            return mistake;
+        }
+    }
+    return readEach(element, u"all-but", [&rule](const XmlElement& child) -> std::optional<Mistake> {
+        readLeftOut(child, rule);
+        return std::nullopt;
+    });
+}
+
+std::optional<Mistake> readRule(const XmlElement& element, SysinfoFilter::Language language, Rule& rule) {
+    std::optional<Mistake> mistake = readType(element, rule);
+    if (!mistake && language == SysinfoFilter::Language::Extended) {
+        mistake = readExtensions(element, rule);
+    }
+    return mistake
+               ? mistake
+               : readEach(element, u"property", [&rule](const XmlElement& child) { return readProperty(child, rule); });
+}
+
+/// Everything but what stands in the element.
+std::optional<Mistake> readAllBut(const XmlElement& element, Array<Rule>& rules) {
+    std::optional<Mistake> mistake = readEach(element, u"device", [&rules](const XmlElement& child) {
+        Rule& rule = rules.emplace();
+        readLeftOut(child, rule);
+        rule.leavesOutDevice = rule.keys.isEmpty();
+        return readType(child, rule);
+    });
+    rules.emplace().fitsAll = true;
+    return mistake;
 }
 
 std::optional<Mistake> readDocument(std::string_view bytes, XmlDocument& document) {
@@ -100,14 +172,21 @@ std::optional<Mistake> readDocument(std::string_view bytes, XmlDocument& documen
     return std::nullopt;
 }
 
-std::optional<Mistake> readRules(std::string_view bytes, Array<Rule>& rules) {
+std::optional<Mistake> readRules(std::string_view bytes, SysinfoFilter::Language language, Array<Rule>& rules) {
     XmlDocument document;
     if (std::optional<Mistake> mistake = readDocument(bytes, document)) {
         return mistake;
     }
-    for (const XmlElement* child = document.RootElement()->FirstChildElement(u"device"); child != nullptr;
-         child = child->NextSiblingElement(u"device")) {
-        if (std::optional<Mistake> mistake = readRule(*child, rules.emplace())) {
+    const bool isExtended = language == SysinfoFilter::Language::Extended;
+    for (const XmlElement* child = document.RootElement()->FirstChildElement(); child != nullptr;
+         child = child->NextSiblingElement()) {
+        std::optional<Mistake> mistake;
+        if (child->Name() == u"device") {
+            mistake = readRule(*child, language, rules.emplace());
+        } else if (isExtended && child->Name() == u"all-but") {
+            mistake = readAllBut(*child, rules);
+        }
+        if (mistake) {
             return mistake;
         }
     }
@@ -124,7 +203,7 @@ struct SysinfoFilter::Rules {
 
     const Rule* firstFor(const CapabilityImp& type) const {
         for (const Rule& rule : rules) {
-            if (rule.type.isCapable(type)) {
+            if (rule.fits(type)) {
                 return &rule;
             }
         }
@@ -144,7 +223,7 @@ struct SysinfoFilter::Rules {
     }
 };
 
-SysinfoFilter::SysinfoFilter() : m_rules(std::make_unique<Rules>()) {}
+SysinfoFilter::SysinfoFilter(Language language) : m_language(language), m_rules(std::make_unique<Rules>()) {}
 
 SysinfoFilter::~SysinfoFilter() = default;
 
@@ -167,7 +246,7 @@ SysinfoFilter::PARSE_RET SysinfoFilter::loadFile(const String& path) {
 
 SysinfoFilter::PARSE_RET SysinfoFilter::load(std::string_view bytes) {
     m_rules = std::make_unique<Rules>();
-    if (std::optional<Mistake> mistake = readRules(bytes, m_rules->rules)) {
+    if (std::optional<Mistake> mistake = readRules(bytes, m_language, m_rules->rules)) {
         m_rules->rules.clear();
         m_rules->errorText = concat(mistake->reason, u" (", toText(mistake->row), u":", toText(mistake->column), u")");
         m_rules->mistake = std::move(*mistake);
@@ -177,17 +256,18 @@ SysinfoFilter::PARSE_RET SysinfoFilter::load(std::string_view bytes) {
 
 bool SysinfoFilter::includeDevice(const IDeviceImp& device, Array<boost::shared_ptr<IPropertyImp>>& properties) const {
     const Rule* rule = m_rules->decisiveFor(device.type());
-    if (rule == nullptr) {
+    if (rule == nullptr || rule->leavesOutDevice) {
         return false;
     }
     Array<boost::shared_ptr<IPropertyImp>> all = device.properties(PropertyCategoryImp::ALL());
-    if (rule->tolerances.isEmpty()) {
+    const bool isAllBut = !rule->leftOut.isEmpty();
+    if (rule->tolerances.isEmpty() && !isAllBut) {
         properties = std::move(all);
         return true;
     }
     properties.clear();
     for (const boost::shared_ptr<IPropertyImp>& property : all) {
-        if (rule->tolerances.contains(property->key())) {
+        if (isAllBut ? !rule->leftOut.contains(property->key()) : rule->tolerances.contains(property->key())) {
             properties.append(property);
         }
     }
@@ -207,6 +287,9 @@ Array<SysinfoFilter::Idle> SysinfoFilter::idle(const Array<boost::shared_ptr<IDe
     }
     Array<Idle> idle;
     for (const Rule& rule : m_rules->rules) {
+        if (rule.fitsAll) {
+            continue;
+        }
         const auto used = found.find(&rule);
         if (used == found.end()) {
             idle.append({rule.type, String(), rule.row, rule.column});
@@ -219,6 +302,11 @@ Array<SysinfoFilter::Idle> SysinfoFilter::idle(const Array<boost::shared_ptr<IDe
         }
     }
     return idle;
+}
+
+SysinfoFilter::Checks SysinfoFilter::checks(const CapabilityImp& type) const {
+    const Rule* const rule = m_rules->decisiveFor(type);
+    return rule != nullptr ? rule->checks : Checks();
 }
 
 bool SysinfoFilter::inventoryTolerance(const CapabilityImp& type, const String& key, double& tolerancePercent) const {

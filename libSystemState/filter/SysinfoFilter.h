@@ -29,14 +29,20 @@ class VRX_EXPORT SysinfoFilter {
 public:
     enum PARSE_RET {
         PARSE_SUCCESS = 0,
-        PARSE_UNREADABLE = 1,    ///< the file cannot be read
-        PARSE_XML_ERROR = 2,     ///< it does not parse
-        PARSE_WRONG_ROOT = 3,    ///< its root is no system-information-filter
-        PARSE_UNKNOWN_TYPE = 4,  ///< a rule's type is not known
-        PARSE_BAD_TOLERANCE = 5  ///< a tolerance is not a number
+        PARSE_UNREADABLE = 1,     ///< the file cannot be read
+        PARSE_XML_ERROR = 2,      ///< it does not parse
+        PARSE_WRONG_ROOT = 3,     ///< its root is no system-information-filter
+        PARSE_UNKNOWN_TYPE = 4,   ///< a rule's type is not known
+        PARSE_BAD_TOLERANCE = 5,  ///< a tolerance is not a number
+        PARSE_BAD_SWITCH = 6      ///< a switch is neither true nor false; in the extended language only
     };
 
-    SysinfoFilter();
+    enum class Language : std::uint8_t {
+        Plain,
+        Extended,  ///< with `all-but`, `check-names`, `check-hwLocators` and `check-osLocators`
+    };
+
+    explicit SysinfoFilter(Language language = Language::Plain);
     ~SysinfoFilter();
     SysinfoFilter(const SysinfoFilter&) = delete;
     SysinfoFilter& operator=(const SysinfoFilter&) = delete;
@@ -62,6 +68,16 @@ public:
     /// Whether the rule for that device type defines a tolerance (percent) for that property.
     bool inventoryTolerance(const CapabilityImp& type, const String& key, double& tolerancePercent) const;
 
+    /// What a script checks of devices besides their properties.
+    struct Checks {
+        bool names = true;
+        bool hwLocators = true;
+        bool osLocators = true;
+    };
+
+    /// Of devices of that type; everything where no rule says otherwise.
+    Checks checks(const CapabilityImp& type) const;
+
     /// A rule that selects nothing of a machine, or a key of a rule that does.
     struct Idle {
         CapabilityImp type;
@@ -76,6 +92,7 @@ public:
 
 private:
     struct Rules;
+    Language m_language;
     std::unique_ptr<Rules> m_rules;
 };
 

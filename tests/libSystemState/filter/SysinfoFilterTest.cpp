@@ -87,6 +87,48 @@ TEST_F(SysinfoFilterTest, decidesForEverySetOfTypesAnew) {
     EXPECT_EQ(tolerance(u"Clock", u"K"), -1);
 }
 
+TEST_F(SysinfoFilterTest, anAllButLeavesOutWhatItHoldsInTheExtendedLanguageOnly) {
+    const std::string rules = R"(<device type="SSD" check-names="no" check-osLocators="FALSE">
+            <property key="Size" tolerance="2"/><all-but><property key="Serial"/></all-but></device>
+        <all-but><device type="Sensor"/><device type="Storage"><property key="Serial"/></device></all-but>
+        <device type="Fan"><property key="Size"/></device>)";
+    ASSERT_EQ(loadRules(rules), SysinfoFilter::PARSE_SUCCESS);
+    EXPECT_EQ(selected(u"SSD", {u"Serial", u"Size", u"Model"}), "Size");
+    EXPECT_TRUE(m_filter.checks(CapabilityImp(u"SSD")).names);
+    EXPECT_EQ(selected(u"Network", {u"a"}), "-");
+    EXPECT_EQ(selected(u"Fan", {u"a", u"Size"}), "Size");
+
+    SysinfoFilter extended(SysinfoFilter::Language::Extended);
+    ASSERT_EQ(extended.load("<system-information-filter>" + rules + "</system-information-filter>"),
+              SysinfoFilter::PARSE_SUCCESS);
+    const auto selectedOf = [&extended](StringView type) {
+        const auto device = makeDevice(type);
+        for (const char16_t* const key : {u"Serial", u"Size", u"Model"}) {
+            device->addProperty(makeProperty(key, u""));
+        }
+        Array<boost::shared_ptr<IPropertyImp>> properties;
+        return extended.includeDevice(*device, properties) ? keysOf(properties) : "-";
+    };
+    EXPECT_EQ(selectedOf(u"SSD"), "Size Model");
+    EXPECT_EQ(selectedOf(u"HDD"), "Size Model");
+    EXPECT_EQ(selectedOf(u"TemperatureSensor"), "-");
+    EXPECT_EQ(selectedOf(u"Fan"), "Serial Size Model");
+    double percent = 0;
+    EXPECT_TRUE(extended.inventoryTolerance(CapabilityImp(u"SSD"), u"Size", percent));
+    EXPECT_FALSE(extended.checks(CapabilityImp(u"SSD")).names);
+    EXPECT_TRUE(extended.checks(CapabilityImp(u"SSD")).hwLocators);
+    EXPECT_FALSE(extended.checks(CapabilityImp(u"SSD")).osLocators);
+    EXPECT_TRUE(extended.checks(CapabilityImp(u"HDD")).names);
+
+    EXPECT_EQ(
+        extended.load("<system-information-filter><device type='Fan' check-names='ture'/></system-information-filter>"),
+        SysinfoFilter::PARSE_BAD_SWITCH);
+    EXPECT_EQ(extended.errorText(), u"check-names is neither true nor false: \"ture\" (1:28)");
+    EXPECT_EQ(
+        extended.load("<system-information-filter><all-but><device type='fna'/></all-but></system-information-filter>"),
+        SysinfoFilter::PARSE_UNKNOWN_TYPE);
+}
+
 TEST_F(SysinfoFilterTest, reportsWhatKeepsAFileFromLoading) {
     const std::tuple<const char*, SysinfoFilter::PARSE_RET, const char*> cases[] = {
         {"<system-information-filter>\n <device>", SysinfoFilter::PARSE_XML_ERROR, "(2:10)"},
