@@ -128,11 +128,11 @@ private:
     void addDevices(XmlElement& parent, Devices devices) {
         sortForCheck(devices);
         for (const GoldenDevice* const device : devices) {
-            addDevice(parent, *device);
+            parent.LinkEndChild(newDevice(*device));
         }
     }
 
-    void addDevice(XmlElement& parent, const GoldenDevice& device) {
+    XmlElement* newDevice(const GoldenDevice& device) {
         XmlElement* const element = m_document.NewElement(vocabulary::DEVICE);
         element->SetAttribute(vocabulary::TYPE, device.first().type().toString(0, false));
         if (m_form.hasComments) {
@@ -156,7 +156,7 @@ private:
                 case Subject::Property: addProperty(*element, decision); break;
             }
         }
-        parent.LinkEndChild(element);
+        return element;
     }
 
     /// One comment for each reason.
@@ -244,30 +244,56 @@ private:
             }
         }
         XmlElement* const choice = m_document.NewElement(vocabulary::OR);
+        std::vector<std::pair<XmlElement*, std::vector<std::size_t>>> groups;
+        std::map<String, std::size_t> numbers;  // by what they ask for: sets that differ in places may ask for the same
         for (const auto& [devices, machines] : sets) {
+            XmlElement* const group = groupOf(devices, all);
+            const auto [at, isNew] = numbers.try_emplace(withoutComments(*group), groups.size());
+            if (isNew) {
+                groups.emplace_back(group, machines);
+            } else {
+                std::vector<std::size_t>& known = groups[at->second].second;
+                known.insert(known.end(), machines.begin(), machines.end());
+                std::ranges::sort(known);
+            }
+        }
+        for (const auto& [group, machines] : groups) {
             if (m_form.hasComments) {
                 addComment(*choice, machineList(m_draft, machines));
             }
-            const bool isGroup = (devices.empty() ? all : devices).size() > 1;
-            XmlElement* const group = isGroup ? m_document.NewElement(vocabulary::AND) : choice;
-            if (devices.empty()) {
-                addNone(*group, all);
-            } else {
-                addDevices(*group, devices);
-            }
-            if (isGroup) {
-                choice->LinkEndChild(group);
-            }
+            choice->LinkEndChild(group);
         }
-        root.LinkEndChild(choice);
+        root.LinkEndChild(groups.size() > 1 ? choice : groups.front().first);
     }
 
-    void addNone(XmlElement& parent, const Devices& devices) {
-        for (const GoldenDevice* const device : devices) {
-            XmlElement* const forbidden = m_document.NewElement(vocabulary::NOT);
-            addDevice(*forbidden, *device);
-            parent.LinkEndChild(forbidden);
+    XmlElement* groupOf(const Devices& devices, const Devices& all) {
+        Devices sorted = devices.empty() ? all : devices;
+        sortForCheck(sorted);
+        const auto elementOf = [&](const GoldenDevice* device) {
+            return devices.empty() ? newAbsence(*device) : newDevice(*device);
+        };
+        if (sorted.size() == 1) {
+            return elementOf(sorted.front());
         }
+        XmlElement* const group = m_document.NewElement(vocabulary::AND);
+        for (const GoldenDevice* const device : sorted) {
+            group->LinkEndChild(elementOf(device));
+        }
+        return group;
+    }
+
+    XmlElement* newAbsence(const GoldenDevice& device) {
+        XmlElement* const forbidden = m_document.NewElement(vocabulary::NOT);
+        forbidden->LinkEndChild(newDevice(device));
+        return forbidden;
+    }
+
+    static String withoutComments(const XmlElement& element) {
+        String text = element.toString();
+        for (std::size_t at = text.view().find(u"<!--"); at != StringView::npos; at = text.view().find(u"<!--")) {
+            text.remove(at, text.view().find(u"-->", at) + 3 - at);
+        }
+        return text;
     }
 
     const GoldenDraft& m_draft;

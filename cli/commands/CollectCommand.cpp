@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/commands/Commands.h"
+#include "cli/commands/collect/CollectInto.h"
 #include "cli/input/MachineSource.h"
 #include "cli/program/CommonOptions.h"
 #include "libCommon/text/NearestName.h"
@@ -24,6 +25,7 @@ constexpr const char* COLLECT_FOOTER =
     "\n"
     "Examples:\n"
     "  vrx-inventory collect -o machine.xml\n"
+    "  vrx-inventory collect --into /var/lib/inventory\n"
     "  vrx-inventory collect --exclude sensors,Battery --anonymize -o machine.xml\n"
     "  vrx-inventory collect --root /mnt/saved -o other.xml";
 
@@ -31,6 +33,7 @@ struct CollectCommandOptions : CommonOptions {
     CollectOptions collect;
     bool hasAllCategories = false;
     bool listsSources = false;
+    std::string folder;  ///< that takes the recording under a name of its own; empty for none
 };
 
 std::string sourceList() {
@@ -60,11 +63,16 @@ CommandResult collect(const CollectCommandOptions& options, Session& session) {
     if (const std::optional<UnknownCollectName> unknown = unknownName(options.collect)) {
         throw CommandFailure(ExitStatus::BadInput, problemOf(*unknown));
     }
+    if (!options.folder.empty() && !options.outputPath.empty()) {
+        throw CommandFailure(ExitStatus::BadInput, "--into names the file itself; give it without -o");
+    }
     StateManager& store = session.make<StateManager>();
     std::vector<CollectNote> notes;
     const bool isRead = collectMachine(store, options.collect, notes);
     sayNotes(notes, isRead, session);
-    return {ExitStatus::Success, sysInfoXml(store, options.hasAllCategories)};
+    std::string recording = sysInfoXml(store, options.hasAllCategories);
+    return options.folder.empty() ? CommandResult{ExitStatus::Success, std::move(recording)}
+                                  : recordInto(options.folder, store, recording, session);
 }
 
 void addChoice(CLI::App& command, CollectCommandOptions& options) {
@@ -94,6 +102,10 @@ void addCollectCommand(CLI::App& parent, Session& session) {
     const auto options = std::make_shared<CollectCommandOptions>();
     CLI::App& command = *parent.add_subcommand("collect", "Record this machine as SysInfo XML");
     options->addOutput(command);
+    command
+        .add_option("--into", options->folder,
+                    "A folder for recordings by serial number and time; nothing is written when nothing changed")
+        ->type_name("FOLDER");
     command.add_flag("--all-categories", options->hasAllCategories,
                      "Internal properties and such as change by themselves as well");
     addChoice(command, *options);

@@ -41,7 +41,7 @@ constexpr const char* GENERATE_FOOTER =
     "  vrx-inventory generate --fail-on-extra -o exact.xml\n"
     "  vrx-inventory generate --state machine.xml --filter filter.xml -o golden.xml\n"
     "  vrx-inventory generate --no-check-hw-locators --no-check-names\n"
-    "  vrx-inventory generate good1.xml good2.xml good3.xml --decisions why.txt -o golden.xml\n"
+    "  vrx-inventory generate a.xml b.xml c.xml --decisions why.txt -o golden.xml\n"
     "  vrx-inventory generate --for model --state machine.xml -o model.xml";
 
 [[noreturn]] void refuseGeneration(const std::string& why) { throw CommandFailure(ExitStatus::BadInput, why); }

@@ -3,10 +3,12 @@
 #include <unordered_set>
 
 #include "cli/commands/Commands.h"
+#include "cli/commands/show/FolderChanges.h"
 #include "cli/input/DeviceChoice.h"
 #include "cli/input/MachineSource.h"
 #include "cli/program/CommonOptions.h"
 #include "libReport/changes/ChangesReport.h"
+#include "libReport/changes/FleetChangesReport.h"
 #include "libReport/show/ShowReport.h"
 
 namespace vrx::cli {
@@ -15,14 +17,15 @@ namespace {
 
 constexpr const char* SHOW_FOOTER =
     "Exit status: 0 done, or the two machines are equal; 1 they differ; 2 no such device,\n"
-    "or a file cannot be read, parsed or written; 3 this machine cannot be read;\n"
-    "4 internal error.\n"
+    "or a file cannot be read, parsed or written; 3 this machine, or one of a folder of recordings\n"
+    "that are equal else, cannot be read; 4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory show\n"
     "  vrx-inventory show --state machine.xml --type Storage --properties\n"
     "  vrx-inventory show --device /dev/sda --properties\n"
     "  vrx-inventory show --changed-from yesterday.xml\n"
+    "  vrx-inventory show --changed-from monday/ --state tuesday/ --format html\n"
     "  vrx-inventory show --format json | jq '.devices[].name'";
 
 struct ShowOptions : CommonOptions {
@@ -69,7 +72,25 @@ void keepChosen(const ShowOptions& options, const StateManager& before, const St
     });
 }
 
+/// Requires: one of the two is a folder of recordings.
+CommandResult showFleet(const ShowOptions& options, Session& session) {
+    if (!isRecordingFolder(options.otherPath) || !isRecordingFolder(options.statePath)) {
+        throw CommandFailure(ExitStatus::BadInput, "a folder of recordings is compared with another folder");
+    }
+    if (!options.choice.isEverything()) {
+        throw CommandFailure(ExitStatus::BadInput, "--type and --device choose devices of one machine");
+    }
+    if (writerNamed(fleetChangesWriters(), options.format) == nullptr) {
+        throw CommandFailure(ExitStatus::BadInput,
+                             "changes of a fleet have no format " + options.format + "; take text, json or html");
+    }
+    return showFolderChanges(options, options.otherPath, options.hasAllCategories, session);
+}
+
 CommandResult showChanges(const ShowOptions& options, Session& session) {
+    if (isRecordingFolder(options.otherPath) || isRecordingFolder(options.statePath)) {
+        return showFleet(options, session);
+    }
     if (writerNamed(changesWriters(), options.format) == nullptr) {
         throw CommandFailure(ExitStatus::BadInput,
                              "--changed-from has no format " + options.format + "; take text, json, junit or csv");
@@ -100,11 +121,11 @@ void addOptions(CLI::App& command, ShowOptions& options) {
     command.add_flag("--properties", options.hasProperties, "Print the properties of every device as well (text)");
     options
         .addInput(command, "--changed-from", options.otherPath,
-                  "Print what differs from that recording, - for standard input")
+                  "Print what differs from that recording, - for standard input; or from a folder of them")
         .type_name("OTHER");
     command.add_flag("--all-categories", options.hasAllCategories,
                      "Compare what changes by itself as well (--changed-from)");
-    options.addFormat(command, showWriters(), changesWriters());
+    options.addFormat(command, showWriters(), changesWriters(), fleetChangesWriters());
     options.addOutput(command);
     options.addLogging(command);
 }

@@ -42,6 +42,9 @@ std::string readFile(const fs::path& path) {
 }
 
 void writeFile(const fs::path& path, const std::string& text) {
+    if (path.has_parent_path()) {
+        fs::create_directories(path.parent_path());
+    }
     std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }
 

@@ -90,7 +90,7 @@ Parts sister(std::mt19937& random) {
 
 TEST(GoldenScriptTest, randomSistersPassAndAWrongPartFails) {
     std::size_t wrongParts = 0;
-    for (unsigned seed = 0; seed < 150 && !testing::Test::HasFailure(); ++seed) {
+    for (unsigned seed = 0; seed < 50 && !testing::Test::HasFailure(); ++seed) {
         std::mt19937 random(seed);
         std::vector<Parts> machines(1 + random() % 6);
         std::ranges::generate(machines, [&random] { return sister(random); });
@@ -115,7 +115,7 @@ TEST(GoldenScriptTest, randomSistersPassAndAWrongPartFails) {
             ++wrongParts;
         }
     }
-    EXPECT_EQ(wrongParts, 300U);
+    EXPECT_EQ(wrongParts, 100U);
 }
 
 /// Of the one device of the machines whose property "What" has these values; an empty one is not there.

@@ -1,4 +1,7 @@
 #include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <filesystem>
 
 #include "tests/cli/TestConsole.h"
 #include "tests/libMachine/support/SavedMachine.h"
@@ -44,6 +47,31 @@ TEST_F(CollectCommandTest, refusesNamesThatItDoesNotKnow) {
     EXPECT_EQ(run({"collect", "--smbios", "/nowhere"}), 2);
     EXPECT_EQ(run({"collect", "--list-sources"}), 0);
     EXPECT_THAT(console.out, StartsWith("system      the machine as a whole\n"));
+}
+
+TEST_F(CollectCommandTest, recordsIntoAFolderWhatIsNew) {
+    const SavedMachine machine("laptop");
+    const std::string folder = testing::TempDir() + "vrx-into-" + std::to_string(getpid());
+    const auto record = [&](const std::string& excluded) {
+        return run(
+            {"collect", "--root", machine.folder(), "--exclude", excluded, "--log-level", "off", "--into", folder});
+    };
+    ASSERT_EQ(record("sensors"), 0);
+    EXPECT_THAT(console.err, HasSubstr("new recording: " + folder + "/"));
+    std::vector<std::filesystem::path> files{std::filesystem::directory_iterator(folder), {}};
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_THAT(files[0].filename().string(), testing::EndsWith("_20260102T030405Z.xml"));
+    const auto earlier = std::filesystem::path(folder) /
+                         files[0].filename().string().replace(files[0].filename().string().rfind('_') + 1, 4, "2025");
+    std::filesystem::rename(files[0], earlier);
+
+    EXPECT_EQ(record("sensors"), 0);
+    EXPECT_THAT(console.err, HasSubstr("nothing has changed since " + earlier.string()));
+    EXPECT_FALSE(std::filesystem::exists(files[0]));
+    EXPECT_EQ(record("sensors,Battery"), 0);
+    EXPECT_TRUE(std::filesystem::exists(files[0]));
+    EXPECT_EQ(run({"collect", "--root", machine.folder(), "--into", folder, "-o", "x.xml"}), 2);
+    std::filesystem::remove_all(folder);
 }
 
 TEST_F(CollectCommandTest, saysWhenThereIsNothing) {
