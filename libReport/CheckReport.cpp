@@ -72,6 +72,7 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     report.unread = machine.unread();
     report.import = basis.import != nullptr ? *basis.import : ImportReport();
     report.combinations = inventory.summary().combinations;
+    report.hasUntried = inventory.summary().hasUntried;
     if (passed) {
         addAssignment(inventory.summary(), report);
     }

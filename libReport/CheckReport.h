@@ -61,7 +61,8 @@ struct CheckReport {
     std::string headline;  ///< what is to be said first, in one line
     std::optional<bool> inventorySatisfied;
     std::size_t givenUpPatterns = 0;
-    std::uint64_t combinations = 1;  ///< of alternatives; beyond MOST_COMBINATIONS a run that did not pass is undecided
+    std::uint64_t combinations = 1;  ///< of alternatives
+    bool hasUntried = false;         ///< some were left undecided, so that a run that did not pass is
 
     bool isAssignedExactly = false;             ///< a pass that the greedy assignment would have failed
     std::vector<ElementPlace> exactlyAssigned;  ///< the elements that it would have left without a device

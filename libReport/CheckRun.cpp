@@ -11,6 +11,7 @@ CheckRun::CheckRun(StateManager& machine) : m_machine(machine) {
 
 CheckReport CheckRun::run(const CheckBasis& basis) {
     m_events.clear();
+    m_inventory.setSearch(basis.isPlain ? Inventory::Search::OneByOne : Inventory::Search::Deduced);
     bool isSatisfied = false;
     const bool passed = m_inventory.run(&isSatisfied);
     CheckReport report = checkReport(m_inventory, m_machine, passed, basis);

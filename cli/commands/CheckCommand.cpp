@@ -1,5 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -14,6 +16,7 @@
 #include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
 #include "cli/terminal/CombinationProgress.h"
+#include "cli/terminal/Interrupt.h"
 #include "cli/terminal/StageProgress.h"
 #include "libCommon/text/PrintableText.h"
 #include "libDiagnosis/FaultKindNames.h"
@@ -52,6 +55,8 @@ struct CheckOptions : CommonOptions {
     std::string assignment = "auto";
     std::vector<std::string> warningKinds;
     unsigned threads = std::max(1U, std::thread::hardware_concurrency());
+    std::uint64_t maxCombinations = 0;  ///< to try; 0 for no limit
+    double timeout = 0;                 ///< in seconds; 0 for none
 
     bool writes(std::string_view name) const { return std::ranges::count(writtenFormats(), name) > 0; }
 };
@@ -152,6 +157,21 @@ bool needsElements(const CheckOptions& options) {
     });
 }
 
+/// Combinations of which each has to be tried, so that nobody should wait for the last one without having said so.
+constexpr std::uint64_t MOST_TRIED = 0xFFFFFFFF;
+
+bool mayGoOn(const CheckOptions& options, const Session& session, std::chrono::steady_clock::time_point start,
+             const RunProgress& state) {
+    if (options.maxCombinations > 0 && state.combination > options.maxCombinations) {
+        return false;
+    }
+    if (options.timeout > 0 && session.console.now() - start > std::chrono::duration<double>(options.timeout)) {
+        return false;
+    }
+    const bool hasLimit = options.maxCombinations > 0 || options.timeout > 0;
+    return options.isPlain || hasLimit || state.isDeduced || state.combinations <= MOST_TRIED;
+}
+
 void run(const CheckOptions& options, const Session& session, CheckWorld& world) {
     const auto start = session.console.now();
     if (options.scriptPath == "-" && options.statePath == "-") {
@@ -171,13 +191,15 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     const ImportReport import = reading.finish();
     {
         CombinationProgress progress(session.console);
+        std::optional<Interrupt> interrupt;
         std::optional<StageProgress> stage(std::in_place, session.console, "checking");
-        inventory.setProgress([&progress, &stage, &options](const RunProgress& state) {
-            if (state.combinations > 1) {
+        inventory.setProgress([&](const RunProgress& state) {
+            if (state.combinations > 1 && !interrupt) {
                 stage.reset();
+                interrupt.emplace();
             }
             progress.show(state);
-            return options.isPlain || state.combinations <= MOST_COMBINATIONS;
+            return mayGoOn(options, session, start, state) && !(interrupt && interrupt->wasSent());
         });
         world.report = world.run.run({&import, options.isPlain, options.waiversPath.empty() ? nullptr : &waivers,
                                       world.started, needsElements(options)});
@@ -248,6 +270,11 @@ std::string kindProblem(const std::string& name) {
     return choiceProblem(name, names);
 }
 
+std::string limitProblem(const std::string& text) {
+    double limit = 0;
+    return CLI::detail::lexical_cast(text, limit) && limit > 0 ? std::string() : "expected a number above 0";
+}
+
 }  // namespace
 
 void addCheckCommand(CLI::App& parent, Session& session) {
@@ -278,6 +305,16 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         ->type_name("N");
     CLI::Option& waivers =
         options->addInput(command, "--waivers", options->waiversPath, "Faults that somebody has decided to live with");
+    command
+        .add_option("--max-combinations", options->maxCombinations,
+                    "Try so many combinations of alternatives at most; undetermined when that decides nothing")
+        ->check(CLI::Validator(limitProblem, ""))
+        ->type_name("NUMBER");
+    command
+        .add_option("--timeout", options->timeout,
+                    "Try combinations for so long at most; undetermined when that decides nothing")
+        ->check(CLI::Validator(limitProblem, ""))
+        ->type_name("SECONDS");
     CLI::Option& assignment = allowOnly(
         *command.add_option("--assignment", options->assignment,
                             "How devices are dealt out that several elements would take: greedily, exactly, or, "

@@ -38,9 +38,15 @@ void CombinationProgress::show(const RunProgress& progress) {
     }
     m_nextTime = time + SHOWN_EVERY;
     m_isShown = true;
-    const Amount tried{static_cast<double>(progress.combination - 1), static_cast<double>(progress.combinations)};
+    const auto tried = static_cast<double>(progress.combination - 1);
+    if (progress.isDeduced) {
+        const double rate = tried / std::chrono::duration<double>(time - m_start).count();
+        m_console.writeErr(fmt::format("\r\033[K{} tried of {} combinations or fewer, {:.0f} a second",
+                                       progress.combination - 1, progress.combinations, rate));
+        return;
+    }
     m_console.writeErr(fmt::format("\r\033[Kcombination {} of {}{}", progress.combination, progress.combinations,
-                                   rateText(tried, time - m_start, "")));
+                                   rateText({tried, static_cast<double>(progress.combinations)}, time - m_start, "")));
 }
 
 }  // namespace vrx::cli

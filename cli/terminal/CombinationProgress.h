@@ -6,7 +6,7 @@
 namespace vrx::cli {
 
 /// A line on a terminal that tells how many combinations of alternatives a check has tried, how fast,
-/// and how long it may still take, for checks that take long.
+/// and, where all of them have to be tried, how long it may still take; for checks that take long.
 /// It appears after a second, is rewritten a few times a second, and is wiped away at the end. On anything but a
 /// terminal nothing is shown.
 class CombinationProgress {

@@ -69,7 +69,7 @@ public:
             m_chosen.emplace(choice.orElement, choice.alternative);
         }
         const RunSummary& summary = inventory.summary();
-        m_isOpen = summary.wasStopped || summary.combinations > MOST_COMBINATIONS;
+        m_isOpen = summary.hasUntried;
     }
 
     Certainty find(bool passed) {
@@ -333,7 +333,7 @@ Certainty certaintyOf(const Inventory& inventory, const StateManager& machine, c
                       bool passed) {
     const Unknowns unknowns(machine, import);
     const RunSummary& summary = inventory.summary();
-    const bool isOpen = summary.wasStopped || summary.combinations > MOST_COMBINATIONS;
+    const bool isOpen = summary.hasUntried;
     if (unknowns.isEmpty() && (passed || !isOpen)) {
         return {};
     }

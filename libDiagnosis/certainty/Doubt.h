@@ -52,8 +52,4 @@ Certainty certaintyOf(const Inventory& inventory, const StateManager& machine, c
 Certainty certaintyOfDevice(const Inventory& engine, const IDeviceImp& device, const StateManager& machine,
                             const ImportReport* import, bool passed);
 
-/// The number of combinations that the engine can count and try; of a script with more, a run that did not pass has no
-/// sure answer.
-inline constexpr std::uint64_t MOST_COMBINATIONS = 0xFFFFFFFF;
-
 }  // namespace vrx

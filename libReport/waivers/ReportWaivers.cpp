@@ -36,10 +36,9 @@ void partFaults(CheckedElement& element, std::size_t left) {
     }
 }
 
-bool isTriedInFull(const CheckReport& report, const Inventory& inventory) {
+bool isTriedInFull(const Inventory& inventory) {
     const RunSummary& summary = inventory.summary();
-    return summary.patternsGivenUp == 0 && !summary.wasStopped && summary.undecidedExtras.isEmpty() &&
-           report.combinations <= MOST_COMBINATIONS;
+    return summary.patternsGivenUp == 0 && !summary.hasUntried && summary.undecidedExtras.isEmpty();
 }
 
 /// Whether as many devices at least as rules found too many have a waived fault. With equal elements the engine may
@@ -104,7 +103,7 @@ void waiveFaults(CheckReport& report, const Inventory& inventory, const std::vec
         waiveConsequences(report);
     }
     const bool isOpen = report.verdict == Verdict::Failed || report.verdict == Verdict::Undecided;
-    if (isOpen && left == 0 && !report.waived.empty() && isOtherwiseFine(report) && isTriedInFull(report, inventory)) {
+    if (isOpen && left == 0 && !report.waived.empty() && isOtherwiseFine(report) && isTriedInFull(inventory)) {
         report.verdict = Verdict::Passed;
     }
 }

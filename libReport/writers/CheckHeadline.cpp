@@ -50,7 +50,7 @@ std::string doubtSentence(const CheckReport& report) {
         return cut(doubtText(report.doubts.front()), more > 0 ? ", and " + counted(more, "more doubt") : "",
                    BEHIND_UNDETERMINED);
     }
-    if (report.combinations > MOST_COMBINATIONS) {
+    if (report.hasUntried) {
         const bool isMore = report.combinations == std::numeric_limits<std::uint64_t>::max();
         return fmt::format("the alternatives of the script make {}{} combinations, which are too many to try",
                            isMore ? "more than " : "", report.combinations);
