@@ -25,7 +25,7 @@ namespace vrx {
 namespace {
 
 /// A part of so few combinations is not divided further.
-constexpr std::size_t FEW = 64;
+constexpr std::size_t FEW_COMBINATIONS = 64;
 
 /// Parts that are remembered at most; what does not fit in is found anew.
 constexpr std::size_t MOST_KNOWN = 250000;
@@ -143,7 +143,7 @@ bool ComponentSearch::isFew(const Part& part) const {
     std::size_t combinations = 1;
     for (const std::uint32_t digit : part.open) {
         combinations *= std::size_t{m_ranges[digit].second} - m_ranges[digit].first + 1;
-        if (combinations > FEW) {
+        if (combinations > FEW_COMBINATIONS) {
             return part.open.size() == 1;
         }
     }
