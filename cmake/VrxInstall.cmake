@@ -5,7 +5,8 @@ include(CMakePackageConfigHelpers)
 set(VRX_INSTALL_CONFIGDIR "${CMAKE_INSTALL_LIBDIR}/cmake/VrxInventory")
 set(VRX_INSTALL_DATADIR "${CMAKE_INSTALL_DATADIR}/vrx-inventory")
 
-set(VRX_LIBRARIES vrxReport vrxGolden vrxDiagnosis vrxLint vrxMachine vrxInventory vrxRegex vrxSystemState vrxCommon)
+set(VRX_LIBRARIES vrxFleet vrxReport vrxGolden vrxDiagnosis vrxLint vrxMachine vrxInventory vrxRegex vrxSystemState
+    vrxCommon)
 
 install(TARGETS ${VRX_LIBRARIES} EXPORT VrxInventoryTargets FILE_SET HEADERS DESTINATION "${VRX_INSTALL_INCLUDEDIR}")
 install(EXPORT VrxInventoryTargets NAMESPACE VrxInventory:: DESTINATION "${VRX_INSTALL_CONFIGDIR}")
@@ -33,12 +34,13 @@ configure_file("${PROJECT_SOURCE_DIR}/cmake/vrx-inventory.pc.in" "${PROJECT_BINA
 install(FILES "${PROJECT_BINARY_DIR}/vrx-inventory.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-foreach(folder docs/ schemas examples)
+foreach(folder docs/ schemas examples contrib)
     if(EXISTS "${PROJECT_SOURCE_DIR}/${folder}")
         if(folder STREQUAL "docs/")
             install(DIRECTORY "${PROJECT_SOURCE_DIR}/${folder}" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
         else()
-            install(DIRECTORY "${PROJECT_SOURCE_DIR}/${folder}" DESTINATION "${VRX_INSTALL_DATADIR}")
+            install(DIRECTORY "${PROJECT_SOURCE_DIR}/${folder}" DESTINATION "${VRX_INSTALL_DATADIR}"
+                    USE_SOURCE_PERMISSIONS)
         endif()
     endif()
 endforeach()

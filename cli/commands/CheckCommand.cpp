@@ -199,7 +199,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
                 interrupt.emplace();
             }
             progress.show(state);
-            return mayGoOn(options, session, start, state) && !(interrupt && interrupt->wasSent());
+            return mayGoOn(options, session, start, state) && !(interrupt && interrupt->isAsked());
         });
         world.report = world.run.run({&import, options.isPlain, options.waiversPath.empty() ? nullptr : &waivers,
                                       world.started, needsElements(options)});

@@ -14,6 +14,7 @@ void addCheckDeviceCommand(CLI::App& parent, Session& session);
 void addCollectCommand(CLI::App& parent, Session& session);
 void addCompletionCommand(CLI::App& parent, Session& session);
 void addConvertCommand(CLI::App& parent, Session& session);
+void addFleetCommand(CLI::App& parent, Session& session);
 void addGenerateCommand(CLI::App& parent, Session& session);
 void addHelpCommand(CLI::App& parent, Session& session);
 void addLintCommand(CLI::App& parent, Session& session);

@@ -29,7 +29,7 @@ void sayWhenDamaged(const std::string& path, std::string_view bytes, const Sessi
 }
 
 /// Loads what has to be looked at as a whole: it comes through a pipe, or needs a word about it.
-void loadBytes(const std::string& path, CheckRun& check, const Session& session) {
+std::string loadBytes(const std::string& path, CheckRun& check, const Session& session) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
@@ -43,23 +43,33 @@ void loadBytes(const std::string& path, CheckRun& check, const Session& session)
                              check.fileErrors());
     }
     sayWhenDamaged(path, bytes, session);
+    return bytes;
+}
+
+/// Throws when nothing can be checked with the script.
+void refuseUseless(const ScriptInput& input, const Inventory& inventory) {
+    if (!input.passesMistakesOver) {
+        refuseMistakes(input.path, inventory.script(), 0, input.threads);
+    }
+    if (const XmlElement* const undecidable = findOrInsidePart(*inventory.script().RootElement())) {
+        throw CommandFailure(ExitStatus::BadInput, problemAt(input.path, undecidable->Row(), undecidable->Column(),
+                                                             OR_INSIDE_PART_REASON));
+    }
 }
 
 }  // namespace
 
 void loadScript(const ScriptInput& input, CheckRun& check, const Session& session) {
-    const std::string& path = input.path;
-    Inventory& inventory = check.inventory();
-    if (path == "-" || !inventory.loadPlainScriptFile(String::UTF8Decode(path))) {
-        loadBytes(path, check, session);
+    if (input.path == "-" || !check.inventory().loadPlainScriptFile(String::UTF8Decode(input.path))) {
+        loadBytes(input.path, check, session);
     }
-    if (!input.passesMistakesOver) {
-        refuseMistakes(path, inventory.script(), 0, input.threads);
-    }
-    if (const XmlElement* const undecidable = findOrInsidePart(*inventory.script().RootElement())) {
-        throw CommandFailure(ExitStatus::BadInput,
-                             problemAt(path, undecidable->Row(), undecidable->Column(), OR_INSIDE_PART_REASON));
-    }
+    refuseUseless(input, check.inventory());
+}
+
+std::string loadScriptBytes(const ScriptInput& input, CheckRun& check, const Session& session) {
+    std::string bytes = loadBytes(input.path, check, session);
+    refuseUseless(input, check.inventory());
+    return bytes;
 }
 
 }  // namespace vrx::cli

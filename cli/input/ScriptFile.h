@@ -17,4 +17,7 @@ struct ScriptInput {
 /// of no use: it cannot be read, is no script, cannot be decided, or, unless they are to be passed over, has mistakes.
 void loadScript(const ScriptInput& input, CheckRun& check, const Session& session);
 
+/// The same for one that is needed again: what the file holds.
+std::string loadScriptBytes(const ScriptInput& input, CheckRun& check, const Session& session);
+
 }  // namespace vrx::cli

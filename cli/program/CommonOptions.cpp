@@ -158,6 +158,18 @@ void CommonOptions::addFormatOption(CLI::App& command) {
         &allowOnly(*command.add_option("--format", format, "Format of the result (default text)"), m_formats);
 }
 
+void CommonOptions::addFormat(CLI::App& command, const std::vector<std::string>& names) {
+    m_formats = names;
+    addFormatOption(command);
+}
+
+void CommonOptions::addShortOutput(CLI::App& command, const std::string& name, const std::string& description) {
+    const auto take = [this, name](const std::string& path) {
+        m_extraResults.push_back({name, path});
+    };
+    command.add_option_function<std::string>("--" + name, take, description)->type_name("FILE");
+}
+
 void CommonOptions::addOutput(CLI::App& command) {
     addOutput(command, "-o,--output", outputPath, "File for the result, replaced in one step; else standard output");
 }

@@ -44,7 +44,12 @@ struct CommonOptions {
         (takeFormats(writers), ...);
         addFormatOption(command);
     }
+    /// The same for results that no such table writes; the first is what people get who ask for none.
+    void addFormat(CLI::App& command, const std::vector<std::string>& names);
     void addOutput(CLI::App& command);
+
+    /// `--NAME FILE`, which is short for `--output NAME:FILE`. Requires: `addFormat` came before.
+    void addShortOutput(CLI::App& command, const std::string& name, const std::string& description);
 
     /// `-o FILE`, and `--output FORMAT:FILE` any number of times. Requires: `addFormat` came before.
     void addOutputs(CLI::App& command);

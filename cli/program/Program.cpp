@@ -112,6 +112,7 @@ ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
 
     addCheckCommand(app, session);
     addCheckDeviceCommand(app, session);
+    addFleetCommand(app, session);
     addGenerateCommand(app, session);
     addShowCommand(app, session);
     addWaiveCommand(app, session);

@@ -1,31 +1,40 @@
 #include "cli/terminal/Interrupt.h"
 
-#include <csignal>
-
 namespace vrx::cli {
 
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+constexpr int SIGNALS[] = {SIGINT, SIGTERM};
 
-void noteInterrupt(int signal) {
-    interrupted = 1;
-    std::signal(signal, SIG_DFL);
-}
+std::atomic<bool> isInterrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);  // a handler may touch nothing else
+
+void onInterrupt(int) { isInterrupted = true; }
 
 }  // namespace
 
-// Where the program was started with the signal ignored (nohup, the background of a shell), it stays so.
+// Where the program was started with a signal ignored (nohup, the background of a shell), it stays so.
 Interrupt::Interrupt() {
-    interrupted = 0;
-    m_before = std::signal(SIGINT, noteInterrupt);
-    if (m_before == SIG_IGN) {
-        std::signal(SIGINT, SIG_IGN);
+    isInterrupted = false;
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+    for (int i = 0; i < 2; ++i) {
+        sigaction(SIGNALS[i], &action, &m_before[i]);
+        if (m_before[i].sa_handler == SIG_IGN) {
+            sigaction(SIGNALS[i], &m_before[i], nullptr);
+        }
     }
 }
 
-Interrupt::~Interrupt() { std::signal(SIGINT, m_before == SIG_ERR ? SIG_DFL : m_before); }
+Interrupt::~Interrupt() {
+    for (int i = 0; i < 2; ++i) {
+        sigaction(SIGNALS[i], &m_before[i], nullptr);
+    }
+}
 
-bool Interrupt::wasSent() const noexcept { return interrupted != 0; }
+const std::atomic<bool>& Interrupt::isAsked() const noexcept { return isInterrupted; }
+
+void Interrupt::ask() noexcept { isInterrupted = true; }
 
 }  // namespace vrx::cli

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <atomic>
+#include <csignal>
+
 namespace vrx::cli {
 
-/// While it lives, the first Ctrl-C does not end the program but is noted, so that what was found so far can be told.
-/// The second ends it.
+/// While one lives, the first interrupt (Ctrl-C, or the word to end) only asks the program to come to an end, so that
+/// what was found so far can be told; the next one ends it as ever. One lives at a time.
 class Interrupt {
 public:
     Interrupt();
@@ -11,10 +14,14 @@ public:
     Interrupt(const Interrupt&) = delete;
     Interrupt& operator=(const Interrupt&) = delete;
 
-    bool wasSent() const noexcept;
+    /// Becomes true with the interrupt.
+    const std::atomic<bool>& isAsked() const noexcept;
+
+    /// Asks as an interrupt does.
+    void ask() noexcept;
 
 private:
-    void (*m_before)(int);
+    struct sigaction m_before[2];
 };
 
 }  // namespace vrx::cli

@@ -26,6 +26,17 @@ struct ArchiveLibrary : SharedLibrary {
     VRX_LOADED_FUNCTION(archive_entry_pathname)
     VRX_LOADED_FUNCTION(archive_entry_filetype)
     VRX_LOADED_FUNCTION(archive_entry_hardlink)
+    VRX_LOADED_FUNCTION(archive_read_data)
+    VRX_LOADED_FUNCTION(archive_error_string)
+    VRX_LOADED_FUNCTION(archive_entry_pathname_utf8)
+    VRX_LOADED_FUNCTION(archive_read_support_filter_all)
+    VRX_LOADED_FUNCTION(archive_read_support_format_raw)
+    VRX_LOADED_FUNCTION(archive_read_support_format_zip)
+    VRX_LOADED_FUNCTION(archive_read_support_format_7zip)
+    VRX_LOADED_FUNCTION(archive_read_support_format_cpio)
+    VRX_LOADED_FUNCTION(archive_read_open_filename)
+    VRX_LOADED_FUNCTION(archive_format)
+    VRX_LOADED_FUNCTION(archive_filter_bytes)
 };
 
 }  // namespace vrx

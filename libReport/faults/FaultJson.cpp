@@ -84,16 +84,6 @@ private:
         m_json.endObject();
     }
 
-    static std::string_view nameOfWhat(const Difference& difference) {
-        switch (difference.what) {
-            case Difference::What::Name: return "name";
-            case Difference::What::OsLocator: return "osLocator";
-            case Difference::What::Type: return "type";
-            case Difference::What::Property: break;
-        }
-        return "property";
-    }
-
     void writeDifferences(std::string_view key, const std::vector<Difference>& differences) {
         m_json.key(key).beginArray();
         for (const Difference& difference : differences) {
@@ -166,6 +156,16 @@ private:
 
 void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view file) {
     FaultWriter(json, file).write(fault);
+}
+
+std::string_view nameOfWhat(const Difference& difference) noexcept {
+    switch (difference.what) {
+        case Difference::What::Name: return "name";
+        case Difference::What::OsLocator: return "osLocator";
+        case Difference::What::Type: return "type";
+        case Difference::What::Property: break;
+    }
+    return "property";
 }
 
 void writeFaults(JsonWriter& json, const std::vector<Fault>& faults, std::string_view file) {

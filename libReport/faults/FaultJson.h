@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "libDiagnosis/Fault.h"
@@ -14,5 +15,8 @@ void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view fil
 
 /// An array with an object for each fault.
 void writeFaults(JsonWriter& json, const std::vector<Fault>& faults, std::string_view file);
+
+/// What differs, as JSON names it: "property", "name", "osLocator", "type".
+std::string_view nameOfWhat(const Difference& difference) noexcept;
 
 }  // namespace vrx

@@ -61,11 +61,14 @@ void writeCase(std::string& out, const JunitSuite& suite, const JunitSuite::Case
 }  // namespace
 
 std::string junitText(const JunitSuite& suite) {
-    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n";
-    out += fmt::format(
-        R"(  <testsuite name="{}" package="{}" id="0" timestamp="{}" hostname="{}" tests="{}" failures="{}" errors="{}" )"
+    return std::string(JUNIT_START) + junitSuite(suite, 0) + std::string(JUNIT_END);
+}
+
+std::string junitSuite(const JunitSuite& suite, std::size_t number) {
+    std::string out = fmt::format(
+        R"(  <testsuite name="{}" package="{}" id="{}" timestamp="{}" hostname="{}" tests="{}" failures="{}" errors="{}" )"
         R"(skipped="{}" time="{:.3f}">)",
-        xmlAttribute(suite.name), PROGRAM_NAME, timestampOf(suite),
+        xmlAttribute(suite.name), PROGRAM_NAME, number, timestampOf(suite),
         xmlAttribute(suite.host.empty() ? "localhost" : suite.host), suite.cases.size(),
         countOf(suite, JunitSuite::Outcome::Failure), countOf(suite, JunitSuite::Outcome::Error),
         countOf(suite, JunitSuite::Outcome::Skipped), std::chrono::duration<double>(suite.duration).count());
@@ -74,7 +77,7 @@ std::string junitText(const JunitSuite& suite) {
     for (const JunitSuite::Case& one : suite.cases) {
         writeCase(out, suite, one);
     }
-    return out + "    <system-out/>\n    <system-err/>\n  </testsuite>\n</testsuites>\n";
+    return out + "    <system-out/>\n    <system-err/>\n  </testsuite>\n";
 }
 
 }  // namespace vrx

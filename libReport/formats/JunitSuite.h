@@ -1,8 +1,10 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,5 +34,10 @@ struct JunitSuite {
 /// The shape suits the strict schemas that are in use: all attributes that one of them wants, no time zone in the
 /// timestamp, which is UTC, and empty outputs at the end.
 std::string junitText(const JunitSuite& suite);
+
+/// For a document of many suites: what stands before the first, each suite, and what stands behind the last.
+inline constexpr std::string_view JUNIT_START = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n";
+std::string junitSuite(const JunitSuite& suite, std::size_t number);
+inline constexpr std::string_view JUNIT_END = "</testsuites>\n";
 
 }  // namespace vrx

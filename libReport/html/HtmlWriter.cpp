@@ -66,10 +66,12 @@ HtmlWriter& HtmlWriter::raw(std::string_view text) {
     return *this;
 }
 
-std::string HtmlWriter::take() {
+std::string HtmlWriter::takePart() {
     closeTag();
     return std::exchange(m_text, {});
 }
+
+std::string HtmlWriter::take() { return takePart(); }
 
 void HtmlWriter::closeTag() {
     if (std::exchange(m_isInTag, false)) {

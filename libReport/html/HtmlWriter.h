@@ -34,6 +34,9 @@ public:
     /// Text that stands as it is: the project's own styles and scripts, never anything of a machine or a script.
     HtmlWriter& raw(std::string_view text);
 
+    /// What was written so far of a document that is too long to be held; the rest follows.
+    std::string takePart();
+
     /// The document. Requires: every element has ended.
     std::string take();
 

@@ -1,0 +1,171 @@
+#include "libFleet/MachineCheck.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <tuple>
+
+#include "libCommon/error/Exception.h"
+#include "libCommon/error/StructuredException.h"
+#include "libFleet/results/ResultLine.h"
+#include "libMachine/MachineImport.h"
+#include "libReport/text/ImportNotices.h"
+
+namespace vrx {
+
+namespace {
+
+using Failure = ImportReport::Failure;
+
+std::string placed(const ImportReport& report, const std::string& reason) {
+    return report.row == 0 ? reason : fmt::format("{}:{}: {}", report.row, report.column, reason);
+}
+
+/// Why there is no machine, in one line.
+std::string problemOf(const ImportResult& result) {
+    const ImportReport& report = result.report;
+    if (report.failure == Failure::Unreadable) {
+        return report.reason.toUtf8();
+    }
+    if (report.failure == Failure::Malformed && !report.reason.isEmpty()) {
+        return placed(report, report.reason.toUtf8());
+    }
+    if (!result.isUtf8) {
+        return "this is not UTF-8";
+    }
+    return result.format == RecordingFormat::Unknown
+               ? "this is no recording of a machine"
+               : fmt::format("this {} holds no devices", formatTitle(result.format));
+}
+
+/// What an import tells of beside devices.
+std::vector<std::string> notesOf(const ImportResult& result) {
+    std::vector<std::string> notes;
+    for (const ImportDamage& damage : result.damage) {
+        notes.push_back(damageText(damage));
+    }
+    for (std::string& notice : importNotices(result.report)) {
+        notes.push_back(std::move(notice));
+    }
+    for (const String& line : result.report.errorLines()) {
+        notes.push_back(line.toUtf8());
+    }
+    return notes;
+}
+
+std::string recordingStart(const Recording& recording) {
+    if (recording.path.empty()) {
+        return recording.bytes.substr(0, RECOGNITION_SIZE);
+    }
+    std::error_code failure;
+    std::string start;
+    if (std::filesystem::is_regular_file(recording.path, failure)) {
+        start.resize(RECOGNITION_SIZE);
+        std::ifstream file(recording.path, std::ios::binary);
+        file.read(start.data(), static_cast<std::streamsize>(start.size()));
+        start.resize(static_cast<std::size_t>(file.gcount()));
+    }
+    return start;
+}
+
+/// What a recording's result is made of beside the result itself.
+struct Checked {
+    FleetResult result;
+    std::optional<CheckReport> report;
+    std::vector<std::string> notes;
+};
+
+bool isStopped(const FleetOptions& options) { return options.isStopped != nullptr && *options.isStopped; }
+
+CheckReport reportOf(const FleetScript& script, StateManager& machine, const ImportReport& import,
+                     const FleetOptions& options) {
+    CheckRun run(machine);
+    run.inventory().loadInventoryScriptBytes(script.bytes, String::UTF8Decode(script.path));
+    run.inventory().setProgress([&options](const RunProgress& state) {
+        return !isStopped(options) && (options.isPlain || state.combinations <= MOST_COMBINATIONS);
+    });
+    CheckReport report = run.run({&import, options.isPlain, options.waivers, options.started, false});
+    report.script = script.path;
+    report.annotatedScript = nullptr;  // goes with the run
+    return report;
+}
+
+/// Whether the first says more about the machine: what nobody can tell may be met, and of scripts that are not met the
+/// one with the fewest faults is likeliest to be meant.
+bool isNearer(const CheckReport& one, const CheckReport& other) {
+    const auto rank = [](const CheckReport& report) {
+        const bool isOther =
+            std::ranges::any_of(report.faults, [](const Fault& fault) { return fault.isOfOtherMachine; });
+        return std::tuple(report.verdict == Verdict::Failed, isOther, report.faults.size());
+    };
+    return rank(one) < rank(other);
+}
+
+CheckReport bestReport(const FleetScripts& scripts, StateManager& machine, const ImportReport& import,
+                       const FleetOptions& options) {
+    CheckReport best = reportOf(scripts.front(), machine, import, options);
+    for (std::size_t i = 1; i < scripts.size() && best.verdict != Verdict::Passed; ++i) {
+        CheckReport report = reportOf(scripts[i], machine, import, options);
+        if (report.verdict == Verdict::Passed || isNearer(report, best)) {
+            best = std::move(report);
+        }
+    }
+    return best;
+}
+
+Checked check(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+    const std::string other = options.refuse == nullptr ? std::string() : options.refuse(recordingStart(recording));
+    if (!other.empty()) {
+        return {unreadableResult(recording.name, other), std::nullopt, {}};
+    }
+    StateManager machine;
+    const ImportResult import =
+        recording.path.empty() ? importMachine(recording.bytes, machine) : importMachineFile(recording.path, machine);
+    if (!import.isImported()) {
+        return {unreadableResult(recording.name, problemOf(import)), std::nullopt, notesOf(import)};
+    }
+    Checked checked;
+    checked.report = bestReport(scripts, machine, import.report, options);
+    checked.result = fleetResult(recording.name, *checked.report);
+    checked.result.isCutShort = isStopped(options) && checked.report->verdict == Verdict::Undecided;
+    checked.notes = notesOf(import);
+    return checked;
+}
+
+Checked internalError(const Recording& recording, const std::string& what) {
+    Checked checked{unreadableResult(recording.name, "internal error: " + what), std::nullopt, {}};
+    checked.result.verdict = FleetVerdict::Undetermined;
+    checked.result.isInternalError = true;
+    return checked;
+}
+
+/// A thread of the pool is to its recording what `main` is to a program.
+Checked guardedCheck(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+    try {
+        return check(recording, scripts, options);
+    } catch (const StructuredException& broken) {
+        return internalError(recording, broken.text().toUtf8());
+    } catch (const Exception& unexpected) {
+        return internalError(recording, unexpected.text().toUtf8());
+    } catch (const std::exception& unexpected) {
+        return internalError(recording, unexpected.what());
+    }
+}
+
+}  // namespace
+
+FleetResult checkRecording(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+    Checked checked = recording.problem.empty()
+                          ? guardedCheck(recording, scripts, options)
+                          : Checked{unreadableResult(recording.name, recording.problem), std::nullopt, {}};
+    FleetResult& result = checked.result;
+    result.time = options.started.toIso8601().toUtf8();
+    result.line = resultLine(result, {checked.report ? &*checked.report : nullptr, checked.notes});
+    return std::move(result);
+}
+
+}  // namespace vrx

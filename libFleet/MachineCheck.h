@@ -1,0 +1,42 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "libFleet/FleetResult.h"
+#include "libFleet/machines/Recording.h"
+#include "libReport/CheckRun.h"
+
+namespace vrx {
+
+/// A script that machines are checked against. A run writes what it finds into its script, so each check parses one for
+/// itself; that the script is a good one is found out once, by whoever makes this.
+struct FleetScript {
+    std::string path;
+    std::string bytes;
+};
+using FleetScripts = std::vector<FleetScript>;
+
+/// How a fleet is checked.
+struct FleetOptions {
+    bool isPlain = false;                          ///< see CheckBasis
+    const std::vector<Waiver>* waivers = nullptr;  ///< borrowed; null for none
+    DateTime started = DateTime::getCurrentDateTime();
+
+    /// Why a file that begins so is no recording, though it could be read as one; empty when it is one.
+    std::string (*refuse)(std::string_view start) = nullptr;
+
+    unsigned threads = 1;
+    const std::atomic<bool>* isStopped = nullptr;  ///< ends the run soon after it becomes true; null for never
+};
+
+/// Checks one recording against the script, or against each of several until one is met: with its import the whole of
+/// what `check` does. Any number of threads may do so with the same scripts. Whatever is wrong with the recording is a
+/// result, and so is a failure of the check itself.
+///
+/// Requires: there are scripts, and they load; the recording is not known.
+FleetResult checkRecording(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options);
+
+}  // namespace vrx
