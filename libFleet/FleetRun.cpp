@@ -61,14 +61,14 @@ bool FleetRun::isWhole() const {
 }
 
 /// The number of the recording that was taken; none when there is nothing more to do.
-std::optional<std::size_t> FleetRun::take(Recording& recording) {
+std::optional<std::size_t> FleetRun::take(FleetRecording& recording) {
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return hasRoom() || m_isEmpty || m_isEnded; });
     if (m_isEmpty || m_isEnded) {
         return std::nullopt;
     }
     const bool goesOn = !isStopped();
-    std::optional<Recording> found = goesOn ? m_machines.next() : std::nullopt;
+    std::optional<FleetRecording> found = goesOn ? m_machines.next() : std::nullopt;
     if (!found) {
         m_isListed = m_isListed || goesOn;
         m_isEmpty = true;
@@ -81,7 +81,7 @@ std::optional<std::size_t> FleetRun::take(Recording& recording) {
 }
 
 void FleetRun::work() {
-    Recording recording;
+    FleetRecording recording;
     while (const std::optional<std::size_t> number = take(recording)) {
         FleetResult result;
         if (recording.isKnown) {

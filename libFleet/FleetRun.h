@@ -40,7 +40,7 @@ public:
 private:
     bool isStopped() const { return m_options.isStopped != nullptr && *m_options.isStopped; }
     bool hasRoom() const { return m_taken < m_handedOut + m_window; }
-    std::optional<std::size_t> take(Recording& recording);
+    std::optional<std::size_t> take(FleetRecording& recording);
     void work();
 
     const FleetScripts& m_scripts;

@@ -57,7 +57,7 @@ std::vector<std::string> notesOf(const ImportResult& result) {
     return notes;
 }
 
-std::string recordingStart(const Recording& recording) {
+std::string recordingStart(const FleetRecording& recording) {
     if (recording.path.empty()) {
         return recording.bytes.substr(0, RECOGNITION_SIZE);
     }
@@ -85,6 +85,7 @@ CheckReport reportOf(const FleetScript& script, StateManager& machine, const Imp
                      const FleetOptions& options) {
     CheckRun run(machine);
     run.inventory().loadInventoryScriptBytes(script.bytes, String::UTF8Decode(script.path));
+    run.inventory().setAssignment(options.isPlain ? Inventory::Assignment::Greedy : options.assignment);
     run.inventory().setProgress([&options](const RunProgress& state) {
         return !isStopped(options) && (options.isPlain || state.combinations <= MOST_COMBINATIONS);
     });
@@ -117,7 +118,7 @@ CheckReport bestReport(const FleetScripts& scripts, StateManager& machine, const
     return best;
 }
 
-Checked check(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+Checked check(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options) {
     const std::string other = options.refuse == nullptr ? std::string() : options.refuse(recordingStart(recording));
     if (!other.empty()) {
         return {unreadableResult(recording.name, other), std::nullopt, {}};
@@ -136,7 +137,7 @@ Checked check(const Recording& recording, const FleetScripts& scripts, const Fle
     return checked;
 }
 
-Checked internalError(const Recording& recording, const std::string& what) {
+Checked internalError(const FleetRecording& recording, const std::string& what) {
     Checked checked{unreadableResult(recording.name, "internal error: " + what), std::nullopt, {}};
     checked.result.verdict = FleetVerdict::Undetermined;
     checked.result.isInternalError = true;
@@ -144,7 +145,7 @@ Checked internalError(const Recording& recording, const std::string& what) {
 }
 
 /// A thread of the pool is to its recording what `main` is to a program.
-Checked guardedCheck(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+Checked guardedCheck(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options) {
     try {
         return check(recording, scripts, options);
     } catch (const StructuredException& broken) {
@@ -158,7 +159,7 @@ Checked guardedCheck(const Recording& recording, const FleetScripts& scripts, co
 
 }  // namespace
 
-FleetResult checkRecording(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+FleetResult checkRecording(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options) {
     Checked checked = recording.problem.empty()
                           ? guardedCheck(recording, scripts, options)
                           : Checked{unreadableResult(recording.name, recording.problem), std::nullopt, {}};

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "libFleet/FleetResult.h"
-#include "libFleet/machines/Recording.h"
+#include "libFleet/machines/FleetRecording.h"
 #include "libReport/CheckRun.h"
 
 namespace vrx {
@@ -30,6 +30,7 @@ struct FleetOptions {
 
     unsigned threads = 1;
     const std::atomic<bool>* isStopped = nullptr;  ///< ends the run soon after it becomes true; null for never
+    Inventory::Assignment assignment = Inventory::Assignment::Auto;
 };
 
 /// Checks one recording against the script, or against each of several until one is met: with its import the whole of
@@ -37,6 +38,6 @@ struct FleetOptions {
 /// result, and so is a failure of the check itself.
 ///
 /// Requires: there are scripts, and they load; the recording is not known.
-FleetResult checkRecording(const Recording& recording, const FleetScripts& scripts, const FleetOptions& options);
+FleetResult checkRecording(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options);
 
 }  // namespace vrx

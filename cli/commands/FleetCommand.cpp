@@ -11,6 +11,7 @@
 #include "cli/commands/Commands.h"
 #include "cli/commands/FleetOutputs.h"
 #include "cli/files/FileKind.h"
+#include "cli/help/CommandTable.h"
 #include "cli/input/ScriptFile.h"
 #include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
@@ -50,6 +51,7 @@ struct FleetCliOptions : CommonOptions {
     bool isMerge = false;
     std::string waiversPath;
     std::string resumePath;
+    std::string assignment = "auto";
     unsigned threads = std::max(1U, std::thread::hardware_concurrency());
 
     /// All arguments but a script.
@@ -217,6 +219,9 @@ CommandResult check(const FleetCliOptions& options, const Session& session) {
     FleetOptions fleet{options.isPlain,        options.waiversPath.empty() ? nullptr : &waivers,
                        session.console.time(), whyNoRecording,
                        options.threads,        &interrupt.isAsked()};
+    fleet.assignment = options.assignment == "greedy"  ? Inventory::Assignment::Greedy
+                       : options.assignment == "exact" ? Inventory::Assignment::Exact
+                                                       : Inventory::Assignment::Auto;
     FleetSummary summary;
     FleetOutputs outputs(options, session, true, begun);
     FleetRun run(scripts, std::move(machines), fleet);
@@ -256,8 +261,14 @@ void addOptions(CLI::App& command, FleetCliOptions& options) {
         ->type_name("FILE");
     CLI::Option& waivers =
         options.addInput(command, "--waivers", options.waiversPath, "Faults that somebody has decided to live with");
-    options.addPlain(command, "mistakes are passed over, and what is not known counts as absent");
+    CLI::Option& assignment =
+        allowOnly(*command.add_option("--assignment", options.assignment,
+                                      "How devices are dealt out that several elements would take, as in check"),
+                  {"auto", "greedy", "exact"});
+    options.addPlain(
+        command, "mistakes are passed over, what is not known counts as absent, and devices are dealt out greedily");
     waivers.excludes("--plain");
+    assignment.excludes("--plain");
     command
         .add_option("-j,--threads", options.threads, "How many machines are checked at once (default all processors)")
         ->type_name("NUMBER")

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "cli/terminal/Console.h"
-#include "libFleet/machines/Recording.h"
+#include "libFleet/machines/FleetRecording.h"
 
 namespace vrx::cli {
 

@@ -165,7 +165,7 @@ ArchiveReader::~ArchiveReader() {
     }
 }
 
-std::optional<Recording> ArchiveReader::next(const std::function<bool(const std::string& name)>& isKnown) {
+std::optional<FleetRecording> ArchiveReader::next(const std::function<bool(const std::string& name)>& isKnown) {
     archive_entry* entry = nullptr;
     int state = m_isOpen ? ARCHIVE_OK : ARCHIVE_FATAL;
     while (!m_isAtEnd && m_isOpen && (state = library().archive_read_next_header(m_archive, &entry)) >= ARCHIVE_WARN) {
@@ -173,7 +173,7 @@ std::optional<Recording> ArchiveReader::next(const std::function<bool(const std:
             m_isAtEnd = true;
         } else if (isFile(entry) && library().archive_entry_hardlink(entry) == nullptr &&
                    !isHiddenName(pathOf(entry))) {
-            Recording recording{nameOf(entry), {}, {}, {}};
+            FleetRecording recording{nameOf(entry), {}, {}, {}};
             recording.isKnown = isKnown(recording.name);
             if (!recording.isKnown) {
                 recording.bytes = entryBytes(m_archive, recording.problem);
@@ -185,11 +185,11 @@ std::optional<Recording> ArchiveReader::next(const std::function<bool(const std:
         return std::nullopt;
     }
     m_isAtEnd = true;
-    return Recording{m_path,
-                     {},
-                     {},
-                     m_archive == nullptr ? "archives cannot be read: " + library().problem()
-                                          : "damaged archive: " + errorOf(m_archive)};
+    return FleetRecording{m_path,
+                          {},
+                          {},
+                          m_archive == nullptr ? "archives cannot be read: " + library().problem()
+                                               : "damaged archive: " + errorOf(m_archive)};
 }
 
 std::string ArchiveReader::nameOf(archive_entry* entry) const {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "libFleet/machines/Recording.h"
+#include "libFleet/machines/FleetRecording.h"
 
 struct archive;
 struct archive_entry;
@@ -35,7 +35,7 @@ public:
 
     /// The next one; none behind the last. Damage of the archive is a recording with a problem, and its last. What
     /// `isKnown` names is not unpacked.
-    std::optional<Recording> next(const std::function<bool(const std::string& name)>& isKnown);
+    std::optional<FleetRecording> next(const std::function<bool(const std::string& name)>& isKnown);
 
     const std::string& path() const noexcept { return m_path; }
 

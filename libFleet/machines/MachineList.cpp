@@ -66,25 +66,25 @@ void MachineList::addFolder(const std::string& path, unsigned depth,
     }
 }
 
-std::optional<Recording> MachineList::next() {
+std::optional<FleetRecording> MachineList::next() {
     while (true) {
-        if (std::optional<Recording> inside = nextOfArchive()) {
+        if (std::optional<FleetRecording> inside = nextOfArchive()) {
             return inside;
         }
         if (m_at == m_items.size()) {
             return std::nullopt;
         }
-        if (std::optional<Recording> opened = open(m_items[m_at++])) {
+        if (std::optional<FleetRecording> opened = open(m_items[m_at++])) {
             return opened;
         }
     }
 }
 
-std::optional<Recording> MachineList::nextOfArchive() {
+std::optional<FleetRecording> MachineList::nextOfArchive() {
     if (!m_archive) {
         return std::nullopt;
     }
-    std::optional<Recording> inside =
+    std::optional<FleetRecording> inside =
         m_archive->next([this](const std::string& name) { return m_isKnown && m_isKnown(name, m_archive->path()); });
     if (!inside) {
         m_archive.reset();
@@ -93,14 +93,14 @@ std::optional<Recording> MachineList::nextOfArchive() {
 }
 
 /// The recording; none where an archive was opened.
-std::optional<Recording> MachineList::open(const Item& item) {
+std::optional<FleetRecording> MachineList::open(const Item& item) {
     if (!item.problem.empty()) {
-        return Recording{item.path, {}, {}, item.problem};
+        return FleetRecording{item.path, {}, {}, item.problem};
     }
     switch (ArchiveReader::contentOf(item.path)) {
         case ArchiveReader::Content::Recordings: m_archive = std::make_unique<ArchiveReader>(item.path); break;
         case ArchiveReader::Content::Mirror: {
-            Recording mirror = named(item);
+            FleetRecording mirror = named(item);
             if (!mirror.isKnown) {
                 mirror.path.clear();
                 mirror.bytes = ArchiveReader::unpacked(item.path, mirror.problem);
@@ -112,8 +112,8 @@ std::optional<Recording> MachineList::open(const Item& item) {
     return std::nullopt;
 }
 
-Recording MachineList::named(const Item& item) const {
-    Recording recording{item.path, item.path, {}, {}};
+FleetRecording MachineList::named(const Item& item) const {
+    FleetRecording recording{item.path, item.path, {}, {}};
     recording.isKnown = m_isKnown && m_isKnown(item.path, item.path);
     return recording;
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "libFleet/machines/Recording.h"
+#include "libFleet/machines/FleetRecording.h"
 
 namespace vrx {
 
@@ -32,7 +32,7 @@ public:
     void setKnown(IsKnown isKnown) { m_isKnown = std::move(isKnown); }
 
     /// The next one; none behind the last.
-    std::optional<Recording> next();
+    std::optional<FleetRecording> next();
 
     FleetProgress progress() const;
 
@@ -43,9 +43,9 @@ private:
     };
 
     void addFolder(const std::string& path, unsigned depth, const std::function<bool(const std::string&)>& isLeftOut);
-    std::optional<Recording> nextOfArchive();
-    std::optional<Recording> open(const Item& item);
-    Recording named(const Item& item) const;
+    std::optional<FleetRecording> nextOfArchive();
+    std::optional<FleetRecording> open(const Item& item);
+    FleetRecording named(const Item& item) const;
 
     std::vector<Item> m_items;
     std::size_t m_at = 0;

@@ -6,7 +6,7 @@
 namespace vrx {
 
 /// One recorded machine, before it is read.
-struct Recording {
+struct FleetRecording {
     std::string name;      ///< how results call it
     std::string path;      ///< of a file, or of a folder with the resources of a Redfish service; empty for `bytes`
     std::string bytes;     ///< of one that lay in an archive
