@@ -87,7 +87,7 @@ CheckReport reportOf(const FleetScript& script, StateManager& machine, const Imp
     run.inventory().loadInventoryScriptBytes(script.bytes, String::UTF8Decode(script.path));
     run.inventory().setAssignment(options.isPlain ? Inventory::Assignment::Greedy : options.assignment);
     run.inventory().setProgress([&options](const RunProgress& state) {
-        return !isStopped(options) && (options.isPlain || state.combinations <= MOST_COMBINATIONS);
+        return !isStopped(options) && (options.isPlain || hasReachableEnd(state));
     });
     CheckReport report = run.run({&import, options.isPlain, options.waivers, options.started, false});
     report.script = script.path;

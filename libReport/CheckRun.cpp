@@ -1,6 +1,9 @@
 #include "libReport/CheckRun.h"
 
+#include <cstdint>
 #include <utility>
+
+#include "libInventory/Finding.h"
 
 namespace vrx {
 
@@ -25,6 +28,11 @@ void CheckRun::handleEvent(const TestRunEventImp& event) {
     if (event.name() != u"InventoryTestFailed") {
         m_events.append(event);
     }
+}
+
+bool hasReachableEnd(const RunProgress& progress) noexcept {
+    constexpr std::uint64_t MOST_TRIED = 0xFFFFFFFF;
+    return progress.isDeduced || progress.combinations <= MOST_TRIED;
 }
 
 }  // namespace vrx

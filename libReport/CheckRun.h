@@ -40,4 +40,8 @@ private:
     Array<TestRunEventImp> m_events;
 };
 
+/// Whether somebody can wait for the end of the run, who has set no limit: it deduces, or has no more combinations to
+/// try one by one than 32 bits can count.
+bool hasReachableEnd(const RunProgress& progress) noexcept;
+
 }  // namespace vrx

@@ -157,9 +157,6 @@ bool needsElements(const CheckOptions& options) {
     });
 }
 
-/// Combinations of which each has to be tried, so that nobody should wait for the last one without having said so.
-constexpr std::uint64_t MOST_TRIED = 0xFFFFFFFF;
-
 bool mayGoOn(const CheckOptions& options, const Session& session, std::chrono::steady_clock::time_point start,
              const RunProgress& state) {
     if (options.maxCombinations > 0 && state.combination > options.maxCombinations) {
@@ -169,7 +166,7 @@ bool mayGoOn(const CheckOptions& options, const Session& session, std::chrono::s
         return false;
     }
     const bool hasLimit = options.maxCombinations > 0 || options.timeout > 0;
-    return options.isPlain || hasLimit || state.isDeduced || state.combinations <= MOST_TRIED;
+    return options.isPlain || hasLimit || hasReachableEnd(state);
 }
 
 void run(const CheckOptions& options, const Session& session, CheckWorld& world) {

@@ -214,7 +214,7 @@ CommandResult check(const FleetCliOptions& options, const Session& session) {
         goOn(options, earlier, machines);
         begun = {options.resumePath, earlier.wholeSize()};
     }
-    const ErrorStreamLog::Quiet quiet(LogPriority::Warning);
+    const ErrorStreamLog::QuietThreads quiet(LogPriority::Warning);
     Interrupt interrupt;
     FleetOptions fleet{options.isPlain,        options.waiversPath.empty() ? nullptr : &waivers,
                        session.console.time(), whyNoRecording,

@@ -41,8 +41,9 @@ void CombinationProgress::show(const RunProgress& progress) {
     const auto tried = static_cast<double>(progress.combination - 1);
     if (progress.isDeduced) {
         const double rate = tried / std::chrono::duration<double>(time - m_start).count();
-        m_console.writeErr(fmt::format("\r\033[K{} tried of {} combinations or fewer, {:.0f} a second",
-                                       progress.combination - 1, progress.combinations, rate));
+        m_console.writeErr(fmt::format("\r\033[K{} tried of {} combinations or fewer{}", progress.combination - 1,
+                                       progress.combinations,
+                                       rate > 0 ? fmt::format(", {:.{}f} a second", rate, rate < 10 ? 1 : 0) : ""));
         return;
     }
     m_console.writeErr(fmt::format("\r\033[Kcombination {} of {}{}", progress.combination, progress.combinations,

@@ -1,6 +1,7 @@
 #include "cli/terminal/ErrorStreamLog.h"
 
-#include <optional>
+#include <algorithm>
+#include <atomic>
 
 #include "libCommon/text/PrintableText.h"
 
@@ -10,7 +11,10 @@ namespace {
 
 constexpr const char* ENGINE = "libInventory.Inventory";
 
-thread_local std::optional<LogPriority> quietLevel;
+constexpr LogPriority NOTHING = LogPriority::Off;  // which no line has
+
+thread_local LogPriority quietLevel = NOTHING;
+std::atomic<LogPriority> quietLevelOfAll = NOTHING;
 
 const char* nameOf(LogPriority priority) noexcept {
     switch (priority) {
@@ -37,7 +41,7 @@ ErrorStreamLog::ErrorStreamLog(Console& console, LogPriority level) : m_console(
 ErrorStreamLog::~ErrorStreamLog() { Logger::removeSink(*this); }
 
 void ErrorStreamLog::writeLine(const std::string& loggerName, LogPriority priority, StringView message) {
-    if (loggerName != ENGINE || !quietLevel || priority < *quietLevel) {
+    if (loggerName != ENGINE || priority < std::min(quietLevel, quietLevelOfAll.load())) {
         show(priority, withoutSourceLine(message));
     }
 }
@@ -50,6 +54,10 @@ void ErrorStreamLog::show(LogPriority priority, StringView text) {
 
 ErrorStreamLog::Quiet::Quiet(LogPriority level) { quietLevel = level; }
 
-ErrorStreamLog::Quiet::~Quiet() { quietLevel.reset(); }
+ErrorStreamLog::Quiet::~Quiet() { quietLevel = NOTHING; }
+
+ErrorStreamLog::QuietThreads::QuietThreads(LogPriority level) { quietLevelOfAll = level; }
+
+ErrorStreamLog::QuietThreads::~QuietThreads() { quietLevelOfAll = NOTHING; }
 
 }  // namespace vrx::cli

@@ -25,6 +25,15 @@ public:
         Quiet& operator=(const Quiet&) = delete;
     };
 
+    /// The same for the lines of all threads. One lives at a time.
+    class QuietThreads {
+    public:
+        explicit QuietThreads(LogPriority level);
+        ~QuietThreads();
+        QuietThreads(const QuietThreads&) = delete;
+        QuietThreads& operator=(const QuietThreads&) = delete;
+    };
+
     /// Shows a line as those of the log are.
     void show(LogPriority priority, StringView text);
 

@@ -72,7 +72,8 @@ void writeAssignment(std::string& out, const CheckReport& report, const TextForm
     if (!report.isAssignedExactly) {
         return;
     }
-    PlacedLines lines(inputName(report.script), format);
+    const std::string file = inputName(report.script);
+    PlacedLines lines(file, format);
     for (const ElementPlace& place : report.exactlyAssigned) {
         lines.wrapped(0, lines.placeText(place) + "  would get no device by the greedy assignment", Style::Caution);
     }

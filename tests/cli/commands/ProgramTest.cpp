@@ -172,7 +172,9 @@ TEST_F(ProgramTest, ShowsProgressOnATerminalAndWipesItAway) {
     console.isWatched = true;
     console.tick = std::chrono::seconds(1);
     EXPECT_EQ(run({"check", script, "--state", MACHINE}), 1);
-    EXPECT_EQ(console.err, "\r\033[Kcombination 1 of 2\r\033[Kcombination 2 of 2, 0.3 a second, 3 s left\r\033[K");
+    EXPECT_EQ(
+        console.err,
+        "\r\033[K0 tried of 2 combinations or fewer\r\033[K1 tried of 2 combinations or fewer, 0.3 a second\r\033[K");
     console.isWatched = false;
     EXPECT_EQ(run({"check", script, "--state", MACHINE}), 1);
     EXPECT_THAT(console.err, IsEmpty());
