@@ -52,8 +52,8 @@ void refuseUseless(const ScriptInput& input, const Inventory& inventory) {
         refuseMistakes(input.path, inventory.script(), 0, input.threads);
     }
     if (const XmlElement* const undecidable = findOrInsidePart(*inventory.script().RootElement())) {
-        throw CommandFailure(ExitStatus::BadInput, problemAt(input.path, undecidable->Row(), undecidable->Column(),
-                                                             OR_INSIDE_PART_REASON));
+        throw CommandFailure(ExitStatus::BadInput,
+                             problemAt(input.path, undecidable->Row(), undecidable->Column(), OR_INSIDE_PART_REASON));
     }
 }
 
