@@ -137,3 +137,5 @@ BENCHMARK(runInBoxes)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace vrx
+
+BENCHMARK_MAIN();
