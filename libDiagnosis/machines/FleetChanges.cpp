@@ -203,6 +203,69 @@ FleetDeviceChange ownChange(DeviceChange& change, ChangeKind kind) {
     return own;
 }
 
+class FleetComparison {
+public:
+    FleetComparison(const FleetDay& before, const FleetDay& after, bool allCategories)
+        : m_before(before), m_after(after), m_allCategories(allCategories) {}
+
+    /// One machine; null on a day on which it was not there.
+    void add(const Recorded* was, const Recorded* is) {
+        FleetMachine& machine = m_machines.emplace_back();
+        machine.key = (is != nullptr ? is : was)->key;
+        machine.before = was != nullptr ? was->name : std::string();
+        machine.after = is != nullptr ? is->name : std::string();
+        for (const Recorded* const each : {was, is}) {
+            if (each != nullptr) {
+                noteProblem(machine, each->problem);
+            }
+        }
+        if (machine.kind != MachineKind::Unreadable) {
+            machine.kind = was == nullptr ? MachineKind::Came : is == nullptr ? MachineKind::Went : MachineKind::Equal;
+        }
+        if (machine.kind == MachineKind::Equal) {
+            compare(machine);
+        }
+    }
+
+    std::vector<FleetMachine> machines() && {
+        m_wandering.tell(m_machines);
+        return std::move(m_machines);
+    }
+
+private:
+    static void noteProblem(FleetMachine& machine, const std::string& problem) {
+        if (!problem.empty()) {
+            machine.kind = MachineKind::Unreadable;
+            machine.problem = problem;
+        }
+    }
+
+    void compare(FleetMachine& machine) {
+        StateManager first;
+        StateManager second;
+        noteProblem(machine, m_before.load(machine.before, first));
+        noteProblem(machine, m_after.load(machine.after, second));
+        if (machine.kind == MachineKind::Unreadable) {  // it has been written to since its key was read
+            return;
+        }
+        for (DeviceChange& change : machineChanges(first, second, m_allCategories)) {
+            std::erase_if(change.values, isMadeUp);
+            if (isChange(change)) {
+                const ChangeKind kind = changeKindOf(change);
+                m_wandering.look(change, kind, {m_machines.size() - 1, machine.changes.size()});
+                machine.changes.push_back(ownChange(change, kind));
+                machine.kind = MachineKind::Changed;
+            }
+        }
+    }
+
+    const FleetDay& m_before;
+    const FleetDay& m_after;
+    bool m_allCategories;
+    std::vector<FleetMachine> m_machines;
+    Wandering m_wandering;
+};
+
 }  // namespace
 
 MachineKey machineKey(const StateManager& machine) {
@@ -219,50 +282,16 @@ std::vector<FleetMachine> fleetChanges(const FleetDay& before, const FleetDay& a
     std::vector<Recorded> old = readKeys(before);
     std::vector<Recorded> now = readKeys(after);
     pairMachines(old, now);
-    std::vector<FleetMachine> machines;
-    Wandering wandering;
-    const auto add = [&](const Recorded* was, const Recorded* is) {
-        FleetMachine& machine = machines.emplace_back();
-        machine.key = (is != nullptr ? is : was)->key;
-        machine.before = was != nullptr ? was->name : std::string();
-        machine.after = is != nullptr ? is->name : std::string();
-        for (const Recorded* const each : {was, is}) {
-            if (each != nullptr && !each->problem.empty()) {
-                machine.kind = MachineKind::Unreadable;
-                machine.problem = each->problem;
-            }
-        }
-        if (machine.kind == MachineKind::Unreadable) {
-            return;
-        }
-        machine.kind = was == nullptr ? MachineKind::Came : is == nullptr ? MachineKind::Went : MachineKind::Equal;
-        if (machine.kind != MachineKind::Equal) {
-            return;
-        }
-        StateManager first;
-        StateManager second;
-        before.load(was->name, first);
-        after.load(is->name, second);
-        for (DeviceChange& change : machineChanges(first, second, allCategories)) {
-            std::erase_if(change.values, isMadeUp);
-            if (isChange(change)) {
-                const ChangeKind kind = changeKindOf(change);
-                wandering.look(change, kind, {machines.size() - 1, machine.changes.size()});
-                machine.changes.push_back(ownChange(change, kind));
-                machine.kind = MachineKind::Changed;
-            }
-        }
-    };
+    FleetComparison comparison(before, after, allCategories);
     for (const Recorded& each : now) {
-        add(each.partner == NOWHERE ? nullptr : &old[each.partner], &each);
+        comparison.add(each.partner == NOWHERE ? nullptr : &old[each.partner], &each);
     }
     for (const Recorded& each : old) {
         if (each.partner == NOWHERE) {
-            add(&each, nullptr);
+            comparison.add(&each, nullptr);
         }
     }
-    wandering.tell(machines);
-    return machines;
+    return std::move(comparison).machines();
 }
 
 }  // namespace vrx

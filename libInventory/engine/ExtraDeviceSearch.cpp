@@ -38,6 +38,21 @@ ExtraDeviceRules& ExtraDeviceSearch::rules() {
     return *m_state.m_extraDeviceRules;
 }
 
+bool ExtraDeviceSearch::canAskAll() {
+    if (m_state.m_failOnExtraElements.isEmpty()) {
+        return true;
+    }
+    const StateManager::DeviceArray& covered = rules().coveredDevices();
+    for (std::size_t position = 0; position < covered.size(); ++position) {
+        for (std::size_t rule = 0; rule < rules().count(); ++rule) {
+            if (rules().covers(rule, *covered[position]) && rules().hasConstraints(rule) && !rules().canAsk(position)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 std::vector<boost::shared_ptr<IDeviceImp>> ExtraDeviceSearch::watched() {
     std::vector<boost::shared_ptr<IDeviceImp>> devices;
     if (m_state.m_failOnExtraElements.isEmpty()) {

@@ -19,6 +19,9 @@ public:
     /// Files every extra device against the root, as a failure when there are rules; true when there is none.
     bool findNone(unsigned slot);
 
+    /// Whether every rule can be asked about every device that it covers.
+    bool canAskAll();
+
     /// The devices that are extra when no element has them, in the store's order.
     std::vector<boost::shared_ptr<IDeviceImp>> watched();
 

@@ -2,6 +2,7 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/changes/ChangesReport.h"
+#include "libReport/changes/ValueText.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
@@ -13,18 +14,6 @@ namespace vrx {
 namespace {
 
 constexpr const char* ARROW = " -> ";
-
-std::string nameOf(const ValueChange& value) {
-    switch (value.what) {
-        case ValueChange::What::Name: return "name";
-        case ValueChange::What::OsLocator: return "OS locator";
-        case ValueChange::What::Capabilities: return "capabilities";
-        case ValueChange::What::Property: break;
-    }
-    return printable(value.key);
-}
-
-std::string sideOf(const std::optional<String>& text) { return text ? printableValue(*text) : "(none)"; }
 
 class ChangesWriter {
 public:
@@ -66,7 +55,7 @@ private:
         }
         TextTable table(4, {Style::Dim, Style::Plain});
         for (const ValueChange& value : change.values) {
-            table.addRow({nameOf(value), sideOf(value.before) + ARROW + sideOf(value.after)});
+            table.addRow({valueTitle(value), valueSide(value.before) + ARROW + valueSide(value.after)});
         }
         table.write(m_text, m_format);
     }

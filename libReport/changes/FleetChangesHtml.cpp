@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "libReport/changes/FleetChangesReport.h"
+#include "libReport/changes/ValueText.h"
 #include "libReport/html/HtmlPage.h"
 #include "libReport/text/TextPieces.h"
 

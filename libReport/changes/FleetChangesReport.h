@@ -43,8 +43,4 @@ std::string changeTitle(const FleetMachine& machine, const FleetDeviceChange& ch
 /// "2 replaced, 1 updated"; empty without any.
 std::string partCounts(const FleetChangesReport& report);
 
-/// "serial number", "name", a key.
-std::string valueTitle(const ValueChange& value);
-std::string valueSide(const std::optional<String>& text);
-
 }  // namespace vrx

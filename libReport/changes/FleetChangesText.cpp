@@ -4,6 +4,7 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/changes/FleetChangesReport.h"
+#include "libReport/changes/ValueText.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/TextTable.h"
@@ -123,18 +124,6 @@ std::string partCounts(const FleetChangesReport& report) {
     }
     return text;
 }
-
-std::string valueTitle(const ValueChange& value) {
-    switch (value.what) {
-        case ValueChange::What::Name: return "name";
-        case ValueChange::What::OsLocator: return "OS locator";
-        case ValueChange::What::Capabilities: return "capabilities";
-        case ValueChange::What::Property: break;
-    }
-    return printable(value.key);
-}
-
-std::string valueSide(const std::optional<String>& text) { return text ? printableValue(*text) : "(none)"; }
 
 std::string fleetChangesText(const FleetChangesReport& report, const TextFormat& format) {
     std::string out =

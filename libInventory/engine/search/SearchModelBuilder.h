@@ -53,6 +53,9 @@ private:
     Rank combinations() const;
     bool isCountable() const;
     void addElements(const Inventory::InventoryDeviceAssociations& set, std::uint32_t digit, std::uint32_t value);
+    bool findExtras();
+
+    // ---- SearchModelBuilderScript.cpp ----
 
     std::uint32_t compile(XmlElement* element, const Place& place);
     std::uint32_t compileGroup(XmlElement* element, SearchNode node, const Place& inner);
@@ -64,6 +67,8 @@ private:
                            std::uint32_t start);
     std::uint32_t addNode(SearchNode node);
 
+    // ---- SearchModelBuilderJoins.cpp ----
+
     std::size_t setOfDigit(std::uint32_t digit) const { return m_devices.size() + digit; }
     void joinComponents();
     bool foldConstants(std::uint32_t at);
@@ -73,9 +78,8 @@ private:
     bool joinWithin(std::uint32_t at, const Members& all);
     void placeAll();
     void place(std::uint32_t at, std::size_t frame);
-    bool findExtras();
 
-    // ---- SearchModelComponents.cpp ----
+    // ---- SearchModelBuilderComponents.cpp ----
 
     /// What goes into one component.
     struct Share {
