@@ -84,7 +84,7 @@ bool isStopped(const FleetOptions& options) { return options.isStopped != nullpt
 CheckReport reportOf(const FleetScript& script, StateManager& machine, const ImportReport& import,
                      const FleetOptions& options) {
     CheckRun run(machine);
-    run.inventory().loadInventoryScriptBytes(script.bytes, String::UTF8Decode(script.path));
+    run.inventory().loadInventoryScript(*script.loaded);
     run.inventory().setAssignment(options.isPlain ? Inventory::Assignment::Greedy : options.assignment);
     run.inventory().setProgress([&options](const RunProgress& state) {
         return !isStopped(options) && (options.isPlain || hasReachableEnd(state));

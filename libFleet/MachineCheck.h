@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,11 +12,11 @@
 
 namespace vrx {
 
-/// A script that machines are checked against. A run writes what it finds into its script, so each check parses one for
-/// itself; that the script is a good one is found out once, by whoever makes this.
+/// A script that machines are checked against. A run writes what it finds into its script, so each check copies it from
+/// the one that was loaded here; that it is a good one is found out once, by whoever makes this.
 struct FleetScript {
     std::string path;
-    std::string bytes;
+    std::shared_ptr<const Inventory> loaded;  ///< holds the script, and never runs it
 };
 using FleetScripts = std::vector<FleetScript>;
 
@@ -37,7 +38,7 @@ struct FleetOptions {
 /// what `check` does. Any number of threads may do so with the same scripts. Whatever is wrong with the recording is a
 /// result, and so is a failure of the check itself.
 ///
-/// Requires: there are scripts, and they load; the recording is not known.
+/// Requires: there are scripts; the recording is not known.
 FleetResult checkRecording(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options);
 
 }  // namespace vrx

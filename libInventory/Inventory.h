@@ -157,6 +157,11 @@ public:
     /// which one of the others loads then.
     bool loadPlainScriptFile(const String& path);
 
+    /// Loads what another object has loaded, forgetting the last one: the same as loading the text again, for a
+    /// fraction of its cost. Of one that others copy each thread may be given the script at the same time, while nobody
+    /// loads or runs there. Requires: the other holds a script, and has not run it.
+    void loadInventoryScript(const Inventory& other);
+
     /// "inventory-check".
     static String inventoryCheckElementName();
 

@@ -97,9 +97,7 @@ void refuseNonsense(const FleetCliOptions& options) {
 FleetScripts loadScripts(const FleetCliOptions& options, const Session& session) {
     FleetScripts scripts;
     for (const std::string& path : options.scripts()) {
-        StateManager nothing;
-        CheckRun trial(nothing);
-        scripts.push_back({path, loadScriptBytes({path, options.isPlain, options.threads}, trial, session)});
+        scripts.push_back({path, loadedScript({path, options.isPlain, options.threads}, session)});
     }
     return scripts;
 }

@@ -1,6 +1,7 @@
 #include "cli/input/ScriptFile.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "cli/files/InputFile.h"
 #include "cli/files/XmlFileProblem.h"
@@ -29,7 +30,7 @@ void sayWhenDamaged(const std::string& path, std::string_view bytes, const Sessi
 }
 
 /// Loads what has to be looked at as a whole: it comes through a pipe, or needs a word about it.
-std::string loadBytes(const std::string& path, CheckRun& check, const Session& session) {
+void loadBytes(const std::string& path, CheckRun& check, const Session& session) {
     std::string bytes;
     String reason;
     if (!loadInput(path, bytes, reason)) {
@@ -43,7 +44,6 @@ std::string loadBytes(const std::string& path, CheckRun& check, const Session& s
                              check.fileErrors());
     }
     sayWhenDamaged(path, bytes, session);
-    return bytes;
 }
 
 /// Throws when nothing can be checked with the script.
@@ -66,10 +66,14 @@ void loadScript(const ScriptInput& input, CheckRun& check, const Session& sessio
     refuseUseless(input, check.inventory());
 }
 
-std::string loadScriptBytes(const ScriptInput& input, CheckRun& check, const Session& session) {
-    std::string bytes = loadBytes(input.path, check, session);
-    refuseUseless(input, check.inventory());
-    return bytes;
+std::shared_ptr<const Inventory> loadedScript(const ScriptInput& input, const Session& session) {
+    struct Trial {
+        StateManager nothing;
+        CheckRun check{nothing};
+    };
+    const auto trial = std::make_shared<Trial>();
+    loadScript(input, trial->check, session);
+    return {trial, &std::as_const(trial->check).inventory()};
 }
 
 }  // namespace vrx::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "cli/program/Session.h"
@@ -17,7 +18,7 @@ struct ScriptInput {
 /// of no use: it cannot be read, is no script, cannot be decided, or, unless they are to be passed over, has mistakes.
 void loadScript(const ScriptInput& input, CheckRun& check, const Session& session);
 
-/// The same for one that is needed again: what the file holds.
-std::string loadScriptBytes(const ScriptInput& input, CheckRun& check, const Session& session);
+/// The same for one that many checks copy.
+std::shared_ptr<const Inventory> loadedScript(const ScriptInput& input, const Session& session);
 
 }  // namespace vrx::cli

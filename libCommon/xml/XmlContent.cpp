@@ -37,4 +37,10 @@ XmlElement* XmlContent::copyOf(const XmlElement& element) {
     return copy;
 }
 
+void XmlContent::copyAll(const XmlContainer& document) {
+    for (const XmlNode* node = document.FirstChild(); node != nullptr; node = node->NextSibling()) {
+        m_top.append(copyOf(*node));
+    }
+}
+
 }  // namespace vrx

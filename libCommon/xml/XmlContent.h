@@ -48,6 +48,9 @@ public:
     XmlNode* copyOf(const XmlNode& node);
     XmlElement* copyOf(const XmlElement& element);
 
+    /// Adds copies of all children of another document to this one.
+    void copyAll(const XmlContainer& document);
+
     /// How far nodes, attributes and texts went at some time.
     struct Mark {
         XmlArena::Mark nodes;

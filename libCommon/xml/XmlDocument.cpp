@@ -96,6 +96,12 @@ bool XmlDocument::replaceBy(XmlSource& source, XmlElementReader* reader) {
     return !m_content->error;
 }
 
+void XmlDocument::CopyAll(const XmlDocument& other) {
+    auto copy = std::make_unique<XmlContent>(this);
+    copy->copyAll(other.Top());
+    m_content = std::move(copy);
+}
+
 void XmlDocument::Clear() { m_content.reset(); }
 
 bool XmlDocument::Error() const noexcept { return m_content && m_content->error; }

@@ -56,6 +56,10 @@ public:
     /// 8 bytes.
     bool LoadFileWithout(const String& path, std::string_view text);
 
+    /// Replaces what the document held by copies of all nodes of another one, places included, which takes a fraction
+    /// of the time that parsing does. The other is only read: several threads may copy one document at once.
+    void CopyAll(const XmlDocument& other);
+
     /// Removes all nodes and the error.
     void Clear();
 

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "libCommon/Assertion.h"
 #include "libCommon/io/FileLoader.h"
 #include "libCommon/text/NumberText.h"
 #include "libCommon/text/UuCode.h"
@@ -78,6 +79,18 @@ bool Inventory::loadInventoryScriptFile(const String& path) {
         return false;
     }
     return loadInventoryScriptBytes(bytes, path);
+}
+
+void Inventory::loadInventoryScript(const Inventory& other) {
+    InventoryState& state = *m_state;
+    const InventoryState& loaded = *other.m_state;
+    VRX_ASSERT(this != &other && scriptRoot(loaded.m_script) != nullptr);
+    state.m_scriptFileName = loaded.m_scriptFileName;
+    state.reset();
+    state.m_script.CopyAll(loaded.m_script);
+    state.m_checkNames = loaded.m_checkNames;
+    state.m_checkHwLocators = loaded.m_checkHwLocators;
+    state.m_checkOsLocators = loaded.m_checkOsLocators;
 }
 
 // Nearly all scripts need no encoding and parse as they stand. What does not goes the long way, which also says why.

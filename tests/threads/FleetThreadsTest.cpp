@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <string>
 
 #include "libFleet/FleetRun.h"
@@ -16,6 +17,12 @@ const char* const SCRIPT =
 <or><device type="NvmeDrive"/><device type="Fan"/></or><device type="MemoryModule" hwlocator="DIMM_A1">
 <property key="Size" value="^32 GB$"/></device><fail-on-extra type="Storage"/></inventory-check>)";
 
+FleetScripts theScript() {
+    const auto inventory = std::make_shared<Inventory>();
+    EXPECT_TRUE(inventory->loadInventoryScriptBytes(SCRIPT, u"script.xml"));
+    return {{"script.xml", inventory}};
+}
+
 MachineList machines() {
     MachineList list;
     for (std::size_t i = 0; i < MACHINES; ++i) {
@@ -29,7 +36,7 @@ std::string linesWith(unsigned threads, const std::atomic<bool>* isStopped = nul
     options.threads = threads;
     options.started = DateTime(0);
     options.isStopped = isStopped;
-    const FleetScripts scripts{{"script.xml", SCRIPT}};
+    const FleetScripts scripts = theScript();
     FleetRun run(scripts, machines(), options);
     std::string lines;
     while (const std::optional<FleetResult> result = run.next()) {
@@ -53,7 +60,7 @@ TEST(FleetThreadsTest, stopsWhenItIsTold) {
 TEST(FleetThreadsTest, endsWhenNobodyWantsMore) {
     FleetOptions options;
     options.threads = 4;
-    const FleetScripts scripts{{"script.xml", SCRIPT}};
+    const FleetScripts scripts = theScript();
     FleetRun run(scripts, machines(), options);
     EXPECT_TRUE(run.next());
 }

@@ -9,6 +9,7 @@
 
 #include "libCommon/error/Exception.h"
 #include "libCommon/xml/XmlElement.h"
+#include "libInventory/Finding.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/DeviceImp.h"
 #include "tests/libInventory/support/World.h"
@@ -269,6 +270,33 @@ TEST(LoadingTest, FlagsAreReadAnewAndTipsSettingStays) {
     EXPECT_TRUE(inventory.loadInventoryScript(u"<inventory-check><device type='Fan' name='x'/></inventory-check>"));
     EXPECT_FALSE(inventory.run());
     EXPECT_EQ(inventory.script().toString().view().find(u"Unsatisfied device"), StringView::npos);
+}
+
+TEST(LoadingTest, ACopyRunsAsItsTextWouldAndLeavesTheOriginal) {
+    const String script =
+        u"<!-- of \u20AC --><inventory-check check-names='false'>\n <device type='Fan' name='x'/>\n"
+        u"  <device type='Fan' hwlocator='g'/></inventory-check>";
+    StateManager store;
+    addDevice(store, "Fan", "fan", "f");
+    Inventory original;
+    Inventory ofText;
+    Inventory copy;
+    EXPECT_TRUE(
+        copy.loadInventoryScript(u"<inventory-check check-hwlocators='false'><device type='Fan'/></inventory-check>"));
+    for (Inventory* const loaded : {&original, &ofText}) {
+        EXPECT_TRUE(loaded->loadInventoryScript(script));
+    }
+    for (int times = 0; times < 2; ++times) {
+        copy.loadInventoryScript(original);
+        for (Inventory* const run : {&ofText, &copy}) {
+            run->setStateManager(store);
+            EXPECT_FALSE(run->run());
+        }
+        EXPECT_EQ(copy.script().toString(), ofText.script().toString());
+        EXPECT_EQ(copy.findings().back().element->Row(), 2U);
+        EXPECT_TRUE(ofText.loadInventoryScript(script));
+    }
+    EXPECT_EQ(original.script().toString(), ofText.script().toString());
 }
 
 TEST(RunningTest, ASecondRunStartsFromTheAnnotatedScript) {
