@@ -322,6 +322,12 @@ std::vector<std::size_t> GoldenDevice::others() const {
     return machines;
 }
 
+bool asksForAnything(const GoldenDraft& draft) {
+    return std::ranges::any_of(draft.devices, [](const GoldenDevice& device) {
+        return device.presence == GoldenDevice::Presence::Everywhere;
+    });
+}
+
 GoldenDraft goldenDraft(const std::vector<GoldenMachine>& machines, const GoldenOptions& options) {
     VRX_ASSERT(!machines.empty());
     GoldenDraft draft;

@@ -35,6 +35,9 @@ struct GoldenDraft {
     Array<String> closedTypes;          ///< every device of these types is asked for, on every machine
 };
 
+/// Whether all machines have a device in common.
+bool asksForAnything(const GoldenDraft& draft);
+
 /// Requires: at least one machine. Their devices have types, and keys that a script can ask for.
 GoldenDraft goldenDraft(const std::vector<GoldenMachine>& machines, const GoldenOptions& options);
 

@@ -1,5 +1,7 @@
 #include "libGolden/GoldenPattern.h"
 
+#include <algorithm>
+
 #include "libCommon/text/NumberText.h"
 #include "libCommon/text/UuCode.h"
 
@@ -19,11 +21,19 @@ void appendEscape(String& pattern, char16_t unit) {
     pattern.append(u'}');
 }
 
+/// Whether the "range" that is there could be taken for the end of the word for ranges, or for what is meant to be it.
+bool endsRangeWord(StringView text, std::size_t at) {
+    constexpr StringView END = u"range";
+    const bool hasBounds = text.substr(std::min(at + END.size(), text.size())).starts_with(u'[');
+    return equalNoCase(text.substr(at, END.size()), END) &&
+           (hasBounds || (at > 0 && StringView(u"RrXx").find(text[at - 1]) != StringView::npos));
+}
+
 String escaped(StringView text) {
     constexpr StringView SPECIAL = u"\\^$.?*+{}()[]|";
     String pattern;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (!isXmlRepresentable(text, i)) {
+        if (!isXmlRepresentable(text, i) || endsRangeWord(text, i)) {
             appendEscape(pattern, text[i]);
             continue;
         }
@@ -36,9 +46,9 @@ String escaped(StringView text) {
 }
 
 String alternativesPattern(const GoldenDecision& decision) {
-    String pattern = u"^(";
+    String pattern = u"^";
     for (const ValueVariant& variant : decision.variants) {
-        pattern.append(pattern.size() > 2 ? u"|" : u"").append(escaped(variant.texts[0]));
+        pattern.append(pattern.size() == 1 ? u"(" : u"|").append(escaped(variant.texts[0]));
     }
     return pattern.append(u")$");
 }

@@ -225,9 +225,10 @@ private:
                 if (device.presence == Presence::Unread || (!hasChoice && device.presence == Presence::NotEverywhere)) {
                     addComment(
                         root,
-                        fmt::format("{}: {} has it{}", deviceText(device), machineList(m_draft, device.holders()),
-                                    device.presence == Presence::Unread ? "; the recordings of the others cannot tell"
-                                                                        : ", not all"));
+                        fmt::format(
+                            "{}: {}on {}{}", deviceText(device), device.presence == Presence::Unread ? "" : "only ",
+                            machineList(m_draft, device.holders()),
+                            device.presence == Presence::Unread ? "; the recordings of the others cannot tell" : ""));
                 }
             }
         }

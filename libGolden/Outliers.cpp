@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <span>
 #include <unordered_set>
 
 #include "libCommon/text/PrintableText.h"
@@ -18,7 +19,7 @@ namespace {
 
 using Reason = GoldenDecision::Reason;
 
-constexpr std::size_t FEWEST_MACHINES = 3;
+constexpr std::size_t MOST_VALUES = 2;  // that are told of one device
 
 /// Whether it may tell a good machine from a bad one.
 bool isTelling(const GoldenDecision& decision) {
@@ -91,10 +92,42 @@ std::size_t deviceCount(const Outlier& outlier) {
     return devices.size();
 }
 
+std::string textOf(const ValueVariant& variant) {
+    String text;
+    for (const String& entry : variant.texts) {
+        text.append(text.isEmpty() ? u"" : u", ").append(entry);
+    }
+    return printable(text);
+}
+
+std::string valueLine(const GoldenDraft& draft, std::size_t machine, const GoldenDecision& decision) {
+    const auto own = std::ranges::find_if(decision.variants, [machine](const ValueVariant& variant) {
+        return std::ranges::count(variant.machines, machine) > 0;
+    });
+    const ValueVariant* const most = majorityOf(decision, draft.machines.size());
+    return fmt::format("{} is {}, most have {}", subjectText(decision),
+                       own == decision.variants.end() ? "not there" : textOf(*own),
+                       most == nullptr ? "another" : textOf(*most));
+}
+
+/// Requires: all are of one device.
+std::string deviceLine(const GoldenDraft& draft, std::size_t machine, std::span<const Deviation> deviations) {
+    const GoldenDevice& device = draft.devices[deviations.front().device];
+    if (deviations.front().decision == nullptr) {
+        return deviceText(device) + (device.devices[machine] != nullptr ? " is more than most have" : " is missing");
+    }
+    std::string line = deviceText(device);
+    for (std::size_t i = 0; i < std::min(deviations.size(), MOST_VALUES); ++i) {
+        line += (i == 0 ? ": " : "; ") + valueLine(draft, machine, *deviations[i].decision);
+    }
+    return deviations.size() > MOST_VALUES ? fmt::format("{}; and {} more", line, deviations.size() - MOST_VALUES)
+                                           : line;
+}
+
 }  // namespace
 
 std::vector<Outlier> outliersOf(const GoldenDraft& draft) {
-    if (draft.machines.size() < FEWEST_MACHINES) {
+    if (draft.machines.size() < FEWEST_FOR_OUTLIERS) {
         return {};
     }
     std::vector<Outlier> outliers = Deviations(draft).take();
@@ -106,27 +139,15 @@ std::vector<Outlier> outliersOf(const GoldenDraft& draft) {
     return outliers;
 }
 
-std::string deviationText(const GoldenDraft& draft, std::size_t machine, const Deviation& deviation) {
-    const GoldenDevice& device = draft.devices[deviation.device];
-    if (deviation.decision == nullptr) {
-        return deviceText(device) + (device.devices[machine] != nullptr ? " is more than most have" : " is missing");
+std::vector<std::string> deviationTexts(const GoldenDraft& draft, const Outlier& outlier) {
+    std::vector<std::string> lines;
+    for (auto at = outlier.deviations.begin(); at != outlier.deviations.end();) {
+        const auto next = std::find_if(at, outlier.deviations.end(),
+                                       [at](const Deviation& other) { return other.device != at->device; });
+        lines.push_back(deviceLine(draft, outlier.machine, {at, next}));
+        at = next;
     }
-    const GoldenDecision& decision = *deviation.decision;
-    const auto hasIt = [machine](const ValueVariant& variant) {
-        return std::ranges::count(variant.machines, machine) > 0;
-    };
-    const auto own = std::ranges::find_if(decision.variants, hasIt);
-    const auto textOf = [](const ValueVariant& variant) {
-        String text;
-        for (const String& entry : variant.texts) {
-            text.append(text.isEmpty() ? u"" : u", ").append(entry);
-        }
-        return printable(text);
-    };
-    const ValueVariant* const most = majorityOf(decision, draft.machines.size());
-    return fmt::format("{}: {} is {}, most have {}", deviceText(device), subjectText(decision),
-                       own == decision.variants.end() ? "not there" : textOf(*own),
-                       most == nullptr ? "another" : textOf(*most));
+    return lines;
 }
 
 }  // namespace vrx

@@ -20,11 +20,13 @@ struct Outlier {
     std::vector<Deviation> deviations;
 };
 
-/// Machines with more than twice as many deviating devices as the one in the middle. Fewer than three machines have no
-/// rest that one of them could differ from.
+inline constexpr std::size_t FEWEST_FOR_OUTLIERS = 3;
+
+/// Machines with more than twice as many deviating devices as the one in the middle. Fewer than FEWEST_FOR_OUTLIERS
+/// machines have no rest that one of them could differ from.
 std::vector<Outlier> outliersOf(const GoldenDraft& draft);
 
-/// Of a deviation: what most have, and what this machine has.
-std::string deviationText(const GoldenDraft& draft, std::size_t machine, const Deviation& deviation);
+/// A line for each device of the outlier that deviates: what it has, and what most have.
+std::vector<std::string> deviationTexts(const GoldenDraft& draft, const Outlier& outlier);
 
 }  // namespace vrx

@@ -19,6 +19,7 @@ using Choice = GoldenDecision::Choice;
 using Reason = GoldenDecision::Reason;
 
 constexpr std::size_t FEWEST_TO_BE_UNIQUE = 3;
+constexpr std::size_t LONGEST_ALTERNATIVES = 4000;  // in characters; nobody reads them, and a pattern has an end
 
 struct Amount {
     double number = 0;
@@ -52,6 +53,16 @@ std::vector<Amount> amountsOf(const std::vector<ValueVariant>& variants) {
         amounts.push_back(*amount);
     }
     return amounts;
+}
+
+bool isFew(const std::vector<ValueVariant>& variants, const ValueLimits& limits) {
+    std::size_t length = 0;
+    for (const ValueVariant& variant : variants) {
+        for (const String& text : variant.texts) {
+            length += text.size();
+        }
+    }
+    return variants.size() <= limits.mostAlternatives && length <= LONGEST_ALTERNATIVES;
 }
 
 /// Whether a range was made of them.
@@ -91,7 +102,7 @@ void chooseValue(GoldenDecision& decision, PropertyKind kind, const ValueLimits&
     }
     const bool isUnique = kind == PropertyKind::Quality && amounts.empty() && variants.size() == limits.machines &&
                           limits.machines >= FEWEST_TO_BE_UNIQUE;
-    if (kind != PropertyKind::Place && !isUnique && variants.size() <= limits.mostAlternatives) {
+    if (kind != PropertyKind::Place && !isUnique && isFew(variants, limits)) {
         decision.choice = Choice::Alternatives;
         return;
     }

@@ -171,8 +171,9 @@ void addGoldenOptions(CLI::App& command, GenerateOptions& options) {
         ->check(CLI::Validator(percentProblem, ""));
     command.add_option("--alternatives", options.mostAlternatives, "At most that many values of one thing (default 4)")
         ->type_name("NUMBER");
-    options.addOutput(command, "--decisions", options.decisionsPath,
-                      "File for what was decided, and why, instead of comments in the script");
+    options.addOutput(
+        command, "--decisions", options.decisionsPath,
+        "File for what was decided, and why, instead of comments in the script; JSON when it is called .json");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "libCommon/text/UuCode.h"
+#include "libInventory/script/ScriptContent.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
@@ -114,9 +115,18 @@ std::string problemOfLoading(const String& script, CheckRun& check) {
     return "it does not load: " + (check.fileErrors().isEmpty() ? "" : check.fileErrors()[0].toUtf8());
 }
 
-std::string problemOfRun(CheckRun& check) {
-    const CheckReport report = check.run({nullptr, true});
+std::string problemOfRun(CheckRun& check, const CheckBasis& basis) {
+    check.inventory().setAssignment(Inventory::Assignment::Auto);
+    const CheckReport report = check.run(basis);
     return report.verdict == Verdict::Passed ? std::string() : report.headline;
+}
+
+/// The engine's answer: rules for extra devices of what could not be read are asked for all the same.
+CheckBasis plainBasis() {
+    CheckBasis basis;
+    basis.isPlain = true;
+    basis.listsElements = false;
+    return basis;
 }
 
 }  // namespace
@@ -129,13 +139,20 @@ std::string problemOfGenerated(const String& script, StateManager& machine, cons
     }
     const std::string problem =
         difference(devicesOf(machine, filter, hasAllCategories), devicesIn(*check.inventory().script().RootElement()));
-    return problem.empty() ? problemOfRun(check) : problem;
+    return problem.empty() ? problemOfRun(check, plainBasis()) : problem;
 }
 
 std::string problemOnMachine(const String& script, StateManager& machine) {
     CheckRun check(machine);
-    const std::string problem = problemOfLoading(script, check);
-    return problem.empty() ? problemOfRun(check) : problem;
+    if (std::string problem = problemOfLoading(script, check); !problem.empty()) {
+        return problem;
+    }
+    if (!contentOf(*check.inventory().script().RootElement()).asksForAnything()) {
+        return {};
+    }
+    CheckBasis basis;
+    basis.listsElements = false;
+    return problemOfRun(check, basis);
 }
 
 std::string doubtAboutScript(const String& script) {

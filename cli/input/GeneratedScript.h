@@ -17,7 +17,8 @@ namespace vrx::cli {
 std::string problemOfGenerated(const String& script, StateManager& machine, const SysinfoFilter* filter,
                                bool hasAllCategories);
 
-/// Why the machine does not meet the script, read as a check would read the file; empty when it does.
+/// Why the program's own check would not pass the script on the machine; empty when it would, or when the script asks
+/// for nothing.
 std::string problemOnMachine(const String& script, StateManager& machine);
 
 /// The first mistake or warning of lint; empty without any.

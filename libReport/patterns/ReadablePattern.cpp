@@ -84,9 +84,18 @@ std::optional<String> plainText(StringView rest) {
     return text;
 }
 
+/// Where the character stands without a backslash that takes its meaning away; the size where it does not.
+std::size_t findBare(StringView pattern, char16_t unit, std::size_t from) noexcept {
+    std::size_t at = from;
+    while (at < pattern.size() && pattern[at] != unit) {
+        at += pattern[at] == u'\\' ? 2 : 1;
+    }
+    return std::min(at, pattern.size());
+}
+
 /// Whether it is one pair of parentheses with no other inside.
 bool isGroup(StringView text) noexcept {
-    return text.size() > 2 && text.front() == u'(' && text.find(u')') == text.size() - 1 && !isLastEscaped(text);
+    return text.size() > 2 && text.front() == u'(' && findBare(text, u')', 1) == text.size() - 1;
 }
 
 /// The texts of "(A|B)"; none when one of them is more than text.
@@ -95,7 +104,7 @@ std::vector<String> alternativesOf(StringView group) {
     rest.remove_prefix(rest.starts_with(u"?:") ? 2 : 0);
     std::vector<String> texts;
     for (std::size_t start = 0; start <= rest.size();) {
-        const std::size_t end = std::min(rest.find(u'|', start), rest.size());
+        const std::size_t end = findBare(rest, u'|', start);
         const std::optional<String> text = plainText(rest.substr(start, end - start));
         if (!text || text->isEmpty()) {
             return {};

@@ -39,6 +39,7 @@ public:
 
     GoldenDraft draft(const GoldenOptions& options = GoldenOptions()) const { return goldenDraft(m_machines, options); }
     StateManager& store(std::size_t i) { return *m_stores[i]; }
+    const GoldenMachine& machine(std::size_t i) const { return m_machines[i]; }
     std::size_t size() const { return m_stores.size(); }
 
 private:
@@ -143,6 +144,7 @@ TEST(GoldenScriptTest, whatIsAskedForHangsOnTheValues) {
     EXPECT_EQ(decided({"8 GB", "16 GB", "8 GB"}, "What", {.mostSpread = 50}), "^VRXRRANGE[8-16] GB$");
     EXPECT_EQ(decided({"100", "101"}, "FirmwareVersion"), "^(100|101)$");  // digits that are no amount
     EXPECT_EQ(decided({"red", "blue", "red"}), "^(red|blue)$");
+    EXPECT_EQ(decided({"red blue", "red", "red blue"}), "^(red blue|red)$");
     EXPECT_EQ(decided({"red", "blue", "green"}), "every machine has another");
     EXPECT_EQ(decided({"v1", "v2", "v3"}, "Version"), "^(v1|v2|v3)$");
     EXPECT_EQ(decided({"1", "2", "4", "8", "16"}), "too different");
@@ -150,6 +152,30 @@ TEST(GoldenScriptTest, whatIsAskedForHangsOnTheValues) {
     EXPECT_EQ(decided({"x"}, "ChassisAssetTag"), "each piece has its own");
     EXPECT_EQ(decided({"A1", "A2"}, "Slot"), "places vary");
     EXPECT_EQ(decided({"red", ""}), "not on all");
+    const std::string longText(20000, 'x');
+    EXPECT_EQ(decided({longText, longText}), "^" + longText + "$");
+    EXPECT_EQ(decided({longText, longText + "y"}), "too different");
+}
+
+/// Lint, and whoever reads the script, must not take a text for a range.
+TEST(GoldenScriptTest, textsThatLookLikePatternsAreTexts) {
+    const std::vector<std::string> texts{"VRXRRANGE[1-5]", "VRXRANGE[1-5]", "range[2-3]", "Orange",  "VRXRRANGE", "",
+                                         "a[b]|*(c)$",     "--> <!--",      "\\E\\Q",     "\\x{41}", "1e400"};
+    for (const std::string& text : texts) {
+        Sisters sisters({{{"Fan", text, "fan:1", {{"What", {text}}}}},
+                         {{"Fan", text, "fan:1", {{"What", {text + "z"}}}}},
+                         {{"Fan", text, "fan:1", {{"What", {text}}}}},
+                         {{"Fan", text, "fan:1", {{"What", {"3"}}}}},
+                         {{"Fan", text + "y", "fan:1", {{"What", {text}}}}}});
+        const GoldenDraft draft = goldenDraft({sisters.machine(0), sisters.machine(1), sisters.machine(2)}, {});
+        const String script = goldenScript(draft, GoldenForm());
+        Lint lint;
+        ASSERT_EQ(lint.run(script.toUtf8()), Lint::Result::Done);
+        EXPECT_TRUE(lint.findings().list().empty()) << text << "\n" << utf8(script);
+        for (std::size_t i = 0; i < sisters.size(); ++i) {
+            EXPECT_EQ(passes(script, sisters.store(i)), i < 3) << text << " on " << i;
+        }
+    }
 }
 
 TEST(GoldenScriptTest, devicesArePairedByPlaceThenByWhatTheyAre) {
@@ -174,10 +200,15 @@ TEST(GoldenScriptTest, oneOfManyThatDiffersIsAnOutlier) {
         5, Parts{{"BIOS", "BIOS", "bios", {{"FirmwareVersion", {"2"}}}}, {"Fan", "Fan", "fan:1", {}}});
     machines[3][0].properties[0].second = {"1"};
     machines[3].pop_back();
-    const GoldenDraft draft = Sisters(machines).draft();
+    const Sisters sisters(machines);
+    const GoldenDraft draft = sisters.draft();
     const std::vector<Outlier> outliers = outliersOf(draft);
     ASSERT_EQ(outliers.size(), 1U);
     EXPECT_EQ(outliers[0].machine, 3U);
+    EXPECT_EQ(deviationTexts(draft, outliers[0]),
+              (std::vector<std::string>{"BIOS \"BIOS\" (bios): FirmwareVersion is 1, most have 2",
+                                        "Fan \"Fan\" (fan:1) is missing"}));
+    EXPECT_TRUE(outliersOf(goldenDraft({sisters.machine(2), sisters.machine(3)}, {})).empty());
 }
 
 TEST(GoldenScriptTest, whatARecordingCannotTellIsNotAskedFor) {

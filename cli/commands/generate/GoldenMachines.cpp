@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "cli/input/FilterFile.h"
 #include "cli/input/GeneratedScript.h"
@@ -15,6 +16,7 @@
 #include "libGolden/DecisionText.h"
 #include "libGolden/GoldenScript.h"
 #include "libGolden/Outliers.h"
+#include "libReport/golden/GoldenDecisionsJson.h"
 #include "libReport/text/TextPieces.h"
 #include "libReport/text/UnreadText.h"
 #include "libSystemState/filter/SysinfoFilter.h"
@@ -23,7 +25,7 @@ namespace vrx::cli {
 
 namespace {
 
-constexpr std::size_t MOST_DEVIATIONS = 5;  // that are told of one machine
+constexpr std::size_t MOST_DEVIATIONS = 8;  // that are told of one machine
 
 struct LoadedMachine {
     std::string path;
@@ -31,8 +33,23 @@ struct LoadedMachine {
     StateManager* store = nullptr;
 };
 
-std::vector<std::string> pathsOf(const GenerateOptions& options) {
-    return options.machines.empty() ? std::vector<std::string>{options.statePath} : options.machines;
+/// A machine that was given twice would count twice.
+std::vector<std::string> pathsOf(const GenerateOptions& options, const Session& session) {
+    if (options.machines.empty()) {
+        return {options.statePath};
+    }
+    std::vector<std::string> paths;
+    std::set<std::filesystem::path> known;
+    for (const std::string& path : options.machines) {
+        std::error_code failure;
+        const std::filesystem::path whole = std::filesystem::weakly_canonical(path, failure);
+        if (failure || known.insert(whole).second) {
+            paths.push_back(path);
+        } else {
+            session.say(machineName(path) + " is given more than once and counts once");
+        }
+    }
+    return paths;
 }
 
 /// Of names that comments repeat often, what stands before the first point: "rack1" of "rack1.dmi.txt". The whole path
@@ -66,7 +83,7 @@ StateManager& loadScriptable(const std::string& path, const SysinfoFilter* filte
 }
 
 std::vector<LoadedMachine> loadMachines(const GenerateOptions& options, const SysinfoFilter* filter, Session& session) {
-    const std::vector<std::string> paths = pathsOf(options);
+    const std::vector<std::string> paths = pathsOf(options, session);
     const std::vector<std::string> names = shortNames(paths);
     std::vector<LoadedMachine> machines;
     for (std::size_t i = 0; i < paths.size(); ++i) {
@@ -98,13 +115,17 @@ void sayOutliers(const GoldenDraft& draft, const std::vector<Outlier>& outliers,
     for (const Outlier& outlier : outliers) {
         session.say(fmt::format("{} differs from the rest{}:", draft.machines[outlier.machine],
                                 options.isWithoutOutliers ? " and is left out" : ""));
-        const std::size_t shown = std::min(outlier.deviations.size(), MOST_DEVIATIONS);
+        const std::vector<std::string> lines = deviationTexts(draft, outlier);
+        const std::size_t shown = std::min(lines.size(), MOST_DEVIATIONS);
         for (std::size_t i = 0; i < shown; ++i) {
-            session.say("    " + deviationText(draft, outlier.machine, outlier.deviations[i]));
+            session.say("    " + lines[i]);
         }
-        if (outlier.deviations.size() > shown) {
-            session.say(fmt::format("    and {} more", outlier.deviations.size() - shown));
+        if (lines.size() > shown) {
+            session.say(fmt::format("    and {} more devices", lines.size() - shown));
         }
+    }
+    if (options.isWithoutOutliers && draft.machines.size() < FEWEST_FOR_OUTLIERS) {
+        session.say("of fewer than three machines nobody can say which differs from the rest; none is left out");
     }
 }
 
@@ -194,11 +215,15 @@ CommandResult generateGolden(const GenerateOptions& options, Session& session) {
         draft = draftOf(machines, options, chosen);
     }
     sayUnread(machines, session);
+    if (!asksForAnything(draft) && options.optional != "or") {
+        throw CommandFailure(ExitStatus::BadInput, "the machines have nothing in common that a script could ask for");
+    }
     const String script = goldenScript(draft, formOf(options, draft, session));
     verifyGolden(script, machines, session);
     CommandResult result{ExitStatus::Success, script.toUtf8()};
     if (!options.decisionsPath.empty()) {
-        result.files.push_back({options.decisionsPath, decisionsText(draft)});
+        const bool isJson = std::filesystem::path(options.decisionsPath).extension() == ".json";
+        result.files.push_back({options.decisionsPath, isJson ? goldenDecisionsJson(draft) : decisionsText(draft)});
     }
     return result;
 }

@@ -26,6 +26,8 @@ TEST(ReadablePatternTest, ShowsRangesLowBoundFirst) {
 TEST(ReadablePatternTest, SaysWhatAlternativesMean) {
     EXPECT_EQ(readablePattern(u"^Intel.*$"), "begins with Intel");
     EXPECT_EQ(readablePattern(u"^(DDR4|DDR5)$"), "DDR4 or DDR5");
+    EXPECT_EQ(readablePattern(u"^(X\\(R\\) 9\\|1|X\\\\)$"), "X(R) 9|1 or X\\");
+    EXPECT_EQ(readablePattern(u"^(a\\)$"), "pattern (a\\)");
     EXPECT_EQ(readablePattern(u"^(1[6-9]|[2-9]\\d|\\d{3,})$"), "at least 16");
     EXPECT_EQ(readablePattern(u"^([4-9]|1[0-6])$"), "4..16");
     EXPECT_EQ(readablePattern(u"^(2\\.(1[4-9]|[2-9]\\d)|[3-9]|\\d\\d)\\."), "at least 2.14");
