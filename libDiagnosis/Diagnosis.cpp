@@ -3,7 +3,9 @@
 
 #include "libDiagnosis/Diagnosis.h"
 
+#include <algorithm>
 #include <map>
+#include <set>
 #include <unordered_set>
 #include <utility>
 
@@ -134,9 +136,28 @@ private:
                 addWords(finding);
             }
         }
-        if (m_faults.empty() && !m_findings.isEmpty()) {
-            addWords(m_findings[0]);
+        const bool isTold = std::any_of(m_faults.begin(), m_faults.end(), [this](const Fault& fault) {
+            return fault.kind != FaultKind::Undetermined || m_certainty.couldHavePassed;
+        });
+        if (!isTold && !m_findings.isEmpty()) {
+            addWords(firstSureFinding());
         }
+    }
+
+    /// The first at an element that nobody doubts; the first of all when there is none.
+    const Finding& firstSureFinding() const {
+        std::set<std::pair<std::uint64_t, std::uint64_t>> doubtful;
+        for (const Doubt& doubt : m_certainty.doubts) {
+            doubtful.insert({doubt.place.row, doubt.place.column});
+            doubtful.insert({doubt.device.row, doubt.device.column});
+        }
+        for (const Finding& finding : m_findings) {
+            const ElementPlace place = placeIn(*finding.element);
+            if (!doubtful.contains({place.row, place.column})) {
+                return finding;
+            }
+        }
+        return m_findings[0];
     }
 
     void addWords(const Finding& finding) {

@@ -19,7 +19,9 @@
 
 #include "libCommon/text/UuCode.h"
 #include "libDiagnosis/DeviceProblem.h"
+#include "libDiagnosis/certainty/ContentDoubts.h"
 #include "libDiagnosis/certainty/Doubt.h"
+#include "libDiagnosis/certainty/HeldDevices.h"
 #include "libDiagnosis/certainty/Unknowns.h"
 #include "libInventory/Finding.h"
 #include "libInventory/script/ScriptElement.h"
@@ -55,14 +57,20 @@ Truth both(const Truth& one, const Truth& other) {
 
 /// How an element is looked at.
 struct View {
-    bool isKept = true;        ///< it is part of the combination that the run speaks of
-    bool isForbidden = false;  ///< it lies in a `not`
+    bool isKept = true;          ///< it is part of the combination that the run speaks of
+    bool isAlternative = false;  ///< it is part of an alternative of an `or`
+    bool isUnderNot = false;     ///< it lies in a `not`, so that a device that others have will do for it
+    bool isForbidden = false;    ///< in an odd number of them
 };
 
 class CertaintySearch {
 public:
     CertaintySearch(const Inventory& inventory, const Unknowns& unknowns)
-        : m_inventory(inventory), m_unknowns(unknowns) {
+        : m_inventory(inventory),
+          m_unknowns(unknowns),
+          m_content(unknowns),
+          m_held(inventory, unknowns),
+          m_extras(inventory.extraDevicesWithRules()) {
         const Array<const XmlElement*> missing = inventory.missingElements();
         m_missing.insert(missing.begin(), missing.end());
         for (const ChosenAlternative& choice : inventory.chosenAlternatives()) {
@@ -92,7 +100,7 @@ public:
             certainty.couldHaveFailed = hangsOnUnknown(*element, device);
         } else if (element != nullptr) {
             const Array<Candidate> candidates = m_inventory.outcomeOf(*element).candidates;
-            certainty.couldHavePassed = !candidates.isEmpty() && mayMeet(candidates[0], device);
+            certainty.couldHavePassed = !candidates.isEmpty() && mayMeet(*element, candidates[0], device);
         }
         certainty.doubts = std::move(m_doubts);
         return certainty;
@@ -120,21 +128,30 @@ private:
     }
 
     Truth ofNot(const XmlElement& element, const View& view) {
-        const Truth content = ofContent(element, {view.isKept, !view.isForbidden});
+        if (element.FirstChildElement() == nullptr) {
+            return {};
+        }
+        const Truth content = ofContent(element, {view.isKept, view.isAlternative, true, !view.isForbidden});
         return {content.mayFail, content.mayHold, content.isDoubtful};
     }
 
     Truth ofAlternatives(const XmlElement& element, const View& view) {
+        if (element.FirstChildElement() == nullptr) {
+            return {};
+        }
         const auto chosen = view.isKept ? m_chosen.find(&element) : m_chosen.end();
-        Truth truth{false, true, false};
+        Truth truth{false, chosen == m_chosen.end() && !view.isForbidden, false};
         for (const XmlElement* const child : childElements(element)) {
             const bool isKept = chosen != m_chosen.end() && chosen->second == child;
-            const Truth one = of(*child, {isKept, view.isForbidden});
+            const Truth one = of(*child, {isKept, true, view.isUnderNot, view.isForbidden});
             if (isKept) {
                 truth.mayHold = truth.mayHold || one.mayHold;
-                truth.mayFail = one.mayFail;
+                truth.mayFail = one.mayFail || (view.isForbidden && truth.mayFail);
                 truth.isDoubtful = truth.isDoubtful || one.isDoubtful;
-            } else if (one.mayHold && (one.isDoubtful || m_isOpen || !view.isKept)) {
+                continue;
+            }
+            truth.mayFail = truth.mayFail || (view.isForbidden && one.mayFail);
+            if (one.mayHold) {
                 truth.mayHold = true;
                 truth.isDoubtful = truth.isDoubtful || one.isDoubtful;
             }
@@ -143,20 +160,30 @@ private:
     }
 
     Truth ofDevice(const XmlElement& element, const View& view) {
-        const bool isFound = view.isKept && !view.isForbidden && !m_missing.contains(&element);
+        const bool isFound = view.isKept && !view.isUnderNot && !m_missing.contains(&element);
         if (isFound && !m_unknowns.hasWrongValues() && !(m_unknowns.hasProperties() && holdsNot(element))) {
+            noteHeld(element, view);
             return {};
         }
         const DeviceOutcome outcome = m_inventory.outcomeOf(element);
         if (view.isKept && outcome.isSatisfied) {
+            noteHeld(element, view);
             return ofFound(element, outcome);
         }
         Truth truth{false, true, false};
+        if (view.isUnderNot && hasSureOne(element, outcome)) {
+            return {};
+        }
         for (const Candidate& candidate : outcome.candidates) {
-            if (candidate.failures.isEmpty()) {
+            if (candidate.failures.isEmpty() && view.isUnderNot) {
+                truth.isDoubtful = hangsOnUnknown(element, *candidate.device);
+            } else if (candidate.failures.isEmpty()) {
                 truth.mayHold = truth.mayHold || !view.isKept || m_isOpen;
+                if (!view.isKept) {
+                    m_mayBeClaimed.insert(candidate.device.get());
+                }
                 truth.isDoubtful = truth.isDoubtful || mayGiveUp(candidate.holder, element, view);
-            } else if (mayMeet(candidate, *candidate.device)) {
+            } else if (mayMeet(element, candidate, *candidate.device)) {
                 truth.isDoubtful = true;
                 m_mayBeClaimed.insert(candidate.device.get());
             }
@@ -175,6 +202,26 @@ private:
         return truth;
     }
 
+    /// Whether a device is what the element asks for, free or not.
+    bool hasSureOne(const XmlElement& element, const DeviceOutcome& outcome) const {
+        return std::any_of(outcome.candidates.begin(), outcome.candidates.end(), [&](const Candidate& candidate) {
+            ContentDoubts::List found;
+            return candidate.failures.isEmpty() && !m_content.hangsOnUnknown(element, *candidate.device, found);
+        });
+    }
+
+    /// The devices too many are those of the last combination, where other alternatives may have held devices.
+    void noteHeld(const XmlElement& element, const View& view) {
+        if (!view.isAlternative || m_extras.isEmpty()) {
+            return;
+        }
+        for (const Candidate& candidate : m_inventory.outcomeOf(element).candidates) {
+            if (candidate.failures.isEmpty()) {
+                m_mayBeClaimed.insert(candidate.device.get());
+            }
+        }
+    }
+
     /// Of an element with a device: in doubt when it asks for a property of it that is not known.
     Truth ofFound(const XmlElement& element, const DeviceOutcome& outcome) {
         for (const Candidate& candidate : outcome.candidates) {
@@ -185,73 +232,32 @@ private:
         return {true, false, false};
     }
 
-    /// Whether all that the candidate failed hangs on properties that are not known.
-    bool mayMeet(const Candidate& candidate, const IDeviceImp& device) {
-        return std::all_of(candidate.failures.begin(), candidate.failures.end(),
-                           [&](const Finding& failure) { return asksForUnknown(*failure.element, device); });
+    bool mayMeet(const XmlElement& element, const Candidate& candidate, const IDeviceImp& device) {
+        ContentDoubts::List found;
+        const bool may = m_content.mayMeet(element, candidate, device, found);
+        keepAll(found);
+        return may;
     }
 
-    bool asksForUnknown(const XmlElement& element, const IDeviceImp& device) {
-        return m_unknowns.hasProperties() && looksForUnknown(element, device, false);
-    }
-
-    /// Whether a device that has what the element asks for might not have it. A property that it does not have has
-    /// helped nothing, save in a `not`.
     bool hangsOnUnknown(const XmlElement& element, const IDeviceImp& device) {
-        return m_unknowns.hasProperties() && looksForUnknown(element, device, true);
+        ContentDoubts::List found;
+        const bool hangs = m_content.hangsOnUnknown(element, device, found);
+        keepAll(found);
+        return hangs;
     }
 
-    bool looksForUnknown(const XmlElement& element, const IDeviceImp& device, bool wasFound) {
-        for (ScriptWalk walk(element); walk; ++walk) {
-            if (walk->kind != ElementKind::Property) {
-                continue;
-            }
-            const String key = fromXmlSafe(attributeOf(*walk->element, vocabulary::KEY));
-            if (wasFound && walk->nots == 0 && device.findProperty(key) == nullptr) {
-                continue;
-            }
-            if (std::optional<Doubt> doubt = m_unknowns.property(device, key)) {
-                doubt->key = key;
-                keep(*doubt, Asked::Property, *walk->element);
-                return true;
-            }
+    /// Whether the element that has a device may leave it to the asking one.
+    bool mayGiveUp(const XmlElement* holder, const XmlElement& asking, const View& view) {
+        const std::optional<Doubt> doubt = holder != nullptr ? m_held.mayGiveUp(*holder) : std::nullopt;
+        if (doubt) {
+            keep(*doubt, view.isForbidden ? Asked::Forbidden : Asked::Device, asking);
         }
-        return false;
-    }
-
-    /// Whether the element that has a device may have another instead, one that was not seen, or one that a third
-    /// element may give up.
-    bool mayGiveUp(const XmlElement* first, const XmlElement& asking, const View& view) {
-        std::vector<const XmlElement*> pending{first};
-        std::vector<const XmlElement*> firm;
-        while (!pending.empty()) {
-            const XmlElement* const holder = pending.back();
-            pending.pop_back();
-            if (holder == nullptr || !m_firm.insert(holder).second) {
-                continue;
-            }
-            firm.push_back(holder);
-            const CapabilityImp type(attributeOf(*holder, vocabulary::TYPE));
-            if (std::optional<Doubt> doubt = m_unknowns.hidden(type, false)) {
-                keep(*doubt, view.isForbidden ? Asked::Forbidden : Asked::Device, asking);
-                for (const XmlElement* const one : firm) {
-                    m_firm.erase(one);
-                }
-                return true;
-            }
-            for (const Candidate& other : m_inventory.outcomeOf(*holder).candidates) {
-                if (other.failures.isEmpty()) {
-                    pending.push_back(other.holder);
-                }
-            }
-        }
-        return false;
+        return doubt.has_value();
     }
 
     /// Whether each device that is too many may be what a doubtful element asks for.
     bool mayClaimExtras() const {
-        const Array<ExtraDevice> extras = m_inventory.extraDevicesWithRules();
-        return std::all_of(extras.begin(), extras.end(), [&](const ExtraDevice& extra) {
+        return std::all_of(m_extras.begin(), m_extras.end(), [&](const ExtraDevice& extra) {
             return m_isOpen || m_mayBeClaimed.contains(extra.device.get()) || m_doubtfulRules.contains(extra.rule);
         });
     }
@@ -315,13 +321,21 @@ private:
         }
     }
 
+    void keepAll(const ContentDoubts::List& found) {
+        for (const ContentDoubts::Found& one : found) {
+            keep(one.doubt, Asked::Property, *one.property);
+        }
+    }
+
     const Inventory& m_inventory;
     const Unknowns& m_unknowns;
+    ContentDoubts m_content;
+    HeldDevices m_held;
+    Array<ExtraDevice> m_extras;
     std::unordered_set<const XmlElement*> m_missing;
     std::unordered_map<const XmlElement*, const XmlElement*> m_chosen;
-    std::unordered_set<const IDeviceImp*> m_mayBeClaimed;   // by doubtful elements
+    std::unordered_set<const IDeviceImp*> m_mayBeClaimed;   // by elements in doubt, or of other alternatives
     std::unordered_set<const XmlElement*> m_doubtfulRules;  // whose content asks for what is not known
-    std::unordered_set<const XmlElement*> m_firm;           // elements that give no device up
     std::set<std::pair<const XmlElement*, Asked>> m_kept;   // who has a doubt already
     std::vector<Doubt> m_doubts;
     bool m_isOpen = false;  ///< not all combinations were tried
