@@ -2,10 +2,10 @@
 ///
 ///   1. Every recording is read for the key of its machine, and the machines of both days are paired.
 ///   2. Each pair is read again and compared, device by device; what a change means is told by which of its values
-///      differ: another serial number is another piece, other versions alone are an update.
+///      differ: another serial number is another piece, other versions alone are an update. What one of the recordings
+///      cannot tell of is counted, and is no change.
 ///   3. A piece that went from one place and came to another, by its type and serial number (or UUID, WWN, address),
-///   has
-///      moved, also from machine to machine.
+///      has moved, also from machine to machine.
 
 #include "libDiagnosis/machines/FleetChanges.h"
 
@@ -16,6 +16,7 @@
 
 #include "libCommon/containers/HashFunctions.h"
 #include "libDiagnosis/Difference.h"
+#include "libDiagnosis/machines/UntoldChanges.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/devices/KernelNames.h"
@@ -59,9 +60,10 @@ String pieceOf(const IDeviceImp* device) {
     return {};
 }
 
-/// Recordings without OS locators get some, which count the devices.
-bool isMadeUp(const ValueChange& value) {
-    return value.what == ValueChange::What::OsLocator && !isPlace(*value.before) && !isPlace(*value.after);
+/// Recordings without OS locators get some, which count the devices; some have the kernel's names, others paths.
+bool isOfTheRecording(const ValueChange& value) {
+    return value.what == ValueChange::What::OsLocator && (!isPlace(*value.before) || !isPlace(*value.after) ||
+                                                          isKernelName(*value.before) != isKernelName(*value.after));
 }
 
 bool isChange(const DeviceChange& change) {
@@ -248,8 +250,15 @@ private:
         if (machine.kind == MachineKind::Unreadable) {  // it has been written to since its key was read
             return;
         }
+        UntoldChanges untold(first, second);
         for (DeviceChange& change : machineChanges(first, second, m_allCategories)) {
-            std::erase_if(change.values, isMadeUp);
+            if (untold.isDeviceUntold(change)) {
+                ++machine.untoldDevices;
+                continue;
+            }
+            std::erase_if(change.values, isOfTheRecording);
+            machine.untoldValues += std::erase_if(
+                change.values, [&](const ValueChange& value) { return untold.isValueUntold(change, value); });
             if (isChange(change)) {
                 const ChangeKind kind = changeKindOf(change);
                 m_wandering.look(change, kind, {m_machines.size() - 1, machine.changes.size()});

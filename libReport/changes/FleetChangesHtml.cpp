@@ -77,6 +77,9 @@ void writeCard(HtmlWriter& html, const FleetMachine& machine, bool isOpen) {
     if (!machine.changes.empty()) {
         writeChanges(html, machine);
     }
+    if (const std::string untold = untoldText(machine); !untold.empty()) {
+        html.element("p", "", "Not compared: " + untold + ".");
+    }
     html.end().end().raw("\n");
 }
 
@@ -92,7 +95,7 @@ std::string fleetChangesHtml(const FleetChangesReport& report, const TextFormat&
     html.begin("h2").attribute("id", "machines-title").text("Machines").end().raw("\n");
     std::size_t shown = 0;
     for (const FleetMachine& machine : report.machines) {
-        if (machine.kind != MachineKind::Equal) {
+        if (machine.kind != MachineKind::Equal || !untoldText(machine).empty()) {
             writeCard(html, machine, shown++ < OPEN_MACHINES);
         }
     }

@@ -19,7 +19,10 @@ struct FleetChangesReport {
     std::size_t count(FleetMachine::Kind kind) const;
     std::size_t count(FleetDeviceChange::Kind kind) const;
 
-    /// Whether every machine is there on both days, and as it was.
+    /// Machines of which only one of the two recordings tells something.
+    std::size_t untoldCount() const;
+
+    /// Whether every machine is there on both days, and as it was, as far as both recordings tell.
     bool isEqual() const { return count(FleetMachine::Kind::Equal) == machines.size(); }
 };
 
@@ -39,6 +42,10 @@ std::string machineTitle(const FleetMachine& machine);
 
 /// "MemoryModule "Flint 16" (dimm:A1), from rack2 (dimm:B1)".
 std::string changeTitle(const FleetMachine& machine, const FleetDeviceChange& change);
+
+/// "3 devices and 1 property are in one recording only, and the other cannot tell of them"; empty where all could be
+/// compared.
+std::string untoldText(const FleetMachine& machine);
 
 /// "2 replaced, 1 updated"; empty without any.
 std::string partCounts(const FleetChangesReport& report);

@@ -33,6 +33,11 @@ std::string fleetHeadline(const FleetChangesReport& report) {
 
 void writeMachine(const FleetMachine& machine, const TextFormat& format, std::string& out) {
     out += "\n" + styled(machineTitle(machine), Style::Bold, format.colour);
+    const std::string untold = untoldText(machine);
+    if (machine.kind == MachineKind::Equal) {
+        out += ": equal, but " + untold + "\n";
+        return;
+    }
     if (machine.kind != MachineKind::Changed) {
         out += fmt::format(": {}{}\n", nameOf(machine.kind),
                            machine.problem.empty() ? "" : ", " + printable(std::string_view(machine.problem)));
@@ -49,6 +54,9 @@ void writeMachine(const FleetMachine& machine, const TextFormat& format, std::st
             table.addRow({valueTitle(value), valueSide(value.before) + " -> " + valueSide(value.after)});
         }
         table.write(out, format);
+    }
+    if (!untold.empty()) {
+        out += "  not compared: " + untold + "\n";
     }
 }
 
@@ -115,6 +123,26 @@ std::string changeTitle(const FleetMachine& machine, const FleetDeviceChange& ch
     return change.kind == ChangeKind::Moved ? title + ", from " + printable(change.placeBefore) : title;
 }
 
+std::size_t FleetChangesReport::untoldCount() const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(machines, [](const FleetMachine& machine) { return !untoldText(machine).empty(); }));
+}
+
+std::string untoldText(const FleetMachine& machine) {
+    std::string text;
+    if (machine.untoldDevices > 0) {
+        text = counted(machine.untoldDevices, "device");
+    }
+    if (machine.untoldValues > 0) {
+        text += (text.empty() ? "" : " and ") +
+                (machine.untoldValues == 1 ? "1 property" : fmt::format("{} properties", machine.untoldValues));
+    }
+    const bool isOne = machine.untoldDevices + machine.untoldValues == 1;
+    return text.empty() ? text
+                        : fmt::format("{} {} in one recording only, and the other cannot tell of {}", text,
+                                      isOne ? "is" : "are", isOne ? "it" : "them");
+}
+
 std::string partCounts(const FleetChangesReport& report) {
     std::string text;
     for (const ChangeKind kind : CHANGE_KINDS) {
@@ -137,7 +165,7 @@ std::string fleetChangesText(const FleetChangesReport& report, const TextFormat&
     }
     table.write(out, format);
     for (const FleetMachine& machine : report.machines) {
-        if (machine.kind != MachineKind::Equal) {
+        if (machine.kind != MachineKind::Equal || !untoldText(machine).empty()) {
             writeMachine(machine, format, out);
         }
     }

@@ -3,10 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
-#include <vector>
+#include <utility>
 
+#include "cli/files/RecordingName.h"
 #include "libDiagnosis/MachineChanges.h"
 #include "libMachine/MachineImport.h"
 #include "libReport/MachineIdentity.h"
@@ -19,42 +19,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* SUFFIX = ".xml";
-constexpr std::size_t TIME_LENGTH = 16;  // of 20261122T133326Z
-
-/// Every character of it may stand in a file name on any system.
-std::string fileWord(const String& text) {
-    std::string word = text.toUtf8();
-    std::ranges::replace_if(
-        word, [](unsigned char each) { return std::isalnum(each) == 0 && each != '.' && each != '_'; }, '-');
-    return word.starts_with('.') ? "-" + word : word;
-}
-
 std::string machineWord(const StateManager& machine) {
     const MachineIdentity identity = machineIdentity(machine);
     const String& name = identity.serialNumber.isEmpty() ? identity.hostName : identity.serialNumber;
-    return name.isEmpty() ? "unknown" : fileWord(name);
+    return name.isEmpty() ? NAMELESS : fileWord(name);
 }
 
-/// "20261122T133326Z": sorts by time.
-std::string timeWord(const DateTime& time) {
-    std::string word = time.toIso8601().toUtf8();
-    std::erase_if(word, [](char each) { return each == '-' || each == ':'; });
-    return word;
-}
-
-bool isTimeWord(const std::string& word) { return word.size() == TIME_LENGTH && word[8] == 'T' && word.back() == 'Z'; }
-
-/// The newest recording of that machine; empty without one.
-fs::path lastOf(const fs::path& folder, const std::string& machine) {
-    fs::path last;
+/// Of the newest recording of that machine; its machine is empty without one.
+RecordingName lastOf(const fs::path& folder, const std::string& machine) {
+    RecordingName last;
     std::error_code failure;
     for (fs::directory_iterator at(folder, failure); !failure && at != fs::directory_iterator();
          at.increment(failure)) {
-        const std::string stem = at->path().stem().string();
-        if (at->path().extension() == SUFFIX && stem.starts_with(machine + "_") &&
-            isTimeWord(stem.substr(machine.size() + 1)) && at->path() > last) {
-            last = at->path();
+        RecordingName name = parseRecordingName(at->path().filename().string());
+        if (name.machine == machine && name > last) {
+            last = std::move(name);
         }
     }
     return last;
@@ -80,13 +59,17 @@ CommandResult recordInto(const std::string& folder, const StateManager& machine,
     if (failure) {
         throw CommandFailure(ExitStatus::BadInput, fmt::format("{}: {}", inputName(folder), failure.message()));
     }
-    const std::string name = machineWord(machine);
-    const fs::path last = lastOf(folder, name);
-    if (!last.empty() && isAsBefore(last, machine)) {
+    RecordingName name = recordingName(machineWord(machine), session.console.time());
+    const RecordingName last = lastOf(folder, name.machine);
+    const fs::path lastPath = fs::path(folder) / last.text();
+    if (!last.machine.empty() && isAsBefore(lastPath, machine)) {
         return {ExitStatus::Success, std::nullopt,
-                "nothing has changed since " + inputName(last.string()) + ", so nothing is recorded"};
+                "nothing has changed since " + inputName(lastPath.string()) + ", so nothing is recorded"};
     }
-    const fs::path path = fs::path(folder) / (name + "_" + timeWord(session.console.time()) + SUFFIX);
+    if (last.time == name.time) {
+        name.number = last.number + 1;
+    }
+    const fs::path path = fs::path(folder) / name.text();
     CommandResult result{ExitStatus::Success, std::nullopt, "new recording: " + inputName(path.string())};
     result.files.push_back({path.string(), recording});
     return result;

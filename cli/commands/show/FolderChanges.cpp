@@ -1,8 +1,11 @@
 #include "cli/commands/show/FolderChanges.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <filesystem>
 
+#include "cli/files/RecordingName.h"
 #include "cli/terminal/StageProgress.h"
 #include "libMachine/MachineImport.h"
 #include "libReport/changes/FleetChangesReport.h"
@@ -46,13 +49,19 @@ std::string problemOfImport(const ImportResult& result) {
     return result.report.reason.isEmpty() ? "holds no devices" : result.report.reason.toUtf8();
 }
 
-FleetDay dayOf(const std::string& folder) {
+FleetDay dayOf(const std::string& folder, const Session& session) {
+    const std::vector<std::string> all = recordingsIn(folder);
+    const std::vector<std::string> names = newestRecordings(all);
+    if (names.size() < all.size()) {
+        session.say(fmt::format("{}: of each machine the newest recording counts; {} passed over", inputName(folder),
+                                counted(all.size() - names.size(), "older one")));
+    }
     const auto load = [folder](const std::string& name, StateManager& store) {
         const ErrorStreamLog::Quiet quiet(LogPriority::Error);
         const ImportResult result = importMachineFile((fs::path(folder) / name).string(), store, {});
         return result.isImported() ? std::string() : problemOfImport(result);
     };
-    return {recordingsIn(folder), load};
+    return {names, load};
 }
 
 }  // namespace
@@ -69,13 +78,14 @@ CommandResult showFolderChanges(const CommonOptions& options, const std::string&
     FleetChangesReport report{inputName(before), inputName(options.statePath), {}};
     {
         const StageProgress progress(session.console, "comparing", options.statePath);
-        report.machines = fleetChanges(dayOf(before), dayOf(options.statePath), hasAllCategories);
+        report.machines = fleetChanges(dayOf(before, session), dayOf(options.statePath, session), hasAllCategories);
     }
     const std::size_t unreadable = report.count(FleetMachine::Kind::Unreadable);
     const bool differs = report.count(FleetMachine::Kind::Equal) + unreadable < report.machines.size();
-    return {differs          ? ExitStatus::NotPassed
-            : unreadable > 0 ? ExitStatus::Undetermined
-                             : ExitStatus::Success,
+    const bool isDoubtful = unreadable > 0 || report.untoldCount() > 0;
+    return {differs      ? ExitStatus::NotPassed
+            : isDoubtful ? ExitStatus::Undetermined
+                         : ExitStatus::Success,
             options.written(report, fleetChangesWriters(), session)};
 }
 

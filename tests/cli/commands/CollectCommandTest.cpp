@@ -70,7 +70,14 @@ TEST_F(CollectCommandTest, recordsIntoAFolderWhatIsNew) {
     EXPECT_FALSE(std::filesystem::exists(files[0]));
     EXPECT_EQ(record("sensors,Battery"), 0);
     EXPECT_TRUE(std::filesystem::exists(files[0]));
+
+    EXPECT_EQ(record("sensors"), 0);  // within the same second
+    EXPECT_THAT(console.err, HasSubstr("_20260102T030405Z-2.xml"));
+    EXPECT_EQ(record("sensors"), 0);
+    EXPECT_THAT(console.err, HasSubstr("nothing has changed since " + folder));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 3);
     EXPECT_EQ(run({"collect", "--root", machine.folder(), "--into", folder, "-o", "x.xml"}), 2);
+    EXPECT_EQ(run({"collect", "--root", machine.folder(), "--into", earlier.string()}), 2);  // no folder
     std::filesystem::remove_all(folder);
 }
 
