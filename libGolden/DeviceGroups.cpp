@@ -52,7 +52,7 @@ String contentKey(const IDeviceImp& device) {
     String key = typeKey(device) + device.name();
     for (const auto& property : device.properties(PropertyCategoryImp::SysInfo())) {
         const PropertyKind kind = kindOfProperty(property->key());
-        if (kind != PropertyKind::Identity && kind != PropertyKind::Place) {
+        if (kind != PropertyKind::Identity && kind != PropertyKind::Place && kind != PropertyKind::Measurement) {
             key.append(SEPARATOR).append(property->key()).append(SEPARATOR).append(property->value().toString(true));
         }
     }

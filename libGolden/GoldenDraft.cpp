@@ -26,6 +26,7 @@
 #include "libSystemState/filter/SysinfoFilter.h"
 #include "libSystemState/properties/IPropertyImp.h"
 #include "libSystemState/properties/PropertyCategoryImp.h"
+#include "libSystemState/properties/PropertyNames.h"
 #include "libSystemState/values/ValueImp.h"
 
 namespace vrx {
@@ -194,13 +195,21 @@ private:
             count += variant.machines.size();
         }
         const PropertyKind kind = kindOfProperty(decision.key);
-        if (decision.reason == Reason::ChangesByItself) {
+        if (decision.reason == Reason::ChangesByItself ||
+            (!m_options.hasAllCategories && isMeasured(kind, decision.key))) {
             leaveOut(decision, Reason::ChangesByItself);
         } else if (count < m_holders.size() && kind != PropertyKind::Identity) {
             leaveOut(decision, isUnread(decision) ? Reason::Unread : Reason::NotEverywhere);
         } else {
             chooseValue(decision, kind, limits(&decision.key));
         }
+    }
+
+    /// A recording that holds what changes by itself does not say that it does.
+    bool isMeasured(PropertyKind kind, StringView key) const {
+        const CapabilityImp& type = m_device.first().type();
+        const bool isReader = CapabilityImp(u"Sensor").isCapable(type) || CapabilityImp(u"Fan").isCapable(type);
+        return kind == PropertyKind::Measurement || (isReader && (key == property::SPEED || key == property::VOLTAGE));
     }
 
     /// Whether a machine without the property may have it all the same.

@@ -19,6 +19,7 @@
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/PropertyKinds.h"
 
 namespace vrx {
 
@@ -54,7 +55,7 @@ bool isWorthAComment(const GoldenDecision& decision) {
     switch (decision.reason) {
         case Reason::None: return decision.choice != Choice::Exact;
         case Reason::Place: return decision.variants.size() > 1;
-        case Reason::ChangesByItself:
+        case Reason::ChangesByItself: return kindOfProperty(decision.key) == PropertyKind::Measurement;
         case Reason::NotNeeded:
         case Reason::NotWanted: return false;
         default: return true;
@@ -168,7 +169,8 @@ private:
             }
             std::string& list = lists[decision.reason];
             list += (list.empty() ? "" : "; ") + subjectText(decision);
-            if (decision.reason != Reason::Identity && decision.reason != Reason::Unique) {
+            if (decision.reason != Reason::Identity && decision.reason != Reason::Unique &&
+                decision.reason != Reason::ChangesByItself) {
                 list += ": " + variantsText(m_draft, decision);
             }
         }

@@ -53,6 +53,25 @@ constexpr Row KINDS[] = {
     {property::STEPPING, PropertyKind::Designation},
     {property::MICROCODE, PropertyKind::Designation},
     {property::KERNEL_RELEASE, PropertyKind::Designation},
+
+    {property::CURRENT_CLOCK, PropertyKind::Measurement},
+    {property::CHARGE, PropertyKind::Measurement},
+    {property::FULL_CAPACITY, PropertyKind::Measurement},
+    {property::CYCLES, PropertyKind::Measurement},
+    {property::TEMPERATURE, PropertyKind::Measurement},
+    {property::CURRENT, PropertyKind::Measurement},
+    {property::POWER, PropertyKind::Measurement},
+
+    // As other programs than ours call them.
+    {u"Reading", PropertyKind::Measurement},
+    {u"InputVoltage", PropertyKind::Measurement},
+    {u"OutputVoltage", PropertyKind::Measurement},
+    {u"InputPower", PropertyKind::Measurement},
+    {u"OutputPower", PropertyKind::Measurement},
+    {u"WearLevel", PropertyKind::Measurement},
+    {u"PowerOnHours", PropertyKind::Measurement},
+    {u"PowerCycles", PropertyKind::Measurement},
+    {u"UpTime", PropertyKind::Measurement},
 };
 
 /// Words that mean the same at the end of a longer key.

@@ -151,6 +151,8 @@ TEST(GoldenScriptTest, whatIsAskedForHangsOnTheValues) {
     EXPECT_EQ(decided({"same", "same"}, "SerialNumber"), "each piece has its own");
     EXPECT_EQ(decided({"x"}, "ChassisAssetTag"), "each piece has its own");
     EXPECT_EQ(decided({"A1", "A2"}, "Slot"), "places vary");
+    EXPECT_EQ(decided({"36 degC", "36 degC"}, "Temperature"), "changes by itself or belongs to the software");
+    EXPECT_EQ(decided({"36 degC", "36 degC"}, "Temperature", {.hasAllCategories = true}), "^36 degC$");
     EXPECT_EQ(decided({"red", ""}), "not on all");
     const std::string longText(20000, 'x');
     EXPECT_EQ(decided({longText, longText}), "^" + longText + "$");
