@@ -1,8 +1,6 @@
-/// One page: what changed at the top, a card for each machine that did, with a table of its devices.
+/// One page: what changed at the top, a card for each machine that did, with its devices.
 
 #include <fmt/format.h>
-
-#include <algorithm>
 
 #include "libReport/changes/FleetChangesReport.h"
 #include "libReport/changes/ValueText.h"
@@ -25,6 +23,18 @@ std::string_view badgeClassOf(MachineKind kind) noexcept {
     return kind == MachineKind::Changed ? "badge doubt" : kind == MachineKind::Came ? "badge good" : "badge bad";
 }
 
+std::string_view badgeClassOf(FleetDeviceChange::Kind kind) noexcept {
+    return kind == FleetDeviceChange::Kind::Came   ? "badge good"
+           : kind == FleetDeviceChange::Kind::Went ? "badge bad"
+                                                   : "badge doubt";
+}
+
+void writeCount(HtmlWriter& html, std::string_view title, std::size_t count) {
+    if (count > 0) {
+        html.element("dt", "", title).element("dd", "", std::to_string(count));
+    }
+}
+
 void writeHeader(HtmlWriter& html, const FleetChangesReport& report) {
     html.begin("header").begin("a", "skip").attribute("href", "#machines").text("Skip to the machines").end();
     html.element("span", report.isEqual() ? "badge verdict good" : "badge verdict bad",
@@ -34,34 +44,28 @@ void writeHeader(HtmlWriter& html, const FleetChangesReport& report) {
                              counted(report.machines.size(), "machine")));
     html.begin("dl").element("dt", "", "Before").element("dd", "", report.before);
     html.element("dt", "", "After").element("dd", "", report.after);
-    html.element("dt", "", "Came").element("dd", "", std::to_string(report.count(MachineKind::Came)));
-    html.element("dt", "", "Went").element("dd", "", std::to_string(report.count(MachineKind::Went)));
+    writeCount(html, "Came", report.count(MachineKind::Came));
+    writeCount(html, "Went", report.count(MachineKind::Went));
+    writeCount(html, "Unreadable", report.count(MachineKind::Unreadable));
+    writeCount(html, "Not compared in full", report.untoldCount());
     if (const std::string parts = partCounts(report); !parts.empty()) {
         html.element("dt", "", "Devices").element("dd", "", parts);
     }
     html.end().end().raw("\n");
 }
 
-void writeChanges(HtmlWriter& html, const FleetMachine& machine) {
-    html.begin("div", "wide").begin("table").begin("tr");
-    for (const char* const title : {"What", "Device", "Property", "Before", "After"}) {
-        html.begin("th").attribute("scope", "col").text(title).end();
+void writeChange(HtmlWriter& html, const FleetMachine& machine, const FleetDeviceChange& change) {
+    html.begin("p").element("span", badgeClassOf(change.kind), nameOf(change.kind));
+    html.text(" " + changeTitle(machine, change)).end();
+    if (change.values.empty()) {
+        return;
+    }
+    html.begin("dl");
+    for (const ValueChange& value : change.values) {
+        html.element("dt", "", valueTitle(value));
+        html.element("dd", "", valueSide(value.before) + " \u2192 " + valueSide(value.after));
     }
     html.end();
-    for (const FleetDeviceChange& change : machine.changes) {
-        const std::size_t rows = std::max<std::size_t>(change.values.size(), 1);
-        for (std::size_t i = 0; i < rows; ++i) {
-            html.begin("tr").element("td", "", i == 0 ? nameOf(change.kind) : "");
-            html.element("td", "", i == 0 ? changeTitle(machine, change) : "");
-            if (i < change.values.size()) {
-                const ValueChange& value = change.values[i];
-                html.element("td", "", valueTitle(value)).element("td", "", valueSide(value.before));
-                html.element("td", "", valueSide(value.after));
-            }
-            html.end();
-        }
-    }
-    html.end().end();
 }
 
 void writeCard(HtmlWriter& html, const FleetMachine& machine, bool isOpen) {
@@ -74,8 +78,8 @@ void writeCard(HtmlWriter& html, const FleetMachine& machine, bool isOpen) {
     if (!machine.problem.empty()) {
         html.element("p", "", machine.problem);
     }
-    if (!machine.changes.empty()) {
-        writeChanges(html, machine);
+    for (const FleetDeviceChange& change : machine.changes) {
+        writeChange(html, machine, change);
     }
     if (const std::string untold = untoldText(machine); !untold.empty()) {
         html.element("p", "", "Not compared: " + untold + ".");
