@@ -3,10 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <sstream>
 #include <tuple>
 
 #include "libCommon/error/Exception.h"
@@ -19,6 +21,7 @@ namespace vrx {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
 using Failure = ImportReport::Failure;
 
 std::string placed(const ImportReport& report, const std::string& reason) {
@@ -39,7 +42,7 @@ std::string problemOf(const ImportResult& result) {
     }
     return result.format == RecordingFormat::Unknown
                ? "this is no recording of a machine"
-               : fmt::format("this {} holds no devices", formatTitle(result.format));
+               : fmt::format("no devices are in it ({})", formatTitle(result.format));
 }
 
 /// What an import tells of beside devices.
@@ -57,19 +60,42 @@ std::vector<std::string> notesOf(const ImportResult& result) {
     return notes;
 }
 
-std::string recordingStart(const FleetRecording& recording) {
+/// Why what can be read of the recording is none, though it could be read as one; empty for what cannot be read, which
+/// tells better itself what it is.
+std::string refusal(const FleetRecording& recording, const FleetOptions& options) {
+    if (options.refuse == nullptr) {
+        return {};
+    }
     if (recording.path.empty()) {
-        return recording.bytes.substr(0, RECOGNITION_SIZE);
+        return options.refuse(std::string_view(recording.bytes).substr(0, RECOGNITION_SIZE));
     }
     std::error_code failure;
-    std::string start;
-    if (std::filesystem::is_regular_file(recording.path, failure)) {
-        start.resize(RECOGNITION_SIZE);
-        std::ifstream file(recording.path, std::ios::binary);
-        file.read(start.data(), static_cast<std::streamsize>(start.size()));
-        start.resize(static_cast<std::size_t>(file.gcount()));
+    if (!std::filesystem::is_regular_file(recording.path, failure)) {
+        return {};
     }
-    return start;
+    std::ifstream file(recording.path, std::ios::binary);
+    if (!file) {
+        return {};
+    }
+    std::string start(RECOGNITION_SIZE, '\0');
+    file.read(start.data(), static_cast<std::streamsize>(start.size()));
+    start.resize(static_cast<std::size_t>(file.gcount()));
+    return options.refuse(start);
+}
+
+/// Names of files need not be texts; those that are none the library has no way to name.
+ImportResult import(const FleetRecording& recording, StateManager& machine) {
+    if (recording.path.empty()) {
+        return importMachine(recording.bytes, machine);
+    }
+    Utf8Damage damage;
+    String::UTF8Decode(recording.path, &damage);
+    if (damage.count == 0) {
+        return importMachineFile(recording.path, machine);
+    }
+    std::ostringstream bytes;
+    bytes << std::ifstream(recording.path, std::ios::binary).rdbuf();
+    return importMachine(bytes.str(), machine);
 }
 
 /// What a recording's result is made of beside the result itself.
@@ -82,14 +108,15 @@ struct Checked {
 bool isStopped(const FleetOptions& options) { return options.isStopped != nullptr && *options.isStopped; }
 
 CheckReport reportOf(const FleetScript& script, StateManager& machine, const ImportReport& import,
-                     const FleetOptions& options) {
+                     const FleetOptions& options, Clock::time_point start) {
     CheckRun run(machine);
     run.inventory().loadInventoryScript(*script.loaded);
     run.inventory().setAssignment(options.isPlain ? Inventory::Assignment::Greedy : options.assignment);
-    run.inventory().setProgress([&options](const RunProgress& state) {
-        return !isStopped(options) && (options.isPlain || hasReachableEnd(state));
-    });
-    CheckReport report = run.run({&import, options.isPlain, options.waivers, options.started, false});
+    SearchLimits limits = options.limits;
+    limits.waitsForEver = options.isPlain;
+    run.inventory().setProgress(
+        [&](const RunProgress& state) { return !isStopped(options) && mayGoOn(limits, state, Clock::now() - start); });
+    CheckReport report = run.run({&import, options.isPlain, options.waivers, options.started, false, false});
     report.script = script.path;
     report.annotatedScript = nullptr;  // goes with the run
     return report;
@@ -108,9 +135,10 @@ bool isNearer(const CheckReport& one, const CheckReport& other) {
 
 CheckReport bestReport(const FleetScripts& scripts, StateManager& machine, const ImportReport& import,
                        const FleetOptions& options) {
-    CheckReport best = reportOf(scripts.front(), machine, import, options);
+    const Clock::time_point start = Clock::now();
+    CheckReport best = reportOf(scripts.front(), machine, import, options, start);
     for (std::size_t i = 1; i < scripts.size() && best.verdict != Verdict::Passed; ++i) {
-        CheckReport report = reportOf(scripts[i], machine, import, options);
+        CheckReport report = reportOf(scripts[i], machine, import, options, start);
         if (report.verdict == Verdict::Passed || isNearer(report, best)) {
             best = std::move(report);
         }
@@ -119,21 +147,20 @@ CheckReport bestReport(const FleetScripts& scripts, StateManager& machine, const
 }
 
 Checked check(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options) {
-    const std::string other = options.refuse == nullptr ? std::string() : options.refuse(recordingStart(recording));
+    const std::string other = refusal(recording, options);
     if (!other.empty()) {
         return {unreadableResult(recording.name, other), std::nullopt, {}};
     }
     StateManager machine;
-    const ImportResult import =
-        recording.path.empty() ? importMachine(recording.bytes, machine) : importMachineFile(recording.path, machine);
-    if (!import.isImported()) {
-        return {unreadableResult(recording.name, problemOf(import)), std::nullopt, notesOf(import)};
+    const ImportResult imported = import(recording, machine);
+    if (!imported.isImported()) {
+        return {unreadableResult(recording.name, problemOf(imported)), std::nullopt, notesOf(imported)};
     }
     Checked checked;
-    checked.report = bestReport(scripts, machine, import.report, options);
+    checked.report = bestReport(scripts, machine, imported.report, options);
     checked.result = fleetResult(recording.name, *checked.report);
     checked.result.isCutShort = isStopped(options) && checked.report->verdict == Verdict::Undecided;
-    checked.notes = notesOf(import);
+    checked.notes = notesOf(imported);
     return checked;
 }
 

@@ -32,6 +32,7 @@ struct FleetOptions {
     unsigned threads = 1;
     const std::atomic<bool>* isStopped = nullptr;  ///< ends the run soon after it becomes true; null for never
     Inventory::Assignment assignment = Inventory::Assignment::Auto;
+    SearchLimits limits;  ///< for each machine
 };
 
 /// Checks one recording against the script, or against each of several until one is met: with its import the whole of

@@ -86,7 +86,7 @@ CheckReport checkReport(const Inventory& inventory, const StateManager& machine,
     report.unsatisfied = inventory.unsatisfiedDevices();
     report.annotatedScript = &inventory.script();
     report.showsAnnotatedScript = basis.isPlain;
-    if (!passed) {
+    if (!passed && (basis.listsFindings || basis.waivers != nullptr)) {
         const Array<Finding> findings = inventory.findings();
         addFindings(findings, inventory, &machine, report.findings, report.devices);
         report.forbidden = forbiddenDevices(findings);

@@ -116,6 +116,7 @@ struct CheckBasis {
     const std::vector<Waiver>* waivers = nullptr;  ///< borrowed; null for none
     std::optional<DateTime> started{};             ///< when the check began; none for now
     bool listsElements = true;  ///< for writers that want `checked` and `places`; it costs a few microseconds for each
+    bool listsFindings = true;  ///< for writers that want `findings`, `devices` and `forbidden`; likewise
 };
 
 /// Requires: the inventory has run on that machine, and `passed` is its answer. What the inventory cannot know (names,

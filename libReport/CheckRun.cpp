@@ -30,9 +30,17 @@ void CheckRun::handleEvent(const TestRunEventImp& event) {
     }
 }
 
-bool hasReachableEnd(const RunProgress& progress) noexcept {
+bool mayGoOn(const SearchLimits& limits, const RunProgress& progress,
+             std::chrono::steady_clock::duration taken) noexcept {
     constexpr std::uint64_t MOST_TRIED = 0xFFFFFFFF;
-    return progress.isDeduced || progress.combinations <= MOST_TRIED;
+    if (limits.combinations > 0 && progress.combination > limits.combinations) {
+        return false;
+    }
+    if (limits.seconds > 0 && taken > std::chrono::duration<double>(limits.seconds)) {
+        return false;
+    }
+    const bool hasLimit = limits.combinations > 0 || limits.seconds > 0;
+    return hasLimit || limits.waitsForEver || progress.isDeduced || progress.combinations <= MOST_TRIED;
 }
 
 }  // namespace vrx

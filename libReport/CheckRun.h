@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <cstdint>
+
 #include "libInventory/InventoryTestObserver.h"
 #include "libReport/CheckReport.h"
 
@@ -40,8 +43,16 @@ private:
     Array<TestRunEventImp> m_events;
 };
 
-/// Whether somebody can wait for the end of the run, who has set no limit: it deduces, or has no more combinations to
-/// try one by one than 32 bits can count.
-bool hasReachableEnd(const RunProgress& progress) noexcept;
+/// How much of the combinations of alternatives a check may try; 0 for no limit. One combination is always tried.
+struct SearchLimits {
+    std::uint64_t combinations = 0;
+    double seconds = 0;
+    bool waitsForEver = false;  ///< without limits also for more combinations than anybody can wait for
+};
+
+/// Whether a check that has taken so long goes on within these limits. Somebody can wait for its end when it deduces,
+/// or has no more combinations to try one by one than 32 bits can count.
+bool mayGoOn(const SearchLimits& limits, const RunProgress& progress,
+             std::chrono::steady_clock::duration taken) noexcept;
 
 }  // namespace vrx

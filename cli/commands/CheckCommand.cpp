@@ -10,6 +10,7 @@
 #include "cli/commands/Commands.h"
 #include "cli/help/CommandTable.h"
 #include "cli/help/NearWord.h"
+#include "cli/input/LimitOptions.h"
 #include "cli/input/MachineReading.h"
 #include "cli/input/MistakesFound.h"
 #include "cli/input/ScriptFile.h"
@@ -55,8 +56,7 @@ struct CheckOptions : CommonOptions {
     std::string assignment = "auto";
     std::vector<std::string> warningKinds;
     unsigned threads = std::max(1U, std::thread::hardware_concurrency());
-    std::uint64_t maxCombinations = 0;  ///< to try; 0 for no limit
-    double timeout = 0;                 ///< in seconds; 0 for none
+    SearchLimits limits;
 
     bool writes(std::string_view name) const { return std::ranges::count(writtenFormats(), name) > 0; }
 };
@@ -157,18 +157,6 @@ bool needsElements(const CheckOptions& options) {
     });
 }
 
-bool mayGoOn(const CheckOptions& options, const Session& session, std::chrono::steady_clock::time_point start,
-             const RunProgress& state) {
-    if (options.maxCombinations > 0 && state.combination > options.maxCombinations) {
-        return false;
-    }
-    if (options.timeout > 0 && session.console.now() - start > std::chrono::duration<double>(options.timeout)) {
-        return false;
-    }
-    const bool hasLimit = options.maxCombinations > 0 || options.timeout > 0;
-    return options.isPlain || hasLimit || hasReachableEnd(state);
-}
-
 void run(const CheckOptions& options, const Session& session, CheckWorld& world) {
     const auto start = session.console.now();
     if (options.scriptPath == "-" && options.statePath == "-") {
@@ -179,6 +167,8 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
                              "--annotated - puts the script into a JSON result, and there is none; "
                              "name a file, or add --format json");
     }
+    SearchLimits limits = options.limits;
+    limits.waitsForEver = options.isPlain;
     Inventory& inventory = world.run.inventory();
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
     inventory.setAssignment(assignmentOf(options));
@@ -196,7 +186,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
                 interrupt.emplace();
             }
             progress.show(state);
-            return mayGoOn(options, session, start, state) && !(interrupt && interrupt->isAsked());
+            return mayGoOn(limits, state, session.console.now() - start) && !(interrupt && interrupt->isAsked());
         });
         world.report = world.run.run({&import, options.isPlain, options.waiversPath.empty() ? nullptr : &waivers,
                                       world.started, needsElements(options)});
@@ -267,11 +257,6 @@ std::string kindProblem(const std::string& name) {
     return choiceProblem(name, names);
 }
 
-std::string limitProblem(const std::string& text) {
-    double limit = 0;
-    return CLI::detail::lexical_cast(text, limit) && limit > 0 ? std::string() : "expected a number above 0";
-}
-
 }  // namespace
 
 void addCheckCommand(CLI::App& parent, Session& session) {
@@ -302,16 +287,7 @@ void addCheckCommand(CLI::App& parent, Session& session) {
         ->type_name("N");
     CLI::Option& waivers =
         options->addInput(command, "--waivers", options->waiversPath, "Faults that somebody has decided to live with");
-    command
-        .add_option("--max-combinations", options->maxCombinations,
-                    "Try so many combinations of alternatives at most; undetermined when that decides nothing")
-        ->check(CLI::Validator(limitProblem, ""))
-        ->type_name("NUMBER");
-    command
-        .add_option("--timeout", options->timeout,
-                    "Try combinations for so long at most; undetermined when that decides nothing")
-        ->check(CLI::Validator(limitProblem, ""))
-        ->type_name("SECONDS");
+    addLimits(command, options->limits);
     CLI::Option& assignment = allowOnly(
         *command.add_option("--assignment", options->assignment,
                             "How devices are dealt out that several elements would take: greedily, exactly, or, "

@@ -12,6 +12,7 @@
 #include "cli/commands/FleetOutputs.h"
 #include "cli/files/FileKind.h"
 #include "cli/help/CommandTable.h"
+#include "cli/input/LimitOptions.h"
 #include "cli/input/ScriptFile.h"
 #include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
@@ -52,6 +53,7 @@ struct FleetCliOptions : CommonOptions {
     std::string waiversPath;
     std::string resumePath;
     std::string assignment = "auto";
+    SearchLimits limits;
     unsigned threads = std::max(1U, std::thread::hardware_concurrency());
 
     /// All arguments but a script.
@@ -71,7 +73,8 @@ struct FleetCliOptions : CommonOptions {
 void refuseNonsense(const FleetCliOptions& options) {
     const std::vector<std::string> files = options.files();
     if (options.isMerge) {
-        if (!options.any.empty() || !options.resumePath.empty() || !options.waiversPath.empty() || options.isPlain) {
+        if (!options.any.empty() || !options.resumePath.empty() || !options.waiversPath.empty() || options.isPlain ||
+            options.limits.combinations > 0 || options.limits.seconds > 0) {
             refuse(
                 "--merge joins results that are there; it checks nothing, so it takes no other option but for results");
         }
@@ -214,12 +217,17 @@ CommandResult check(const FleetCliOptions& options, const Session& session) {
     }
     const ErrorStreamLog::QuietThreads quiet(LogPriority::Warning);
     Interrupt interrupt;
-    FleetOptions fleet{options.isPlain,        options.waiversPath.empty() ? nullptr : &waivers,
-                       session.console.time(), whyNoRecording,
-                       options.threads,        &interrupt.isAsked()};
+    FleetOptions fleet;
+    fleet.isPlain = options.isPlain;
+    fleet.waivers = options.waiversPath.empty() ? nullptr : &waivers;
+    fleet.started = session.console.time();
+    fleet.refuse = whyNoRecording;
+    fleet.threads = options.threads;
+    fleet.isStopped = &interrupt.isAsked();
     fleet.assignment = options.assignment == "greedy"  ? Inventory::Assignment::Greedy
                        : options.assignment == "exact" ? Inventory::Assignment::Exact
                                                        : Inventory::Assignment::Auto;
+    fleet.limits = options.limits;
     FleetSummary summary;
     FleetOutputs outputs(options, session, true, begun);
     FleetRun run(scripts, std::move(machines), fleet);
@@ -265,6 +273,7 @@ void addOptions(CLI::App& command, FleetCliOptions& options) {
                   {"auto", "greedy", "exact"});
     options.addPlain(
         command, "mistakes are passed over, what is not known counts as absent, and devices are dealt out greedily");
+    addLimits(command, options.limits);
     waivers.excludes("--plain");
     assignment.excludes("--plain");
     command

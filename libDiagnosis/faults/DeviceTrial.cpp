@@ -12,7 +12,6 @@
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libRegex/Regex.h"
-#include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
 #include "libSystemState/values/ValueImp.h"
@@ -83,19 +82,20 @@ std::vector<Difference> differencesOf(const Candidate& candidate) {
 }
 
 DeviceTrial::DeviceTrial(const XmlElement& element)
-    : m_element(element), m_name(askedFor(element, vocabulary::NAME)), m_content(contentOfDevice(element)) {}
+    : m_element(element),
+      m_type(attributeOf(element, vocabulary::TYPE)),
+      m_name(askedFor(element, vocabulary::NAME)),
+      m_content(contentOfDevice(element)) {}
 
 bool DeviceTrial::isMetBy(const IDeviceImp& device) const {
-    return CapabilityImp(attributeOf(m_element, vocabulary::TYPE)).isCapable(device.type()) &&
-           hasName(device, m_name) && Inventory::canCheckDevice(device) &&
-           Inventory::checkDevice(device, m_content, nullptr, false);
+    return m_type.isCapable(device.type()) && hasName(device, m_name) && m_content.isMetBy(device);
 }
 
 std::vector<Difference> DeviceTrial::differencesOf(const IDeviceImp& device) const {
     std::vector<Difference> differences;
     const ElementPlace place = placeIn(m_element);
-    const String type = attributeOf(m_element, vocabulary::TYPE);
-    if (!CapabilityImp(type).isCapable(device.type())) {
+    if (!m_type.isCapable(device.type())) {
+        const String type = attributeOf(m_element, vocabulary::TYPE);
         differences.push_back(
             {.what = Difference::What::Type, .place = place, .expected = {type}, .found = device.type().toString()});
     }
@@ -111,7 +111,8 @@ std::vector<Difference> DeviceTrial::differencesOf(const IDeviceImp& device) con
 
 void DeviceTrial::addContentDifferences(const IDeviceImp& device, std::vector<Difference>& differences) const {
     Inventory engine;
-    if (Inventory::checkDevice(device, m_content, nullptr, false, engine) || engine.script().RootElement() == nullptr) {
+    if (Inventory::checkDevice(device, m_content.text(), nullptr, false, engine) ||
+        engine.script().RootElement() == nullptr) {
         return;
     }
     const XmlElement& tried = *engine.script().RootElement()->FirstChildElement();

@@ -4,7 +4,9 @@
 #include <vector>
 
 #include "libDiagnosis/Difference.h"
+#include "libInventory/DeviceContent.h"
 #include "libInventory/Finding.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
 
 namespace vrx {
 
@@ -28,8 +30,9 @@ private:
     void addContentDifferences(const IDeviceImp& device, std::vector<Difference>& differences) const;
 
     const XmlElement& m_element;
-    String m_name;     ///< a pattern; empty for any
-    String m_content;  ///< inner XML
+    CapabilityImp m_type;
+    String m_name;  ///< a pattern; empty for any
+    DeviceContent m_content;
 };
 
 /// What a device failed, when the run tried it.

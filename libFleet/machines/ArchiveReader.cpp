@@ -174,6 +174,7 @@ std::optional<FleetRecording> ArchiveReader::next(const std::function<bool(const
         } else if (isFile(entry) && library().archive_entry_hardlink(entry) == nullptr &&
                    !isHiddenName(pathOf(entry))) {
             FleetRecording recording{nameOf(entry), {}, {}, {}};
+            m_hasHandedOut = true;
             recording.isKnown = isKnown(recording.name);
             if (!recording.isKnown) {
                 recording.bytes = entryBytes(m_archive, recording.problem);
@@ -181,15 +182,15 @@ std::optional<FleetRecording> ArchiveReader::next(const std::function<bool(const
             return recording;
         }
     }
-    if (m_isAtEnd) {
+    if (m_isAtEnd && m_hasHandedOut) {
         return std::nullopt;
     }
+    const std::string problem = m_isAtEnd              ? "there is no recording in this archive"
+                                : m_archive == nullptr ? "archives cannot be read: " + library().problem()
+                                                       : "damaged archive: " + errorOf(m_archive);
     m_isAtEnd = true;
-    return FleetRecording{m_path,
-                          {},
-                          {},
-                          m_archive == nullptr ? "archives cannot be read: " + library().problem()
-                                               : "damaged archive: " + errorOf(m_archive)};
+    m_hasHandedOut = true;
+    return FleetRecording{m_path, {}, {}, problem};
 }
 
 std::string ArchiveReader::nameOf(archive_entry* entry) const {

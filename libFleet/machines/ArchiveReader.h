@@ -33,8 +33,8 @@ public:
     ArchiveReader(const ArchiveReader&) = delete;
     ArchiveReader& operator=(const ArchiveReader&) = delete;
 
-    /// The next one; none behind the last. Damage of the archive is a recording with a problem, and its last. What
-    /// `isKnown` names is not unpacked.
+    /// The next one; none behind the last. Damage of the archive is a recording with a problem, and its last; so is
+    /// that there is none. What `isKnown` names is not unpacked.
     std::optional<FleetRecording> next(const std::function<bool(const std::string& name)>& isKnown);
 
     const std::string& path() const noexcept { return m_path; }
@@ -50,6 +50,7 @@ private:
     archive* m_archive = nullptr;  ///< null when the library for archives is not installed
     bool m_isOpen = false;
     bool m_isAtEnd = false;
+    bool m_hasHandedOut = false;
 };
 
 }  // namespace vrx

@@ -34,7 +34,11 @@ MachineList& MachineList::operator=(MachineList&& other) noexcept = default;
 void MachineList::add(const std::string& path, const std::function<bool(const std::string&)>& isLeftOut) {
     std::error_code failure;
     if (fs::is_directory(path, failure) && !isMirror(path)) {
+        const std::size_t before = m_items.size();
         addFolder(path, 0, isLeftOut);
+        if (m_items.size() == before) {
+            m_items.push_back({path, "there is no recording in this folder"});
+        }
     } else {
         m_items.push_back({path, {}});
     }

@@ -25,7 +25,8 @@ public:
     MachineList(MachineList&& other) noexcept;
     MachineList& operator=(MachineList&& other) noexcept;
 
-    /// Adds the file, folder or archive of that path. Of a folder files are left out that `isLeftOut` names.
+    /// Adds the file, folder or archive of that path. Of a folder files are left out that `isLeftOut` names; one with
+    /// nothing in it is a recording that cannot be read, as an empty archive is, so that nobody takes it for checked.
     void add(const std::string& path, const std::function<bool(const std::string& path)>& isLeftOut = {});
 
     /// Recordings that are known are handed out by name alone.

@@ -103,7 +103,8 @@ std::string resultLine(const FleetResult& result, const LineBasis& basis) {
     out.key("verdict").value(nameOf(result.verdict));
     out.key("headline").value(std::string_view(result.headline));
     out.key("faults");
-    writeFaults(out, basis.report == nullptr ? std::vector<Fault>() : basis.report->faults, result.script);
+    static const std::vector<Fault> NONE;
+    writeFaults(out, basis.report == nullptr ? NONE : basis.report->faults, result.script);
     out.key("waived").value(static_cast<std::int64_t>(basis.report == nullptr ? 0 : basis.report->waived.size()));
     out.key("notes").beginArray();
     for (const std::string& note : basis.notes) {

@@ -29,7 +29,7 @@ ExtraDeviceRules::ExtraDeviceRules(const Array<XmlElement*>& elements, const Sta
         for (std::size_t rule = 0; rule < m_rules.size(); ++rule) {
             if (covers(rule, *device)) {
                 m_covered.append(device);
-                m_askable.push_back(askableOf(*device));
+                m_askable.push_back(DeviceContent::askableOf(*device));
                 break;
             }
         }
@@ -38,17 +38,6 @@ ExtraDeviceRules::ExtraDeviceRules(const Array<XmlElement*>& elements, const Sta
 
 bool ExtraDeviceRules::covers(std::size_t rule, const IDeviceImp& device) const {
     return m_rules[rule].type.isCapable(device.type()) || m_rules[rule].capability.intersect(device.capabilities());
-}
-
-ExtraDeviceRules::Askable ExtraDeviceRules::askableOf(const IDeviceImp& device) {
-    if (!Inventory::canCheckDevice(device)) {
-        return Askable::No;
-    }
-    const CapabilityImp namedType(device.type().toString(0, false));
-    if (namedType == CapabilityImp::INVALID()) {
-        return Askable::OfInvalidType;
-    }
-    return namedType == device.type() ? Askable::Yes : Askable::Oddly;
 }
 
 bool ExtraDeviceRules::satisfiesConstraints(std::size_t rule, std::size_t position, RunRecord& record) {

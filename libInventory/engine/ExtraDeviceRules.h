@@ -8,6 +8,7 @@
 #include "libCommon/Forward.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libInventory/DeviceContent.h"
 #include "libInventory/engine/matching/ContentTest.h"
 #include "libSystemState/StateManager.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
@@ -43,14 +44,7 @@ public:
 private:
     enum class Answer : std::uint8_t { Unknown, Yes, No };
 
-    /// How a device stands to constraints, whatever these are.
-    enum class Askable : std::uint8_t {
-        Yes,
-        OfInvalidType,  ///< meets none
-        Oddly,          ///< its type's name is no name for that type: only a run of its own can tell
-        No
-    };
-    static Askable askableOf(const IDeviceImp& device);
+    using Askable = DeviceContent::Askable;
 
     struct Rule {
         const XmlElement* element;

@@ -135,6 +135,44 @@ TEST_F(FleetCommandTest, readsArchivesAsIfTheyWereFolders) {
     EXPECT_THAT(console.out, HasSubstr("damaged archive"));
 }
 
+TEST_F(FleetCommandTest, takesWhatIsNoRecordingForAResultThatSaysWhy) {
+    for (const char* const folder : {"mixed", "mixed/empty", "hollow", "server", "server/Systems"}) {
+        fs::create_directory(path(folder));
+    }
+    good("mixed/odd \xFF\n,\"<b>.xml", "S-1");
+    write("mixed/README.txt", "Recordings of the third rack");
+    write("mixed/zero", "");
+    write("hollow/.hidden", "");
+    write("server/Systems/index.json", R"({"@odata.id": "/redfish/v1/Systems", "Members": []})");
+    ASSERT_EQ(
+        std::system(("cd " + m_folder.string() + " && tar -cf hollow.tar hollow && tar -cf s.tar server").c_str()), 0);
+    EXPECT_EQ(fleet({path("script.xml"), path("mixed"), path("hollow"), path("hollow.tar"), path("server"),
+                     path("s.tar"), path("away.xml"), "--format", "json", "--csv", path("all.csv")}),
+              3);
+    EXPECT_THAT(verdicts(), ElementsAre("README.txt unreadable", "odd \uFFFD\n,\"<b>.xml passed", "zero unreadable",
+                                        "hollow unreadable", "hollow.tar unreadable", "server unreadable",
+                                        "s.tar unreadable", "away.xml unreadable"));
+    EXPECT_THAT(member(0, "headline"), HasSubstr("expected a recording"));
+    EXPECT_EQ(member(3, "headline"), "there is no recording in this folder");
+    EXPECT_EQ(member(4, "headline"), "there is no recording in this archive");
+    EXPECT_THAT(member(5, "headline"), HasSubstr("Redfish"));
+    EXPECT_THAT(member(6, "headline"), HasSubstr("Redfish"));
+    EXPECT_THAT(member(7, "headline"), HasSubstr("No such file"));
+    EXPECT_THAT(read(path("all.csv")), HasSubstr("odd \uFFFD\\n,\"\"<b>.xml\",passed"));
+}
+
+TEST_F(FleetCommandTest, givesUpWhereCombinationsTakeTooLong) {
+    const std::string alternatives = R"(<or><device type="Processor"/><device type="MemoryModule"/></or>)";
+    write("many.xml", "<inventory-check>" + alternatives + alternatives + alternatives + "</inventory-check>");
+    for (const char* const limit : {"--max-combinations=1", "--timeout=0.000001"}) {
+        EXPECT_EQ(fleet({path("many.xml"), path("machines/a.xml"), "--format", "json", limit}), 3) << limit;
+        EXPECT_EQ(member(0, "verdict"), "undetermined");
+        EXPECT_THAT(member(0, "headline"), HasSubstr("8 combinations, which are too many to try"));
+    }
+    EXPECT_EQ(fleet({path("many.xml"), path("machines/a.xml"), "--max-combinations=100"}), 1);
+    EXPECT_EQ(fleet({path("all.jsonl"), "--merge", "--timeout=1"}), 2);
+}
+
 TEST_F(FleetCommandTest, endsWithTheWorst) {
     const std::string script = path("script.xml");
     EXPECT_EQ(fleet({script, path("machines/a.xml")}), 0);
