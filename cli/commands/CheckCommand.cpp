@@ -186,7 +186,8 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
                 interrupt.emplace();
             }
             progress.show(state);
-            return mayGoOn(limits, state, session.console.now() - start) && !(interrupt && interrupt->isAsked());
+            const auto taken = limits.seconds > 0 ? session.console.now() - start : std::chrono::nanoseconds(0);
+            return mayGoOn(limits, state, taken) && !(interrupt && interrupt->isAsked());
         });
         world.report = world.run.run({&import, options.isPlain, options.waiversPath.empty() ? nullptr : &waivers,
                                       world.started, needsElements(options)});

@@ -22,6 +22,9 @@ button:disabled { color: var(--dim); cursor: default; }
 .machines th, .machines td { padding: .3rem .6rem; }
 .machines .open { width: 2.6rem; padding-right: 0; }
 .machines .state { width: 8.5rem; }
+.machines th:nth-child(3) { width: 26%; }
+.machines th:nth-child(4) { width: 16%; }
+.machines th:nth-child(5) { width: 11%; }
 .machines td .open { padding: 0 .5rem; }
 .machines .faults td { background: var(--page); }
 .faults ul { margin: .3rem 0; padding-left: 1.1rem; }
@@ -30,10 +33,11 @@ button:disabled { color: var(--dim); cursor: default; }
     .machines thead { position: absolute; left: -100rem; }
     .machines, .machines tbody, .machines tr, .machines td { display: block; width: auto !important; }
     .machines td { border: 0; padding: .1rem .6rem; }
+    .machines td.open { float: right; }
     .machines tr { border-bottom: 1px solid var(--line); padding: .4rem 0; }
 }
 )css";
 
-const std::string_view FLEET_STYLE_HASH = "kuXmvmlcJ0/spSKQc6MYR9LoCq9/CbMFL/5OsrWGHi4=";
+const std::string_view FLEET_STYLE_HASH = "+ESlwiuBZTmf3spa59ublOGjmcopi00iMynglxtKxNw=";
 
 }  // namespace vrx

@@ -9,6 +9,7 @@
 #include "libCommon/text/PrintableText.h"
 #include "libReport/faults/FaultJson.h"
 #include "libReport/faults/FaultText.h"
+#include "libReport/patterns/ReadablePattern.h"
 
 namespace vrx {
 
@@ -44,7 +45,7 @@ std::string FaultKey::text() const {
 std::string FaultKey::title() const {
     std::string all = kind + " " + (type.empty() ? "device" : type);
     if (!name.empty()) {
-        all += " " + name;
+        all += " " + readablePattern(String::UTF8Decode(name));
     }
     if (!place.empty()) {
         all += " at " + place;

@@ -38,6 +38,8 @@ TEST(FleetSummaryTest, countsFaultsAndGroupsOfMachines) {
     ASSERT_EQ(frequent.size(), 2U);
     EXPECT_EQ(frequent[0]->key.title(), "wrong MemoryModule at B1: Size");
     EXPECT_EQ(frequent[0]->machines, 3U);
+    EXPECT_EQ(keyOf({"missing", "Slot", "^Memory slot$", "", "", "", "", 1, 1, {}}).title(),
+              "missing Slot Memory slot");
     EXPECT_EQ(frequent[1]->machines, 2U) << "a machine counts once";
     EXPECT_THAT(summary.largestGroups(1)[0]->examples, ElementsAre("a", "b"));
 }
