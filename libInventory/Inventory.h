@@ -154,8 +154,8 @@ public:
 
     /// The same for a script that needs neither decoding nor a word about it, as nearly all: it is parsed as it is
     /// read, which takes less time and memory. False, with nobody told and the last script still there, for any other,
-    /// which one of the others loads then.
-    bool loadPlainScriptFile(const String& path);
+    /// which one of the others loads then. So many threads may parse at once.
+    bool loadPlainScriptFile(const String& path, unsigned threads = 1);
 
     /// Loads what another object has loaded, forgetting the last one: the same as loading the text again, for a
     /// fraction of its cost. Of one that others copy each thread may be given the script at the same time, while nobody
@@ -195,6 +195,10 @@ public:
     /// an `or` that cannot be met lies in an alternative that is tried, and where devices are matched in numbers that a
     /// search has no memory for. Then, too, combinations are counted in 64 bits.
     void setSearch(Search search);
+
+    /// How many threads may compare properties at once. One unless this says otherwise. The outcome is the same with
+    /// any number; patterns that take too much work may take it twice.
+    void setThreads(unsigned threads);
 
     // ---- Running (engine/RunDriver.cpp) ----
 

@@ -19,6 +19,7 @@ class InventoryTip;
 class PropertyCategoryImp;
 class PropertyImp;
 class PropertySpecImp;
+class RecordedProperties;
 class StateManager;
 class SysinfoFilter;
 class TestResultImp;

@@ -172,6 +172,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     Inventory& inventory = world.run.inventory();
     inventory.setEnableUnsatisfiedDeviceTips(!options.hasNoUnsatisfiedTips);
     inventory.setAssignment(assignmentOf(options));
+    inventory.setThreads(options.threads);
     const std::vector<Waiver> waivers = loadWaivers(options.waiversPath);
     MachineReading reading(options, options.threads > 1, world.machine, session);
     loadScript({options.scriptPath, options.isPlain, options.threads}, world.run, session);

@@ -60,7 +60,7 @@ void refuseUseless(const ScriptInput& input, const Inventory& inventory) {
 }  // namespace
 
 void loadScript(const ScriptInput& input, CheckRun& check, const Session& session) {
-    if (input.path == "-" || !check.inventory().loadPlainScriptFile(String::UTF8Decode(input.path))) {
+    if (input.path == "-" || !check.inventory().loadPlainScriptFile(String::UTF8Decode(input.path), input.threads)) {
         loadBytes(input.path, check, session);
     }
     refuseUseless(input, check.inventory());

@@ -27,7 +27,7 @@ XmlElement* XmlContent::copyOf(const XmlElement& element) {
     XmlElement* const copy = newElement(m_names.intern(element.Name()));
     copy->m_row = element.m_row;
     copy->m_column = element.m_column;
-    copy->reserveAttributes(element.m_attributeCount);
+    copy->reserveAttributes(element.m_attributeCount, m_arena);
     for (const XmlAttribute& attribute : element.Attributes()) {
         copy->addAttribute(m_names.intern(attribute.Name()), m_arena.copy(attribute.Value()));
     }

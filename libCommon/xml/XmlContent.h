@@ -1,8 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlArena.h"
@@ -25,9 +28,15 @@ class XmlContent {
 public:
     explicit XmlContent(XmlDocument* owner) noexcept : m_owner(owner), m_names(m_nameArena), m_top(this) {}
 
+    /// Further memory of another content, for one more thread to make nodes of that content in. Requires: the other one
+    /// keeps this one.
+    explicit XmlContent(XmlContent& home) noexcept : m_home(&home), m_names(m_nameArena), m_top(&home) {}
+
+    void keepPart(std::unique_ptr<XmlContent> part) { m_parts.push_back(std::move(part)); }
+
     XmlContainer& top() noexcept { return m_top; }
     XmlArena& arena() noexcept { return m_arena; }
-    XmlNames& names() noexcept { return m_names; }
+    XmlNames& names() noexcept { return m_home->m_names; }
 
     /// The document that holds this; null when none does.
     XmlDocument* owner() const noexcept { return m_owner; }
@@ -40,6 +49,9 @@ public:
     XmlElement* newElement(const XmlName* name) { return make<XmlElement>(name); }
     XmlText* newText(StringView keptText) { return make<XmlText>(keptText); }
     XmlComment* newComment(StringView keptText) { return make<XmlComment>(keptText); }
+
+    /// A node to put others under for a while.
+    XmlContainer* newHolder() { return new (m_nodeArena.allocate(sizeof(Top), alignof(Top))) Top(m_home); }
 
     /// Copies valid UTF-8 into the arena.
     StringView keepUtf8(std::string_view bytes);
@@ -73,15 +85,17 @@ private:
     template <typename Node, typename Data>
     Node* make(Data data) {
         static_assert(std::is_trivially_destructible_v<Node>, "nodes are dropped with the arena, never destroyed");
-        return new (m_nodeArena.allocate(sizeof(Node), alignof(Node))) Node(this, data);
+        return new (m_nodeArena.allocate(sizeof(Node), alignof(Node))) Node(m_home, data);
     }
 
-    XmlDocument* m_owner;
+    XmlContent* m_home = this;  // whose nodes are made here
+    XmlDocument* m_owner = nullptr;
     XmlArena m_nodeArena;  // apart from attributes and texts, so that a walk over the elements reads little else
     XmlArena m_arena;
     XmlArena m_nameArena;  // names stay when the contents of elements go
     XmlNames m_names;
     Top m_top;
+    std::vector<std::unique_ptr<XmlContent>> m_parts;
 };
 
 }  // namespace vrx

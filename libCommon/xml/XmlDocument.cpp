@@ -10,6 +10,7 @@
 #include "libCommon/xml/XmlWriter.h"
 #include "libCommon/xml/parsing/XmlFileSource.h"
 #include "libCommon/xml/parsing/XmlParser.h"
+#include "libCommon/xml/parsing/XmlPieceParser.h"
 #include "libCommon/xml/parsing/XmlSource.h"
 #include "libCommon/xml/parsing/XmlTreeBuilder.h"
 
@@ -55,6 +56,9 @@ bool XmlDocument::ParseUtf8(std::string_view bytes) {
 }
 
 bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader) {
+    if (loadPieces(path, reader)) {
+        return true;
+    }
     std::string bytes;
     String error;
     if (const auto file = XmlFileSource::open(path.toUtf8())) {
@@ -72,21 +76,40 @@ bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader) {
     return false;
 }
 
-bool XmlDocument::LoadFileWithout(const String& path, std::string_view text) {
-    if (const auto file = XmlFileSource::open(path.toUtf8())) {
-        XmlSearchedSource source(*file, text);
-        if (replaceBy(source, nullptr) && !source.isFound() && file->error() == 0) {
-            return true;
-        }
+/// When that does not come off, nothing has happened.
+bool XmlDocument::loadPieces(const String& path, XmlElementReader* reader) {
+    const auto file = XmlFileSource::open(path.toUtf8());
+    const bool isLoaded = file != nullptr && replaceByPieces(*file, 1, reader) && file->error() == 0;
+    if (!isLoaded && reader != nullptr) {
+        reader->startOver();
     }
-    Clear();
-    return false;
+    return isLoaded;
+}
+
+bool XmlDocument::LoadFileWithout(const String& path, std::string_view text, unsigned threads) {
+    bool isFound = false;
+    const auto isReadBy = [&](const auto& replace) {
+        const auto file = isFound ? nullptr : XmlFileSource::open(path.toUtf8());
+        if (file == nullptr) {
+            return false;
+        }
+        XmlSearchedSource source(*file, text);
+        const bool isParsed = replace(source);
+        isFound = source.isFound();
+        return isParsed && !isFound && file->error() == 0;
+    };
+    const bool isRead = isReadBy([&](XmlSource& source) { return replaceByPieces(source, threads, nullptr); }) ||
+                        isReadBy([&](XmlSource& source) { return replaceBy(source, nullptr); });
+    if (!isRead) {
+        Clear();
+    }
+    return isRead;
 }
 
 // The old content goes last: the text may have been borrowed from it.
 bool XmlDocument::replaceBy(XmlSource& source, XmlElementReader* reader) {
     auto parsed = std::make_unique<XmlContent>(this);
-    XmlTreeBuilder builder(*parsed, reader);
+    XmlTreeBuilder builder(*parsed, parsed->top(), reader);
     std::optional<XmlError> error = XmlParser(source, builder).run();
     if (error) {
         parsed = std::make_unique<XmlContent>(this);
@@ -100,6 +123,15 @@ void XmlDocument::CopyAll(const XmlDocument& other) {
     auto copy = std::make_unique<XmlContent>(this);
     copy->copyAll(other.Top());
     m_content = std::move(copy);
+}
+
+bool XmlDocument::replaceByPieces(XmlSource& source, unsigned threads, XmlElementReader* reader) {
+    auto parsed = std::make_unique<XmlContent>(this);
+    const bool isParsed = XmlPieceParser(source, *parsed, reader).run(threads);
+    if (isParsed) {
+        m_content = std::move(parsed);
+    }
+    return isParsed;
 }
 
 void XmlDocument::Clear() { m_content.reset(); }

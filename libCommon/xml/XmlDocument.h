@@ -52,9 +52,9 @@ public:
     bool LoadFile(const String& path, XmlElementReader* reader = nullptr);
 
     /// Parses a regular file as it is read, without holding its bytes. False, with an empty document, when it does not
-    /// parse, is no regular file, cannot be read, or its bytes hold that text somewhere. Requires: the text has at most
-    /// 8 bytes.
-    bool LoadFileWithout(const String& path, std::string_view text);
+    /// parse, is no regular file, cannot be read, or its bytes hold that text somewhere. So many threads may parse it
+    /// at once. Requires: the text has 2 to 8 bytes and no blank.
+    bool LoadFileWithout(const String& path, std::string_view text, unsigned threads = 1);
 
     /// Replaces what the document held by copies of all nodes of another one, places included, which takes a fraction
     /// of the time that parsing does. The other is only read: several threads may copy one document at once.
@@ -101,7 +101,9 @@ public:
     void GetFormattedStr(String& out, int depth) const;
 
 private:
+    bool loadPieces(const String& path, XmlElementReader* reader);
     bool replaceBy(XmlSource& source, XmlElementReader* reader);
+    bool replaceByPieces(XmlSource& source, unsigned threads, XmlElementReader* reader);
     XmlContent& content();
 
     std::unique_ptr<XmlContent> m_content;  // made when it is first needed

@@ -1,6 +1,7 @@
 #include "libCommon/xml/XmlElement.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <type_traits>
@@ -16,8 +17,10 @@ static_assert(std::is_trivially_copyable_v<XmlAttribute>);
 
 const XmlAttribute* XmlElement::FindAttribute(StringView name) const noexcept {
     const auto attributes = Attributes();
-    const auto found = std::find_if(attributes.begin(), attributes.end(),
-                                    [name](const XmlAttribute& attribute) { return attribute.Name() == name; });
+    const auto found = std::find_if(attributes.begin(), attributes.end(), [name](const XmlAttribute& attribute) {
+        const StringView own = attribute.Name();
+        return own.size() == name.size() && std::memcmp(own.data(), name.data(), name.size() * sizeof(char16_t)) == 0;
+    });
     return found == attributes.end() ? nullptr : std::to_address(found);
 }
 
@@ -35,7 +38,7 @@ void XmlElement::SetAttribute(StringView name, StringView value) {
         return;
     }
     if (m_attributeCount == m_attributeCapacity) {
-        reserveAttributes(std::max<std::size_t>(4, 2 * std::size_t{m_attributeCapacity}));
+        reserveAttributes(std::max<std::size_t>(4, 2 * std::size_t{m_attributeCapacity}), content().arena());
     }
     addAttribute(keptName, keptValue);
 }
@@ -57,11 +60,11 @@ String XmlElement::toString() const { return compactText(*this); }
 void XmlElement::GetFormattedStr(String& out, int depth) const { out = formattedText(*this, depth); }
 
 // The array is a new one each time; the one before stays behind in the arena.
-void XmlElement::reserveAttributes(std::size_t count) {
+void XmlElement::reserveAttributes(std::size_t count, XmlArena& arena) {
     if (count <= m_attributeCapacity) {
         return;
     }
-    void* const memory = content().arena().allocate(count * sizeof(XmlAttribute), alignof(XmlAttribute));
+    void* const memory = arena.allocate(count * sizeof(XmlAttribute), alignof(XmlAttribute));
     m_attributes = std::uninitialized_copy_n(m_attributes, m_attributeCount, static_cast<XmlAttribute*>(memory)) -
                    m_attributeCount;
     m_attributeCapacity = static_cast<std::uint32_t>(count);

@@ -10,6 +10,8 @@
 
 namespace vrx {
 
+class XmlArena;
+
 /// A name that a document has met; each distinct name is stored once per document.
 struct XmlName {
     StringView text;
@@ -78,9 +80,10 @@ public:
 private:
     friend class XmlContent;
     friend class XmlTreeBuilder;
+    friend class XmlPieceParser;
     XmlElement(XmlContent* content, const XmlName* name) noexcept
         : XmlContainer(Kind::Element, content), m_name(name) {}
-    void reserveAttributes(std::size_t count);
+    void reserveAttributes(std::size_t count, XmlArena& arena);
 
     /// Forgets the attributes and children.
     void clear() noexcept {

@@ -7,12 +7,14 @@
 namespace vrx {
 
 const XmlName* XmlNames::intern(StringView text) {
+    const std::lock_guard lock(m_mutex);
     const auto found = m_names.find(text);
     return found != m_names.end() ? found->second : add(m_arena.copy(text));
 }
 
 // The text is decoded into the arena's free room, and kept only when the name is new.
 const XmlName* XmlNames::internUtf8(std::string_view text) {
+    const std::lock_guard lock(m_mutex);
     char16_t* const room = m_arena.roomForText(text.size());
     char16_t* const end = decodeValidUtf8(text, room);
     const auto found = m_names.find(StringView(room, static_cast<std::size_t>(end - room)));

@@ -4,6 +4,7 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <utility>
 
 #include "libCommon/text/String.h"
@@ -13,7 +14,8 @@
 
 namespace vrx {
 
-/// The distinct names of a document, each stored once, so that names are equal exactly when their pointers are.
+/// The distinct names of a document, each stored once, so that names are equal exactly when their pointers are. Several
+/// threads may ask at once.
 class XmlNames {
 public:
     /// The arena is borrowed and must outlive the names.
@@ -28,6 +30,7 @@ public:
 private:
     const XmlName* add(StringView keptText);
 
+    std::mutex m_mutex;
     XmlArena& m_arena;
     boost::unordered_flat_map<StringView, const XmlName*, TextHash> m_names;
 };

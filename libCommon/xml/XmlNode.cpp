@@ -86,4 +86,20 @@ void XmlContainer::append(XmlNode* node) noexcept {
     m_lastChild = node;
 }
 
+void XmlContainer::removeFirstChild() noexcept {
+    m_firstChild = m_firstChild->m_next;
+    m_lastChild = m_firstChild == nullptr ? nullptr : m_lastChild;
+}
+
+void XmlContainer::takeChildren(XmlContainer& other) noexcept {
+    for (XmlNode* child = other.m_firstChild; child != nullptr; child = child->m_next) {
+        child->m_parent = this;
+    }
+    if (other.m_firstChild != nullptr) {
+        (m_lastChild == nullptr ? m_firstChild : m_lastChild->m_next) = other.m_firstChild;
+        m_lastChild = other.m_lastChild;
+    }
+    other.removeChildren();
+}
+
 }  // namespace vrx

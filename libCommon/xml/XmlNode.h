@@ -95,7 +95,14 @@ protected:
 private:
     friend class XmlContent;
     friend class XmlTreeBuilder;
+    friend class XmlPieceParser;
     void append(XmlNode* node) noexcept;
+
+    /// Adds all children of another node of the same document, which loses them.
+    void takeChildren(XmlContainer& other) noexcept;
+
+    /// Requires: there is one.
+    void removeFirstChild() noexcept;
 
     XmlNode* m_firstChild = nullptr;
     XmlNode* m_lastChild = nullptr;

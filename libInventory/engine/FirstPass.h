@@ -15,6 +15,9 @@ class FirstPass {
 public:
     explicit FirstPass(InventoryState& state) : m_state(state), m_matcher(state), m_filing(state) {}
 
+    /// Lets several threads begin with everything below the root. Requires: the pass has not begun.
+    void lookAhead(const XmlElement& root) { m_matcher.lookAhead(root); }
+
     /// Whether the element can be satisfied; true for none. Devices that match go into the association set of that
     /// index: 0 outside of all alternatives.
     bool run(XmlElement* element, bool underNot, unsigned associationIndex);

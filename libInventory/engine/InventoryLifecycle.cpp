@@ -1,5 +1,7 @@
 /// Making, setting up and resetting an Inventory, and the contexts of script elements.
 
+#include <algorithm>
+
 #include "libCommon/Assertion.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/InventoryState.h"
@@ -52,6 +54,8 @@ void Inventory::setProgress(std::function<bool(const RunProgress&)> progress) {
 
 void Inventory::setAssignment(Assignment assignment) { m_state->m_assignment = assignment; }
 void Inventory::setSearch(Search search) { m_state->m_search = search; }
+
+void Inventory::setThreads(unsigned threads) { m_state->m_threads = std::max(1U, threads); }
 
 void Inventory::setDeviceToPartsTable(DeviceToPartsTable* table) { m_state->m_deviceToPartsTable = table; }
 

@@ -94,9 +94,9 @@ void Inventory::loadInventoryScript(const Inventory& other) {
 }
 
 // Nearly all scripts need no encoding and parse as they stand. What does not goes the long way, which also says why.
-bool Inventory::loadPlainScriptFile(const String& path) {
+bool Inventory::loadPlainScriptFile(const String& path, unsigned threads) {
     XmlDocument script;
-    const XmlElement* const root = script.LoadFileWithout(path, ENCODED) ? scriptRoot(script) : nullptr;
+    const XmlElement* const root = script.LoadFileWithout(path, ENCODED, threads) ? scriptRoot(script) : nullptr;
     if (root != nullptr) {
         InventoryState& state = *m_state;
         state.m_scriptFileName = path;

@@ -118,6 +118,9 @@ struct InventoryState {
 
     Inventory::Search m_search = Inventory::Search::OneByOne;
 
+    /// How many may work on a run at once.
+    unsigned m_threads = 1;
+
     /// Asked before each combination; empty for nobody.
     std::function<bool(const RunProgress&)> m_progress;
 

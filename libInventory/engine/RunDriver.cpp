@@ -85,7 +85,11 @@ void RunDriver::begin() {
 
 bool RunDriver::tryCombinations(XmlElement* root) {
     AlternativeOdometer(m_state).assignIndices(root, StringView(), 0);
-    FirstPass(m_state).run(root, false, 0);
+    {
+        FirstPass firstPass(m_state);
+        firstPass.lookAhead(*root);
+        firstPass.run(root, false, 0);
+    }
     VRX_LOG(inventoryLog(), LogPriority::Info, u"First Pass: totalCombinations = " << m_state.m_totalCombinations);
 
     const Inventory::Assignment assignment = m_state.m_assignment;

@@ -191,6 +191,13 @@ bool SysInfoReader::readElement(XmlElement& element) {
     return !items.hasLists;
 }
 
+// Keys that were met stay known, since nobody is told of them before they are used.
+void SysInfoReader::startOver() {
+    m_ahead.clear();
+    m_devicesMet = 0;
+    m_hasMetOddities = false;
+}
+
 bool SysInfoReader::readDevices(XmlElement& parent) {
     XmlElement* const first = sysInfo::firstDeviceOf(parent);
     if (!first) {

@@ -34,6 +34,8 @@ public:
     /// Reads ahead what the element says of one device, if it is one that says all that a device needs.
     bool readElement(XmlElement& element) override;
 
+    void startOver() override;
+
     /// Those that may be left out, which the report then tells the places of.
     const char* attributeOfPlacedElements() const noexcept override { return "units"; }
 

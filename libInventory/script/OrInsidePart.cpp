@@ -14,6 +14,9 @@ bool isUndecidableOr(const ScriptPlace& place) noexcept {
 const XmlElement* findOrInsidePart(const XmlElement& root) {
     ScriptWalk walk(root, ScriptWalk::Extent::WhereACheckLooks);
     while (walk && !isUndecidableOr(*walk)) {
+        if (walk->kind == ElementKind::Device || walk->kind == ElementKind::FailOnExtra) {
+            walk.skipContent();  // what is in there lies in a holder
+        }
         ++walk;
     }
     return walk ? walk->element : nullptr;

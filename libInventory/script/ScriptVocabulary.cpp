@@ -1,5 +1,6 @@
 #include "libInventory/script/ScriptVocabulary.h"
 
+#include <cstring>
 #include <iterator>
 
 namespace vrx::vocabulary {
@@ -11,8 +12,10 @@ constexpr StringView ELEMENT_NAMES[] = {INVENTORY_CHECK, AND,           OR,     
                                         PROPERTY,        FAIL_ON_EXTRA, TESTSET, ERROR, VALUE};
 static_assert(std::size(ELEMENT_NAMES) == static_cast<std::size_t>(ElementKind::Unknown));
 
+/// Requires: name and word are of one length.
 ElementKind kindWhenEqual(StringView name, StringView word, ElementKind kind) noexcept {
-    return name == word || equalNoCase(name, word) ? kind : ElementKind::Unknown;
+    const bool isSame = std::memcmp(name.data(), word.data(), word.size() * sizeof(char16_t)) == 0;
+    return isSame || equalNoCase(name, word) ? kind : ElementKind::Unknown;
 }
 
 }  // namespace

@@ -49,6 +49,7 @@ public:
     const String& description() const override { return m_description; }
     String toString(unsigned indent, bool verbose) const override;
     const IPropertyImp* findProperty(StringView key) const override;
+    const RecordedProperties* recordedProperties() const noexcept override { return m_recorded.get(); }
 
 private:
     struct Token {};  ///< keeps the constructor, which boost::make_shared must be able to call, to the class

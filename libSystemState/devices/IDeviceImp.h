@@ -60,6 +60,9 @@ public:
 
     /// As `property`, without sharing ownership: null when there is none. The pointer lives as long as the device.
     virtual const IPropertyImp* findProperty(StringView key) const = 0;
+
+    /// What a recording says of the properties, as long as these have not been made of it; else null.
+    virtual const RecordedProperties* recordedProperties() const noexcept { return nullptr; }
 };
 
 }  // namespace vrx

@@ -3,7 +3,6 @@
 #include <boost/make_shared.hpp>
 #include <cstring>
 #include <iterator>
-#include <string_view>
 #include <utility>
 
 #include "libSystemState/properties/PropertyImp.h"
@@ -36,14 +35,6 @@ bool narrow(StringView text, char* out) noexcept {
     return seen < 0x100;
 }
 
-String widened(std::string_view narrow) {
-    std::u16string text(narrow.size(), u'\0');
-    for (std::size_t i = 0; i < narrow.size(); ++i) {
-        text[i] = static_cast<unsigned char>(narrow[i]);
-    }
-    return String(std::move(text));
-}
-
 }  // namespace
 
 RecordedProperties::RecordedProperties(boost::shared_ptr<const Specs> specs, std::span<const Entry> entries,
@@ -64,13 +55,14 @@ Array<boost::shared_ptr<IPropertyImp>> RecordedProperties::make() const {
     Array<boost::shared_ptr<IPropertyImp>> properties;
     properties.reserve(m_entries.size());
     std::size_t textStart = 0;
+    std::u16string room;
     auto otherValue = m_otherValues.begin();
     for (const Entry& entry : m_entries) {
         const boost::shared_ptr<PropertySpecImp>& spec = (*m_specs)[entry.spec];
         if (entry.size == Entry::OTHER_VALUE) {
             block->emplace_back(spec, *otherValue++);
         } else {
-            block->emplace_back(spec, ValueImp(text(textStart, entry.size)));
+            block->emplace_back(spec, ValueImp(String(text(textStart, entry.size, room))));
             textStart += entry.size;
         }
         properties.append(boost::shared_ptr<IPropertyImp>(block, &block->back()));
@@ -78,9 +70,15 @@ Array<boost::shared_ptr<IPropertyImp>> RecordedProperties::make() const {
     return properties;
 }
 
-String RecordedProperties::text(std::size_t start, std::size_t size) const {
-    return m_texts.empty() ? widened(std::string_view(m_narrowTexts).substr(start, size))
-                           : String(StringView(m_texts).substr(start, size));
+StringView RecordedProperties::text(std::size_t start, std::size_t size, std::u16string& room) const {
+    if (!m_texts.empty()) {
+        return StringView(m_texts).substr(start, size);
+    }
+    room.resize(size);
+    for (std::size_t i = 0; i < size; ++i) {
+        room[i] = static_cast<unsigned char>(m_narrowTexts[start + i]);
+    }
+    return room;
 }
 
 }  // namespace vrx

@@ -39,7 +39,10 @@ public:
     Array<boost::shared_ptr<IPropertyImp>> make() const;
 
 private:
-    String text(std::size_t start, std::size_t size) const;
+    friend class RecordedTexts;
+
+    /// A part of the texts; `room` holds it where it is not there as it is.
+    StringView text(std::size_t start, std::size_t size, std::u16string& room) const;
 
     boost::shared_ptr<const Specs> m_specs;
     std::vector<Entry> m_entries;

@@ -1,5 +1,6 @@
-/// One thread for each engine, any number of engines, and no lock around them: eight threads do everything at once, and
-/// each gets what a thread alone gets. Under the thread sanitizer this also finds what only could go wrong.
+/// One thread for each engine, unless it is given more, any number of engines, and no lock around them: eight threads
+/// do everything at once, and each gets what a thread alone gets. Under the thread sanitizer this also finds what only
+/// could go wrong.
 
 #include <gtest/gtest.h>
 
@@ -241,6 +242,58 @@ TEST(ThreadsTest, loggersAreSetAndListenedToWhileTheyWrite) {
         }
     });
     EXPECT_EQ(all.lines.load(), 2 * 50 * THREADS);
+}
+
+/// A machine of many fans.
+std::string manyFans() {
+    std::string machine = "<SysInfo>";
+    for (int i = 0; i < 600; ++i) {
+        const std::string number = std::to_string(i);
+        machine += "\n<Device type='Fan' name='Fan " + number + "' hwLocator='fan:" + number + "' osLocator=''>" +
+                   "<property key='Speed' value='" + number + "'/><property key='Size' value='3' units='GB'/>" +
+                   "<property key='Rows'><value value='a'/><value value='b'/></property></Device>";
+    }
+    return machine + "\n</SysInfo>";
+}
+
+/// Most of these are met, some in groups, and some fail in each way.
+std::string manyElements() {
+    std::string script = "<inventory-check><fail-on-extra type='Fan'><property key='Speed' value='7'/></fail-on-extra>";
+    for (int i = 0; i < 590; ++i) {
+        const std::string number = std::to_string(i);
+        const std::string speed = i % 50 == 3 ? "^VRXRRANGE[0-2]$" : "^" + number + "$";
+        const std::string device =
+            "<device type='Fan' name='^Fan " + number + "$' hwlocator='fan:" + number + "'><property key='" +
+            (i % 60 == 11 ? "Nothing" : "Speed") + "' value='" + speed + "'/>" +
+            (i % 70 == 5 || i % 60 == 11 ? "<property key='Size' value='^3 GB$'/>" : "") +
+            (i % 80 == 5 ? "<property key='Rows'><value value='b'/><value value='a'/></property>" : "") +
+            (i % 90 == 5 ? "<not><property key='Speed' value='x'/></not><oops/>" : "") + "</device>";
+        const std::string open = i % 200 == 7   ? "<or><device type='Fan' hwlocator='none'/>"
+                                 : i % 100 == 9 ? "<not>"
+                                                : "";
+        script += open + device + (i % 200 == 7 ? "</or>" : i % 100 == 9 ? "</not>" : "");
+    }
+    return script + "</inventory-check>";
+}
+
+TEST(ThreadsTest, ARunTellsTheSameOnAnyNumberOfThreads) {
+    std::string alone;
+    for (const unsigned threads : {1U, 2U, 5U}) {
+        StateManager store;
+        ASSERT_TRUE(Inventory::importStateFromXmlString(text(manyFans()), store));
+        Inventory inventory;
+        RecordingObserver observer;
+        inventory.registerInventoryObserver(observer);
+        inventory.setStateManager(store);
+        inventory.setThreads(threads);
+        ASSERT_TRUE(inventory.loadInventoryScript(text(manyElements())));
+        EXPECT_FALSE(inventory.run());
+        const std::string told = utf8(inventory.script().toString()) + std::to_string(observer.events.size()) + " " +
+                                 std::to_string(inventory.unsatisfiedDevices().size()) + " " +
+                                 std::to_string(inventory.extraDevices().size());
+        alone = threads == 1 ? told : alone;
+        EXPECT_EQ(told, alone);
+    }
 }
 
 }  // namespace

@@ -16,6 +16,9 @@ public:
     /// with its name and user data. What was read counts only if the parse succeeds.
     virtual bool readElement(XmlElement& element) = 0;
 
+    /// What was read so far does not count: the document is read again, from its start. Only readers of files are told.
+    virtual void startOver() {}
+
     /// Following places through the text takes time, so only the root and the elements that have an attribute of this
     /// name (UTF-8) tell theirs; the others say 0. Asked once. Empty, the default, for the root alone.
     virtual const char* attributeOfPlacedElements() const noexcept;

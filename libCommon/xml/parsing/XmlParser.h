@@ -20,6 +20,12 @@ public:
     /// Both are borrowed.
     XmlParser(XmlSource& source, XmlTreeBuilder& builder);
 
+    /// The text begins with some bytes that are not counted, and what follows them is at that place.
+    void startAt(XmlPlace place, std::size_t addedSize) noexcept {
+        m_position = XmlPosition(place);
+        m_positionIndex = static_cast<XML_Index>(addedSize);
+    }
+
     /// Parses the whole text, once. What went wrong, or nothing.
     std::optional<XmlError> run();
 

@@ -1,11 +1,12 @@
 #include "libCommon/xml/parsing/XmlPosition.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
 // Every start tag asks for its place, so this pass over the text must cost little beside the parser's own. Nearly all
-// bytes are plain: ASCII and no control character, one column each. They are skipped eight at a time; only what is not
-// plain is looked at by itself.
+// bytes are plain: ASCII and no carriage return. They are looked at eight at a time, line feeds among them; only what
+// is not plain is looked at by itself.
 
 namespace vrx {
 
@@ -14,25 +15,18 @@ namespace {
 static_assert(std::endian::native == std::endian::little, "the first byte in memory must be the lowest of a word");
 
 constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
-constexpr std::uint64_t TOPS = 0x8080808080808080U;
-constexpr std::uint64_t LINE_ENDS = 0x0E0E0E0E0E0E0E0EU;  // LF and CR lie below
+constexpr std::size_t LONG = 1024;
+constexpr std::size_t WORD = sizeof(std::uint64_t);
+constexpr std::uint64_t ONES = 0x0101010101010101U;
+constexpr std::uint64_t TOPS = 0x80 * ONES;
 
-/// Marks the bytes of a word that are not plain: the lowest bit set is in the first one, higher ones mean nothing.
-std::uint64_t unusual(std::uint64_t word) noexcept { return ((word - LINE_ENDS) | word) & TOPS; }
-
-/// How many bytes are plain before the first one that is not. Stops short of the end by less than a word.
-std::size_t plainBytes(std::string_view bytes) noexcept {
-    std::size_t index = 0;
-    while (bytes.size() - index >= sizeof(std::uint64_t)) {
-        std::uint64_t word;
-        std::memcpy(&word, bytes.data() + index, sizeof word);
-        if (const std::uint64_t marks = unusual(word); marks != 0) {
-            return index + static_cast<std::size_t>(std::countr_zero(marks)) / 8;
-        }
-        index += sizeof word;
-    }
-    return index;
+/// Marks the bytes that are that character, with their highest bits.
+std::uint64_t marksOf(char character, std::uint64_t word) noexcept {
+    const std::uint64_t others = word ^ (static_cast<unsigned char>(character) * ONES);
+    return ~(((others & ~TOPS) + ~TOPS) | others | ~TOPS);
 }
+
+bool isPlain(std::uint64_t word) noexcept { return ((word & TOPS) | marksOf('\r', word)) == 0; }
 
 }  // namespace
 
@@ -43,15 +37,41 @@ void XmlPosition::advance(std::string_view bytes) noexcept {
             bytes.remove_prefix(BYTE_ORDER_MARK.size());
         }
     }
+    passLongText(bytes);
     while (!bytes.empty()) {
-        if (const std::size_t plain = plainBytes(bytes); plain != 0) {
-            m_place.column += static_cast<std::uint32_t>(plain);
-            m_isAfterCr = false;
-            bytes.remove_prefix(plain);
+        const std::size_t size = std::min(WORD, bytes.size());
+        std::uint64_t word = 0;
+        size == WORD ? std::memcpy(&word, bytes.data(), WORD) : std::memcpy(&word, bytes.data(), size);
+        if (!m_isAfterCr && isPlain(word)) {
+            passPlain(word, size);
+            bytes.remove_prefix(size);
         } else {
             pass(static_cast<unsigned char>(bytes.front()));
             bytes.remove_prefix(1);
         }
+    }
+}
+
+/// Of whole lines only the number counts.
+void XmlPosition::passLongText(std::string_view& bytes) noexcept {
+    const std::size_t last = bytes.size() < LONG || m_isAfterCr ? std::string_view::npos : bytes.rfind('\n');
+    if (last == std::string_view::npos || bytes.find('\r') < last) {
+        return;
+    }
+    for (std::size_t at = bytes.find('\n'); at < last; at = bytes.find('\n', at + 1)) {
+        ++m_place.row;
+    }
+    m_place = {m_place.row + 1, 0};
+    bytes.remove_prefix(last + 1);
+}
+
+void XmlPosition::passPlain(std::uint64_t word, std::size_t size) noexcept {
+    if (const std::uint64_t lineFeeds = marksOf('\n', word); lineFeeds == 0) {
+        m_place.column += static_cast<std::uint32_t>(size);
+    } else {
+        m_place.row += static_cast<std::uint32_t>(((lineFeeds >> 7) * ONES) >> 56);
+        m_place.column =
+            static_cast<std::uint32_t>(size - 8 + static_cast<std::size_t>(std::countl_zero(lineFeeds)) / 8);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -15,12 +16,21 @@ struct XmlPlace {
 /// column; a byte-order mark at the very start takes none.
 class XmlPosition {
 public:
+    XmlPosition() noexcept = default;
+
+    /// Somewhere behind the start of a text, at a place that does not lie within a line end.
+    explicit XmlPosition(XmlPlace place) noexcept : m_place(place), m_isAtStart(false) {}
+
     XmlPlace place() const noexcept { return m_place; }
 
     /// Moves past the next piece. Requires: a byte-order mark is not cut in two.
     void advance(std::string_view bytes) noexcept;
 
 private:
+    void passLongText(std::string_view& bytes) noexcept;
+
+    /// Up to 8 bytes, none of them beyond ASCII or a carriage return; behind them the word holds zeros.
+    void passPlain(std::uint64_t word, std::size_t size) noexcept;
     void pass(unsigned char byte) noexcept;
 
     XmlPlace m_place;

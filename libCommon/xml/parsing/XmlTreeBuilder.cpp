@@ -23,9 +23,9 @@ void XmlTreeBuilder::startElement(const char* name, const char* const* attribute
     if (m_reader != nullptr) {
         m_starts.push_back(m_content.mark());
     }
-    element->reserveAttributes(count);
+    element->reserveAttributes(count, m_content.arena());
     for (std::size_t i = 0; i < count; ++i) {
-        const StringView value = m_content.keepUtf8(attributes[2 * i + 1]);
+        const StringView value = keepValue(attributes[2 * i + 1]);
         element->addAttribute(m_names.find(attributes[2 * i]), value);
     }
     append(element);
@@ -33,12 +33,23 @@ void XmlTreeBuilder::startElement(const char* name, const char* const* attribute
     ++m_level;
 }
 
+StringView XmlTreeBuilder::keepValue(std::string_view value) {
+    if (m_reader != nullptr || !XmlTextCache::mayHold(value)) {
+        return m_content.keepUtf8(value);
+    }
+    XmlTextCache::Text& known = m_values.slotOf(value);
+    if (!known.is(value)) {
+        known.set(value, m_content.keepUtf8(value));
+    }
+    return known.kept;
+}
+
 void XmlTreeBuilder::endElement() {
     finishText();
     XmlContainer* const element = m_parent;
     m_parent = element->Parent();
     --m_level;
-    if (m_reader != nullptr) {
+    if (m_reader != nullptr && (m_level > 0 || !m_withholdsRoot)) {
         offerToReader(*static_cast<XmlElement*>(element));
     }
 }

@@ -6,6 +6,7 @@
 
 #include "libCommon/xml/XmlContent.h"
 #include "libCommon/xml/XmlNames.h"
+#include "libCommon/xml/XmlTextCache.h"
 #include "libCommon/xml/parsing/XmlElementReader.h"
 #include "libCommon/xml/parsing/XmlPosition.h"
 
@@ -21,13 +22,16 @@ namespace vrx {
 /// by winding the arena back to where the element was made.
 class XmlTreeBuilder {
 public:
-    /// Both are borrowed; without a reader the whole document is kept.
-    explicit XmlTreeBuilder(XmlContent& content, XmlElementReader* reader = nullptr)
+    /// All are borrowed; without a reader the whole document is kept. It is put into the top.
+    XmlTreeBuilder(XmlContent& content, XmlContainer& top, XmlElementReader* reader)
         : m_content(content),
           m_names(content.names()),
-          m_parent(&content.top()),
+          m_parent(&top),
           m_reader(reader),
           m_placing(reader != nullptr ? reader->attributeOfPlacedElements() : "") {}
+
+    /// The reader is not asked about the root.
+    void withholdRoot() noexcept { m_withholdsRoot = true; }
 
     /// Whether the place of the element that is about to start is wanted.
     bool keepsPlace(const char* const* attributes, std::size_t count) const noexcept {
@@ -58,6 +62,7 @@ public:
     const XmlElement* openElement() const noexcept { return m_parent->ToElement(); }
 
 private:
+    StringView keepValue(std::string_view value);
     void finishText();
     void offerToReader(XmlElement& element);
     void append(XmlNode* node) noexcept { m_parent->append(node); }
@@ -69,6 +74,8 @@ private:
     std::string m_placing;                   // attribute of the elements that tell their places to a reader
     std::vector<XmlContent::Mark> m_starts;  // of the open elements' contents, when there is a reader
     unsigned m_level = 0;
+    bool m_withholdsRoot = false;
+    XmlTextCache m_values;  // while nothing is wound back
     std::string m_text;
 };
 

@@ -12,6 +12,12 @@
 
 namespace vrx {
 
+namespace {
+
+constexpr std::size_t SHORT_ENOUGH = 4;  // for a list to be tested device by device
+
+}  // namespace
+
 CandidateSearch::CandidateSearch(const StateManager& store, const CapabilityImp& capability)
     : m_store(store), m_capability(capability), m_ofType(store.devicesCapableOf(capability)) {}
 
@@ -54,6 +60,23 @@ const CandidateSearch::DeviceArray& CandidateSearch::find() {
     return m_found;
 }
 
+const boost::shared_ptr<IDeviceImp>* CandidateSearch::findOnly() const {
+    const DeviceArray& list = smallList(m_filters.size());
+    if (list.size() > SHORT_ENOUGH) {
+        return nullptr;
+    }
+    const boost::shared_ptr<IDeviceImp>* only = nullptr;
+    for (const auto& device : list) {
+        if (passesFirst(*device, m_filters.size())) {
+            if (only != nullptr) {
+                return nullptr;
+            }
+            only = &device;
+        }
+    }
+    return only;
+}
+
 std::size_t CandidateSearch::firstExhaustedFilter() const {
     for (std::size_t count = 1; count <= m_filters.size(); ++count) {
         const DeviceArray& list = smallList(count);
@@ -84,7 +107,6 @@ bool CandidateSearch::passes(const IDeviceImp& device, const Filter& filter) con
 /// The shortest list found before one is short enough. An index is only asked, and so only made, when the ones before
 /// it did not help; hardware locators come first, because they tell devices apart best.
 const CandidateSearch::DeviceArray& CandidateSearch::smallList(std::size_t filterCount) const {
-    constexpr std::size_t SHORT_ENOUGH = 4;
     const DeviceArray* smallest = &m_ofType;
     for (const FilterKind kind : {FilterKind::HwLocator, FilterKind::OsLocator, FilterKind::Name}) {
         for (std::size_t i = 0; i < filterCount && smallest->size() > SHORT_ENOUGH; ++i) {

@@ -31,6 +31,10 @@ public:
     /// changes.
     const DeviceArray& find();
 
+    /// The only device that passes all filters, where indexes alone show quickly that it is the only one; null
+    /// otherwise.
+    const boost::shared_ptr<IDeviceImp>* findOnly() const;
+
     /// After a `find` without result: the first filter that left no device.
     std::size_t firstExhaustedFilter() const;
 

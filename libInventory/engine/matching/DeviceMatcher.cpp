@@ -17,6 +17,7 @@
 #include "libInventory/engine/matching/DeviceAttributes.h"
 #include "libInventory/engine/matching/PropertyMatcher.h"
 #include "libInventory/script/ScriptElement.h"
+#include "libInventory/script/ScriptWalk.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libInventory/support/MatchCache.h"
@@ -83,6 +84,41 @@ StringView logWordOf(CandidateSearch::FilterKind kind) noexcept {
 
 }  // namespace
 
+// What the log is told of, and what is told of every property, is made by the pass itself.
+void DeviceMatcher::lookAhead(const XmlElement& root) {
+    if (m_state.m_threads == 1 || m_state.m_matchCache != nullptr || m_state.m_tipMatchedProperties ||
+        inventoryLog().isEnabled(LogPriority::Debug)) {
+        return;
+    }
+    const std::size_t givenUpBefore = Regex::exceededCount();
+    for (ScriptWalk walk(root, ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
+        const bool isDevice = walk->kind == vocabulary::ElementKind::Device;
+        if (isDevice || walk->kind == vocabulary::ElementKind::FailOnExtra) {
+            walk.skipContent();
+        }
+        const auto* const device = isDevice ? onlyCandidate(*walk->element) : nullptr;
+        if (device != nullptr) {
+            m_ahead.add(*walk->element, *device);
+        }
+    }
+    m_ahead.compare(m_state.m_threads);
+    m_tellingsAhead = m_state.m_tellings;
+    m_state.m_record.givenUpInTraces += Regex::exceededCount() - givenUpBefore;
+}
+
+const boost::shared_ptr<IDeviceImp>* DeviceMatcher::onlyCandidate(const XmlElement& element) const {
+    const CapabilityImp type(typeTextOf(element));
+    const ElementFilters asked(element, m_state);
+    if (type == CapabilityImp::INVALID() || asked.invalid != nullptr) {
+        return nullptr;
+    }
+    CandidateSearch search(*m_state.m_stateManager, type);
+    for (const ElementFilters::Filter& filter : asked.filters) {
+        search.addFilter(filter.kind, fromXmlSafe(filter.attribute->Value()));
+    }
+    return search.findOnly();
+}
+
 bool DeviceMatcher::match(XmlElement* element, bool underNot, unsigned associationIndex) {
     if (element == nullptr) {
         return false;
@@ -98,6 +134,10 @@ bool DeviceMatcher::match(XmlElement* element, bool underNot, unsigned associati
 /// As an element before this one that asks for the same, when there is one.
 bool DeviceMatcher::matchAlike(XmlElement* element, bool underNot, unsigned associationIndex) {
     const std::size_t tellings = m_state.m_tellings;
+    if (const auto* const known = m_ahead.deviceOf(*element); known != nullptr && tellings == m_tellingsAhead) {
+        m_state.m_associationSets[associationIndex].associate(element, *known);
+        return true;
+    }
     if (const SharedLists::Pointer known = m_wideMatches.find(*element, tellings)) {
         logMatch(element, underNot, associationIndex);
         m_state.m_associationSets[associationIndex].associateAgain(element, known);

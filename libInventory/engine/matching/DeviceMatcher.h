@@ -4,6 +4,7 @@
 #include "libCommon/containers/Array.h"
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/matching/CandidateSearch.h"
+#include "libInventory/engine/matching/MatchesAhead.h"
 #include "libInventory/engine/matching/WideMatches.h"
 
 namespace vrx {
@@ -16,6 +17,10 @@ class DeviceMatcher {
 public:
     explicit DeviceMatcher(InventoryState& state) : m_state(state), m_filing(state) {}
 
+    /// Looks ahead at all elements below the root on as many threads as the run may use, so that `match` has less to
+    /// do.
+    void lookAhead(const XmlElement& root);
+
     /// Links the element with every device that satisfies it, in the association set of that index. Whether there is
     /// one. A null element has none.
     bool match(XmlElement* element, bool underNot, unsigned associationIndex);
@@ -23,6 +28,7 @@ public:
 private:
     using DeviceArray = CandidateSearch::DeviceArray;
 
+    const boost::shared_ptr<IDeviceImp>* onlyCandidate(const XmlElement& element) const;
     bool matchThroughCache(XmlElement* element, bool underNot);
     void logMatch(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchAlike(XmlElement* element, bool underNot, unsigned associationIndex);
@@ -36,6 +42,8 @@ private:
     ErrorFiling m_filing;
     SharedLists m_sharedLists;
     WideMatches m_wideMatches;
+    MatchesAhead m_ahead;
+    std::size_t m_tellingsAhead = 0;   ///< when it was looked ahead
     SharedLists::Pointer m_wideMatch;  ///< of the element that was matched last, when it had many candidates
     bool m_hasFailed = false;          ///< some candidate of that element failed a test
 };

@@ -21,7 +21,6 @@
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libInventory/support/InventoryLog.h"
-#include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/IPropertyImp.h"
 #include "libSystemState/values/ValueImp.h"
 
@@ -102,6 +101,12 @@ bool PropertyMatcher::matchesProperty(XmlElement* element) {
     std::optional<PropertyExpectation> ownExpectation;
     const PropertyExpectation& expectation =
         m_trial != nullptr ? m_trial->expectationOf(*element) : ownExpectation.emplace(*element);
+    if (const std::optional<bool> known = matchesRecord(expectation)) {
+        if (!*known) {
+            fileFailure(element, FindingKind::PropertyMismatch, expectation);
+        }
+        return *known;
+    }
     const IPropertyImp* const property = m_device->findProperty(expectation.key());
     if (property == nullptr) {
         fileFailure(element, FindingKind::PropertyMissing, expectation);
@@ -117,6 +122,17 @@ bool PropertyMatcher::matchesProperty(XmlElement* element) {
         tellMatch(element, *property, expectation);
     }
     return matched;
+}
+
+/// The answer where the recording gives it, so that no property needs to be made and nobody is told of it. The record
+/// goes as soon as properties are made, which a question that it could not answer does.
+std::optional<bool> PropertyMatcher::matchesRecord(const PropertyExpectation& expectation) {
+    if (m_device->recordedProperties() == nullptr || m_state.m_tipMatchedProperties ||
+        inventoryLog().isEnabled(LogPriority::Debug)) {
+        return std::nullopt;
+    }
+    const std::optional<StringView> text = m_texts.find(expectation.key());
+    return text ? std::optional(meets(*text, expectation)) : std::nullopt;
 }
 
 void PropertyMatcher::fileFailure(XmlElement* element, FindingKind kind, const PropertyExpectation& expectation) {

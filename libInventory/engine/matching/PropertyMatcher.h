@@ -2,12 +2,15 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <optional>
 
 #include "libCommon/Forward.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libInventory/Finding.h"
 #include "libSystemState/Forward.h"
+#include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/RecordedTexts.h"
 
 namespace vrx {
 
@@ -22,7 +25,11 @@ public:
     /// property. `trial` is what it shares with the other candidates; null where there is no other.
     PropertyMatcher(InventoryState& state, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
                     CandidateTrial* trial) noexcept
-        : m_state(state), m_device(device), m_candidate(candidate), m_trial(trial) {}
+        : m_state(state),
+          m_device(device),
+          m_candidate(candidate),
+          m_trial(trial),
+          m_texts(device == nullptr ? nullptr : device->recordedProperties()) {}
 
     /// Whether the device satisfies an element of the content; false when it is null.
     bool matches(XmlElement* element, bool underNot);
@@ -35,6 +42,7 @@ private:
     bool matchesAny(XmlElement* element, bool underNot);
     bool matchesNot(XmlElement* element, bool underNot);
     bool matchesProperty(XmlElement* element);
+    std::optional<bool> matchesRecord(const PropertyExpectation& expectation);
     void fileFailure(XmlElement* element, FindingKind kind, const PropertyExpectation& expectation);
     void tellMatch(XmlElement* element, const IPropertyImp& property, const PropertyExpectation& expectation);
     void flipErrorsVisible(XmlElement* element);
@@ -46,6 +54,7 @@ private:
     const boost::shared_ptr<IDeviceImp>& m_device;
     std::uint32_t m_candidate;
     CandidateTrial* m_trial;
+    RecordedTexts m_texts;
     bool m_hasFiled = false;
 };
 

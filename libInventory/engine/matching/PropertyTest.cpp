@@ -157,6 +157,14 @@ bool meets(const IPropertyImp& property, const PropertyExpectation& expectation)
                                            : matchesEntries(property.value(), expectation.entries());
 }
 
+bool meets(StringView text, const PropertyExpectation& expectation) {
+    if (expectation.asksForPresenceOnly()) {
+        return true;
+    }
+    const Array<StringView>& entries = expectation.entries();
+    return entries.size() <= 1 && Inventory::matchString(entries.isEmpty() ? expectation.value() : entries[0], text);
+}
+
 bool meetsAloud(const IPropertyImp& property, const PropertyExpectation& expectation) {
     if (expectation.entries().isEmpty()) {
         const bool matched = meets(property, expectation);

@@ -26,8 +26,11 @@ bool isLetter(char16_t unit) noexcept { return (unit >= u'A' && unit <= u'Z') ||
 bool isMeantAsMarker(StringView word, StringView rest) {
     constexpr std::size_t SHORTEST = 5;
     constexpr std::size_t LONGEST = 12;
+    if (word.size() < SHORTEST || word.size() > LONGEST) {
+        return false;
+    }
     const StringView marker = Regex::VRXRRANGE();
-    if (word == marker || word.size() < SHORTEST || word.size() > LONGEST) {
+    if (word == marker) {
         return false;
     }
     const bool isInBrackets = opensWithBounds(rest);

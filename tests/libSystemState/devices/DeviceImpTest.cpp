@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <set>
 #include <string>
 
 #include "libCommon/text/NumberText.h"
+#include "libSystemState/properties/RecordedTexts.h"
 #include "tests/libSystemState/TestDevices.h"
 
 namespace vrx {
@@ -59,7 +61,15 @@ TEST(DeviceImpTest, makesTheRecordedPropertiesWhoeverAsks) {
                                              std::make_unique<Recorded>(specs, entries, texts, others));
         };
         const auto device = newDevice();
+        RecordedTexts recorded(device->recordedProperties());
+        EXPECT_EQ(recorded.find(u"c"), texts.substr(0, 3));
+        EXPECT_EQ(recorded.find(u"a"), std::nullopt);
+        EXPECT_EQ(recorded.find(u"b"), u"");
+        EXPECT_EQ(recorded.find(u"c"), texts.substr(0, 3));
+        EXPECT_EQ(recorded.find(u"none"), std::nullopt);
+        EXPECT_EQ(recorded.find(u"b"), u"");
         EXPECT_EQ(device->findProperty(u"c")->value().toString(false), texts.substr(0, 3));
+        EXPECT_EQ(RecordedTexts(device->recordedProperties()).find(u"c"), std::nullopt);
         EXPECT_EQ(keysOf(device->properties(PropertyCategoryImp::ALL())), "c a b c");
         EXPECT_EQ(device->property(u"a")->value().valueUint32(), 7u);
         EXPECT_TRUE(device->property(u"b")->value().toString(false).isEmpty());
