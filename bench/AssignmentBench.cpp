@@ -23,10 +23,11 @@ using Index = Matching::Index;
 /// So many elements on as many devices.
 AssociationLinks unlinked(Index count) {
     AssociationLinks links;
-    links.devices.resize(count);
+    links.elementCount = count;
+    links.deviceCount = count;
     links.groups.resize(count);
-    for (AssociationLinks::Group& group : links.groups) {
-        group.elements.push_back(nullptr);
+    for (Index element = 0; element < count; ++element) {
+        links.groups[element].elements.push_back(element);
     }
     return links;
 }

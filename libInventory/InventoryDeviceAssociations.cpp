@@ -186,8 +186,7 @@ const void* Associations::linksOf(const XmlElement* element) const {
     return node != nullptr ? &node->allLinks() : nullptr;
 }
 
-void Associations::getLists(std::vector<ListedElement>& elements,
-                            std::vector<std::vector<const IDeviceImp*>>& lists) const {
+void Associations::getLists(std::vector<ListedElement>& elements, std::vector<DeviceList>& lists) const {
     boost::unordered_flat_map<const Bundle*, std::size_t> listOf;
     for (const auto& entry : m_inventoryNodes) {
         const Bundle* const bundle = entry.value->m_bundle;
@@ -200,12 +199,15 @@ void Associations::getLists(std::vector<ListedElement>& elements,
         if (bundle != nullptr) {
             listOf.emplace(bundle, lists.size());
         }
-        std::vector<const IDeviceImp*>& devices = lists.emplace_back();
+        DeviceList& list = lists.emplace_back();
+        list.shared = bundle != nullptr ? bundle->m_devices.get() : nullptr;
         for (const GraphNode::Link& link : entry.value->allLinks()) {
-            devices.push_back(static_cast<const DeviceNode*>(link.partner)->device().get());
+            list.devices.push_back(static_cast<const DeviceNode*>(link.partner)->device().get());
         }
     }
 }
+
+bool Associations::keepsShares() const noexcept { return m_storage->allowsBundles; }
 
 void Associations::getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const {
     for (const auto& entry : m_inventoryNodes) {

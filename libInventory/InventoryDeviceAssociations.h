@@ -74,7 +74,7 @@ public:
     void removeExtraLinks();
 
     /// All links, also those that were reduced away, unless pairs were linked twice: then what is left.
-    AssociationLinks links();
+    NamedLinks links();
 
     /// Leaves each of these elements that device and all others none, whatever a reduction has chosen. Requires: they
     /// are pairs of the present links, and nothing stands in two of them.
@@ -91,15 +91,24 @@ public:
 
     /// The same for elements that share one list of links, and for no others; null when the element is unknown.
     const void* linksOf(const XmlElement* element) const;
+
     /// An element and the index of the list of its devices.
     struct ListedElement {
         const XmlElement* element;
         std::size_t list;
     };
 
+    struct DeviceList {
+        std::vector<const IDeviceImp*> devices;
+        const void* shared = nullptr;  ///< the same for lists that elements share, wherever they are; null for others
+    };
+
     /// Appends every element in order, and the lists of devices that they were linked to, also where the links were
     /// reduced away. Elements that share their links share a list.
-    void getLists(std::vector<ListedElement>& elements, std::vector<std::vector<const IDeviceImp*>>& lists) const;
+    void getLists(std::vector<ListedElement>& elements, std::vector<DeviceList>& lists) const;
+
+    /// Whether elements that are appended share links when they did so where they come from.
+    bool keepsShares() const noexcept;
 
     /// Appends every link, in the order of the elements. The devices live as long as the graph holds them.
     void getLinks(std::vector<std::pair<const XmlElement*, const IDeviceImp*>>& out) const;

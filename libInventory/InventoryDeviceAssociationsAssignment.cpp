@@ -12,12 +12,13 @@ namespace vrx {
 
 using Associations = Inventory::InventoryDeviceAssociations;
 
-AssociationLinks Associations::links() {
-    AssociationLinks links;
+NamedLinks Associations::links() {
+    NamedLinks named;
+    AssociationLinks& links = named.links;
     Storage& storage = *m_storage;
     for (std::uint32_t i = 0; i < storage.usedDeviceNodes; ++i) {
         storage.deviceNodes[i].m_mark = i;
-        links.devices.push_back(storage.deviceNodes[i].device());
+        named.devices.push_back(storage.deviceNodes[i].device());
     }
     boost::unordered_flat_map<const Bundle*, std::size_t> groupOfBundle;
     for (const auto& entry : m_inventoryNodes) {
@@ -32,17 +33,20 @@ AssociationLinks Associations::links() {
                 links.groups.back().devices.push_back(link.partner->m_mark);
             }
         }
-        links.groups[group].elements.push_back(entry.key);
-        node.forEachLink([&](const DeviceNode& device) { links.kept.push_back({entry.key, device.m_mark}); });
+        links.groups[group].elements.push_back(node.m_position);
+        named.elements.push_back(entry.key);
+        node.forEachLink([&](const DeviceNode& device) { links.kept.push_back({node.m_position, device.m_mark}); });
     }
-    return links;
+    links.elementCount = named.elements.size();
+    links.deviceCount = named.devices.size();
+    return named;
 }
 
 void Associations::assign(const std::vector<AssociationLinks::Pair>& pairs) {
     Storage& storage = *m_storage;
     storage.removeAllLinks();
     for (const auto& [element, position] : pairs) {
-        InventoryNode& node = **m_inventoryNodes.find(element);
+        InventoryNode& node = storage.inventoryNodes[element];
         DeviceNode& device = storage.deviceNodes[position];
         GraphNode* const partner = node.m_bundle != nullptr ? static_cast<GraphNode*>(node.m_bundle) : &node;
         const auto link = std::find_if(device.m_links.begin(), device.m_links.end(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -11,21 +12,30 @@ namespace vrx {
 
 /// The links of an association graph as lists, for those who choose among them in another way than the reduction does.
 /// Elements that were given one list of devices are one group: so many equal elements cost no more than one.
+/// Elements and devices are numbers, in the order in which they became known.
 struct AssociationLinks {
     struct Group {
-        std::vector<const XmlElement*> elements;  ///< in order
-        std::vector<std::uint32_t> devices;       ///< positions in `devices`, in the order of the links
+        std::vector<std::uint32_t> elements;  ///< in order
+        std::vector<std::uint32_t> devices;   ///< in the order of the links
     };
     struct Pair {
-        const XmlElement* element;
+        std::uint32_t element;
         std::uint32_t device;
     };
 
     std::vector<Group> groups;
-    std::vector<boost::shared_ptr<IDeviceImp>> devices;
+    std::size_t elementCount = 0;
+    std::size_t deviceCount = 0;
 
     /// What the reduction has left.
     std::vector<Pair> kept;
+};
+
+/// The links of a graph, and what the numbers stand for.
+struct NamedLinks {
+    AssociationLinks links;
+    std::vector<const XmlElement*> elements;
+    std::vector<boost::shared_ptr<IDeviceImp>> devices;
 };
 
 }  // namespace vrx

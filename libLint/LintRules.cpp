@@ -225,10 +225,10 @@ constexpr LintRule RULES[] = {
      "the script asks for nothing, and a check of it is undetermined; add a <device> or a <fail-on-extra>",
      rules::nothingToCheck},
     {"many-combinations", Warning, Stage::End,
-     "{} {} combinations of alternatives are tried; where only properties differ, write the <or> inside the <device>, "
-     "which costs nothing",
+     "the alternatives make {} {} combinations, and a check takes long when many of them want the same devices; where "
+     "only properties differ, write the <or> inside the <device>, which costs nothing",
      rules::manyCombinations},
-    {"combinations", Note, Stage::End, "up to {} combinations of alternatives are tried", rules::combinations},
+    {"combinations", Note, Stage::End, "the alternatives make up to {} combinations", rules::combinations},
     {"forbidden-and-required", Warning, Stage::End,
      "this forbids what the device element at {} asks for; remove one, or say more in either",
      rules::requiredAndForbiddenDevice},

@@ -113,7 +113,7 @@ bool RunDriver::tryCombinations(XmlElement* root) {
 
 bool RunDriver::tryAll(XmlElement* root) {
     m_isDeducing = mayDeduce();
-    const bool mayGoOn = asksToGoOn();
+    const bool mayGoOn = m_deducedExactly || asksToGoOn();
     bool status = tryNext(root, true);
     if (!status && m_iteration < combinations()) {
         const std::optional<bool> deduced = mayGoOn && m_isDeducing ? deduce(root) : std::nullopt;
@@ -161,35 +161,64 @@ bool RunDriver::goThrough(XmlElement* root, bool mayGoOn) {
 }
 
 /// Whether the search can take the place of the loop. The log wants the lines of every combination, and a table of
-/// parts the parts of every one; what exact assignment comes to the search does not know.
+/// parts the parts of every one.
 bool RunDriver::mayDeduce() const {
     return m_state.m_search == Inventory::Search::Deduced && !m_isRepeated && m_state.keepsFindings() &&
-           m_state.m_deviceToPartsTable == nullptr && !m_state.m_assignsExactly &&
-           !inventoryLog().isEnabled(LogPriority::Info);
+           m_state.m_deviceToPartsTable == nullptr && !inventoryLog().isEnabled(LogPriority::Info);
 }
 
 /// Finds out which of the combinations after the first count, and tries only these: the first that passes, or the best
 /// and the last. None, having done nothing, where the search does not know enough.
 std::optional<bool> RunDriver::deduce(XmlElement* root) {
     keepLinks();
+    if (m_state.m_mayAssignExactly && !m_state.m_assignsExactly) {
+        return deduceGreedily(root);
+    }
+    const std::optional<Deduction> deduction =
+        m_deducedExactly ? std::move(m_deducedExactly) : findOut(m_state.m_assignsExactly, Wanted::Outcome);
+    return deduction ? std::optional<bool>(tryDeduced(root, *deduction)) : std::nullopt;
+}
+
+/// Where all combinations are to be assigned exactly when none passes greedily, what they come to exactly is found out
+/// first: when none passes so, none passes greedily either.
+std::optional<bool> RunDriver::deduceGreedily(XmlElement* root) {
+    m_deducedExactly = findOut(true, Wanted::Outcome);
+    if (!m_deducedExactly) {
+        return std::nullopt;
+    }
+    m_state.m_record.couldGainByExactness = true;
+    if (!m_deducedExactly->answer.passing) {
+        return false;
+    }
+    const std::optional<Deduction> greedily = findOut(false, Wanted::Passing);
+    return greedily && greedily->answer.passing && tryDeduced(root, *greedily);
+}
+
+std::optional<RunDriver::Deduction> RunDriver::findOut(bool isExact, Wanted wanted) {
+    const RunRecord::Links links = isExact ? LinkAssignment(m_state).exactLinks() : m_state.m_record.keptLinks;
     m_state.m_associations.rewind();
     std::optional<SearchModel> model;
     try {
-        model = SearchModelBuilder(m_state).build();
+        model = SearchModelBuilder(m_state, links, isExact).build();
     } catch (const Exception&) {
         return std::nullopt;  // the loop will meet it where it belongs
     }
     if (!model) {
         return std::nullopt;
     }
-    RunSummary& summary = m_state.m_record.summary;
     CombinationSearch search(*model, [this](std::uint64_t tried) { return asksToGoOn(tried + 2); });
-    const CombinationSearch::Answer answer = search.run();
+    CombinationSearch::Answer answer = search.run(wanted);
+    return Deduction{std::move(*model), std::move(answer), search.triedCount()};
+}
+
+bool RunDriver::tryDeduced(XmlElement* root, const Deduction& deduction) {
+    const CombinationSearch::Answer& answer = deduction.answer;
+    RunSummary& summary = m_state.m_record.summary;
     m_anySatisfied = m_anySatisfied || answer.isAnyMet;
     summary.wasStopped = answer.wasStopped;
-    const bool status = answer.passing ? tryShown(root, *model, *answer.passing) : tryBest(root, *model, answer);
-    m_state.m_record.couldGainByExactness = m_state.m_record.couldGainByExactness || model->isContested;
-    summary.combinationsTried = m_iteration + search.triedCount();
+    const bool status =
+        answer.passing ? tryShown(root, deduction.model, *answer.passing) : tryBest(root, deduction.model, answer);
+    summary.combinationsTried = m_iteration + deduction.tried;
     return status;
 }
 

@@ -6,6 +6,7 @@
 #include "libCommon/Forward.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/search/CombinationSearch.h"
+#include "libInventory/engine/search/SearchModel.h"
 
 namespace vrx {
 
@@ -28,7 +29,19 @@ private:
     std::uint64_t combinations() const noexcept;
     bool goThrough(XmlElement* root, bool mayGoOn);
     bool mayDeduce() const;
+    using Wanted = CombinationSearch::Wanted;
+
+    /// What a search has found.
+    struct Deduction {
+        SearchModel model;
+        CombinationSearch::Answer answer;
+        std::uint64_t tried;
+    };
+
     std::optional<bool> deduce(XmlElement* root);
+    std::optional<bool> deduceGreedily(XmlElement* root);
+    std::optional<Deduction> findOut(bool isExact, Wanted wanted);
+    bool tryDeduced(XmlElement* root, const Deduction& deduction);
     bool tryBest(XmlElement* root, const SearchModel& model, const CombinationSearch::Answer& answer);
     bool tryShown(XmlElement* root, const SearchModel& model, const Rank& rank);
     bool asksToGoOn() const;
@@ -46,6 +59,7 @@ private:
     std::uint64_t m_iteration = 0;  ///< the present one, from 1
     bool m_isRepeated = false;      ///< the script was run before
     bool m_hasBaseSet = false;      ///< the working graph can go back to it
+    std::optional<Deduction> m_deducedExactly;  ///< before it is tried
     bool m_isDeducing = false;      ///< a search takes the place of the loop
     bool m_anySatisfied = false;
     unsigned m_slot;                ///< where the present iteration files its errors

@@ -39,6 +39,7 @@ std::optional<std::vector<const XmlElement*>> exactlyAssigned(const LintSubject&
     Inventory inventory;
     subject.machine->giveTo(inventory);
     inventory.setAssignment(Inventory::Assignment::Auto);
+    inventory.setSearch(Inventory::Search::Deduced);
     inventory.setProgress([](const RunProgress& state) { return state.combination <= MOST_COMBINATIONS_TRIED; });
     if (!inventory.loadInventoryScript(root.toString()) || !inventory.run() || !inventory.summary().isAssignedExactly) {
         return std::nullopt;

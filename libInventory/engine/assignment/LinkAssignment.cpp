@@ -45,11 +45,7 @@ void LinkAssignment::settle() {
     record.isAssignedExactly = false;
     record.exactlyAssigned.clear();
     const bool isAsked = m_state.m_assignsExactly || (m_state.m_mayAssignExactly && !record.couldGainByExactness);
-    if (!isAsked || !leavesSomethingUndone()) {
-        return;
-    }
-    record.couldGainByExactness = true;
-    if (m_state.m_assignsExactly) {
+    if (isAsked && leavesSomethingUndone()) {
         assignExactly();
     }
 }
@@ -98,48 +94,46 @@ boost::unordered_flat_set<const IDeviceImp*> LinkAssignment::toBeForgotten() con
     return devices;
 }
 
+/// The choice depends on nothing but the links, so that a run that only asks whether it would be another needs no more.
 void LinkAssignment::assignExactly() {
-    AssociationLinks links = m_state.m_associations.links();
-    splitByNeed(links);
-    GroupOf groupOf;
-    for (Matching::Index group = 0; group < links.groups.size(); ++group) {
-        for (const XmlElement* const element : links.groups[group].elements) {
-            groupOf[element] = group;
-        }
+    NamedLinks named = m_state.m_associations.links();
+    const std::vector<Need> needs = needsOf(named);
+    const std::vector<bool> isWatched = watchedAmong(named);
+    const ExactAssignment exact(named.links, needs, isWatched);
+    if (!exact.isOther()) {
+        return;
     }
-    Matching matching(links);
-    const auto giveKept = [&](Need need) {
-        for (const auto& [element, device] : links.kept) {
-            const Matching::Index group = groupOf[element];
-            if (m_needs[group] == need && matching.groupOf(device) == Matching::NONE) {
-                matching.give(device, group);
-            }
-        }
-    };
-    giveKept(Need::Device);
-    matching.complete(groupsThatNeed(Need::Device));
-    giveKept(Need::Cover);
-    matching.cover(watchedAmong(links), groupsThatNeed(Need::Cover));
-    take(links, matching, groupOf);
+    RunRecord& record = m_state.m_record;
+    record.couldGainByExactness = true;
+    if (!m_state.m_assignsExactly) {
+        return;
+    }
+    m_state.m_associations.assign(exact.pairs());
+    record.isAssignedExactly = true;
+    for (const std::uint32_t element : exact.newlyServed()) {
+        record.exactlyAssigned.push_back(named.elements[element]);
+    }
+    std::sort(record.exactlyAssigned.begin(), record.exactlyAssigned.end(), standsBefore);
 }
 
-/// Groups of which some elements stand under a `not` become several, so that all elements of a group need the same.
-void LinkAssignment::splitByNeed(AssociationLinks& links) {
-    m_needs.clear();
-    for (std::size_t group = 0; group < links.groups.size(); ++group) {
-        std::vector<const XmlElement*>& elements = links.groups[group].elements;
-        const Need need = m_needs.size() > group ? m_needs[group] : needOf(*elements.front());
-        const auto others = std::stable_partition(elements.begin(), elements.end(),
-                                                  [&](const XmlElement* element) { return needOf(*element) == need; });
-        m_needs.resize(links.groups.size(), need);
-        m_needs[group] = need;
-        if (others != elements.end()) {
-            AssociationLinks::Group split{{others, elements.end()}, links.groups[group].devices};
-            elements.erase(others, elements.end());
-            m_needs.push_back(needOf(*split.elements.front()));
-            links.groups.push_back(std::move(split));
-        }
+RunRecord::Links LinkAssignment::exactLinks() {
+    NamedLinks named = m_state.m_associations.links();
+    const std::vector<Need> needs = needsOf(named);
+    const std::vector<bool> isWatched = watchedAmong(named);
+    const ExactAssignment exact(named.links, needs, isWatched);
+    RunRecord::Links links;
+    for (const auto& [element, device] : exact.pairs()) {
+        links.emplace_back(named.elements[element], named.devices[device].get());
     }
+    return links;
+}
+
+std::vector<LinkAssignment::Need> LinkAssignment::needsOf(const NamedLinks& named) const {
+    std::vector<Need> needs;
+    for (const XmlElement* const element : named.elements) {
+        needs.push_back(needOf(*element));
+    }
+    return needs;
 }
 
 LinkAssignment::Need LinkAssignment::needOf(const XmlElement& element) const {
@@ -169,63 +163,15 @@ bool LinkAssignment::isMet(const XmlElement& element) const {
     }
 }
 
-std::vector<bool> LinkAssignment::groupsThatNeed(Need least) const {
-    std::vector<bool> groups(m_needs.size());
-    std::transform(m_needs.begin(), m_needs.end(), groups.begin(), [least](Need need) { return need >= least; });
-    return groups;
-}
-
-std::vector<bool> LinkAssignment::watchedAmong(const AssociationLinks& links) {
+std::vector<bool> LinkAssignment::watchedAmong(const NamedLinks& named) {
     boost::unordered_flat_set<const IDeviceImp*> watched;
     for (const auto& device : ExtraDeviceSearch(m_state).watched()) {
         watched.insert(device.get());
     }
-    std::vector<bool> among(links.devices.size());
-    std::transform(links.devices.begin(), links.devices.end(), among.begin(),
+    std::vector<bool> among(named.devices.size());
+    std::transform(named.devices.begin(), named.devices.end(), among.begin(),
                    [&watched](const auto& device) { return watched.contains(device.get()); });
     return among;
-}
-
-/// Puts the matching into the graph. Within its group every element keeps the device that the reduction gave it, as far
-/// as the group still has that.
-void LinkAssignment::take(const AssociationLinks& links, const Matching& matching, const GroupOf& groupOf) {
-    std::vector<Pair> pairs;
-    std::vector<bool> isGiven(links.devices.size(), false);
-    boost::unordered_flat_set<const XmlElement*> had;
-    boost::unordered_flat_set<const XmlElement*> has;
-    for (const Pair& pair : links.kept) {
-        had.insert(pair.element);
-        if (matching.groupOf(pair.device) == groupOf.at(pair.element)) {
-            pairs.push_back(pair);
-            isGiven[pair.device] = true;
-            has.insert(pair.element);
-        }
-    }
-    const std::size_t keptPairs = pairs.size();
-    std::vector<std::size_t> next(links.groups.size(), 0);
-    for (Matching::Index device = 0; device < links.devices.size(); ++device) {
-        const Matching::Index group = matching.groupOf(device);
-        if (group == Matching::NONE || isGiven[device]) {
-            continue;
-        }
-        const std::vector<const XmlElement*>& elements = links.groups[group].elements;
-        while (has.contains(elements[next[group]])) {
-            ++next[group];
-        }
-        pairs.push_back({elements[next[group]++], device});
-    }
-    if (keptPairs == links.kept.size() && pairs.size() == keptPairs) {
-        return;
-    }
-    m_state.m_associations.assign(pairs);
-    RunRecord& record = m_state.m_record;
-    record.isAssignedExactly = true;
-    for (const Pair& pair : pairs) {
-        if (!had.contains(pair.element) && m_needs[groupOf.at(pair.element)] == Need::Device) {
-            record.exactlyAssigned.push_back(pair.element);
-        }
-    }
-    std::sort(record.exactlyAssigned.begin(), record.exactlyAssigned.end(), standsBefore);
 }
 
 }  // namespace vrx

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
-#include <boost/unordered/unordered_flat_map.hpp>
 #include <boost/unordered/unordered_flat_set.hpp>
-#include <cstdint>
 #include <vector>
 
 #include "libInventory/InventoryDeviceAssociationsLinks.h"
-#include "libInventory/engine/assignment/Matching.h"
+#include "libInventory/engine/assignment/ExactAssignment.h"
+#include "libInventory/engine/findings/RunRecord.h"
 
 namespace vrx {
 
@@ -22,30 +21,22 @@ public:
     /// that leaves less undone. A run that may do so later learns whether it could gain by it.
     void settle();
 
-private:
-    using Pair = AssociationLinks::Pair;
-    using GroupOf = boost::unordered_flat_map<const XmlElement*, Matching::Index>;
+    /// What an exact assignment would leave each element of the working graph, when it is made wherever it can be.
+    RunRecord::Links exactLinks();
 
-    /// What a group of elements needs devices for.
-    enum class Need : std::uint8_t {
-        Nothing,  ///< under a `not`, in a part that is not met: what it has is forgotten
-        Cover,    ///< under a `not`: only so that what it describes is not extra
-        Device    ///< it has to have them
-    };
+private:
+    using Need = ExactAssignment::Need;
 
     bool leavesSomethingUndone();
     std::vector<boost::shared_ptr<IDeviceImp>> uncovered();
     boost::unordered_flat_set<const IDeviceImp*> toBeForgotten() const;
     void assignExactly();
-    void splitByNeed(AssociationLinks& links);
+    std::vector<Need> needsOf(const NamedLinks& named) const;
     Need needOf(const XmlElement& element) const;
     bool isMet(const XmlElement& element) const;
-    std::vector<bool> groupsThatNeed(Need least) const;
-    std::vector<bool> watchedAmong(const AssociationLinks& links);
-    void take(const AssociationLinks& links, const Matching& matching, const GroupOf& groupOf);
+    std::vector<bool> watchedAmong(const NamedLinks& named);
 
     InventoryState& m_state;
-    std::vector<Need> m_needs;  ///< of each group
 };
 
 }  // namespace vrx

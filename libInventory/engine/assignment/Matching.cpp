@@ -18,7 +18,7 @@
 namespace vrx {
 
 Matching::Matching(const AssociationLinks& links)
-    : m_links(links), m_groupOf(links.devices.size(), NONE), m_used(links.groups.size(), 0) {}
+    : m_links(links), m_groupOf(links.deviceCount, NONE), m_used(links.groups.size(), 0) {}
 
 void Matching::give(Index device, Index group) {
     m_groupOf[device] = group;

@@ -21,13 +21,15 @@ void CombinationSearch::countTrial() {
     ++m_tried;
 }
 
-CombinationSearch::Answer CombinationSearch::run() {
+CombinationSearch::Answer CombinationSearch::run(Wanted wanted) {
     try {
         for (const DigitRanges& box : m_model.digits.boxes()) {
             if (findPassing(box)) {
                 return std::move(m_answer);
             }
-            findBest(box);
+            if (wanted == Wanted::Outcome) {
+                findBest(box);
+            }
         }
     } catch (const Stopped&) {
         m_answer.wasStopped = true;

@@ -28,7 +28,11 @@ public:
     CombinationSearch(const CombinationSearch&) = delete;
     CombinationSearch& operator=(const CombinationSearch&) = delete;
 
-    Answer run();
+    enum class Wanted {
+        Passing,  ///< whether some combination passes, and which
+        Outcome   ///< if none does, the best
+    };
+    Answer run(Wanted wanted);
 
     std::uint64_t triedCount() const noexcept { return m_tried; }
 

@@ -10,6 +10,9 @@
 /// what cannot fit together is learnt once. Where all chosen alternatives are still part of it, a part never comes
 /// again, and is not remembered.
 ///
+/// What cannot be better than what was found already, because there are too few devices for it, is passed over. It
+/// comes later, so that of equals it would not be the one.
+///
 /// The best combination of parts is made of the best of each, since costs and ranks are sums. A search for the first
 /// combination that passes ends where it finds it, because ranks rise; and no combination is better than one without
 /// any error, so the search for the best ends there.
@@ -37,6 +40,11 @@ SearchOutcome nothingToDecide() {
     return outcome;
 }
 
+/// Whether the outcome is as good as anything within the bound can be.
+bool reaches(const SearchOutcome& outcome, const std::optional<SearchCost>& bound) {
+    return bound && outcome.best() && !bound->isBetterThan(outcome.best()->cost);
+}
+
 bool isFaultless(const SearchOutcome& outcome) { return outcome.met && outcome.met->cost.errors == 0; }
 
 void appendNumber(std::string& key, std::uint32_t number) {
@@ -49,7 +57,7 @@ void appendNumber(std::string& key, std::uint32_t number) {
 
 ComponentSearch::ComponentSearch(const SearchModel& model, SearchComponent& component,
                                  const std::function<void()>& onTrial)
-    : m_model(model), m_component(component), m_onTrial(onTrial), m_trial(model, component) {
+    : m_model(model), m_component(component), m_onTrial(onTrial), m_trial(model, component), m_bound(model, component) {
     for (const SearchGroup& group : component.groups) {
         m_isIdle.push_back(!group.elements.any() && group.tops.empty() && !group.devices.meets(component.extras));
     }
@@ -84,6 +92,7 @@ SearchOutcome ComponentSearch::find(const DigitRanges& ranges, Aim aim) {
 
 void ComponentSearch::setRanges(const Ranges& ranges) {
     m_ranges = ranges;
+    m_bound.setRanges(ranges);
     m_parts.clear();
     m_reachable.clear();
     for (std::size_t number = 0; number < ranges.size(); ++number) {
@@ -159,6 +168,9 @@ SearchOutcome ComponentSearch::choose(const Part& part, Aim aim) {
     ++m_chosen;
     for (std::uint32_t value = m_ranges[digit].first; value <= m_ranges[digit].second; ++value) {
         m_trial.values()[digit] = value;
+        if (outcome.best() && reaches(outcome, boundOf(rest))) {
+            continue;
+        }
         SearchOutcome found = solveAll(divide(rest), aim);
         found.advance(weightOf(digit) * value);
         outcome.improve(std::move(found));
@@ -181,12 +193,13 @@ SearchOutcome ComponentSearch::enumerate(const Part& part, Aim aim) {
     for (const std::uint32_t digit : part.open) {
         m_trial.values()[digit] = m_ranges[digit].first;
     }
+    const std::optional<SearchCost> bound = boundOf(part);
     SearchOutcome outcome;
     do {
         m_onTrial();
         const ComponentTrial::Result result = m_trial.run(digits, part.groups);
         noteTried(digits.size(), result.cost);
-        if (takeTried(result, part, outcome, aim)) {
+        if (takeTried(result, part, outcome, aim) || reaches(outcome, bound)) {
             break;
         }
     } while (stepThrough(part.open));

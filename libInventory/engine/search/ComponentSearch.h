@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "libInventory/engine/search/ComponentTrial.h"
+#include "libInventory/engine/search/ShortageBound.h"
 
 namespace vrx {
 
@@ -59,6 +60,9 @@ private:
     SearchOutcome solveAll(const Division& division, Aim aim);
     SearchOutcome tryOne(const Numbers& digits, const Numbers& groups);
     bool takeTried(const ComponentTrial::Result& result, const Part& part, SearchOutcome& outcome, Aim aim) const;
+    std::optional<SearchCost> boundOf(const Part& part) {
+        return m_bound.of(part.open, part.chosen, part.groups, m_trial.values());
+    }
     bool stepThrough(const Numbers& open);
     void noteTried(std::size_t digits, const SearchCost& cost);
     bool isFew(const Part& part) const;
@@ -74,6 +78,7 @@ private:
     SearchComponent& m_component;
     const std::function<void()>& m_onTrial;
     ComponentTrial m_trial;
+    ShortageBound m_bound;
     Ranges m_ranges;                  ///< by number of the digit
     std::vector<BitRow> m_reachable;  ///< by number of the digit: groups of all values in the range
     std::size_t m_chosen = 0;         ///< how many digits are

@@ -74,12 +74,23 @@ void ComponentTrial::gather(const Numbers& digits, const Numbers& groups) {
             m_elements |= m_component.digits[digit].elements[m_values[digit]];
         }
     }
+    m_extras &= m_component.extras;
+}
+
+/// As LinkAssignment::settle. What a choice comes to here does not depend on anything beyond, so it is made whether or
+/// not it is asked for beyond; where nothing is missing it only makes fewer devices extra.
+void ComponentTrial::assign() {
+    LinkTrial& trial = m_component.trial;
+    trial.reduce(m_elements);
+    if (m_model.isExact && trial.couldDoBetter(m_elements, m_extras)) {
+        trial.assignExactly(m_elements, m_extras);
+    }
 }
 
 ComponentTrial::Result ComponentTrial::run(const Numbers& digits, const Numbers& groups) {
     gather(digits, groups);
-    LinkTrial& trial = m_component.trial;
-    trial.reduce(m_elements);
+    assign();
+    const LinkTrial& trial = m_component.trial;
     m_missing.clear();
     m_elements.forEach([&](std::size_t element) {
         if (!trial.isSatisfied(element)) {
@@ -98,7 +109,6 @@ ComponentTrial::Result ComponentTrial::run(const Numbers& digits, const Numbers&
     for (const std::uint32_t digit : digits) {
         decideTops(m_component.digits[digit].tops);
     }
-    m_extras &= m_component.extras;
     if (m_extras.any()) {
         m_held.clear();
         trial.getHeld(m_elements, m_held);

@@ -40,6 +40,7 @@ private:
     };
 
     void gather(const Numbers& digits, const Numbers& groups);
+    void assign();
     bool decide(std::uint32_t at, SearchCost& cost) const;
     bool decideChoice(const SearchNode& node, SearchCost& cost) const;
     void prepare(std::uint32_t at);

@@ -35,17 +35,19 @@ void clearBit(BitRow::Word* row, std::size_t bit) {
 
 }  // namespace
 
-LinkTrial::LinkTrial(Candidates candidates, std::size_t devices)
-    : m_candidates(std::move(candidates)),
+LinkTrial::LinkTrial(std::vector<Element> elements, std::size_t devices)
+    : m_elements(std::move(elements)),
       m_deviceCount(devices),
-      m_words(std::max<std::size_t>(1, BitRow::wordsFor(std::max(m_candidates.size(), devices)))),
-      m_allRows(m_candidates.size() * m_words),
+      m_words(std::max<std::size_t>(1, BitRow::wordsFor(std::max(m_elements.size(), devices)))),
+      m_allRows(m_elements.size() * m_words),
       m_elementRows(m_allRows.size()),
       m_deviceRows(devices * m_words),
-      m_elementLinks(m_candidates.size()),
-      m_deviceLinks(devices) {
-    for (std::size_t element = 0; element < m_candidates.size(); ++element) {
-        for (const std::uint32_t device : m_candidates[element]) {
+      m_elementLinks(m_elements.size()),
+      m_deviceLinks(devices),
+      m_holders(devices),
+      m_deviceOf(m_elements.size()) {
+    for (std::size_t element = 0; element < m_elements.size(); ++element) {
+        for (const std::uint32_t device : m_elements[element].devices) {
             setBit(rowOf(m_allRows, element), device);
         }
     }
@@ -80,8 +82,8 @@ void LinkTrial::meetDevices(const BitRow& elements) {
     m_order.clear();
     elements.forEach([&](std::size_t element) {
         std::copy_n(rowOf(m_allRows, element), words, rowOf(m_elementRows, element));
-        m_elementLinks[element] = static_cast<std::uint32_t>(m_candidates[element].size());
-        for (const std::uint32_t device : m_candidates[element]) {
+        m_elementLinks[element] = static_cast<std::uint32_t>(m_elements[element].devices.size());
+        for (const std::uint32_t device : m_elements[element].devices) {
             if (m_deviceLinks[device]++ == 0) {
                 m_order.push_back(device);
                 std::fill_n(rowOf(m_deviceRows, device), words, 0);
@@ -128,15 +130,21 @@ void LinkTrial::reduceDevice(std::uint32_t device) {
 
 void LinkTrial::getHeld(const BitRow& elements, BitRow& devices) const {
     elements.forEach([&](std::size_t element) {
-        const Word* const row = m_elementRows.data() + element * m_words;
-        const auto holds = [row](std::uint32_t device) {
-            return (row[device / BitRow::BITS] >> (device % BitRow::BITS) & 1) != 0;
-        };
-        const auto first = std::find_if(m_candidates[element].begin(), m_candidates[element].end(), holds);
-        if (first != m_candidates[element].end()) {
-            devices.set(*first);
+        if (const std::uint32_t device = deviceOf(element); device != NOBODY) {
+            devices.set(device);
         }
     });
+}
+
+/// The first that is left.
+std::uint32_t LinkTrial::deviceOf(std::size_t element) const {
+    const Word* const row = rowOf(m_elementRows, element);
+    const auto holds = [row](std::uint32_t device) {
+        return (row[device / BitRow::BITS] >> (device % BitRow::BITS) & 1) != 0;
+    };
+    const std::vector<std::uint32_t>& devices = m_elements[element].devices;
+    const auto first = std::find_if(devices.begin(), devices.end(), holds);
+    return first != devices.end() ? *first : NOBODY;
 }
 
 }  // namespace vrx

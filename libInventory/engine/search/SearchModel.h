@@ -74,9 +74,7 @@ struct SearchModel {
     bool isConstantMet = true;      ///< everything that does not depend on the combination is satisfied
     bool hasConstantExtra = false;  ///< a device is extra in every combination
 
-    /// Whether elements may compete for a device, or leave one that must not be left, in some combination: whether
-    /// another assignment than the greedy one could come to something else.
-    bool isContested = false;
+    bool isExact = false;  ///< devices are assigned exactly
 };
 
 }  // namespace vrx

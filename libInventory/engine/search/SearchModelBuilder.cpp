@@ -40,8 +40,11 @@
 namespace vrx {
 
 using vocabulary::ElementKind;
-SearchModelBuilder::SearchModelBuilder(InventoryState& state) : m_state(state) {
-    for (const auto& [element, device] : state.m_record.keptLinks) {
+
+SearchModelBuilder::SearchModelBuilder(InventoryState& state, const RunRecord::Links& links, bool isExact)
+    : m_state(state) {
+    m_model.isExact = isExact;
+    for (const auto& [element, device] : links) {
         m_satisfied.insert(element);
         m_held.insert(device);
     }
@@ -92,13 +95,13 @@ bool SearchModelBuilder::isCountable() const {
 void SearchModelBuilder::addElements(const Inventory::InventoryDeviceAssociations& set, std::uint32_t digit,
                                      std::uint32_t value) {
     std::vector<Inventory::InventoryDeviceAssociations::ListedElement> elements;
-    std::vector<std::vector<const IDeviceImp*>> lists;
+    std::vector<Inventory::InventoryDeviceAssociations::DeviceList> lists;
     set.getLists(elements, lists);
     const auto firstList = static_cast<std::uint32_t>(m_lists.size());
-    for (const std::vector<const IDeviceImp*>& devices : lists) {
+    for (const auto& listed : lists) {
         const auto list = static_cast<std::uint32_t>(m_lists.size());
         std::vector<std::uint32_t>& numbers = m_lists.emplace_back();
-        for (const IDeviceImp* const device : devices) {
+        for (const IDeviceImp* const device : listed.devices) {
             const auto number = static_cast<std::uint32_t>(m_devices.size());
             const auto at = m_deviceOf.try_emplace(device, number).first;
             if (at->second == number) {
@@ -111,9 +114,18 @@ void SearchModelBuilder::addElements(const Inventory::InventoryDeviceAssociation
     }
     for (const auto& listed : elements) {
         m_elementOf[listed.element] = static_cast<std::uint32_t>(m_elements.size());
-        m_elements.push_back(
-            {listed.element, firstList + static_cast<std::uint32_t>(listed.list), digit, value, NOBODY});
+        const std::uint32_t list = firstList + static_cast<std::uint32_t>(listed.list);
+        const std::uint32_t share = shareOf(lists[listed.list].shared, list, digit != NOBODY);
+        m_elements.push_back({listed.element, list, share, digit, value, NOBODY});
     }
+}
+
+/// Elements of one alternative share links with those of others, but not with those outside.
+std::uint32_t SearchModelBuilder::shareOf(const void* shared, std::uint32_t list, bool isInAlternative) {
+    if (shared == nullptr || !isInAlternative) {
+        return shared == nullptr ? NOBODY : list;
+    }
+    return m_state.m_associations.keepsShares() ? m_shares.try_emplace(shared, list).first->second : NOBODY;
 }
 
 /// Finds the devices that are extra unless an element holds them; false where the answer is not that simple.

@@ -10,6 +10,7 @@
 
 #include "libCommon/Forward.h"
 #include "libInventory/InventoryDeviceAssociations.h"
+#include "libInventory/engine/findings/RunRecord.h"
 #include "libInventory/engine/search/DisjointSets.h"
 #include "libInventory/engine/search/SearchModel.h"
 #include "libSystemState/Forward.h"
@@ -21,8 +22,8 @@ struct InventoryState;
 /// Makes the model of a run whose first combination has been tried and failed.
 class SearchModelBuilder {
 public:
-    /// Requires: the links of the first combination are kept in the record, and the working graph is the base set.
-    explicit SearchModelBuilder(InventoryState& state);
+    /// `links` are those of the first combination. Requires: the working graph is the base set.
+    SearchModelBuilder(InventoryState& state, const RunRecord::Links& links, bool isExact);
 
     /// None where the search does not know that it would find what the loop finds.
     std::optional<SearchModel> build();
@@ -44,6 +45,7 @@ private:
     struct Element {
         const XmlElement* element;
         std::uint32_t list;  ///< of its devices
+        std::uint32_t share;
         std::uint32_t digit;
         std::uint32_t value;
         std::uint32_t number;  ///< within its component
@@ -53,6 +55,7 @@ private:
     Rank combinations() const;
     bool isCountable() const;
     void addElements(const Inventory::InventoryDeviceAssociations& set, std::uint32_t digit, std::uint32_t value);
+    std::uint32_t shareOf(const void* shared, std::uint32_t list, bool isInAlternative);
     bool findExtras();
 
     // ---- SearchModelBuilderScript.cpp ----
@@ -100,6 +103,7 @@ private:
     std::vector<std::vector<std::uint32_t>> m_lists;
     std::vector<const IDeviceImp*> m_devices;
     boost::unordered_flat_map<const IDeviceImp*, std::uint32_t> m_deviceOf;
+    boost::unordered_flat_map<const void*, std::uint32_t> m_shares;  ///< of elements in alternatives
     std::vector<std::uint32_t> m_latestLists;                  ///< by device: the last list that it was seen in
     std::vector<bool> m_isExtra;                               ///< by device: it is extra unless an element holds it
     boost::unordered_flat_set<const XmlElement*> m_satisfied;  ///< in the first combination

@@ -10,6 +10,7 @@
 
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/search/SearchModelBuilder.h"
+#include "libInventory/script/ScriptElement.h"
 
 namespace vrx {
 
@@ -37,21 +38,6 @@ public:
         m_topsOf.resize(share.digits.size());
     }
 
-    /// Whether two elements that may take part together have a candidate in common.
-    bool isContested() const {
-        std::vector<std::uint32_t> ownerOf(m_share.devices.size(), NOBODY);
-        for (const std::uint32_t element : m_share.elements) {
-            for (const std::uint32_t device : listOf(element)) {
-                std::uint32_t& owner = ownerOf[deviceNumber(device)];
-                if (owner != NOBODY && !excludeEachOther(m_builder.m_elements[owner], m_builder.m_elements[element])) {
-                    return true;
-                }
-                owner = element;
-            }
-        }
-        return false;
-    }
-
     SearchComponent make() {
         tie();
         numberGroups();
@@ -68,11 +54,6 @@ public:
 
 private:
     static constexpr std::size_t NONE = SearchDigitPart::NONE;
-
-    /// As alternatives of one `or` do.
-    static bool excludeEachOther(const Element& a, const Element& b) {
-        return a.digit != NOBODY && a.digit == b.digit && a.value != b.value;
-    }
 
     std::size_t deviceNumber(std::uint32_t device) const {
         return static_cast<std::size_t>(std::lower_bound(m_share.devices.begin(), m_share.devices.end(), device) -
@@ -145,14 +126,16 @@ private:
     }
 
     LinkTrial makeTrial() {
-        LinkTrial::Candidates candidates;
-        for (const std::uint32_t element : m_share.elements) {
-            std::vector<std::uint32_t>& devices = candidates.emplace_back();
-            for (const std::uint32_t device : listOf(element)) {
-                devices.push_back(static_cast<std::uint32_t>(deviceNumber(device)));
+        std::vector<LinkTrial::Element> elements;
+        for (const std::uint32_t number : m_share.elements) {
+            LinkTrial::Element& element = elements.emplace_back();
+            element.share = m_builder.m_elements[number].share;
+            element.needsDevice = !isUnderNot(*m_builder.m_elements[number].element);
+            for (const std::uint32_t device : listOf(number)) {
+                element.devices.push_back(static_cast<std::uint32_t>(deviceNumber(device)));
             }
         }
-        return {std::move(candidates), m_share.devices.size()};
+        return {std::move(elements), m_share.devices.size()};
     }
 
     void makeGroups(SearchComponent& component) const {
@@ -246,9 +229,7 @@ bool SearchModelBuilder::makeComponents() {
         if (rows * BitRow::wordsFor(rows) > MOST_WORDS || shares[i].digits.size() > MOST_DIGITS) {
             return false;
         }
-        ComponentMaker maker(*this, i, shares[i]);
-        m_model.components.push_back(maker.make());
-        m_model.isContested = m_model.isContested || maker.isContested() || m_model.components.back().extras.any();
+        m_model.components.push_back(ComponentMaker(*this, i, shares[i]).make());
     }
     // Leaves have the number that they have in their component from here on.
     for (SearchNode& node : m_model.nodes) {

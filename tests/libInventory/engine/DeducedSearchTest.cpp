@@ -48,7 +48,10 @@ std::vector<std::string> factsOf(const Inventory& inventory) {
     }
     const RunSummary& summary = inventory.summary();
     facts.push_back(std::to_string(summary.combinations) + " " + std::to_string(summary.hasUntried) + " " +
-                    std::to_string(summary.undecidedExtras.size()));
+                    std::to_string(summary.undecidedExtras.size()) + " " + std::to_string(summary.isAssignedExactly));
+    for (const XmlElement* const element : summary.exactlyAssigned) {
+        facts.push_back("exactly " + place(element));
+    }
     return facts;
 }
 
@@ -61,13 +64,21 @@ unsigned worldCount() {
 TEST(DeducedSearchTest, findsWhatTryingAllCombinationsFinds) {
     unsigned deduced = 0;
     unsigned passed = 0;
+    unsigned passedExactly = 0;
+    unsigned exactly = 0;
+    unsigned large = 0;
     for (unsigned seed = 0; seed < worldCount(); ++seed) {
         plain::RandomWorld world(seed);
         world.addDevices(seed % 5);
-        const Element script = seed % 3 == 0 ? world.script() : world.scriptOfAlternatives();
+        const Element script = seed % 3 == 0   ? world.script()
+                               : seed % 3 == 1 ? world.scriptOfAlternatives()
+                                               : world.scriptOfRivals();
         plain::Engine loop(world.machine(), false);
         plain::Engine search(world.machine(), false);
         search.inventory().setSearch(Inventory::Search::Deduced);
+        const auto assignment = static_cast<Inventory::Assignment>(seed / 3 % 3);
+        loop.inventory().setAssignment(assignment);
+        search.inventory().setAssignment(assignment);
         loop.load(script);
         search.load(script);
         const Outcome expected = loop.run();
@@ -76,11 +87,21 @@ TEST(DeducedSearchTest, findsWhatTryingAllCombinationsFinds) {
         const std::uint64_t tried = loop.inventory().summary().combinationsTried;
         deduced += search.inventory().summary().combinationsTried != tried ? 1 : 0;
         passed += expected.passed && tried > 1 ? 1 : 0;
+        const bool isExact = loop.inventory().summary().isAssignedExactly;
+        exactly += isExact && tried > 1 ? 1 : 0;
+        passedExactly += isExact && expected.passed && tried > 1 ? 1 : 0;
+        large += tried > 64 ? 1 : 0;
     }
     RecordProperty("deduced", static_cast<int>(deduced));
     RecordProperty("passed", static_cast<int>(passed));
+    RecordProperty("exactly", static_cast<int>(exactly));
+    RecordProperty("passedExactly", static_cast<int>(passedExactly));
+    RecordProperty("large", static_cast<int>(large));
     EXPECT_GT(deduced, worldCount() / 10);
     EXPECT_GT(passed, worldCount() / 100);
+    EXPECT_GT(exactly, worldCount() / 50);
+    EXPECT_GT(passedExactly, worldCount() / 500);
+    EXPECT_GT(large, worldCount() / 100);
 }
 
 class LargeSearchTest : public testing::Test {
@@ -143,25 +164,40 @@ TEST_F(LargeSearchTest, AChainOfSharedDevicesIsDecidedLinkByLink) {
     EXPECT_FALSE(inventory.summary().hasUntried);
 }
 
+TEST_F(LargeSearchTest, TooFewDevicesAreNoticedWithoutTryingAllThatWantThem) {
+    addFans(41);
+    std::string body;
+    for (unsigned i = 0; i < 41; ++i) {
+        body += R"(<or><device type="Fan"/>)" + fan(i * 7 % 41) + "</or>";
+    }
+    inventory.setAssignment(Inventory::Assignment::Auto);
+    EXPECT_TRUE(run(body));
+    EXPECT_FALSE(run(body + R"(<or><device type="Fan"/>)" + fan(0) + "</or>"));
+    EXPECT_FALSE(inventory.summary().hasUntried);
+    EXPECT_THAT(inventory.missingElements(), SizeIs(1));
+    EXPECT_LT(inventory.summary().combinationsTried, 20000U);
+}
+
 TEST_F(LargeSearchTest, AStoppedSearchShowsTheBestCombinationThatItKnows) {
     addFans(12);
-    std::string body;
+    std::string body = fan(0) + fan(0);
     for (unsigned i = 0; i < 13; ++i) {
         body += "<or>" + fan(i % 12) + fan((i + 5) % 12) + fan((i + 7) % 12) + "</or>";
     }
     std::uint64_t asked = 0;
     inventory.setProgress([&asked](const RunProgress& progress) {
         EXPECT_EQ(progress.combinations, 1594323U);
-        return ++asked < 2000;
+        return ++asked < 20;
     });
     EXPECT_FALSE(run(body));
-    EXPECT_EQ(asked, 2000U);
+    EXPECT_EQ(asked, 20U);
     EXPECT_TRUE(inventory.summary().wasStopped);
     EXPECT_TRUE(inventory.summary().hasUntried);
     EXPECT_FALSE(inventory.missingElements().isEmpty());
     inventory.setProgress({});
     EXPECT_FALSE(run(body));
-    EXPECT_THAT(missing(), SizeIs(1));
+    EXPECT_FALSE(inventory.summary().hasUntried);
+    EXPECT_THAT(missing(), SizeIs(3));
 }
 
 }  // namespace

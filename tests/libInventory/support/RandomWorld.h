@@ -40,6 +40,26 @@ public:
         return root;
     }
 
+    /// A script of alternatives that ask for overlapping sizes, so that many of them want the same devices.
+    Element scriptOfRivals() {
+        Element root{"inventory-check", {}, {}};
+        for (unsigned i = below(3); i > 0; --i) {
+            root.children.push_back(rival());
+        }
+        for (unsigned i = 2 + below(4); i > 0; --i) {
+            Element group{"or", {}, {}};
+            for (unsigned j = 2 + below(3); j > 0; --j) {
+                group.children.push_back(rival());
+            }
+            const std::string around = oneOf({"", "", "", "and", "not"});
+            root.children.push_back(around.empty() ? group : Element{around, {}, {group, rival()}});
+        }
+        if (below(3) == 0) {
+            root.children.push_back(extraRule());
+        }
+        return root;
+    }
+
     Element script() {
         Element root{"inventory-check", {}, {}};
         for (const char* const flag : {"check-names", "check-hwLocators", "check-osLocators"}) {
@@ -60,6 +80,21 @@ private:
     unsigned below(unsigned bound) { return static_cast<unsigned>(m_random() % bound); }
     std::string oneOf(std::initializer_list<const char*> texts) {
         return texts.begin()[below(static_cast<unsigned>(texts.size()))];
+    }
+
+    Element rival() {
+        const std::string sizes =
+            oneOf({"^VRXRRANGE[1-2]$", "^VRXRRANGE[2-3]$", "^VRXRRANGE[1-3]$", "^VRXRRANGE[1-3]$", "^2$"});
+        const Element property{"property", {{"key", "Size"}, {"value", sizes}}, {}};
+        const Element asking{"device", {{"type", oneOf({"Storage", "Storage", "Storage", "Fan"})}}, {property}};
+        switch (below(10)) {
+            case 0: return {"not", {}, {asking}};
+            case 1: return {"part", {{"name", "P"}}, {asking, plainElement()}};
+            case 2: return {"and", {}, {plainElement(), asking}};
+            case 3: return {"and", {}, {asking, asking}};
+            case 4: return plainElement();
+            default: return asking;
+        }
     }
 
     Device device() {
