@@ -190,10 +190,10 @@ public:
     /// Alternatives that have nothing to do with one another are decided apart, and what was found out once of some is
     /// not tried again for every choice of the others.
     ///
-    /// It tries all of them where that is not known to be so: while devices are assigned exactly, while the log is told
-    /// of runs (priority Info), with a device-to-parts table, when the script is run again without being loaded, where
-    /// an `or` that cannot be met lies in an alternative that is tried, and where devices are matched in numbers that a
-    /// search has no memory for. Then, too, combinations are counted in 64 bits.
+    /// It tries all of them where that is not known to be so: while the log is told of runs (priority Info), with a
+    /// device-to-parts table, when the script is run again without being loaded, where an `or` that cannot be met lies
+    /// in an alternative that is tried, and where devices are matched in numbers that a search has no memory for. Then,
+    /// too, combinations are counted in 64 bits. However devices are assigned makes no difference to it.
     void setSearch(Search search);
 
     /// How many threads may compare properties at once. One unless this says otherwise. The outcome is the same with

@@ -56,11 +56,11 @@ private:
     void failUnexpectedly(XmlElement* root, const String& text);
 
     InventoryState& m_state;
-    std::uint64_t m_iteration = 0;  ///< the present one, from 1
-    bool m_isRepeated = false;      ///< the script was run before
-    bool m_hasBaseSet = false;      ///< the working graph can go back to it
+    std::uint64_t m_iteration = 0;              ///< the present one, from 1
+    bool m_isRepeated = false;                  ///< the script was run before
+    bool m_hasBaseSet = false;                  ///< the working graph can go back to it
     std::optional<Deduction> m_deducedExactly;  ///< before it is tried
-    bool m_isDeducing = false;      ///< a search takes the place of the loop
+    bool m_isDeducing = false;                  ///< a search takes the place of the loop
     bool m_anySatisfied = false;
     unsigned m_slot;                ///< where the present iteration files its errors
     Inventory::ErrorSpec m_errors;  ///< the measure of the present iteration

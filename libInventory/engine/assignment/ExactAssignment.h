@@ -8,8 +8,8 @@
 
 namespace vrx {
 
-/// Which device each element gets, when that is chosen exactly: a matching that starts from what the reduction chose, so
-/// that only what has to be different is.
+/// Which device each element gets, when that is chosen exactly: a matching that starts from what the reduction chose,
+/// so that only what has to be different is.
 class ExactAssignment {
 public:
     using Pair = AssociationLinks::Pair;
@@ -21,8 +21,8 @@ public:
         Device    ///< it has to have one
     };
 
-    /// `needs` is by element, `isWatched` by device: those that should not be left over. All is borrowed, and the groups
-    /// are split until the elements of each need the same.
+    /// `needs` is by element, `isWatched` by device: those that should not be left over. All is borrowed, and the
+    /// groups are split until the elements of each need the same.
     ExactAssignment(AssociationLinks& links, const std::vector<Need>& needs, const std::vector<bool>& isWatched);
 
     /// Whether it is another choice than the reduction's.

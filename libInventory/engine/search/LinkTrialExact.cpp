@@ -70,8 +70,7 @@ bool LinkTrial::couldCover(std::uint32_t device, const BitRow& elements, const B
     for (std::size_t at = 0; at < m_queue.size() && !isFound; ++at) {
         const std::uint32_t taken = m_queue[at];
         elements.forEach([&](std::size_t element) {
-            const bool takes =
-                (rowOf(m_allRows, element)[taken / BitRow::BITS] >> (taken % BitRow::BITS) & 1) != 0;
+            const bool takes = (rowOf(m_allRows, element)[taken / BitRow::BITS] >> (taken % BitRow::BITS) & 1) != 0;
             if (!takes || m_seen.test(element)) {
                 return;
             }

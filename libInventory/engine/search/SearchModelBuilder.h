@@ -104,7 +104,7 @@ private:
     std::vector<const IDeviceImp*> m_devices;
     boost::unordered_flat_map<const IDeviceImp*, std::uint32_t> m_deviceOf;
     boost::unordered_flat_map<const void*, std::uint32_t> m_shares;  ///< of elements in alternatives
-    std::vector<std::uint32_t> m_latestLists;                  ///< by device: the last list that it was seen in
+    std::vector<std::uint32_t> m_latestLists;                        ///< by device: the last list that it was seen in
     std::vector<bool> m_isExtra;                               ///< by device: it is extra unless an element holds it
     boost::unordered_flat_set<const XmlElement*> m_satisfied;  ///< in the first combination
     boost::unordered_flat_set<const IDeviceImp*> m_held;       ///< the same
