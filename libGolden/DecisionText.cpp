@@ -98,7 +98,7 @@ std::string_view reasonText(Reason reason) {
         case Reason::NotEverywhere: return "not on all";
         case Reason::Unread: return "not all recordings can tell";
         case Reason::ChangesByItself: return "changes by itself or belongs to the software";
-        case Reason::NotWritable: return "with characters that XML has no room for";
+        case Reason::NotWritable: return "cannot be written as it stands";
         case Reason::NotNeeded: return "not needed to tell it apart";
         case Reason::NotWanted: return "not to be checked";
     }

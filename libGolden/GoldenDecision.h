@@ -31,7 +31,7 @@ struct GoldenDecision {
         NotEverywhere,    ///< some have it, some do not
         Unread,           ///< somebody's recording may lack it
         ChangesByItself,  ///< of the categories Volatile, Internal and Group
-        NotWritable,      ///< with characters that XML has no room for
+        NotWritable,      ///< with characters that XML has no room for, or blanks at its ends
         NotNeeded,        ///< the hardware locator tells the device apart
         NotWanted,        ///< by an option or the filter
     };

@@ -140,7 +140,7 @@ private:
             leaveOut(decision, Reason::Identity);
         } else if (decision.variants.size() > 1 || isKernels) {
             leaveOut(decision, Reason::Place);
-        } else if (!canBeWritten(text)) {
+        } else if (!canBeWritten(text) || text.view().starts_with(u' ') || text.view().ends_with(u' ')) {
             leaveOut(decision, Reason::NotWritable);
         }
     }

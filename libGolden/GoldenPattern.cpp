@@ -31,13 +31,15 @@ bool endsRangeWord(StringView text, std::size_t at) {
 
 String escaped(StringView text) {
     constexpr StringView SPECIAL = u"\\^$.?*+{}()[]|";
+    constexpr StringView COMPARING = u"<>=!";  // at the start it reads like a comparison, which patterns do not know
+    const std::size_t start = text.find_first_not_of(u' ');
     String pattern;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (!isXmlRepresentable(text, i) || endsRangeWord(text, i)) {
             appendEscape(pattern, text[i]);
             continue;
         }
-        if (SPECIAL.find(text[i]) != StringView::npos) {
+        if (SPECIAL.find(text[i]) != StringView::npos || (i == start && COMPARING.find(text[i]) != StringView::npos)) {
             pattern.append(u'\\');
         }
         pattern.append(text[i]);

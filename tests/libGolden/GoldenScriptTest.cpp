@@ -161,8 +161,9 @@ TEST(GoldenScriptTest, whatIsAskedForHangsOnTheValues) {
 
 /// Lint, and whoever reads the script, must not take a text for a range.
 TEST(GoldenScriptTest, textsThatLookLikePatternsAreTexts) {
-    const std::vector<std::string> texts{"VRXRRANGE[1-5]", "VRXRANGE[1-5]", "range[2-3]", "Orange",  "VRXRRANGE", "",
-                                         "a[b]|*(c)$",     "--> <!--",      "\\E\\Q",     "\\x{41}", "1e400"};
+    const std::vector<std::string> texts{
+        "VRXRRANGE[1-5]", "VRXRANGE[1-5]", "range[2-3]", "Orange", "VRXRRANGE", "",     " =1",
+        ">= 16",          "a[b]|*(c)$",    "--> <!--",   "\\E\\Q", "\\x{41}",   "1e400"};
     for (const std::string& text : texts) {
         Sisters sisters({{{"Fan", text, "fan:1", {{"What", {text}}}}},
                          {{"Fan", text, "fan:1", {{"What", {text + "z"}}}}},
