@@ -14,7 +14,7 @@ bool isSysInfo(const RecordingStart& start) { return !start.root().empty(); }
 constexpr RecordingFormatRow FORMATS[] = {
     {RecordingFormat::Dmidecode, "dmidecode", "dmidecode text", isDmidecode, convertDmidecode, dmidecodeGaps},
     {RecordingFormat::HwlocXml, "hwloc-xml", "hwloc XML", isHwlocXml, convertHwlocXml, hwlocGaps},
-    {RecordingFormat::Redfish, "redfish", "Redfish resources", isRedfish, convertRedfish, redfishGaps,
+    {RecordingFormat::Redfish, "redfish", "Redfish recording", isRedfish, convertRedfish, redfishGaps,
      convertRedfishFolder, true},
     {RecordingFormat::LshwXml, "lshw-xml", "lshw XML", isLshwXml, convertLshwXml, lshwGaps},
     {RecordingFormat::LshwJson, "lshw-json", "lshw JSON", isLshwJson, convertLshwJson, lshwGaps},
