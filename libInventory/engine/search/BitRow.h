@@ -1,11 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace vrx {
+
+/// A set of a few numbers: in order, none twice.
+using NumberList = std::vector<std::uint32_t>;
 
 /// A set of small numbers. Sets that are put together have the same size.
 class BitRow {
@@ -50,9 +54,12 @@ public:
         }
         return *this;
     }
-    BitRow& operator|=(const BitRow& other) noexcept {
-        for (std::size_t i = 0; i < m_words.size(); ++i) {
-            m_words[i] |= other.m_words[i];
+    bool meets(const NumberList& numbers) const {
+        return std::any_of(numbers.begin(), numbers.end(), [this](std::uint32_t number) { return test(number); });
+    }
+    BitRow& operator|=(const NumberList& numbers) {
+        for (const std::uint32_t number : numbers) {
+            set(number);
         }
         return *this;
     }

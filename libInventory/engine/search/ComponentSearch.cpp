@@ -59,7 +59,7 @@ ComponentSearch::ComponentSearch(const SearchModel& model, SearchComponent& comp
                                  const std::function<void()>& onTrial)
     : m_model(model), m_component(component), m_onTrial(onTrial), m_trial(model, component), m_bound(model, component) {
     for (const SearchGroup& group : component.groups) {
-        m_isIdle.push_back(!group.elements.any() && group.tops.empty() && !group.devices.meets(component.extras));
+        m_isIdle.push_back(group.elements.empty() && group.tops.empty() && !component.extras.meets(group.devices));
     }
 }
 
@@ -311,20 +311,23 @@ ComponentSearch::Division ComponentSearch::divide(const Part& whole) const {
         isOpen[digit] = true;
     }
     DisjointSets sets(digits + m_component.groups.size());
-    const auto join = [&](std::uint32_t digit, const BitRow& groups) {
-        groups.forEach([&](std::size_t group) { sets.join(digit, digits + group); });
+    const auto joinHolder = [&](std::uint32_t digit) {
         if (m_component.digits[digit].holder != SearchDigitPart::NONE) {
             sets.join(digit, m_component.digits[digit].holder);
         }
     };
     Numbers chosen;
     for (const std::uint32_t digit : whole.open) {
-        join(digit, m_reachable[digit]);
+        m_reachable[digit].forEach([&](std::size_t group) { sets.join(digit, digits + group); });
+        joinHolder(digit);
     }
     for (const std::uint32_t digit : whole.chosen) {
         if (!isRuledOut(digit, isOpen)) {
             chosen.push_back(digit);
-            join(digit, m_component.digits[digit].groups[m_trial.values()[digit]]);
+            for (const std::uint32_t group : m_component.digits[digit].groups[m_trial.values()[digit]]) {
+                sets.join(digit, digits + group);
+            }
+            joinHolder(digit);
         }
     }
     constexpr std::uint32_t NO_PART = 0xFFFFFFFF;

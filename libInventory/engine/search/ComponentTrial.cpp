@@ -141,7 +141,7 @@ bool ComponentTrial::decideChoice(const SearchNode& node, SearchCost& cost) cons
     const std::size_t digit = m_numberOf[node.number];
     const std::uint32_t value = m_values[digit];
     const Undisturbed& known = m_undisturbed[digit][value];
-    if (known.isKnown && !m_component.digits[digit].elements[value].meets(m_missing)) {
+    if (known.isKnown && !m_missing.meets(m_component.digits[digit].elements[value])) {
         cost += known.cost;
         return known.isMet;
     }

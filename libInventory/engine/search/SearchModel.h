@@ -31,8 +31,8 @@ struct SearchNode {
 /// Devices that belong together in every combination, because elements outside of all alternatives link them or because
 /// an element of the script looks at what is asked of them together.
 struct SearchGroup {
-    BitRow elements;  ///< outside of all alternatives
-    BitRow devices;
+    NumberList elements;  ///< outside of all alternatives
+    NumberList devices;
     std::vector<std::uint32_t> tops;  ///< nodes that are decided with the group
 };
 
@@ -41,10 +41,10 @@ struct SearchDigitPart {
     static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
 
     std::size_t digit = 0;
-    std::size_t holder = NONE;        ///< its holder (SearchDigit) within the component
-    std::vector<BitRow> elements;     ///< by value
-    std::vector<BitRow> groups;       ///< by value: those that it has to do with
-    std::vector<std::uint32_t> tops;  ///< nodes that are decided with it
+    std::size_t holder = NONE;         ///< its holder (SearchDigit) within the component
+    std::vector<NumberList> elements;  ///< by value
+    std::vector<NumberList> groups;    ///< by value: those that it has to do with
+    std::vector<std::uint32_t> tops;   ///< nodes that are decided with it
 };
 
 /// Alternatives that may have to do with one another, and the devices and elements that they have to do with. Nothing

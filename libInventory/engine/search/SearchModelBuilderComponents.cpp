@@ -1,5 +1,6 @@
-/// Components as the search works with them: elements and devices have numbers of their own, and everything is a set of
-/// bits.
+/// Components as the search works with them: elements and devices have numbers of their own. What all combinations have
+/// in common or look through is a set of bits; what is told of each alternative or group is a list, since there may be
+/// tens of thousands of these with one device each.
 ///
 /// Within a component, groups of devices stand for what belongs together in every combination. Two alternatives have to
 /// do with one another when they share a group, so a combination of a component may again fall into parts that have
@@ -18,6 +19,12 @@ namespace {
 
 /// Rows of bits of a component beyond which they would take more memory than a search may: the loop takes less.
 constexpr std::size_t MOST_WORDS = std::size_t{1} << 25;
+
+/// The same, where the loop has no more to do than the search.
+constexpr std::size_t MOST_WORDS_OF_FEW = std::size_t{1} << 23;
+
+/// So many combinations the loop tries in no time.
+constexpr unsigned FEW_COMBINATIONS_OF_ALL = 100000;
 
 /// Digits of a component, each of which takes its share of the stack.
 constexpr std::size_t MOST_DIGITS = 2000;
@@ -139,21 +146,19 @@ private:
     }
 
     void makeGroups(SearchComponent& component) const {
-        const BitRow elements(m_share.elements.size());
-        const BitRow devices(m_share.devices.size());
-        component.groups.assign(m_groups, {elements, devices, {}});
-        for (std::size_t device = 0; device < m_share.devices.size(); ++device) {
-            component.groups[m_groupOf[device]].devices.set(device);
+        component.groups.resize(m_groups);
+        for (std::uint32_t device = 0; device < m_share.devices.size(); ++device) {
+            component.groups[m_groupOf[device]].devices.push_back(device);
         }
         for (std::size_t top = 0; top < m_tops.size(); ++top) {
             if (m_isTied[top]) {
                 component.groups[m_groupOf[m_share.devices.size() + top]].tops.push_back(m_tops[top]);
             }
         }
-        for (std::size_t number = 0; number < m_share.elements.size(); ++number) {
+        for (std::uint32_t number = 0; number < m_share.elements.size(); ++number) {
             const std::uint32_t element = m_share.elements[number];
             if (m_builder.m_elements[element].digit == NOBODY) {
-                component.groups[m_groupOf[deviceNumber(listOf(element).front())]].elements.set(number);
+                component.groups[m_groupOf[deviceNumber(listOf(element).front())]].elements.push_back(number);
             }
         }
     }
@@ -161,23 +166,30 @@ private:
     void makeDigits(SearchComponent& component) const {
         for (std::size_t number = 0; number < m_share.digits.size(); ++number) {
             const SearchDigit& digit = m_builder.m_model.digits.all()[m_share.digits[number]];
-            BitRow groups(m_groups);
+            NumberList groups;
             if (m_tieOf[number] != NONE) {
-                groups.set(m_groupOf[m_tieOf[number]]);
+                groups.push_back(static_cast<std::uint32_t>(m_groupOf[m_tieOf[number]]));
             }
             component.digits.push_back({m_share.digits[number],
                                         digit.holder == SearchDigit::NONE ? NONE : digitNumber(digit.holder),
-                                        std::vector<BitRow>(digit.radix(), BitRow(m_share.elements.size())),
-                                        std::vector<BitRow>(digit.radix(), groups), m_topsOf[number]});
+                                        std::vector<NumberList>(digit.radix()),
+                                        std::vector<NumberList>(digit.radix(), groups), m_topsOf[number]});
         }
-        for (std::size_t number = 0; number < m_share.elements.size(); ++number) {
+        for (std::uint32_t number = 0; number < m_share.elements.size(); ++number) {
             const Element& element = m_builder.m_elements[m_share.elements[number]];
             if (element.digit != NOBODY) {
                 SearchDigitPart& digit = component.digits[digitNumber(element.digit)];
-                digit.elements[element.value].set(number);
+                digit.elements[element.value].push_back(number);
                 for (const std::uint32_t device : listOf(m_share.elements[number])) {
-                    digit.groups[element.value].set(m_groupOf[deviceNumber(device)]);
+                    const std::size_t group = m_groupOf[deviceNumber(device)];
+                    digit.groups[element.value].push_back(static_cast<std::uint32_t>(group));
                 }
+            }
+        }
+        for (SearchDigitPart& digit : component.digits) {
+            for (NumberList& groups : digit.groups) {
+                std::sort(groups.begin(), groups.end());
+                groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
             }
         }
     }
@@ -224,9 +236,11 @@ std::vector<SearchModelBuilder::Share> SearchModelBuilder::shareOut() {
 /// False where that would take too much memory.
 bool SearchModelBuilder::makeComponents() {
     std::vector<Share> shares = shareOut();
+    const bool areFew = combinations() < FEW_COMBINATIONS_OF_ALL;
+    const std::size_t mostWords = areFew ? MOST_WORDS_OF_FEW : MOST_WORDS;
     for (std::size_t i = 0; i < shares.size(); ++i) {
         const std::size_t rows = shares[i].elements.size() + shares[i].devices.size();
-        if (rows * BitRow::wordsFor(rows) > MOST_WORDS || shares[i].digits.size() > MOST_DIGITS) {
+        if (rows * BitRow::wordsFor(rows) > mostWords || shares[i].digits.size() > MOST_DIGITS) {
             return false;
         }
         m_model.components.push_back(ComponentMaker(*this, i, shares[i]).make());

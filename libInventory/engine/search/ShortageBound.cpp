@@ -28,13 +28,7 @@ ShortageBound::ShortageBound(const SearchModel& model, const SearchComponent& co
     const LinkTrial& trial = component.trial;
     std::size_t needy = 0;
     for (std::size_t element = 0; element < trial.elementCount(); ++element) {
-        BitRow& devices = m_devices.emplace_back(trial.needsDevice(element) ? trial.deviceCount() : 0);
         needy += trial.needsDevice(element) ? 1 : 0;
-        for (const std::uint32_t device : trial.devicesOf(element)) {
-            if (trial.needsDevice(element)) {
-                devices.set(device);
-            }
-        }
     }
     m_least.errors = std::numeric_limits<std::uint64_t>::max();
     for (const SearchDigitPart& digit : component.digits) {
@@ -80,27 +74,28 @@ void ShortageBound::noteCosts(std::uint32_t at, SearchCost around) {
 void ShortageBound::setRanges(const std::vector<std::pair<std::uint32_t, std::uint32_t>>& ranges) {
     m_anyValue.assign(ranges.size(), {});
     for (std::size_t number = 0; number < ranges.size(); ++number) {
-        std::vector<BitRow>& rows = m_anyValue[number];
+        std::vector<NumberList>& rows = m_anyValue[number];
         for (std::uint32_t value = ranges[number].first; value <= ranges[number].second; ++value) {
             m_rows.clear();
             addRows(m_component.digits[number].elements[value]);
-            if (value == ranges[number].first) {
-                rows.assign(m_rows.size(), BitRow(m_component.trial.deviceCount()));
-            }
-            rows.resize(std::min(rows.size(), m_rows.size()));
+            rows.resize(value == ranges[number].first ? m_rows.size() : std::min(rows.size(), m_rows.size()));
             for (std::size_t i = 0; i < rows.size(); ++i) {
-                rows[i] |= *m_rows[i];
+                rows[i].insert(rows[i].end(), m_rows[i]->begin(), m_rows[i]->end());
             }
+        }
+        for (NumberList& row : rows) {
+            std::sort(row.begin(), row.end());
+            row.erase(std::unique(row.begin(), row.end()), row.end());
         }
     }
 }
 
-void ShortageBound::addRows(const BitRow& elements) {
-    elements.forEach([this](std::size_t element) {
+void ShortageBound::addRows(const NumberList& elements) {
+    for (const std::uint32_t element : elements) {
         if (m_component.trial.needsDevice(element)) {
-            m_rows.push_back(&m_devices[element]);
+            m_rows.push_back(&m_component.trial.devicesOf(element));
         }
-    });
+    }
 }
 
 void ShortageBound::gather(const Numbers& open, const Numbers& chosen, const Numbers& groups,
@@ -116,7 +111,7 @@ void ShortageBound::gather(const Numbers& open, const Numbers& chosen, const Num
     }
     for (const std::uint32_t digit : open) {
         if (m_component.digits[digit].holder == SearchDigitPart::NONE) {
-            for (const BitRow& row : m_anyValue[digit]) {
+            for (const NumberList& row : m_anyValue[digit]) {
                 m_rows.push_back(&row);
             }
         }
@@ -149,26 +144,26 @@ std::optional<SearchCost> ShortageBound::of(const Numbers& open, const Numbers& 
 std::size_t ShortageBound::shortage() {
     std::fill(m_holders.begin(), m_holders.end(), NOBODY);
     std::size_t missing = 0;
+    m_seenBy.assign(m_holders.size(), 0);
     for (std::uint32_t row = 0; row < m_rows.size(); ++row) {
-        m_seen = BitRow(m_component.trial.deviceCount());
-        missing += serve(row) ? 0 : 1;
+        missing += serve(row, row) ? 0 : 1;
     }
     return missing;
 }
 
-bool ShortageBound::serve(std::uint32_t row) {
-    bool isServed = false;
-    m_rows[row]->forEach([&](std::size_t device) {
-        if (isServed || m_seen.test(device)) {
-            return;
+/// `first` is the row that is to be added to those that are served.
+bool ShortageBound::serve(std::uint32_t row, std::uint32_t first) {
+    for (const std::uint32_t device : *m_rows[row]) {
+        if (m_seenBy[device] == first + 1) {
+            continue;
         }
-        m_seen.set(device);
-        if (m_holders[device] == NOBODY || serve(m_holders[device])) {
+        m_seenBy[device] = first + 1;
+        if (m_holders[device] == NOBODY || serve(m_holders[device], first)) {
             m_holders[device] = row;
-            isServed = true;
+            return true;
         }
-    });
-    return isServed;
+    }
+    return false;
 }
 
 }  // namespace vrx

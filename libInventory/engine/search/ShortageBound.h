@@ -28,27 +28,26 @@ public:
                                  const std::vector<std::uint32_t>& values);
 
 private:
-    using Row = const BitRow*;
+    using Row = const NumberList*;
 
     void noteCosts(std::uint32_t at, SearchCost around);
     std::size_t leavesIn(std::uint32_t at) const;
     void gather(const Numbers& open, const Numbers& chosen, const Numbers& groups,
                 const std::vector<std::uint32_t>& values);
     bool countsForSure(std::uint32_t digit, const Numbers& chosen, const std::vector<std::uint32_t>& values) const;
-    void addRows(const BitRow& elements);
+    void addRows(const NumberList& elements);
     std::size_t shortage();
-    bool serve(std::uint32_t row);
+    bool serve(std::uint32_t row, std::uint32_t first);
 
     const SearchModel& m_model;
     const SearchComponent& m_component;
-    std::vector<BitRow> m_devices;                ///< by element; empty for one that needs none
-    std::vector<std::vector<BitRow>> m_anyValue;  ///< by digit: of its elements, whichever value it has
-    SearchCost m_least;                           ///< of an element that is missing
+    std::vector<std::vector<NumberList>> m_anyValue;  ///< by digit: devices of its elements, whichever value it has
+    SearchCost m_least;                               ///< of an element that is missing
     std::size_t m_leaves = 0;
 
     std::vector<Row> m_rows;  ///< of the present question: the devices of each element
     std::vector<std::uint32_t> m_holders;
-    BitRow m_seen;
+    std::vector<std::uint32_t> m_seenBy;  ///< by device: the last row for which it was looked at, counted from 1
 };
 
 }  // namespace vrx
