@@ -334,9 +334,11 @@ public:
     static bool importStateFromXmlString(const String& xml, StateManager& store);
     static bool importStateFromXmlFile(const String& path, StateManager& store);
 
-    /// The same; `report`, which is replaced, says what was done, what was left out and why it failed.
+    /// The same; `report`, which is replaced, says what was done, what was left out and why it failed. So many threads
+    /// may read the file at once, to the same effect.
     static bool importStateFromXmlString(const String& xml, StateManager& store, ImportReport& report);
-    static bool importStateFromXmlFile(const String& path, StateManager& store, ImportReport& report);
+    static bool importStateFromXmlFile(const String& path, StateManager& store, ImportReport& report,
+                                       unsigned threads = 1);
 
 private:
     class PartsChecks;

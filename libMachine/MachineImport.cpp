@@ -72,9 +72,9 @@ void importSysInfo(std::string_view bytes, StateManager& store, ImportResult& re
     }
 }
 
-void importSysInfoFile(const std::string& path, StateManager& store, ImportReport& report) {
+void importSysInfoFile(const std::string& path, StateManager& store, unsigned threads, ImportReport& report) {
     const String name = String::UTF8Decode(path);
-    Inventory::importStateFromXmlFile(name, store, report);
+    Inventory::importStateFromXmlFile(name, store, report, threads);
     std::string bytes;
     String reason;
     if (report.failure == ImportReport::Failure::Malformed && loadFile(name, bytes, reason)) {
@@ -166,7 +166,7 @@ ImportResult importMachineFile(const std::string& path, StateManager& store, con
     result.format = options.format ? *options.format : recognisedFormat(startOfFile(path));
     if (!isForeign(result.format)) {
         const auto read = [&](StateManager& target) {
-            importSysInfoFile(path, target, result.report);
+            importSysInfoFile(path, target, options.threads, result.report);
         };
         importSysInfoWith(read, store, options.isAnonymous, result);
     } else if (readFile(path, bytes, result)) {

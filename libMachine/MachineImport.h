@@ -31,8 +31,9 @@
 namespace vrx {
 
 struct ImportOptions {
-    std::optional<RecordingFormat> format;  ///< none to go by the content
-    bool isAnonymous = false;               ///< with pseudonyms for what identifies the machine (see anonymizeMachine)
+    std::optional<RecordingFormat> format = std::nullopt;  ///< none to go by the content
+    bool isAnonymous = false;  ///< with pseudonyms for what identifies the machine (see anonymizeMachine)
+    unsigned threads = 1;      ///< how many may read SysInfo XML of a file at once
 };
 
 /// What was wrong with a text and could be helped.

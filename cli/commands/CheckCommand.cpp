@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <thread>
 #include <utility>
 
 #include "cli/commands/Commands.h"
@@ -16,6 +15,7 @@
 #include "cli/input/ScriptFile.h"
 #include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
+#include "cli/program/Processors.h"
 #include "cli/terminal/CombinationProgress.h"
 #include "cli/terminal/Interrupt.h"
 #include "cli/terminal/StageProgress.h"
@@ -55,7 +55,7 @@ struct CheckOptions : CommonOptions {
     bool hasNoUnsatisfiedTips = false;
     std::string assignment = "auto";
     std::vector<std::string> warningKinds;
-    unsigned threads = std::max(1U, std::thread::hardware_concurrency());
+    unsigned threads = processors();
     SearchLimits limits;
 
     bool writes(std::string_view name) const { return std::ranges::count(writtenFormats(), name) > 0; }
@@ -174,7 +174,7 @@ void run(const CheckOptions& options, const Session& session, CheckWorld& world)
     inventory.setAssignment(assignmentOf(options));
     inventory.setThreads(options.threads);
     const std::vector<Waiver> waivers = loadWaivers(options.waiversPath);
-    MachineReading reading(options, options.threads > 1, world.machine, session);
+    MachineReading reading(options, options.threads, world.machine, session);
     loadScript({options.scriptPath, options.isPlain, options.threads}, world.run, session);
     const ImportReport import = reading.finish();
     {

@@ -37,6 +37,7 @@ struct ConvertOptions : CommonOptions {
 CommandResult convert(const ConvertOptions& options, Session& session) {
     ImportOptions load;
     load.isAnonymous = options.isAnonymous;
+    load.threads = processors();
     if (!options.from.empty()) {
         load.format = formatNamed(options.from);
     }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
-#include <thread>
 #include <utility>
 
 #include "cli/commands/Commands.h"
@@ -16,6 +15,7 @@
 #include "cli/input/ScriptFile.h"
 #include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
+#include "cli/program/Processors.h"
 #include "cli/terminal/FleetBar.h"
 #include "cli/terminal/Interrupt.h"
 #include "libCommon/text/PrintableText.h"
@@ -54,7 +54,7 @@ struct FleetCliOptions : CommonOptions {
     std::string resumePath;
     std::string assignment = "auto";
     SearchLimits limits;
-    unsigned threads = std::max(1U, std::thread::hardware_concurrency());
+    unsigned threads = processors();
 
     /// All arguments but a script.
     std::vector<std::string> files() const {

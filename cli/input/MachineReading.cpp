@@ -6,15 +6,16 @@
 
 namespace vrx::cli {
 
-MachineReading::MachineReading(const CommonOptions& options, bool mayReadAhead, StateManager& store,
+MachineReading::MachineReading(const CommonOptions& options, unsigned threads, StateManager& store,
                                const Session& session)
-    : m_options(options), m_store(store), m_session(session) {
+    : m_options(options), m_threads(threads), m_store(store), m_session(session) {
     const std::string& path = options.statePath;
-    if (!mayReadAhead || !isRegularFile(path) || session.logLevel < LogPriority::Warning || !options.logFile.empty()) {
+    if (threads == 1 || !isRegularFile(path) || session.logLevel < LogPriority::Warning || !options.logFile.empty()) {
         return;
     }
     try {
-        m_result = std::async(std::launch::async, [&path, &store] { return importRecording(path, {}, store); });
+        m_result = std::async(std::launch::async,
+                              [&path, &store, threads] { return importRecording(path, {.threads = threads}, store); });
     } catch (const std::system_error&) {  // no thread is to be had, so it is read at the end
     }
 }
@@ -22,7 +23,7 @@ MachineReading::MachineReading(const CommonOptions& options, bool mayReadAhead, 
 ImportReport MachineReading::finish() {
     const std::string& path = m_options.statePath;
     if (!m_result.valid()) {
-        return loadMachine(path, m_store, m_session);
+        return loadMachine(path, m_store, m_session, m_threads);
     }
     const ImportResult result = [&] {
         const StageProgress progress(m_session.console, "reading", path);

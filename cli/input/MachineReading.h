@@ -9,7 +9,7 @@ namespace vrx::cli {
 
 /// A machine that is read while the command reads its script.
 ///
-///     MachineReading reading(options, true, store, session);
+///     MachineReading reading(options, 2, store, session);
 ///     loadScript(...);
 ///     const ImportReport import = reading.finish();
 ///
@@ -18,14 +18,16 @@ namespace vrx::cli {
 /// user hears of.
 class MachineReading {
 public:
-    /// Requires: options, store and session outlive this object, and nobody else looks at the store before the end.
-    MachineReading(const CommonOptions& options, bool mayReadAhead, StateManager& store, const Session& session);
+    /// So many threads may work at once; with one nothing is read ahead. Requires: options, store and session outlive
+    /// this object, and nobody else looks at the store before the end.
+    MachineReading(const CommonOptions& options, unsigned threads, StateManager& store, const Session& session);
 
     /// What loadMachine returns and throws. Requires: it was not called before.
     ImportReport finish();
 
 private:
     const CommonOptions& m_options;
+    const unsigned m_threads;
     StateManager& m_store;
     const Session& m_session;
     std::future<ImportResult> m_result;  // which waits for the thread when it goes

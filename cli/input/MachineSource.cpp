@@ -149,12 +149,12 @@ bool isRegularFile(const std::string& path) {
     return path != "-" && std::filesystem::is_regular_file(path, failure);
 }
 
-ImportReport loadMachine(const std::string& statePath, StateManager& store, const Session& session) {
+ImportReport loadMachine(const std::string& statePath, StateManager& store, const Session& session, unsigned threads) {
     if (statePath.empty()) {
         loadThisMachine(store, session);
         return {};
     }
-    return loadRecording(statePath, {}, store, session).report;
+    return loadRecording(statePath, {.threads = threads}, store, session).report;
 }
 
 void sayNotes(const std::vector<CollectNote>& notes, bool isRead, const Session& session) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/program/Processors.h"
 #include "cli/program/Session.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
@@ -17,7 +18,9 @@ namespace vrx::cli {
 /// The recording may be in any format that recognisedFormat knows; what was damaged in one of another program is said
 /// on standard error, one line for each kind.
 /// Throws a CommandFailure when there is no machine. Returns what the import did, if it was a recording.
-ImportReport loadMachine(const std::string& statePath, StateManager& store, const Session& session);
+/// So many threads may read it at once.
+ImportReport loadMachine(const std::string& statePath, StateManager& store, const Session& session,
+                         unsigned threads = processors());
 
 /// The same for a recording.
 ImportResult loadRecording(const std::string& path, const ImportOptions& options, StateManager& store,

@@ -55,8 +55,8 @@ bool XmlDocument::ParseUtf8(std::string_view bytes) {
     return replaceBy(source, nullptr);
 }
 
-bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader) {
-    if (loadPieces(path, reader)) {
+bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader, unsigned threads) {
+    if (loadPieces(path, reader, threads)) {
         return true;
     }
     std::string bytes;
@@ -77,9 +77,9 @@ bool XmlDocument::LoadFile(const String& path, XmlElementReader* reader) {
 }
 
 /// When that does not come off, nothing has happened.
-bool XmlDocument::loadPieces(const String& path, XmlElementReader* reader) {
+bool XmlDocument::loadPieces(const String& path, XmlElementReader* reader, unsigned threads) {
     const auto file = XmlFileSource::open(path.toUtf8());
-    const bool isLoaded = file != nullptr && replaceByPieces(*file, 1, reader) && file->error() == 0;
+    const bool isLoaded = file != nullptr && replaceByPieces(*file, threads, reader) && file->error() == 0;
     if (!isLoaded && reader != nullptr) {
         reader->startOver();
     }

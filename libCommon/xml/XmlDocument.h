@@ -49,7 +49,8 @@ public:
     bool ParseUtf8(std::string_view bytes);
 
     /// Reads and parses a file; a file that cannot be read is an error at row 0, column 0 with the reason.
-    bool LoadFile(const String& path, XmlElementReader* reader = nullptr);
+    /// So many threads may parse it at once.
+    bool LoadFile(const String& path, XmlElementReader* reader = nullptr, unsigned threads = 1);
 
     /// Parses a regular file as it is read, without holding its bytes. False, with an empty document, when it does not
     /// parse, is no regular file, cannot be read, or its bytes hold that text somewhere. So many threads may parse it
@@ -101,7 +102,7 @@ public:
     void GetFormattedStr(String& out, int depth) const;
 
 private:
-    bool loadPieces(const String& path, XmlElementReader* reader);
+    bool loadPieces(const String& path, XmlElementReader* reader, unsigned threads);
     bool replaceBy(XmlSource& source, XmlElementReader* reader);
     bool replaceByPieces(XmlSource& source, unsigned threads, XmlElementReader* reader);
     XmlContent& content();

@@ -76,12 +76,14 @@ bool Inventory::importStateFromXmlString(const String& xml, StateManager& store,
                       [&](XmlDocument& document, XmlElementReader* reader) { return document.Parse(xml, reader); });
 }
 
-bool Inventory::importStateFromXmlFile(const String& path, StateManager& store, ImportReport& report) {
+bool Inventory::importStateFromXmlFile(const String& path, StateManager& store, ImportReport& report,
+                                       unsigned threads) {
     report = ImportReport();
     report.isFile = true;
     report.path = path;
-    return importInto(store, report,
-                      [&](XmlDocument& document, XmlElementReader* reader) { return document.LoadFile(path, reader); });
+    return importInto(store, report, [&](XmlDocument& document, XmlElementReader* reader) {
+        return document.LoadFile(path, reader, threads);
+    });
 }
 
 bool Inventory::importStateFromXmlString(const String& xml, StateManager& store) {

@@ -106,7 +106,7 @@ TEST(MachineImportTest, readsFilesByTheirContent) {
     std::filesystem::remove(path);
     for (const std::optional<RecordingFormat> format : {std::optional<RecordingFormat>(), {RecordingFormat::LshwXml}}) {
         StateManager store;
-        const ImportResult result = importMachineFile(path.string(), store, {format, false});
+        const ImportResult result = importMachineFile(path.string(), store, {.format = format});
         EXPECT_EQ(result.report.failure, Failure::Unreadable);
         EXPECT_EQ(result.report.reason, u"No such file or directory");
     }

@@ -116,7 +116,7 @@ std::string converted(const std::string& file) {
 std::string allOf(const std::string& file) {
     StateManager store;
     ImportReport report;
-    EXPECT_TRUE(Inventory::importStateFromXmlFile(pathOf(file), store, report));
+    EXPECT_TRUE(Inventory::importStateFromXmlFile(pathOf(file), store, report, 2));
     StateManager copy;
     EXPECT_TRUE(Inventory::importStateFromXmlString(text(bytesOf(file)), copy));
     EXPECT_EQ(copy.deviceCount(), report.devices);

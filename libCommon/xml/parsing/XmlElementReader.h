@@ -16,6 +16,11 @@ public:
     /// with its name and user data. What was read counts only if the parse succeeds.
     virtual bool readElement(XmlElement& element) = 0;
 
+    /// A reader for one more thread, which reads another part of the same document at the same time and is asked for
+    /// before any part is read. It lives as long as this one, and is started over with it. Null, the default, when one
+    /// thread has to read all.
+    virtual XmlElementReader* forAnotherThread() { return nullptr; }
+
     /// What was read so far does not count: the document is read again, from its start. Only readers of files are told.
     virtual void startOver() {}
 

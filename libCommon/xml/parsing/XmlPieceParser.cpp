@@ -18,15 +18,11 @@ bool XmlPieceParser::run(unsigned threads) {
     const std::size_t workers = std::min<std::size_t>(threads, m_pieces.mostPieces());
     std::vector<std::future<void>> others;
     try {
-        while (others.size() + 1 < workers) {
-            auto part = std::make_unique<XmlContent>(m_content);
-            XmlContent& memory = *part;
-            m_content.keepPart(std::move(part));
-            others.push_back(std::async(std::launch::async, [this, &memory] { work(memory); }));
+        while (others.size() + 1 < workers && startAnother(others)) {
         }
     } catch (const std::system_error&) {  // fewer threads are to be had
     }
-    work(m_content);
+    work(m_content, m_reader);
     for (std::future<void>& other : others) {
         other.get();
     }
@@ -37,18 +33,31 @@ bool XmlPieceParser::run(unsigned threads) {
     return false;
 }
 
-void XmlPieceParser::work(XmlContent& memory) {
+/// False when the reader has none for another thread.
+bool XmlPieceParser::startAnother(std::vector<std::future<void>>& others) {
+    XmlElementReader* const reader = m_reader == nullptr ? nullptr : m_reader->forAnotherThread();
+    if (m_reader != nullptr && reader == nullptr) {
+        return false;
+    }
+    auto part = std::make_unique<XmlContent>(m_content);
+    XmlContent& memory = *part;
+    m_content.keepPart(std::move(part));
+    others.push_back(std::async(std::launch::async, [this, &memory, reader] { work(memory, reader); }));
+    return true;
+}
+
+void XmlPieceParser::work(XmlContent& memory, XmlElementReader* reader) {
     XmlPiece piece;
     while (!m_hasFailed && m_pieces.take(piece)) {
-        if (!parse(piece, memory)) {
+        if (!parse(piece, memory, reader)) {
             m_hasFailed = true;
         }
     }
 }
 
-bool XmlPieceParser::parse(const XmlPiece& piece, XmlContent& memory) {
+bool XmlPieceParser::parse(const XmlPiece& piece, XmlContent& memory, XmlElementReader* reader) {
     XmlContainer* const holder = memory.newHolder();
-    XmlTreeBuilder builder(memory, *holder, m_reader);
+    XmlTreeBuilder builder(memory, *holder, reader);
     builder.withholdRoot();
     XmlUtf8Source source(piece.text);
     XmlParser parser(source, builder);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <future>
 #include <mutex>
 #include <vector>
 
@@ -18,12 +19,13 @@ public:
         : m_pieces(source), m_content(content), m_reader(reader) {}
 
     /// Parses the whole text, once, into the content. False when that did not come off: nothing is known of the text
-    /// then, and the content is to be dropped. Requires: a reader is for one thread.
+    /// then, and the content is to be dropped. Fewer threads than asked for where the reader has none for more.
     bool run(unsigned threads);
 
 private:
-    void work(XmlContent& memory);
-    bool parse(const XmlPiece& piece, XmlContent& memory);
+    bool startAnother(std::vector<std::future<void>>& others);
+    void work(XmlContent& memory, XmlElementReader* reader);
+    bool parse(const XmlPiece& piece, XmlContent& memory, XmlElementReader* reader);
     void keep(const XmlPiece& piece, XmlContainer* parsed);
     void join();
 

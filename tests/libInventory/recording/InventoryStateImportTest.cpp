@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
 #include <tuple>
 
 #include "libCommon/logging/Logger.h"
@@ -187,6 +191,48 @@ TEST(InventoryStateImportTest, specificationsAreSharedAndGoToTheProcessWideStore
     EXPECT_EQ(spec, devices[1]->property(u"K-shared")->spec());
     EXPECT_FALSE(store.propertySpec(spec->guid()));
     EXPECT_TRUE(StateManager::instance().propertySpec(spec->guid()));
+}
+
+/// A recording of some hundred kilobytes with a bit of everything.
+std::string largeRecording(std::string_view end) {
+    std::string text = "<r>\n <SysInfo>x</SysInfo>";
+    for (int i = 0; i < 4000; ++i) {
+        const std::string number = std::to_string(i);
+        text += "\n <Device type='Fan'" + (i % 500 == 70 ? "" : " name='F" + number + "'") + " hwLocator='h" + number +
+                "'" + (i % 700 == 80 ? "" : " osLocator=''") + "><property key='T-of all' value='" + number + "'/>" +
+                "<property key='T-" + std::to_string(i / 900) + "' value='3' units='" +
+                (i % 1500 == 90 ? "ells" : "GHz") + "'/>" +
+                (i % 800 == 20 ? "<Device name='in'><Property key='T-in'/></Device>" : "") + "</Device>";
+    }
+    return text.append(end);
+}
+
+TEST(InventoryStateImportTest, severalThreadsMakeTheSameMachine) {
+    const std::string path = testing::TempDir() + "vrxImportThreads.xml";
+    const DebugLogging debug;
+    const auto import = [&](const std::string& recording, unsigned threads) {
+        std::ofstream(path, std::ios::binary) << recording;
+        CollectedLines lines;
+        StateManager store;
+        ImportReport report;
+        const bool isImported = Inventory::importStateFromXmlFile(String::UTF8Decode(path), store, report, threads);
+        const auto devices = store.getDevices(CapabilityImp::ALL(), false);
+        for (const auto& device : devices) {
+            EXPECT_TRUE(!device->property(u"T-of all") ||
+                        device->property(u"T-of all")->spec() == devices[0]->property(u"T-of all")->spec());
+        }
+        return std::tuple(isImported, machineText(store), lines.text, report.devices, report.properties,
+                          report.skipped.size(), report.passedOver.size(), report.row, report.reason.toUtf8());
+    };
+    for (const char* const end :
+         {"\n</r>", "\n <device name='G'/>\n</r>", "\n <Devize name='G'/>\n</r>", "\n</Device></r>"}) {
+        const auto alone = import(largeRecording(end), 1);
+        EXPECT_EQ(import(largeRecording(end), 4), alone) << end;
+        EXPECT_EQ(std::get<0>(alone), std::string_view(end).find("</Device>") == std::string_view::npos);
+    }
+    EXPECT_EQ(std::get<3>(import(largeRecording("\n</r>"), 3)), 4005U);
+    EXPECT_EQ(std::get<6>(import(largeRecording("\n <Devize name='G'/>\n</r>"), 3)), 6U);  // and 5 without a type
+    std::filesystem::remove(path);
 }
 
 }  // namespace
