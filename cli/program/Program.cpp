@@ -3,7 +3,11 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
+#include <memory>
 #include <optional>
+#include <string_view>
 
 #include "cli/commands/Commands.h"
 #include "cli/completion/CompletionRequest.h"
@@ -93,6 +97,55 @@ std::optional<ExitStatus> parse(CLI::App& app, int argc, const char* const* argv
     }
 }
 
+struct Command {
+    std::string_view name;
+    void (*add)(CLI::App&, Session&);
+    bool isOfAll = false;  ///< it tells of all commands
+};
+
+constexpr Command COMMANDS[] = {
+    {"check", addCheckCommand},     {"check-device", addCheckDeviceCommand},
+    {"fleet", addFleetCommand},     {"generate", addGenerateCommand},
+    {"show", addShowCommand},       {"waive", addWaiveCommand},
+    {"parts", addPartsCommand},     {"lint", addLintCommand},
+    {"match", addMatchCommand},     {"collect", addCollectCommand},
+    {"convert", addConvertCommand}, {"completion", addCompletionCommand, true},
+    {"help", addHelpCommand, true}, {"manual", addManualCommand, true},
+};
+
+std::unique_ptr<CLI::App> commandLine(const Command* begin, const Command* end, Session& session) {
+    auto app = std::make_unique<CLI::App>(
+        "Decides whether a machine holds exactly the hardware that an inventory script describes.", "vrx-inventory");
+    app->set_version_flag("--version", fmt::format("{} {}", PROGRAM_NAME, programVersion()),
+                          "Print the version and end");
+    app->require_subcommand(1);
+    app->set_help_flag("-h,--help", "Print this help and end");
+    app->footer(FOOTER);
+    for (const Command* command = begin; command != end; ++command) {
+        command->add(*app, session);
+    }
+    refuseEmptyValues(*app);
+    return app;
+}
+
+/// A command line of the named command alone, for a fraction of the time that all commands take, which is as long as a
+/// small check. Null where no command is named, or there is something to be said of the arguments: those who know all
+/// commands say it.
+std::unique_ptr<CLI::App> parsedAlone(int argc, const char* const* argv, Session& session) {
+    const std::string_view name = argc < 2 ? "" : argv[1];
+    const Command* const named = std::ranges::find(COMMANDS, name, &Command::name);
+    if (named == std::end(COMMANDS) || named->isOfAll) {
+        return nullptr;
+    }
+    std::unique_ptr<CLI::App> app = commandLine(named, named + 1, session);
+    try {
+        app->parse(argc, argv);
+    } catch (const CLI::Error&) {
+        return nullptr;
+    }
+    return app;
+}
+
 void sayHolesInLog(const Session& session) {
     if (const String reason = logFileError(); !reason.isEmpty()) {
         session.say("lines are missing in the log file: " + reason.toUtf8());
@@ -102,32 +155,14 @@ void sayHolesInLog(const Session& session) {
 }  // namespace
 
 ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
-    CLI::App app("Decides whether a machine holds exactly the hardware that an inventory script describes.",
-                 "vrx-inventory");
-    app.set_version_flag("--version", fmt::format("{} {}", PROGRAM_NAME, programVersion()),
-                         "Print the version and end");
-    app.require_subcommand(1);
-    app.set_help_flag("-h,--help", "Print this help and end");
-    app.footer(FOOTER);
-
-    addCheckCommand(app, session);
-    addCheckDeviceCommand(app, session);
-    addFleetCommand(app, session);
-    addGenerateCommand(app, session);
-    addShowCommand(app, session);
-    addWaiveCommand(app, session);
-    addPartsCommand(app, session);
-    addLintCommand(app, session);
-    addMatchCommand(app, session);
-    addCollectCommand(app, session);
-    addConvertCommand(app, session);
-    addCompletionCommand(app, session);
-    addHelpCommand(app, session);
-    addManualCommand(app, session);
-    refuseEmptyValues(app);
+    std::unique_ptr<CLI::App> app;
     try {
-        if (const std::optional<ExitStatus> ended = parse(app, argc, argv, session)) {
-            return *ended;
+        app = parsedAlone(argc, argv, session);
+        if (app == nullptr) {
+            app = commandLine(std::begin(COMMANDS), std::end(COMMANDS), session);
+            if (const std::optional<ExitStatus> ended = parse(*app, argc, argv, session)) {
+                return *ended;
+            }
         }
         ErrorStreamLog log(session.console, session.logLevel);
         session.log = &log;
