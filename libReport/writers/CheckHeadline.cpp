@@ -26,7 +26,9 @@ std::string cut(const std::string& text, const std::string& end, unsigned width)
     if (displayWidth(text) <= room) {
         return text + end;
     }
-    return wrapped(text, room - static_cast<unsigned>(DOTS.size())).front() + DOTS + end;
+    std::string start = wrapped(text, room - static_cast<unsigned>(DOTS.size())).front();
+    start.resize(start.find_last_not_of(",;:") + 1);
+    return start + DOTS + end;
 }
 
 std::string problemSentence(const CheckReport& report) {
