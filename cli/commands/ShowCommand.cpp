@@ -18,7 +18,8 @@ namespace {
 constexpr const char* SHOW_FOOTER =
     "Exit status: 0 done, or the two machines are equal; 1 they differ; 2 no such device,\n"
     "or a file cannot be read, parsed or written; 3 this machine, or one of a folder of recordings\n"
-    "that are equal else, cannot be read; 4 internal error.\n"
+    "that are equal else, cannot be read, or they are equal as far as both recordings tell;\n"
+    "4 internal error.\n"
     "\n"
     "Examples:\n"
     "  vrx-inventory show\n"
@@ -107,7 +108,10 @@ CommandResult showChanges(const ShowOptions& options, Session& session) {
     if (!options.choice.isEverything()) {
         keepChosen(options, before, after, report.changes);
     }
-    return {report.isEqual() ? ExitStatus::Success : ExitStatus::NotPassed,
+    report.untold = UntoldChanges(before, after).takeOut(report.changes);
+    return {!report.isEqual()        ? ExitStatus::NotPassed
+            : report.untold.isNone() ? ExitStatus::Success
+                                     : ExitStatus::Undetermined,
             options.written(report, changesWriters(), session)};
 }
 

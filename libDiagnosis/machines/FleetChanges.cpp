@@ -16,7 +16,6 @@
 
 #include "libCommon/containers/HashFunctions.h"
 #include "libDiagnosis/Difference.h"
-#include "libDiagnosis/machines/UntoldChanges.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/devices/KernelNames.h"
@@ -250,15 +249,10 @@ private:
         if (machine.kind == MachineKind::Unreadable) {  // it has been written to since its key was read
             return;
         }
-        UntoldChanges untold(first, second);
-        for (DeviceChange& change : machineChanges(first, second, m_allCategories)) {
-            if (untold.isDeviceUntold(change)) {
-                ++machine.untoldDevices;
-                continue;
-            }
+        std::vector<DeviceChange> changes = machineChanges(first, second, m_allCategories);
+        machine.untold = UntoldChanges(first, second).takeOut(changes);
+        for (DeviceChange& change : changes) {
             std::erase_if(change.values, isOfTheRecording);
-            machine.untoldValues += std::erase_if(
-                change.values, [&](const ValueChange& value) { return untold.isValueUntold(change, value); });
             if (isChange(change)) {
                 const ChangeKind kind = changeKindOf(change);
                 m_wandering.look(change, kind, {m_machines.size() - 1, machine.changes.size()});

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "libDiagnosis/MachineChanges.h"
+#include "libDiagnosis/machines/UntoldChanges.h"
 #include "libInventory/Inventory.h"
 
 /// What changed in a fleet between two days, as data that borrows nothing.
@@ -50,9 +51,8 @@ struct FleetMachine {
     std::string before{};  ///< name of the recording; empty where there is none
     std::string after{};
     std::vector<FleetDeviceChange> changes{};
-    std::size_t untoldDevices = 0;  ///< in one recording only, and the other cannot tell of them; no changes
-    std::size_t untoldValues = 0;   ///< properties likewise
-    std::string problem{};          ///< of one that is unreadable
+    UntoldChanges::Count untold{};
+    std::string problem{};  ///< of one that is unreadable
 };
 
 /// One day of a fleet: names of recordings, one of each machine, and how to read them.

@@ -28,6 +28,21 @@ bool UntoldChanges::isValueUntold(const DeviceChange& change, const ValueChange&
     });
 }
 
+UntoldChanges::Count UntoldChanges::takeOut(std::vector<DeviceChange>& changes) {
+    Count count;
+    std::erase_if(changes, [&](DeviceChange& change) {
+        if (isDeviceUntold(change)) {
+            ++count.devices;
+            return true;
+        }
+        const std::size_t untold =
+            std::erase_if(change.values, [&](const ValueChange& value) { return isValueUntold(change, value); });
+        count.values += untold;
+        return untold > 0 && change.values.empty() && !change.isMoved();
+    });
+    return count;
+}
+
 bool UntoldChanges::hasKey(const StateManager& machine, const CapabilityImp& type, StringView key) {
     const StringView side = &machine == &m_before ? u"<" : u">";
     const auto [at, isNew] = m_hasKey.try_emplace(concat(side, type.toString(), u"\x1F", key), false);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <unordered_map>
+#include <vector>
 
 #include "libCommon/containers/HashFunctions.h"
 #include "libDiagnosis/MachineChanges.h"
@@ -11,6 +13,14 @@ namespace vrx {
 /// before it is of a format without disks. The machines are borrowed.
 class UntoldChanges {
 public:
+    /// What was not compared.
+    struct Count {
+        std::size_t devices = 0;  ///< in one recording only, and the other cannot tell of them
+        std::size_t values = 0;   ///< properties likewise
+
+        bool isNone() const noexcept { return devices == 0 && values == 0; }
+    };
+
     UntoldChanges(const StateManager& before, const StateManager& after) : m_before(before), m_after(after) {}
 
     /// Whether the device is in one of the recordings, and the other may lack it though it was there.
@@ -19,6 +29,9 @@ public:
     /// Whether one of the recordings has no such property, and may lack it though it was there. Requires: the device is
     /// in both.
     bool isValueUntold(const DeviceChange& change, const ValueChange& value);
+
+    /// Takes what is untold out of all changes between the two.
+    Count takeOut(std::vector<DeviceChange>& changes);
 
 private:
     bool hasKey(const StateManager& machine, const CapabilityImp& type, StringView key);

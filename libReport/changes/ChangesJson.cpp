@@ -80,6 +80,8 @@ std::string changesJson(const ChangesReport& report, const TextFormat&) {
         writeChange(json, change);
     }
     json.endArray();
+    json.key("untoldDevices").value(static_cast<std::int64_t>(report.untold.devices));
+    json.key("untoldValues").value(static_cast<std::int64_t>(report.untold.values));
     json.endObject();
     return json.take();
 }

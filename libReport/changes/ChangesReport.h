@@ -6,6 +6,7 @@
 
 #include "libCommon/time/DateTime.h"
 #include "libDiagnosis/MachineChanges.h"
+#include "libDiagnosis/machines/UntoldChanges.h"
 #include "libReport/ReportWriter.h"
 
 namespace vrx {
@@ -19,6 +20,7 @@ struct ChangesReport {
     std::string after;
     std::vector<DeviceChange> changes;
     DateTime started{};
+    UntoldChanges::Count untold{};  ///< what is not among the changes because only one of the two can tell of it
 
     /// Other names of the kernel do not make two machines differ.
     bool isEqual() const {

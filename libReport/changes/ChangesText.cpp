@@ -2,6 +2,7 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/changes/ChangesReport.h"
+#include "libReport/changes/UntoldText.h"
 #include "libReport/changes/ValueText.h"
 #include "libReport/text/DeviceSummary.h"
 #include "libReport/text/Style.h"
@@ -80,14 +81,18 @@ std::string changesText(const ChangesReport& report, const TextFormat& format) {
     });
     writer.write("Note: same devices under other names of the kernel", changes,
                  [](const DeviceChange& change) { return change.isOnlyRenamed(); });
-    std::string out =
-        report.isEqual()
-            ? styled("EQUAL", Style::Good, format.colour) + "  the two machines hold the same\n"
-            : styled("DIFFERENT", Style::Bad, format.colour) +
-                  fmt::format("  {} missing, {} added, {} moved, {} changed\n", missing, added, moved, changed);
+    const bool isUntold = !report.untold.isNone();
+    std::string out = comparedWord(report.isEqual(), isUntold, format) + "  ";
+    out += !report.isEqual()
+               ? fmt::format("{} missing, {} added, {} moved, {} changed", missing, added, moved, changed)
+               : fmt::format("the two machines hold the same{}", isUntold ? ", as far as both recordings tell" : "");
+    out += "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
     table.addRow({"before", printable(std::string_view(report.before))});
     table.addRow({"after", printable(std::string_view(report.after))});
+    if (isUntold) {
+        table.addRow({"not compared", untoldText(report.untold)});
+    }
     table.write(out, format);
     return out + writer.take();
 }

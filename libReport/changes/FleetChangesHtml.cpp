@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "libReport/changes/FleetChangesReport.h"
+#include "libReport/changes/UntoldText.h"
 #include "libReport/changes/ValueText.h"
 #include "libReport/html/HtmlPage.h"
 #include "libReport/text/TextPieces.h"
@@ -37,8 +38,14 @@ void writeCount(HtmlWriter& html, std::string_view title, std::size_t count) {
 
 void writeHeader(HtmlWriter& html, const FleetChangesReport& report) {
     html.begin("header").begin("a", "skip").attribute("href", "#machines").text("Skip to the machines").end();
-    html.element("span", report.isEqual() ? "badge verdict good" : "badge verdict bad",
-                 report.isEqual() ? "equal" : "different");
+    const bool isUntold = report.untoldCount() > 0;
+    html.element("span",
+                 !report.isEqual() ? "badge verdict bad"
+                 : isUntold        ? "badge verdict doubt"
+                                   : "badge verdict good",
+                 !report.isEqual() ? "different"
+                 : isUntold        ? "undetermined"
+                                   : "equal");
     html.element("h1", "",
                  fmt::format("{} of {} changed", report.count(MachineKind::Changed),
                              counted(report.machines.size(), "machine")));
@@ -81,8 +88,8 @@ void writeCard(HtmlWriter& html, const FleetMachine& machine, bool isOpen) {
     for (const FleetDeviceChange& change : machine.changes) {
         writeChange(html, machine, change);
     }
-    if (const std::string untold = untoldText(machine); !untold.empty()) {
-        html.element("p", "", "Not compared: " + untold + ".");
+    if (!machine.untold.isNone()) {
+        html.element("p", "", "Not compared: " + untoldText(machine.untold) + ".");
     }
     html.end().end().raw("\n");
 }
@@ -99,7 +106,7 @@ std::string fleetChangesHtml(const FleetChangesReport& report, const TextFormat&
     html.begin("h2").attribute("id", "machines-title").text("Machines").end().raw("\n");
     std::size_t shown = 0;
     for (const FleetMachine& machine : report.machines) {
-        if (machine.kind != MachineKind::Equal || !untoldText(machine).empty()) {
+        if (machine.kind != MachineKind::Equal || !machine.untold.isNone()) {
             writeCard(html, machine, shown++ < OPEN_MACHINES);
         }
     }

@@ -48,8 +48,8 @@ void writeFleetMachine(JsonWriter& json, const FleetMachine& machine) {
     json.key("serialNumber").value(machine.key.serialNumber);
     json.key("uuid").value(machine.key.uuid);
     json.key("problem").value(std::string_view(machine.problem));
-    json.key("untoldDevices").value(static_cast<std::int64_t>(machine.untoldDevices));
-    json.key("untoldValues").value(static_cast<std::int64_t>(machine.untoldValues));
+    json.key("untoldDevices").value(static_cast<std::int64_t>(machine.untold.devices));
+    json.key("untoldValues").value(static_cast<std::int64_t>(machine.untold.values));
     json.key("changes").beginArray();
     for (const FleetDeviceChange& change : machine.changes) {
         writeFleetDevice(json, change);

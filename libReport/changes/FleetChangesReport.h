@@ -43,10 +43,6 @@ std::string machineTitle(const FleetMachine& machine);
 /// "MemoryModule "Flint 16" (dimm:A1), from rack2 (dimm:B1)".
 std::string changeTitle(const FleetMachine& machine, const FleetDeviceChange& change);
 
-/// "3 devices and 1 property are in one recording only, and the other cannot tell of them"; empty where all could be
-/// compared.
-std::string untoldText(const FleetMachine& machine);
-
 /// "2 replaced, 1 updated"; empty without any.
 std::string partCounts(const FleetChangesReport& report);
 

@@ -4,6 +4,7 @@
 
 #include "libCommon/text/PrintableText.h"
 #include "libReport/changes/FleetChangesReport.h"
+#include "libReport/changes/UntoldText.h"
 #include "libReport/changes/ValueText.h"
 #include "libReport/text/Style.h"
 #include "libReport/text/TextPieces.h"
@@ -33,9 +34,8 @@ std::string fleetHeadline(const FleetChangesReport& report) {
 
 void writeMachine(const FleetMachine& machine, const TextFormat& format, std::string& out) {
     out += "\n" + styled(machineTitle(machine), Style::Bold, format.colour);
-    const std::string untold = untoldText(machine);
     if (machine.kind == MachineKind::Equal) {
-        out += ": equal, but " + untold + "\n";
+        out += ": equal, but " + untoldText(machine.untold) + "\n";
         return;
     }
     if (machine.kind != MachineKind::Changed) {
@@ -55,8 +55,8 @@ void writeMachine(const FleetMachine& machine, const TextFormat& format, std::st
         }
         table.write(out, format);
     }
-    if (!untold.empty()) {
-        out += "  not compared: " + untold + "\n";
+    if (!machine.untold.isNone()) {
+        out += "  not compared: " + untoldText(machine.untold) + "\n";
     }
 }
 
@@ -125,22 +125,7 @@ std::string changeTitle(const FleetMachine& machine, const FleetDeviceChange& ch
 
 std::size_t FleetChangesReport::untoldCount() const {
     return static_cast<std::size_t>(
-        std::ranges::count_if(machines, [](const FleetMachine& machine) { return !untoldText(machine).empty(); }));
-}
-
-std::string untoldText(const FleetMachine& machine) {
-    std::string text;
-    if (machine.untoldDevices > 0) {
-        text = counted(machine.untoldDevices, "device");
-    }
-    if (machine.untoldValues > 0) {
-        text += (text.empty() ? "" : " and ") +
-                (machine.untoldValues == 1 ? "1 property" : fmt::format("{} properties", machine.untoldValues));
-    }
-    const bool isOne = machine.untoldDevices + machine.untoldValues == 1;
-    return text.empty() ? text
-                        : fmt::format("{} {} in one recording only, and the other cannot tell of {}", text,
-                                      isOne ? "is" : "are", isOne ? "it" : "them");
+        std::ranges::count_if(machines, [](const FleetMachine& machine) { return !machine.untold.isNone(); }));
 }
 
 std::string partCounts(const FleetChangesReport& report) {
@@ -155,8 +140,7 @@ std::string partCounts(const FleetChangesReport& report) {
 
 std::string fleetChangesText(const FleetChangesReport& report, const TextFormat& format) {
     std::string out =
-        report.isEqual() ? styled("EQUAL", Style::Good, format.colour) : styled("DIFFERENT", Style::Bad, format.colour);
-    out += "  " + fleetHeadline(report) + "\n";
+        comparedWord(report.isEqual(), report.untoldCount() > 0, format) + "  " + fleetHeadline(report) + "\n";
     TextTable table(2, {Style::Dim, Style::Plain});
     table.addRow({"before", printable(std::string_view(report.before))});
     table.addRow({"after", printable(std::string_view(report.after))});
@@ -165,7 +149,7 @@ std::string fleetChangesText(const FleetChangesReport& report, const TextFormat&
     }
     table.write(out, format);
     for (const FleetMachine& machine : report.machines) {
-        if (machine.kind != MachineKind::Equal || !untoldText(machine).empty()) {
+        if (machine.kind != MachineKind::Equal || !machine.untold.isNone()) {
             writeMachine(machine, format, out);
         }
     }

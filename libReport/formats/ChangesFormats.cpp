@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "libReport/changes/ChangesReport.h"
+#include "libReport/changes/UntoldText.h"
 #include "libReport/formats/JunitSuite.h"
 #include "libReport/text/CsvTable.h"
 #include "libReport/text/DeviceSummary.h"
@@ -45,6 +46,9 @@ std::string changesJunit(const ChangesReport& report, const TextFormat&) {
     for (const DeviceChange& change : report.changes) {
         suite.cases.push_back(caseOf(change));
         suite.cases.back().name += fmt::format(" #{}", suite.cases.size());
+    }
+    if (!report.untold.isNone()) {
+        suite.cases.push_back({"not compared", JunitSuite::Outcome::Skipped, "untold", {untoldText(report.untold)}});
     }
     if (suite.cases.empty()) {
         suite.cases.push_back({"equal", JunitSuite::Outcome::Passed, {}, {}});

@@ -153,7 +153,7 @@ TEST(FleetChangesTest, whatOneRecordingCannotTellIsNoChange) {
                                          {u"labels", CapabilityImp(u"Fan"), u"needs root", {u"Label"}}};
     const auto compare = [](const FleetDay& before, const FleetDay& after) {
         const std::vector<FleetMachine> machines = fleetChanges(before, after, false);
-        std::string text = std::to_string(machines[0].untoldDevices) + "+" + std::to_string(machines[0].untoldValues);
+        std::string text = std::to_string(machines[0].untold.devices) + "+" + std::to_string(machines[0].untold.values);
         for (const FleetDeviceChange& change : machines[0].changes) {
             text += "; " + lineOf(machines[0], change);
         }
