@@ -6,6 +6,8 @@
 
 #include <array>
 #include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <latch>
 #include <string>
@@ -200,6 +202,27 @@ TEST(ThreadsTest, importsShareTheSpecificationsOfTheirProperties) {
             EXPECT_TRUE(property->spec(StateManager::instance()));
         }
     });
+}
+
+TEST(ThreadsTest, oneRecordingIsReadByMany) {
+    const std::string path = testing::TempDir() + "vrxThreadsTest.xml";
+    std::string recording = "<SysInfo>";
+    for (int i = 0; i < 6'000; ++i) {
+        const std::string number = std::to_string(i);
+        recording += "\n  <Device type='Type" + std::to_string(i % 7) + "' name='d' hwLocator='h" + number +
+                     "' osLocator=''><property key='K" + number + "' value='1'/><property key='All' value='" + number +
+                     "' units='" + (i % 10 == 0 ? "GHz" : "") + "'/></Device>";
+    }
+    std::ofstream(path, std::ios::binary) << recording << "\n</SysInfo>";
+    const auto read = [&path](unsigned threads) {
+        StateManager store;
+        ImportReport report;
+        EXPECT_TRUE(Inventory::importStateFromXmlFile(text(path), store, report, threads));
+        EXPECT_EQ(report.properties, 12'000U);
+        return sysInfoXml(store, true);
+    };
+    EXPECT_EQ(read(4), read(1));
+    std::filesystem::remove(path);
 }
 
 TEST(ThreadsTest, eachCountsThePatternsThatItGivesUpAndOneOfThemSaysSo) {
