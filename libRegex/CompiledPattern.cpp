@@ -7,12 +7,11 @@
 
 // Decides one test of a pattern that is more than a literal, by the first of these that applies:
 //
-//   1. The pattern ends with a range and a unit, and the value is a number with a unit of the same kind: the number is
+//   1. The whole pattern is a range (WholeRange): the value must be one number in it, with a unit of the same kind
+//      where the pattern has one.
+//   2. The pattern ends with a range and a unit, and the value is a number with a unit of the same kind: the number is
 //      converted into the pattern's unit and that comparison decides alone. A pattern with more around the range is
 //      searched for in the converted value, "1000 MHz" for "1.0 GHz".
-//   2. The whole pattern is "^", one range, perhaps a blank and a unit, "$" - the form of generated scripts. The value
-//      must be one number in the range. With a unit there is nothing left to decide: a value that this could match is
-//      a number with that very unit, and the first step has decided it.
 //   3. Everything else is searched for.
 //
 // Tests that had to be given up are remembered, so that each costs its limit once.
@@ -48,13 +47,19 @@ CompiledPattern::CompiledPattern(StringView pattern, LetterCase letterCase)
       m_letterCase(letterCase),
       m_hash(keyOf(pattern, letterCase)),
       m_hasExceeded(ExceededTests::instance().knowsPattern(m_hash)) {
+    m_wholeRange = WholeRange::parse(m_pattern);
+    // Without letter case the unit may stand there in a spelling that is not in the unit table.
+    if (m_wholeRange && letterCase == LetterCase::Ignored && !m_wholeRange->unitText().empty()) {
+        m_wholeRange.reset();
+    }
+    if (m_wholeRange) {
+        return;
+    }
     RangeForm form(inLetterCase(pattern, letterCase));
     if (!form.sites().empty()) {
         classify(form.sites().back());
     }
-    if (!m_isWholeRange) {
-        m_program.emplace(std::move(form), letterCase);
-    }
+    m_program.emplace(std::move(form), letterCase);
 }
 
 void CompiledPattern::classify(const RangeSite& lastRange) {
@@ -63,23 +68,20 @@ void CompiledPattern::classify(const RangeSite& lastRange) {
     const bool isAnchored = lastRange.begin == 1 && m_pattern.view().front() == u'^';
     if ((isAnchored || lastRange.begin == 0) && (m_unit || tail.empty() || tail == u"$")) {
         m_singleRange = lastRange.range;
-        // Without letter case the unit may stand there in a spelling that is not in the unit table.
-        m_isWholeRange = isAnchored && tail.ends_with(u'$') && (!m_unit || m_letterCase == LetterCase::Matters);
     }
 }
 
 bool CompiledPattern::matches(StringView value) {
+    if (m_wholeRange) {
+        return m_wholeRange->matches(value);
+    }
     if (m_unit) {
         if (const auto number = m_unit->numberOf(value)) {
             return m_singleRange ? m_singleRange->contains(*number)
                                  : search(concat(toText(*number), u" ", m_unit->unitText()));
         }
     }
-    return m_isWholeRange ? isInWholeRange(value) : search(value);
-}
-
-bool CompiledPattern::isInWholeRange(StringView value) const noexcept {
-    return !m_unit && numberEnd(value, 0) == value.size() && m_singleRange->contains(numberValue(value));
+    return search(value);
 }
 
 bool CompiledPattern::search(StringView value) {

@@ -6,6 +6,7 @@
 #include "libCommon/text/String.h"
 #include "libRegex/PatternCompiler.h"
 #include "libRegex/PatternProgram.h"
+#include "libRegex/WholeRange.h"
 #include "libRegex/ranges/NumberScanner.h"
 #include "libRegex/ranges/UnitRange.h"
 
@@ -34,13 +35,12 @@ private:
     void classify(const RangeSite& lastRange);
     bool search(StringView value);
     bool searchWithin(StringView value);
-    bool isInWholeRange(StringView value) const noexcept;
 
     String m_pattern;
     LetterCase m_letterCase;
     std::optional<UnitRange> m_unit;           ///< the unit behind the last range, borrowed from m_pattern
     std::optional<NumberRange> m_singleRange;  ///< the range of a pattern that is one range, anchors and unit aside
-    bool m_isWholeRange = false;               ///< a single range with both anchors, decided without a program
+    std::optional<WholeRange> m_wholeRange;    ///< what decides without a program; borrowed from m_pattern
     std::optional<PatternProgram> m_program;   ///< none for a whole range
     std::size_t m_hash;                        ///< of the pattern and its letter case
     bool m_hasExceeded;                        ///< some test of this pattern was given up

@@ -7,6 +7,8 @@
 #include "libCommon/Assertion.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
+#include "libInventory/engine/sweep/CandidateRanges.h"
+#include "libInventory/script/XmlChildren.h"
 
 namespace vrx {
 
@@ -44,7 +46,28 @@ void ErrorFiling::fileFailure(XmlElement* property, FindingKind kind, const boos
 void ErrorFiling::fileFailure(XmlElement* property, FindingKind kind, std::uint32_t candidate,
                               const SharedLists::Pointer& candidates, const PropertyExpectation& expectation) {
     m_state.contextOf(property);
-    m_state.m_tipTables[slot::MATCHING][property].append(kind, entriesOf(expectation), candidate, candidates);
+    m_state.m_tipTables[slot::MATCHING][property].append(kind, entriesOf(expectation), candidate, 1, candidates);
+}
+
+void ErrorFiling::fileFailures(XmlElement* property, const CandidateRanges& failed, const CandidateRanges& missing,
+                               const SharedLists::Pointer& candidates, const PropertyExpectation& expectation) {
+    m_state.contextOf(property);
+    FiledFindings& findings = m_state.m_tipTables[slot::MATCHING][property];
+    const auto append = [&](FindingKind kind, std::uint32_t first, std::uint32_t end) {
+        if (first != end) {
+            findings.append(kind, entriesOf(expectation), first, end - first, candidates);
+        }
+    };
+    auto without = missing.ranges().begin();
+    for (const auto& [first, end] : failed.ranges()) {
+        std::uint32_t at = first;
+        for (; without != missing.ranges().end() && without->first < end; ++without) {
+            append(FindingKind::PropertyMismatch, at, without->first);
+            append(FindingKind::PropertyMissing, without->first, without->end);
+            at = without->end;
+        }
+        append(FindingKind::PropertyMismatch, at, end);
+    }
 }
 
 void ErrorFiling::fileMatch(XmlElement* property, const boost::shared_ptr<IDeviceImp>& device, const String& value,
@@ -61,6 +84,17 @@ void ErrorFiling::fileExtra(XmlElement* element, const ExtraDevice& extra, bool 
     m_state.m_extraTables[slot][element].append(extra);
     if (isFailure) {
         m_state.m_tipTables[slot][element].append({nullptr, extra.device, FindingKind::ExtraDevice, 0, 0});
+    }
+}
+
+void ErrorFiling::flipErrorsVisible(XmlElement* element, std::size_t times) {
+    if (times == 0) {
+        return;
+    }
+    ElementContext& context = m_state.contextOf(element);
+    context.m_errorsVisible = context.m_errorsVisible != (times % 2 != 0);
+    for (XmlElement* const child : childElements(element)) {
+        flipErrorsVisible(child, times);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -12,6 +13,7 @@
 
 namespace vrx {
 
+class CandidateRanges;
 class PropertyExpectation;
 struct InventoryState;
 
@@ -36,6 +38,10 @@ public:
     void fileFailure(XmlElement* property, FindingKind kind, std::uint32_t candidate,
                      const SharedLists::Pointer& candidates, const PropertyExpectation& expectation);
 
+    /// The same, of all that failed, among them those without such a property.
+    void fileFailures(XmlElement* property, const CandidateRanges& failed, const CandidateRanges& missing,
+                      const SharedLists::Pointer& candidates, const PropertyExpectation& expectation);
+
     /// A property test that the device passed, for the matching slot.
     void fileMatch(XmlElement* property, const boost::shared_ptr<IDeviceImp>& device, const String& value,
                    const PropertyExpectation& expectation);
@@ -45,6 +51,10 @@ public:
 
     /// Forgets what is filed against the element and everything below it in one slot, extra devices aside.
     void clear(XmlElement* element, unsigned slot);
+
+    /// Makes what is filed against the element and everything below it hidden where it would have been shown, and the
+    /// other way round, so many times.
+    void flipErrorsVisible(XmlElement* element, std::size_t times);
 
     /// Adds what is filed against the element and everything below it in one slot.
     void count(XmlElement* element, unsigned slot, Inventory::ErrorSpec& spec) const;

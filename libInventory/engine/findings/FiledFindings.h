@@ -50,19 +50,19 @@ public:
         m_entries.push_back(std::move(entry));
     }
 
-    /// The entry of a property test that one of the candidates failed.
-    void append(FindingKind kind, std::uint32_t expectedEntries, std::uint32_t candidate,
+    /// The entries of a property test that so many of the candidates, from that one on, failed alike.
+    void append(FindingKind kind, std::uint32_t expectedEntries, std::uint32_t candidate, std::uint32_t count,
                 const SharedLists::Pointer& candidates) {
         if (m_candidates != candidates) {
             spreadOut();
             m_candidates = candidates;
         }
-        m_count += tipsOf(kind);
-        ++m_inRanges;
+        m_count += tipsOf(kind) * count;
+        m_inRanges += count;
         if (!m_ranges.empty() && m_ranges.back().isFollowedBy(kind, expectedEntries, candidate)) {
-            ++m_ranges.back().count;
+            m_ranges.back().count += count;
         } else {
-            m_ranges.push_back({kind, expectedEntries & MOST_ENTRIES, candidate, 1});
+            m_ranges.push_back({kind, expectedEntries & MOST_ENTRIES, candidate, count});
         }
     }
 

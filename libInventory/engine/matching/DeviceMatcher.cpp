@@ -16,6 +16,7 @@
 #include "libInventory/engine/matching/CandidateTrial.h"
 #include "libInventory/engine/matching/DeviceAttributes.h"
 #include "libInventory/engine/matching/PropertyMatcher.h"
+#include "libInventory/engine/sweep/ContentSweep.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libInventory/script/XmlChildren.h"
@@ -186,6 +187,18 @@ void DeviceMatcher::logMatch(XmlElement* element, bool underNot, unsigned associ
 }
 
 bool DeviceMatcher::matchInStore(XmlElement* element, bool underNot, unsigned associationIndex) {
+    CandidatePool* const pool = mayPool() ? m_pools.find(*element, m_state.m_tellings) : nullptr;
+    return pool != nullptr ? matchPool(element, *pool, underNot, associationIndex)
+                           : matchFiltered(element, underNot, associationIndex);
+}
+
+// The log is told of every candidate, and somebody may be told of every property.
+bool DeviceMatcher::mayPool() const {
+    return !m_state.m_tipMatchedProperties && !inventoryLog().isEnabled(LogPriority::Debug);
+}
+
+bool DeviceMatcher::matchFiltered(XmlElement* element, bool underNot, unsigned associationIndex) {
+    const std::size_t givenUpBefore = Regex::exceededCount();
     const StateManager& store = *m_state.m_stateManager;
     const CapabilityImp type(typeTextOf(*element));
     if (type == CapabilityImp::INVALID()) {
@@ -219,7 +232,29 @@ bool DeviceMatcher::matchInStore(XmlElement* element, bool underNot, unsigned as
         m_filing.file(element, FindingKind::NoAvailableDevice, slot::MATCHING);
         return false;
     }
-    return matchCandidates(element, candidates, underNot, associationIndex);
+    const bool isPlain = mayPool() && Regex::exceededCount() == givenUpBefore;
+    CandidatePool* const pool =
+        isPlain && candidates.size() >= WideMatches::MANY ? m_pools.add(*element, candidates, m_sharedLists) : nullptr;
+    return pool != nullptr ? matchPool(element, *pool, underNot, associationIndex)
+                           : matchCandidates(element, candidates, underNot, associationIndex);
+}
+
+bool DeviceMatcher::matchPool(XmlElement* element, CandidatePool& pool, bool underNot, unsigned associationIndex) {
+    const DeviceArray& candidates = *pool.devices();
+    ContentSweep sweep(m_state, pool);
+    if (!sweep.isPossible(*element, underNot)) {
+        return matchCandidates(element, candidates, underNot, associationIndex);
+    }
+    const CandidateRanges all(static_cast<std::uint32_t>(candidates.size()));
+    const CandidateRanges found = sweep.match(element);
+    const CandidateRanges refused = all - found;
+    sweep.silent(refused).forEach([&](std::uint32_t candidate) {
+        m_state.m_record.silentCandidates[element].push_back({candidates[candidate], candidate});
+    });
+    m_hasFailed = m_hasFailed || !refused.isEmpty() || sweep.hasFiled();
+    DeviceArray matched;
+    found.forEach([&](std::uint32_t candidate) { matched.append(candidates[candidate]); });
+    return linkAll(element, std::move(matched), associationIndex);
 }
 
 // Only while the first candidate is tried is anybody told anything; after that the list stays what it is.
@@ -242,6 +277,10 @@ bool DeviceMatcher::matchCandidates(XmlElement* element, const DeviceArray& cand
     for (std::uint32_t candidate = 1; candidate < devices.size(); ++candidate) {
         tryCandidate(devices[candidate], candidate);
     }
+    return linkAll(element, std::move(matched), associationIndex);
+}
+
+bool DeviceMatcher::linkAll(XmlElement* element, DeviceArray matched, unsigned associationIndex) {
     if (matched.isEmpty()) {
         return false;
     }

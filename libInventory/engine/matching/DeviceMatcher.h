@@ -6,6 +6,7 @@
 #include "libInventory/engine/matching/CandidateSearch.h"
 #include "libInventory/engine/matching/MatchesAhead.h"
 #include "libInventory/engine/matching/WideMatches.h"
+#include "libInventory/engine/sweep/CandidatePool.h"
 
 namespace vrx {
 
@@ -33,7 +34,11 @@ private:
     void logMatch(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchAlike(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchInStore(XmlElement* element, bool underNot, unsigned associationIndex);
+    bool matchFiltered(XmlElement* element, bool underNot, unsigned associationIndex);
+    bool mayPool() const;
     bool matchCandidates(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
+    bool matchPool(XmlElement* element, CandidatePool& pool, bool underNot, unsigned associationIndex);
+    bool linkAll(XmlElement* element, DeviceArray matched, unsigned associationIndex);
     bool matchOne(XmlElement* element, const DeviceArray& candidates, bool underNot, unsigned associationIndex);
     bool matchCandidate(XmlElement* element, const boost::shared_ptr<IDeviceImp>& device, std::uint32_t candidate,
                         bool underNot, CandidateTrial* trial);
@@ -42,6 +47,7 @@ private:
     ErrorFiling m_filing;
     SharedLists m_sharedLists;
     WideMatches m_wideMatches;
+    CandidatePools m_pools;
     MatchesAhead m_ahead;
     std::size_t m_tellingsAhead = 0;   ///< when it was looked ahead
     SharedLists::Pointer m_wideMatch;  ///< of the element that was matched last, when it had many candidates

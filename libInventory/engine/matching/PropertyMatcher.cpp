@@ -57,7 +57,7 @@ bool PropertyMatcher::matchesAny(XmlElement* element, bool underNot) {
             if (failed == child) {
                 break;
             }
-            flipErrorsVisible(failed);
+            ErrorFiling(m_state).flipErrorsVisible(failed, 1);
         }
         return true;
     }
@@ -78,17 +78,9 @@ bool PropertyMatcher::matchesNot(XmlElement* element, bool underNot) {
     }
     const bool holds = !matchesAll(element, true);
     if (holds) {
-        flipErrorsVisible(element);
+        ErrorFiling(m_state).flipErrorsVisible(element, 1);
     }
     return holds;
-}
-
-void PropertyMatcher::flipErrorsVisible(XmlElement* element) {
-    ElementContext& context = m_state.contextOf(element);
-    context.m_errorsVisible = !context.m_errorsVisible;
-    for (XmlElement* const child : childElements(element)) {
-        flipErrorsVisible(child);
-    }
 }
 
 bool PropertyMatcher::matchesProperty(XmlElement* element) {

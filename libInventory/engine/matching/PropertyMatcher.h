@@ -45,7 +45,6 @@ private:
     std::optional<bool> matchesRecord(const PropertyExpectation& expectation);
     void fileFailure(XmlElement* element, FindingKind kind, const PropertyExpectation& expectation);
     void tellMatch(XmlElement* element, const IPropertyImp& property, const PropertyExpectation& expectation);
-    void flipErrorsVisible(XmlElement* element);
 
     /// Mistakes in the script are told once, while the first candidate is tried.
     bool tellsMistakes() const noexcept { return m_candidate == 0; }
