@@ -15,6 +15,7 @@
 #include "cli/input/ScriptFile.h"
 #include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
+#include "cli/program/FreedMemory.h"
 #include "cli/program/Processors.h"
 #include "cli/terminal/FleetBar.h"
 #include "cli/terminal/Interrupt.h"
@@ -216,6 +217,7 @@ CommandResult check(const FleetCliOptions& options, const Session& session) {
         begun = {options.resumePath, earlier.wholeSize()};
     }
     const ErrorStreamLog::QuietThreads quiet(LogPriority::Warning);
+    keepFreedMemory();
     Interrupt interrupt;
     FleetOptions fleet;
     fleet.isPlain = options.isPlain;

@@ -1,0 +1,21 @@
+#include "cli/program/FreedMemory.h"
+
+#include <malloc.h>
+
+namespace vrx::cli {
+
+namespace {
+
+constexpr int KEPT_BYTES = 64 << 20;
+constexpr int LARGEST_BLOCK = 16 << 20;  // beyond it a block is the system's from the start
+
+}  // namespace
+
+void keepFreedMemory() noexcept {
+#ifdef __GLIBC__
+    mallopt(M_TRIM_THRESHOLD, KEPT_BYTES);
+    mallopt(M_MMAP_THRESHOLD, LARGEST_BLOCK);
+#endif
+}
+
+}  // namespace vrx::cli
