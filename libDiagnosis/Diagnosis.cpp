@@ -32,15 +32,17 @@ bool isToldByEngine(FindingKind kind) noexcept {
 
 class Diagnosing {
 public:
-    Diagnosing(const Inventory& inventory, const StateManager& machine, const Certainty& certainty)
+    Diagnosing(const Inventory& inventory, const StateManager& machine, const Certainty& certainty,
+               WantedDevices& asked)
         : m_inventory(inventory),
           m_machine(machine),
           m_certainty(certainty),
+          m_asked(asked),
           m_findings(inventory.findings()),
           m_free(inventory, machine) {}
 
     std::vector<Fault> faults() {
-        m_faults = missingFaults(m_inventory, m_machine, m_certainty, m_free);
+        m_faults = missingFaults(m_inventory, m_machine, m_certainty, m_free, m_asked);
         addForbidden();
         addExtra();
         addUndetermined();
@@ -170,6 +172,7 @@ private:
     const Inventory& m_inventory;
     const StateManager& m_machine;
     const Certainty& m_certainty;
+    WantedDevices& m_asked;
     Array<Finding> m_findings;
     FreeDevices m_free;
     std::unordered_set<const IDeviceImp*> m_forbidden;
@@ -185,7 +188,13 @@ std::string_view nameOf(FaultKind kind) noexcept {
 }
 
 std::vector<Fault> diagnose(const Inventory& inventory, const StateManager& machine, const Certainty& certainty) {
-    return Diagnosing(inventory, machine, certainty).faults();
+    WantedDevices asked;
+    return diagnose(inventory, machine, certainty, asked);
+}
+
+std::vector<Fault> diagnose(const Inventory& inventory, const StateManager& machine, const Certainty& certainty,
+                            WantedDevices& asked) {
+    return Diagnosing(inventory, machine, certainty, asked).faults();
 }
 
 }  // namespace vrx

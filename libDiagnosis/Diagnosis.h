@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "libDiagnosis/Fault.h"
+#include "libDiagnosis/WantedDevices.h"
 #include "libDiagnosis/certainty/Doubt.h"
 #include "libInventory/Inventory.h"
 #include "libSystemState/StateManager.h"
@@ -21,5 +22,9 @@ namespace vrx {
 ///
 /// Requires: the inventory has run on that machine.
 std::vector<Fault> diagnose(const Inventory& inventory, const StateManager& machine, const Certainty& certainty);
+
+/// The same, for one of many machines that are checked against copies of one script.
+std::vector<Fault> diagnose(const Inventory& inventory, const StateManager& machine, const Certainty& certainty,
+                            WantedDevices& asked);
 
 }  // namespace vrx

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -82,16 +85,24 @@ struct Fault {
 
     std::vector<FoldedFault> withIt;  ///< what stands below the device and is missing, or too many, like it
 
-    std::vector<AskedProperty> properties;  ///< that the element asks for, whatever else is the case
-    std::optional<NearDevice> nearest;      ///< of a missing device the one that comes nearest and may be meant
-    std::optional<Refusal> refusal;         ///< of a missing device why none could be tried
-    std::optional<Shortage> shortage;       ///< of a missing device that others would do for, but that all are needed
-    LikeDevices alike;                      ///< of a missing device
+    std::shared_ptr<const std::vector<AskedProperty>>
+        properties;                     ///< that the element asks for, whatever else is the case
+    std::optional<NearDevice> nearest;  ///< of a missing device the one that comes nearest and may be meant
+    std::optional<Refusal> refusal;     ///< of a missing device why none could be tried
+    std::optional<Shortage> shortage;   ///< of a missing device that others would do for, but that all are needed
+    LikeDevices alike;                  ///< of a missing device
     Replacement replacement = Replacement::Unknown;
     Array<String> words;  ///< the engine's, where nobody has better ones: then all the rest is empty
 
     unsigned breadth = 0;           ///< how much of the machine its type sums up; 0 for a part that somebody can hold
     bool isOfOtherMachine = false;  ///< it says that this is another machine than the script is for
+
+    /// Of those properties the one with that key; null when there is none.
+    const AskedProperty* askedProperty(StringView key) const noexcept {
+        const auto all = properties != nullptr ? std::span(*properties) : std::span<const AskedProperty>();
+        const auto at = std::ranges::find(all, key, [](const AskedProperty& one) { return one.key.view(); });
+        return at == all.end() ? nullptr : &*at;
+    }
 };
 
 }  // namespace vrx

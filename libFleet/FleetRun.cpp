@@ -82,13 +82,14 @@ std::optional<std::size_t> FleetRun::take(FleetRecording& recording) {
 
 void FleetRun::work() {
     FleetRecording recording;
+    FleetWanted asked;
     while (const std::optional<std::size_t> number = take(recording)) {
         FleetResult result;
         if (recording.isKnown) {
             result.file = recording.name;
             result.isKnown = true;
         } else {
-            result = checkRecording(recording, m_scripts, m_options);
+            result = checkRecording(recording, m_scripts, m_options, asked);
         }
         const std::lock_guard lock(m_mutex);
         m_results.emplace(*number, std::move(result));

@@ -108,7 +108,7 @@ struct Checked {
 bool isStopped(const FleetOptions& options) { return options.isStopped != nullptr && *options.isStopped; }
 
 CheckReport reportOf(const FleetScript& script, StateManager& machine, const ImportReport& import,
-                     const FleetOptions& options, Clock::time_point start) {
+                     const FleetOptions& options, WantedDevices& asked, Clock::time_point start) {
     CheckRun run(machine);
     run.inventory().loadInventoryScript(*script.loaded);
     run.inventory().setAssignment(options.isPlain ? Inventory::Assignment::Greedy : options.assignment);
@@ -116,7 +116,7 @@ CheckReport reportOf(const FleetScript& script, StateManager& machine, const Imp
     limits.waitsForEver = options.isPlain;
     run.inventory().setProgress(
         [&](const RunProgress& state) { return !isStopped(options) && mayGoOn(limits, state, Clock::now() - start); });
-    CheckReport report = run.run({&import, options.isPlain, options.waivers, options.started, false, false});
+    CheckReport report = run.run({&import, options.isPlain, options.waivers, options.started, false, false, &asked});
     report.script = script.path;
     report.annotatedScript = nullptr;  // goes with the run
     return report;
@@ -134,11 +134,12 @@ bool isNearer(const CheckReport& one, const CheckReport& other) {
 }
 
 CheckReport bestReport(const FleetScripts& scripts, StateManager& machine, const ImportReport& import,
-                       const FleetOptions& options) {
+                       const FleetOptions& options, FleetWanted& asked) {
     const Clock::time_point start = Clock::now();
-    CheckReport best = reportOf(scripts.front(), machine, import, options, start);
+    asked.resize(scripts.size());
+    CheckReport best = reportOf(scripts.front(), machine, import, options, asked.front(), start);
     for (std::size_t i = 1; i < scripts.size() && best.verdict != Verdict::Passed; ++i) {
-        CheckReport report = reportOf(scripts[i], machine, import, options, start);
+        CheckReport report = reportOf(scripts[i], machine, import, options, asked[i], start);
         if (report.verdict == Verdict::Passed || isNearer(report, best)) {
             best = std::move(report);
         }
@@ -146,7 +147,8 @@ CheckReport bestReport(const FleetScripts& scripts, StateManager& machine, const
     return best;
 }
 
-Checked check(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+Checked check(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options,
+              FleetWanted& asked) {
     const std::string other = refusal(recording, options);
     if (!other.empty()) {
         return {unreadableResult(recording.name, other), std::nullopt, {}};
@@ -157,7 +159,7 @@ Checked check(const FleetRecording& recording, const FleetScripts& scripts, cons
         return {unreadableResult(recording.name, problemOf(imported)), std::nullopt, notesOf(imported)};
     }
     Checked checked;
-    checked.report = bestReport(scripts, machine, imported.report, options);
+    checked.report = bestReport(scripts, machine, imported.report, options, asked);
     checked.result = fleetResult(recording.name, *checked.report);
     checked.result.isCutShort = isStopped(options) && checked.report->verdict == Verdict::Undecided;
     checked.notes = notesOf(imported);
@@ -172,9 +174,10 @@ Checked internalError(const FleetRecording& recording, const std::string& what) 
 }
 
 /// A thread of the pool is to its recording what `main` is to a program.
-Checked guardedCheck(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+Checked guardedCheck(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options,
+                     FleetWanted& asked) {
     try {
-        return check(recording, scripts, options);
+        return check(recording, scripts, options, asked);
     } catch (const StructuredException& broken) {
         return internalError(recording, broken.text().toUtf8());
     } catch (const Exception& unexpected) {
@@ -186,9 +189,10 @@ Checked guardedCheck(const FleetRecording& recording, const FleetScripts& script
 
 }  // namespace
 
-FleetResult checkRecording(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options) {
+FleetResult checkRecording(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options,
+                           FleetWanted& asked) {
     Checked checked = recording.problem.empty()
-                          ? guardedCheck(recording, scripts, options)
+                          ? guardedCheck(recording, scripts, options, asked)
                           : Checked{unreadableResult(recording.name, recording.problem), std::nullopt, {}};
     FleetResult& result = checked.result;
     result.time = options.started.toIso8601().toUtf8();

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "libDiagnosis/WantedDevices.h"
 #include "libFleet/FleetResult.h"
 #include "libFleet/machines/FleetRecording.h"
 #include "libReport/CheckRun.h"
@@ -19,6 +20,9 @@ struct FleetScript {
     std::shared_ptr<const Inventory> loaded;  ///< holds the script, and never runs it
 };
 using FleetScripts = std::vector<FleetScript>;
+
+/// What one thread has read off each of the scripts so far.
+using FleetWanted = std::vector<WantedDevices>;
 
 /// How a fleet is checked.
 struct FleetOptions {
@@ -36,10 +40,12 @@ struct FleetOptions {
 };
 
 /// Checks one recording against the script, or against each of several until one is met: with its import the whole of
-/// what `check` does. Any number of threads may do so with the same scripts. Whatever is wrong with the recording is a
+/// what `check` does. Any number of threads may do so with the same scripts, each with an `asked` of its own, which is
+/// empty at first and always of the same scripts. Whatever is wrong with the recording is a
 /// result, and so is a failure of the check itself.
 ///
 /// Requires: there are scripts; the recording is not known.
-FleetResult checkRecording(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options);
+FleetResult checkRecording(const FleetRecording& recording, const FleetScripts& scripts, const FleetOptions& options,
+                           FleetWanted& asked);
 
 }  // namespace vrx

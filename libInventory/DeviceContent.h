@@ -3,7 +3,10 @@
 #include <memory>
 
 #include "libCommon/Export.h"
+#include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libCommon/xml/XmlElement.h"
+#include "libInventory/Finding.h"
 #include "libSystemState/Forward.h"
 
 namespace vrx {
@@ -39,7 +42,16 @@ public:
     /// Whether the device satisfies the content; not when that does not parse.
     bool isMetBy(const IDeviceImp& device) const;
 
+    /// What the device fails of the content, as the outcome of that check has it, without words; nothing when it cannot
+    /// be asked. The findings are about elements below `element()`.
+    Array<Finding> failuresOf(const IDeviceImp& device) const;
+
+    /// The element around the content as it was parsed; null when it does not parse.
+    const XmlElement* element() const;
+
 private:
+    const ContentTest& test() const;
+
     String m_content;
     mutable std::unique_ptr<const ContentTest> m_test;  ///< made when somebody asks
 };

@@ -34,6 +34,9 @@ public:
     /// The event lives only for the duration of the call.
     virtual void handleEvent(const TestRunEventImp& event);
 
+    /// Whether it reads that tip, whose text takes time to write. Without anybody who does the event comes without.
+    virtual bool readsAnnotatedScript() const { return true; }
+
     /// A script that could not be read or used.
     virtual void handleFileError(const String& msg);
 

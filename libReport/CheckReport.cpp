@@ -63,10 +63,12 @@ Verdict plainVerdict(bool passed) noexcept { return passed ? Verdict::Passed : V
 
 CheckReport checkReport(const Inventory& inventory, const StateManager& machine, bool passed, const CheckBasis& basis) {
     CheckReport report;
-    Certainty certainty = basis.isPlain ? Certainty() : certaintyOf(inventory, machine, basis.import, passed);
+    WantedDevices own;
+    WantedDevices& asked = basis.asked != nullptr ? *basis.asked : own;
+    Certainty certainty = basis.isPlain ? Certainty() : certaintyOf(inventory, machine, basis.import, passed, asked);
     report.verdict = basis.isPlain ? plainVerdict(passed) : verdictOf(inventory, passed, certainty);
     if (report.verdict != Verdict::Passed) {
-        report.faults = diagnose(inventory, machine, certainty);
+        report.faults = diagnose(inventory, machine, certainty, asked);
     }
     report.doubts = std::move(certainty.doubts);
     report.unread = machine.unread();

@@ -109,6 +109,8 @@ struct CheckReport {
     bool showsAnnotatedScript = false;  ///< JSON holds it too
 };
 
+class WantedDevices;
+
 /// How much a report trusts the engine's answer.
 struct CheckBasis {
     const ImportReport* import = nullptr;          ///< of the machine's recording; borrowed, null for none
@@ -117,6 +119,8 @@ struct CheckBasis {
     std::optional<DateTime> started{};             ///< when the check began; none for now
     bool listsElements = true;  ///< for writers that want `checked` and `places`; it costs a few microseconds for each
     bool listsFindings = true;  ///< for writers that want `findings`, `devices` and `forbidden`; likewise
+    WantedDevices* asked =
+        nullptr;  ///< what checks of other machines have read off the script; borrowed, null for none
 };
 
 /// Requires: the inventory has run on that machine, and `passed` is its answer. What the inventory cannot know (names,

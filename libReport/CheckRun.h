@@ -35,6 +35,7 @@ public:
 
 private:
     void handleEvent(const TestRunEventImp& event) override;
+    bool readsAnnotatedScript() const override { return false; }
     void handleFileError(const String& msg) override { m_fileErrors.append(msg); }
 
     StateManager& m_machine;

@@ -12,9 +12,14 @@ StringView XmlContent::keepUtf8(std::string_view bytes) {
     return m_arena.keepText(room, decodeValidUtf8(bytes, room));
 }
 
-XmlNode* XmlContent::copyOf(const XmlNode& node) {
+XmlElement* XmlContent::copyOf(const XmlElement& element) {
+    XmlNameCopies names(m_names);
+    return copyOf(element, names);
+}
+
+XmlNode* XmlContent::copyOf(const XmlNode& node, XmlNameCopies& names) {
     switch (node.NodeKind()) {
-        case XmlNode::Kind::Element: return copyOf(static_cast<const XmlElement&>(node));
+        case XmlNode::Kind::Element: return copyOf(static_cast<const XmlElement&>(node), names);
         case XmlNode::Kind::Text: return newText(m_arena.copy(node.Value()));
         case XmlNode::Kind::Comment: return newComment(m_arena.copy(node.Value()));
         case XmlNode::Kind::Document: break;
@@ -23,23 +28,24 @@ XmlNode* XmlContent::copyOf(const XmlNode& node) {
     return nullptr;
 }
 
-XmlElement* XmlContent::copyOf(const XmlElement& element) {
-    XmlElement* const copy = newElement(m_names.intern(element.Name()));
+XmlElement* XmlContent::copyOf(const XmlElement& element, XmlNameCopies& names) {
+    XmlElement* const copy = newElement(names.find(element.Name()));
     copy->m_row = element.m_row;
     copy->m_column = element.m_column;
     copy->reserveAttributes(element.m_attributeCount, m_arena);
     for (const XmlAttribute& attribute : element.Attributes()) {
-        copy->addAttribute(m_names.intern(attribute.Name()), m_arena.copy(attribute.Value()));
+        copy->addAttribute(names.find(attribute.Name()), m_arena.copy(attribute.Value()));
     }
     for (const XmlNode* child = element.FirstChild(); child != nullptr; child = child->NextSibling()) {
-        copy->append(copyOf(*child));
+        copy->append(copyOf(*child, names));
     }
     return copy;
 }
 
 void XmlContent::copyAll(const XmlContainer& document) {
+    XmlNameCopies names(m_names);
     for (const XmlNode* node = document.FirstChild(); node != nullptr; node = node->NextSibling()) {
-        m_top.append(copyOf(*node));
+        m_top.append(copyOf(*node, names));
     }
 }
 

@@ -57,8 +57,9 @@ public:
     StringView keepUtf8(std::string_view bytes);
 
     /// Deep copies of nodes of any content. Requires: not a document.
-    XmlNode* copyOf(const XmlNode& node);
     XmlElement* copyOf(const XmlElement& element);
+    XmlElement* copyOf(const XmlElement& element, XmlNameCopies& names);
+    XmlNode* copyOf(const XmlNode& node, XmlNameCopies& names);
 
     /// Adds copies of all children of another document to this one.
     void copyAll(const XmlContainer& document);

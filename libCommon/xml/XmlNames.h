@@ -35,6 +35,32 @@ private:
     boost::unordered_flat_map<StringView, const XmlName*, TextHash> m_names;
 };
 
+/// Names of another document, which stay where they are: where a name lies says which it is.
+class XmlNameCopies {
+public:
+    explicit XmlNameCopies(XmlNames& names) noexcept : m_names(names) {}
+
+    const XmlName* find(StringView name) {
+        const auto address = reinterpret_cast<std::uintptr_t>(name.data());
+        Copy& copy = m_copies[(address / sizeof(char16_t) ^ address / SIZE) % SIZE];
+        if (copy.name == nullptr || copy.original.data() != name.data() || copy.original.size() != name.size()) {
+            copy = {name, m_names.intern(name)};
+        }
+        return copy.name;
+    }
+
+private:
+    static constexpr std::size_t SIZE = 64;
+
+    struct Copy {
+        StringView original;
+        const XmlName* name = nullptr;
+    };
+
+    XmlNames& m_names;
+    std::array<Copy, SIZE> m_copies{};
+};
+
 /// Names as the XML parser hands them out: zero-terminated UTF-8, in memory that it reuses for the same name
 /// (attributes) or for whatever stands at the same depth (elements). So the address is a good guess at the name; the
 /// characters are still compared, because an address promises nothing.
@@ -47,7 +73,7 @@ public:
         if (!isSame(guesses.latest, name)) {
             std::swap(guesses.latest, guesses.earlier);
             if (!isSame(guesses.latest, name)) {
-                guesses.latest = m_names.internUtf8(name);
+                guesses.latest = findByText(name);
             }
         }
         return guesses.latest;
@@ -61,6 +87,15 @@ private:
         const XmlName* latest = nullptr;
         const XmlName* earlier = nullptr;
     };
+
+    /// The names of a document are few, and elements at many depths have the same.
+    const XmlName* findByText(std::string_view name) {
+        const XmlName*& known = m_known[(name.size() * 7 + static_cast<unsigned char>(name.front())) % SIZE];
+        if (!isSame(known, name.data())) {
+            known = m_names.internUtf8(name);
+        }
+        return known;
+    }
 
     static std::size_t slotOf(const char* name) noexcept {
         const auto address = reinterpret_cast<std::uintptr_t>(name);
@@ -83,6 +118,7 @@ private:
 
     XmlNames& m_names;
     std::array<Guesses, SIZE> m_guesses{};
+    std::array<const XmlName*, SIZE> m_known{};  ///< by length and first letter
 };
 
 }  // namespace vrx

@@ -19,6 +19,7 @@
 
 #include "libCommon/text/UuCode.h"
 #include "libDiagnosis/DeviceProblem.h"
+#include "libDiagnosis/WantedDevices.h"
 #include "libDiagnosis/certainty/ContentDoubts.h"
 #include "libDiagnosis/certainty/Doubt.h"
 #include "libDiagnosis/certainty/HeldDevices.h"
@@ -65,9 +66,10 @@ struct View {
 
 class CertaintySearch {
 public:
-    CertaintySearch(const Inventory& inventory, const Unknowns& unknowns)
+    CertaintySearch(const Inventory& inventory, const Unknowns& unknowns, WantedDevices& asked)
         : m_inventory(inventory),
           m_unknowns(unknowns),
+          m_asked(asked),
           m_content(unknowns),
           m_held(inventory, unknowns),
           m_extras(inventory.extraDevicesWithRules()) {
@@ -191,11 +193,11 @@ private:
         if (truth.isDoubtful) {
             return {true, true, true};
         }
-        const CapabilityImp type(attributeOf(element, vocabulary::TYPE));
-        if (m_unknowns.isPlaceTaken(askedBy(element).hwLocator, type)) {
+        const WantedDevice& asked = m_asked.of(element);
+        if (m_unknowns.isPlaceTaken(asked.spec.hwLocator, asked.type)) {
             return truth;
         }
-        if (std::optional<Doubt> doubt = m_unknowns.hidden(type, view.isForbidden)) {
+        if (std::optional<Doubt> doubt = m_unknowns.hidden(asked.type, view.isForbidden)) {
             keep(*doubt, view.isForbidden ? Asked::Forbidden : Asked::Device, element);
             return {true, true, true};
         }
@@ -268,6 +270,8 @@ private:
         for (ScriptWalk walk(root, ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
             if (walk->kind == ElementKind::FailOnExtra) {
                 isDoubtful = lookAtRule(*walk->element) || isDoubtful;
+            } else if (walk->kind == ElementKind::Device) {
+                walk.skipContent();
             }
         }
         return isDoubtful;
@@ -329,6 +333,7 @@ private:
 
     const Inventory& m_inventory;
     const Unknowns& m_unknowns;
+    WantedDevices& m_asked;
     ContentDoubts m_content;
     HeldDevices m_held;
     Array<ExtraDevice> m_extras;
@@ -345,19 +350,27 @@ private:
 
 Certainty certaintyOf(const Inventory& inventory, const StateManager& machine, const ImportReport* import,
                       bool passed) {
+    WantedDevices asked;
+    return certaintyOf(inventory, machine, import, passed, asked);
+}
+
+Certainty certaintyOf(const Inventory& inventory, const StateManager& machine, const ImportReport* import, bool passed,
+                      WantedDevices& asked) {
     const Unknowns unknowns(machine, import);
     const RunSummary& summary = inventory.summary();
     const bool isOpen = summary.hasUntried;
     if (unknowns.isEmpty() && (passed || !isOpen)) {
         return {};
     }
-    return CertaintySearch(inventory, unknowns).find(passed);
+    return CertaintySearch(inventory, unknowns, asked).find(passed);
 }
 
 Certainty certaintyOfDevice(const Inventory& engine, const IDeviceImp& device, const StateManager& machine,
                             const ImportReport* import, bool passed) {
     const Unknowns unknowns(machine, import);
-    return unknowns.hasProperties() ? CertaintySearch(engine, unknowns).findForDevice(device, passed) : Certainty();
+    WantedDevices asked;
+    return unknowns.hasProperties() ? CertaintySearch(engine, unknowns, asked).findForDevice(device, passed)
+                                    : Certainty();
 }
 
 }  // namespace vrx

@@ -10,6 +10,8 @@
 
 namespace vrx {
 
+class WantedDevices;
+
 /// Something that a script asks for and that nobody can tell of the machine.
 struct Doubt {
     enum class Asked : std::uint8_t {
@@ -47,6 +49,10 @@ struct Certainty {
 ///
 /// Requires: the inventory has run on that machine, `passed` is its answer, and the import, if any, filled that store.
 Certainty certaintyOf(const Inventory& inventory, const StateManager& machine, const ImportReport* import, bool passed);
+
+/// The same, for one of many machines that are checked against copies of one script.
+Certainty certaintyOf(const Inventory& inventory, const StateManager& machine, const ImportReport* import, bool passed,
+                      WantedDevices& asked);
 
 /// The same of a check of one device of the machine, which `engine` has made.
 Certainty certaintyOfDevice(const Inventory& engine, const IDeviceImp& device, const StateManager& machine,

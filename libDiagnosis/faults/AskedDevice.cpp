@@ -1,11 +1,15 @@
 #include "libDiagnosis/faults/AskedDevice.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "libCommon/text/UuCode.h"
 #include "libCommon/xml/XmlWriter.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libRegex/Regex.h"
+#include "libSystemState/properties/PropertyNames.h"
 
 namespace vrx {
 
@@ -51,6 +55,12 @@ std::vector<AskedProperty> askedProperties(const XmlElement& device) {
     std::vector<AskedProperty> properties;
     addProperties(device, properties);
     return properties;
+}
+
+bool isIdentity(StringView key) noexcept {
+    static constexpr StringView KEYS[] = {property::SERIAL_NUMBER, property::UUID, property::WWN, property::ADDRESS,
+                                          property::NODE_GUID};
+    return std::ranges::find(KEYS, key) != std::end(KEYS);
 }
 
 String contentOfDevice(const XmlElement& device) {

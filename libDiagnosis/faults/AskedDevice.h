@@ -12,6 +12,9 @@ namespace vrx {
 /// The properties that a device must have whatever else is the case: none of an `or` or a `not`.
 std::vector<AskedProperty> askedProperties(const XmlElement& device);
 
+/// Whether properties of that key tell one device from all others: serial numbers, addresses.
+bool isIdentity(StringView key) noexcept;
+
 /// The elements inside, as XML and without what a check has left there: equal for elements that ask for the same.
 String contentOfDevice(const XmlElement& device);
 

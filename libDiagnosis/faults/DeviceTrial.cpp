@@ -1,14 +1,14 @@
-/// The content is tried by the engine, in a check of that one device. What it finds there speaks of elements of another
-/// script; the elements of both are counted in document order, so that each finding gets its place in the script that
+/// The engine tries the content, as in a check of that one device. What it finds there speaks of elements of another
+/// document; the elements of both are counted in document order, so that each finding gets its place in the script that
 /// asks.
 
 #include "libDiagnosis/faults/DeviceTrial.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "libCommon/text/UuCode.h"
 #include "libDiagnosis/Candidates.h"
-#include "libDiagnosis/faults/AskedDevice.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libRegex/Regex.h"
@@ -60,19 +60,17 @@ bool isAlternativeTo(const Finding& failure, const Finding& before) {
            vocabulary::kindOf(*group) == ElementKind::Or;
 }
 
-}  // namespace
-
-std::vector<Difference> differencesOf(const Candidate& candidate) {
+std::vector<Difference> differencesBy(const Array<Finding>& failures, const IDeviceImp& device) {
     std::vector<Difference> differences;
     const Finding* before = nullptr;
-    for (const Finding& failure : candidate.failures) {
+    for (const Finding& failure : failures) {
         if (std::optional<Difference> difference = differenceOf(failure)) {
             difference->isAlternative = before != nullptr && isAlternativeTo(failure, *before);
             differences.push_back(std::move(*difference));
         } else if (failure.kind == FindingKind::UnsatisfiedNot) {
             for (ScriptWalk walk(*failure.element); walk; ++walk) {
                 if (walk->kind == ElementKind::Property) {
-                    differences.push_back(forbidden(*walk->element, *candidate.device));
+                    differences.push_back(forbidden(*walk->element, device));
                 }
             }
         }
@@ -81,51 +79,48 @@ std::vector<Difference> differencesOf(const Candidate& candidate) {
     return differences;
 }
 
-DeviceTrial::DeviceTrial(const XmlElement& element)
-    : m_element(element),
-      m_type(attributeOf(element, vocabulary::TYPE)),
-      m_name(askedFor(element, vocabulary::NAME)),
-      m_content(contentOfDevice(element)) {}
+}  // namespace
+
+std::vector<Difference> differencesOf(const Candidate& candidate) {
+    return differencesBy(candidate.failures, *candidate.device);
+}
+
+DeviceTrial::DeviceTrial(const WantedDevice& asked, String content)
+    : m_type(asked.type), m_typeText(asked.spec.type), m_name(asked.spec.name), m_content(std::move(content)) {}
 
 bool DeviceTrial::isMetBy(const IDeviceImp& device) const {
     return m_type.isCapable(device.type()) && hasName(device, m_name) && m_content.isMetBy(device);
 }
 
-std::vector<Difference> DeviceTrial::differencesOf(const IDeviceImp& device) const {
+std::vector<Difference> DeviceTrial::differencesOf(const XmlElement& element, const IDeviceImp& device) const {
     std::vector<Difference> differences;
-    const ElementPlace place = placeIn(m_element);
+    const ElementPlace place = placeIn(element);
     if (!m_type.isCapable(device.type())) {
-        const String type = attributeOf(m_element, vocabulary::TYPE);
-        differences.push_back(
-            {.what = Difference::What::Type, .place = place, .expected = {type}, .found = device.type().toString()});
+        differences.push_back({.what = Difference::What::Type,
+                               .place = place,
+                               .expected = {m_typeText},
+                               .found = device.type().toString()});
     }
     if (!hasName(device, m_name)) {
         differences.push_back(
             {.what = Difference::What::Name, .place = place, .expected = {m_name}, .found = device.name()});
     }
-    if (Inventory::canCheckDevice(device)) {
-        addContentDifferences(device, differences);
-    }
+    addContentDifferences(element, device, differences);
     return differences;
 }
 
-void DeviceTrial::addContentDifferences(const IDeviceImp& device, std::vector<Difference>& differences) const {
-    Inventory engine;
-    if (Inventory::checkDevice(device, m_content.text(), nullptr, false, engine) ||
-        engine.script().RootElement() == nullptr) {
+void DeviceTrial::addContentDifferences(const XmlElement& element, const IDeviceImp& device,
+                                        std::vector<Difference>& differences) const {
+    const Array<Finding> failures = m_content.failuresOf(device);
+    if (failures.isEmpty()) {
         return;
     }
-    const XmlElement& tried = *engine.script().RootElement()->FirstChildElement();
-    const DeviceOutcome outcome = engine.outcomeOf(tried);
-    if (outcome.candidates.isEmpty()) {
-        return;
-    }
-    const std::vector<const XmlElement*> there = contentElements(tried);
-    const std::vector<const XmlElement*> here = contentElements(m_element);
-    for (Difference& difference : vrx::differencesOf(outcome.candidates[0])) {
+    const std::vector<const XmlElement*> there = contentElements(*m_content.element());
+    const std::vector<const XmlElement*> here = contentElements(element);
+    for (Difference& difference : differencesBy(failures, device)) {
         const auto at = std::ranges::find(there, difference.place, [](const XmlElement* one) { return placeIn(*one); });
         const auto index = static_cast<std::size_t>(at - there.begin());
-        difference.place = index < here.size() ? placeIn(*here[index]) : placeIn(m_element);
+        difference.place = index < here.size() ? placeIn(*here[index]) : placeIn(element);
         differences.push_back(std::move(difference));
     }
 }

@@ -2,35 +2,13 @@
 
 #include <set>
 
-#include "libDiagnosis/faults/AskedDevice.h"
-#include "libDiagnosis/faults/MissingElement.h"
 #include "libInventory/Finding.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptWalk.h"
 
 namespace vrx {
 
-namespace {
-
-using vocabulary::ElementKind;
-
-String kindKey(const XmlElement& device) {
-    String key = attributeOf(device, vocabulary::TYPE);
-    for (const AskedProperty& property : askedProperties(device)) {
-        if (isIdentity(property.key)) {
-            continue;
-        }
-        key.append(u"\x1F").append(property.key);
-        for (const String& pattern : property.patterns) {
-            key.append(u"\x1E").append(pattern);
-        }
-    }
-    return key;
-}
-
-}  // namespace
-
-LikeElements::LikeElements(const Inventory& inventory) : m_inventory(inventory) {
+LikeElements::LikeElements(const Inventory& inventory, WantedDevices& asked) : m_inventory(inventory), m_asked(asked) {
     const Array<const XmlElement*> all = inventory.missingElements();
     const std::unordered_set<const XmlElement*> missing(all.begin(), all.end());
     std::set<StringView> types;
@@ -38,11 +16,15 @@ LikeElements::LikeElements(const Inventory& inventory) : m_inventory(inventory) 
         types.insert(attributeOf(*element, vocabulary::TYPE));
     }
     for (ScriptWalk walk(*inventory.script().RootElement(), ScriptWalk::Extent::WhereACheckLooks); walk; ++walk) {
-        if (walk->kind != ElementKind::Device || walk->isUnderNot() || walk->alternative != nullptr ||
+        if (walk->kind != vocabulary::ElementKind::Device) {
+            continue;
+        }
+        walk.skipContent();
+        if (walk->isUnderNot() || walk->alternative != nullptr ||
             !types.contains(attributeOf(*walk->element, vocabulary::TYPE))) {
             continue;
         }
-        Group& group = m_groups[kindKey(*walk->element)];
+        Group& group = m_groups[m_asked.kindOf(*walk->element)];
         ++group.devices.asked;
         if (!missing.contains(walk->element)) {
             ++group.devices.present;
@@ -52,7 +34,7 @@ LikeElements::LikeElements(const Inventory& inventory) : m_inventory(inventory) 
 }
 
 LikeDevices LikeElements::of(const XmlElement& element) {
-    const auto at = m_groups.find(kindKey(element));
+    const auto at = m_groups.find(m_asked.kindOf(element));
     if (at == m_groups.end()) {
         return {};
     }

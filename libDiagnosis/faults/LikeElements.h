@@ -3,8 +3,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "libCommon/containers/HashFunctions.h"
 #include "libDiagnosis/Fault.h"
+#include "libDiagnosis/WantedDevices.h"
 #include "libInventory/Inventory.h"
 
 namespace vrx {
@@ -14,7 +14,7 @@ namespace vrx {
 class LikeElements {
 public:
     /// Looks at elements of the types of those that have none.
-    explicit LikeElements(const Inventory& inventory);
+    LikeElements(const Inventory& inventory, WantedDevices& asked);
 
     LikeDevices of(const XmlElement& element);
 
@@ -25,7 +25,8 @@ private:
     };
 
     const Inventory& m_inventory;
-    std::unordered_map<String, Group, HashFunc<String>> m_groups;
+    WantedDevices& m_asked;
+    std::unordered_map<std::size_t, Group> m_groups;  ///< by kind
 };
 
 }  // namespace vrx

@@ -10,6 +10,7 @@
 
 #include "libDiagnosis/Breadth.h"
 #include "libDiagnosis/TypeOrder.h"
+#include "libDiagnosis/faults/AskedDevice.h"
 #include "libDiagnosis/faults/DeviceTrial.h"
 #include "libDiagnosis/faults/LikeElements.h"
 #include "libDiagnosis/faults/MovedDevices.h"
@@ -26,7 +27,7 @@ namespace vrx {
 namespace {
 
 bool isMoved(const MissingElement& element) {
-    const Inventory::DeviceSpec& asked = element.asked;
+    const Inventory::DeviceSpec& asked = element.asked();
     if (!asked.hwLocator.isEmpty()) {
         return element.device->hwLocator() != asked.hwLocator;
     }
@@ -41,28 +42,30 @@ bool isOfModel(const Difference& difference) {
 }
 
 bool asksForModel(const MissingElement& element) {
-    return !element.asked.name.isEmpty() || std::ranges::any_of(element.properties, [](const AskedProperty& property) {
-        return property.key == property::MODEL || property.key == property::PART_NUMBER;
-    });
+    return !element.asked().name.isEmpty() ||
+           std::ranges::any_of(*element.asks->properties, [](const AskedProperty& property) {
+               return property.key == property::MODEL || property.key == property::PART_NUMBER;
+           });
 }
 
 bool isOfIdentity(const Difference& difference) { return isIdentity(difference.key); }
 
 class MissingFaults {
 public:
-    MissingFaults(const Inventory& inventory, const StateManager& machine, FreeDevices& free)
+    MissingFaults(const Inventory& inventory, const StateManager& machine, FreeDevices& free, WantedDevices& asked)
         : m_inventory(inventory),
           m_machine(machine),
           m_free(free),
+          m_asked(asked),
           m_outcomes(inventory),
-          m_like(inventory),
-          m_shortages(inventory) {}
+          m_like(inventory, asked),
+          m_shortages(inventory, asked) {}
 
     std::vector<Fault> find(const Certainty& certainty) {
-        m_missing = elementsWithoutDevice(m_inventory, m_free);
+        m_missing = elementsWithoutDevice(m_inventory, m_free, m_asked);
         leaveOutDoubted(certainty);
         pairByIdentity(m_missing, m_machine, m_free);
-        pairByContent(m_missing, m_inventory, m_machine, m_free);
+        pairByContent(m_missing, m_inventory, m_machine, m_free, m_asked);
         pairAtPlace(m_missing, m_machine, m_free, m_outcomes);
         pairNearest(m_missing, m_free, m_outcomes);
         for (const MissingElement& one : m_missing) {
@@ -93,10 +96,10 @@ private:
     Fault faultOf(const MissingElement& element) {
         Fault fault;
         fault.place = placeIn(*element.element);
-        fault.asked = element.asked;
-        fault.properties = element.properties;
+        fault.asked = element.asked();
+        fault.properties = element.asks->properties;
         fault.alternatives = element.alternatives;
-        fault.breadth = breadthOf(element.type);
+        fault.breadth = breadthOf(element.type());
         if (const XmlElement* const part = partAround(*element.element)) {
             fault.part = PartName{attributeOf(*part, vocabulary::ID), attributeOf(*part, vocabulary::NAME),
                                   attributeOf(*part, vocabulary::DESCRIPTION)};
@@ -126,17 +129,17 @@ private:
 
     void addMissing(const MissingElement& element, Fault& fault) {
         const DeviceOutcome& outcome = m_outcomes.of(element);
-        fault.refusal = refusalOf(outcome, element.type, &m_machine);
+        fault.refusal = refusalOf(outcome, element.type(), &m_machine);
         fault.alike = m_like.of(*element.element);
         fault.shortage = m_shortages.of(*element.element);
         if (const Candidate* const nearest = nearestCandidate(outcome)) {
-            fault.nearest = NearDevice{specOf(*nearest->device), differencesOf(*nearest)};
+            fault.nearest = NearDevice{specOf(*nearest->device), vrx::differencesOf(*nearest)};
         }
     }
 
     void addDifferences(const MissingElement& element, Fault& fault) {
         fault.differences = differencesAt(element);
-        const String& osLocator = element.asked.osLocator;
+        const String& osLocator = element.asked().osLocator;
         if (!osLocator.isEmpty() && osLocator != element.device->osLocator()) {
             fault.differences.push_back({.what = Difference::What::OsLocator,
                                          .place = fault.place,
@@ -145,7 +148,7 @@ private:
         }
         const bool isOtherModel = std::ranges::any_of(fault.differences, isOfModel);
         const bool isOther = isOtherModel || std::ranges::any_of(fault.differences, isOfIdentity);
-        if (isOther && isReplaceable(element.type)) {
+        if (isOther && isReplaceable(element.type())) {
             fault.kind = FaultKind::Replaced;
             fault.replacement = isOtherModel            ? Replacement::OtherModel
                                 : asksForModel(element) ? Replacement::SameModel
@@ -160,17 +163,21 @@ private:
         if (element.namesPlace()) {
             for (const Candidate& candidate : m_outcomes.of(element).candidates) {
                 if (candidate.device.get() == element.device) {
-                    return differencesOf(candidate);
+                    return vrx::differencesOf(candidate);
                 }
             }
         }
-        return DeviceTrial(*element.element).differencesOf(*element.device);
+        return differencesOf(element);
+    }
+
+    std::vector<Difference> differencesOf(const MissingElement& element) {
+        return m_asked.trialOf(*element.element).differencesOf(*element.element, *element.device);
     }
 
     void addMoved(const MissingElement& element, Fault& fault) {
         fault.kind = FaultKind::Moved;
-        fault.differences = DeviceTrial(*element.element).differencesOf(*element.device);
-        const IDeviceImp* const there = m_free.at(element.asked, element.type);
+        fault.differences = differencesOf(element);
+        const IDeviceImp* const there = m_free.at(element.asked(), element.type());
         const auto owner = m_owners.find(there);
         if (owner != m_owners.end()) {
             addSecond(element, *owner->second, fault);
@@ -183,14 +190,14 @@ private:
     /// What stands in the element's place belongs to a second one; if that one's place is the device's, the two were
     /// swapped.
     void addSecond(const MissingElement& first, const MissingElement& second, Fault& fault) {
-        if (second.asked.hwLocator.isEmpty() || first.device->hwLocator() != second.asked.hwLocator ||
+        if (second.asked().hwLocator.isEmpty() || first.device->hwLocator() != second.asked().hwLocator ||
             m_told.contains(&second) || &first == &second) {
             return;
         }
         fault.kind = FaultKind::Swapped;
         fault.other = identityOf(*second.device);
         fault.otherPlace = placeIn(*second.element);
-        for (Difference& difference : DeviceTrial(*second.element).differencesOf(*second.device)) {
+        for (Difference& difference : differencesOf(second)) {
             fault.differences.push_back(std::move(difference));
         }
         m_told.insert(&second);
@@ -199,6 +206,7 @@ private:
     const Inventory& m_inventory;
     const StateManager& m_machine;
     FreeDevices& m_free;
+    WantedDevices& m_asked;
     Outcomes m_outcomes;
     LikeElements m_like;
     Shortages m_shortages;
@@ -211,8 +219,8 @@ private:
 }  // namespace
 
 std::vector<Fault> missingFaults(const Inventory& inventory, const StateManager& machine, const Certainty& certainty,
-                                 FreeDevices& free) {
-    return MissingFaults(inventory, machine, free).find(certainty);
+                                 FreeDevices& free, WantedDevices& asked) {
+    return MissingFaults(inventory, machine, free, asked).find(certainty);
 }
 
 }  // namespace vrx

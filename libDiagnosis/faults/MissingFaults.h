@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "libDiagnosis/Fault.h"
+#include "libDiagnosis/WantedDevices.h"
 #include "libDiagnosis/certainty/Doubt.h"
 #include "libDiagnosis/faults/FreeDevices.h"
 
@@ -12,6 +13,6 @@ namespace vrx {
 /// are left out. Devices that became of missing ones are taken. A fault that ends up at a device tells all about it, so
 /// two devices that exchanged their places are in one.
 std::vector<Fault> missingFaults(const Inventory& inventory, const StateManager& machine, const Certainty& certainty,
-                                 FreeDevices& free);
+                                 FreeDevices& free, WantedDevices& asked);
 
 }  // namespace vrx

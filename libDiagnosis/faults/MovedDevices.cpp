@@ -4,6 +4,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "libDiagnosis/faults/AskedDevice.h"
 #include "libDiagnosis/faults/DeviceTrial.h"
 #include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
@@ -35,7 +36,7 @@ String claimKey(StringView key, StringView text) { return concat(key, CLAIM_SEPA
 Claims claimsOf(std::vector<MissingElement>& missing) {
     Claims claims;
     for (MissingElement& one : missing) {
-        for (const AskedProperty& property : one.properties) {
+        for (const AskedProperty& property : *one.asks->properties) {
             const String text = isIdentity(property.key) ? property.literal() : String();
             if (!text.isEmpty()) {
                 Claim& claim = claims[claimKey(property.key, text)];
@@ -60,7 +61,7 @@ void addDevices(Claims& claims, const StateManager& machine) {
             const IPropertyImp* const property = device->findProperty(key);
             const auto at =
                 property == nullptr ? claims.end() : claims.find(claimKey(key, property->value().toString(true)));
-            if (at != claims.end() && at->second.element->type.isCapable(device->type())) {
+            if (at != claims.end() && at->second.element->type().isCapable(device->type())) {
                 at->second.device = device.get();
                 ++at->second.devices;
             }
@@ -76,9 +77,9 @@ struct Kind {
 
 std::vector<Kind> kindsOf(const std::vector<MissingElement*>& elements) {
     std::vector<Kind> kinds;
-    std::map<String, std::size_t> indexes;
+    std::unordered_map<std::size_t, std::size_t> indexes;
     for (MissingElement* const element : elements) {
-        const auto [at, isNew] = indexes.try_emplace(askedKey(*element->element), kinds.size());
+        const auto [at, isNew] = indexes.try_emplace(element->asks->sort, kinds.size());
         if (isNew) {
             kinds.emplace_back();
         }
@@ -88,12 +89,12 @@ std::vector<Kind> kindsOf(const std::vector<MissingElement*>& elements) {
 }
 
 /// False when there are too many.
-bool tryAll(std::vector<Kind>& kinds, const std::vector<const IDeviceImp*>& devices) {
+bool tryAll(std::vector<Kind>& kinds, const std::vector<const IDeviceImp*>& devices, WantedDevices& asked) {
     if (kinds.size() * devices.size() > MOST_TRIALS) {
         return false;
     }
     for (Kind& kind : kinds) {
-        const DeviceTrial trial(*kind.elements.front()->element);
+        const DeviceTrial& trial = asked.trialOf(*kind.elements.front()->element);
         std::ranges::copy_if(devices, std::back_inserter(kind.fitting),
                              [&trial](const IDeviceImp* device) { return trial.isMetBy(*device); });
     }
@@ -108,9 +109,10 @@ void give(MissingElement& element, const IDeviceImp& device, FreeDevices& free) 
 /// Elements at whose place something else stands, and what that is.
 class Exchange {
 public:
-    Exchange(std::vector<MissingElement*> elements, FreeDevices& free) : m_elements(std::move(elements)), m_free(free) {
+    Exchange(std::vector<MissingElement*> elements, FreeDevices& free, WantedDevices& asked)
+        : m_elements(std::move(elements)), m_free(free), m_asked(asked) {
         for (MissingElement* const element : m_elements) {
-            const IDeviceImp* const there = free.at(element->asked, element->type);
+            const IDeviceImp* const there = free.at(element->asked(), element->type());
             m_there.emplace(element, there);
             m_asking.emplace(there, element);
         }
@@ -122,7 +124,7 @@ public:
             devices.push_back(m_there.at(element));
         }
         std::vector<Kind> kinds = kindsOf(m_elements);
-        if (kinds.size() < 2 || !tryAll(kinds, devices)) {
+        if (kinds.size() < 2 || !tryAll(kinds, devices, m_asked)) {
             return;
         }
         for (std::size_t i = 0; i < kinds.size(); ++i) {
@@ -156,6 +158,7 @@ private:
 
     std::vector<MissingElement*> m_elements;
     FreeDevices& m_free;
+    WantedDevices& m_asked;
     std::unordered_map<const MissingElement*, const IDeviceImp*> m_there;
     std::unordered_map<const IDeviceImp*, MissingElement*> m_asking;
     std::unordered_map<const MissingElement*, const Kind*> m_kinds;
@@ -164,8 +167,14 @@ private:
 /// Elements at whose place nothing stands.
 class Removal {
 public:
-    Removal(std::vector<MissingElement*> elements, const Inventory& inventory, FreeDevices& free)
-        : m_elements(std::move(elements)), m_inventory(inventory), m_free(free) {}
+    Removal(std::vector<MissingElement*> elements, const Inventory& inventory, FreeDevices& free, WantedDevices& asked)
+        : m_elements(std::move(elements)), m_inventory(inventory), m_free(free), m_asked(asked) {
+        for (const MissingElement* const element : m_elements) {
+            if (std::ranges::find(m_types, element->type()) == m_types.end()) {
+                m_types.push_back(element->type());
+            }
+        }
+    }
 
     void find(const StateManager::DeviceArray& all) {
         std::vector<const IDeviceImp*> devices;
@@ -175,7 +184,7 @@ public:
             }
         }
         std::vector<Kind> kinds = kindsOf(m_elements);
-        if (!tryAll(kinds, devices)) {
+        if (!tryAll(kinds, devices, m_asked)) {
             return;
         }
         std::unordered_map<const IDeviceImp*, std::size_t> uses;
@@ -198,8 +207,8 @@ public:
 private:
     /// A device that nobody has, or that an element has which would take another as well.
     bool isCandidate(const IDeviceImp& device) const {
-        const bool isOfType = std::ranges::any_of(
-            m_elements, [&device](const MissingElement* one) { return one->type.isCapable(device.type()); });
+        const bool isOfType =
+            std::ranges::any_of(m_types, [&device](const CapabilityImp& one) { return one.isCapable(device.type()); });
         if (!isOfType || m_free.isFree(device)) {
             return isOfType;
         }
@@ -209,8 +218,10 @@ private:
     }
 
     std::vector<MissingElement*> m_elements;
+    std::vector<CapabilityImp> m_types;  ///< of them, each once
     const Inventory& m_inventory;
     FreeDevices& m_free;
+    WantedDevices& m_asked;
 };
 
 }  // namespace
@@ -230,23 +241,23 @@ void pairByIdentity(std::vector<MissingElement>& missing, const StateManager& ma
 }
 
 void pairByContent(std::vector<MissingElement>& missing, const Inventory& inventory, const StateManager& machine,
-                   FreeDevices& free) {
+                   FreeDevices& free, WantedDevices& asked) {
     std::vector<MissingElement*> displaced;
     std::vector<MissingElement*> removed;
     for (MissingElement& one : missing) {
-        if (one.device != nullptr || one.asked.hwLocator.isEmpty() || one.asksForIdentity()) {
+        if (one.device != nullptr || one.asked().hwLocator.isEmpty() || one.asks->hasIdentity) {
             continue;
         }
-        const IDeviceImp* const there = free.at(one.asked, one.type);
+        const IDeviceImp* const there = free.at(one.asked(), one.type());
         if (there == nullptr) {
             removed.push_back(&one);
         } else if (free.isFree(*there)) {
             displaced.push_back(&one);
         }
     }
-    Exchange(std::move(displaced), free).find();
+    Exchange(std::move(displaced), free, asked).find();
     if (!removed.empty()) {
-        Removal(std::move(removed), inventory, free).find(machine.devicesCapableOf(CapabilityImp::ALL()));
+        Removal(std::move(removed), inventory, free, asked).find(machine.devicesCapableOf(CapabilityImp::ALL()));
     }
 }
 

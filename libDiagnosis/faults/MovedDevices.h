@@ -17,6 +17,6 @@ void pairByIdentity(std::vector<MissingElement>& missing, const StateManager& ma
 /// - two devices stand at each other's places, and neither is what is asked for at its own;
 /// - nothing of the type stands at the place, and the only device that would do is one too many.
 void pairByContent(std::vector<MissingElement>& missing, const Inventory& inventory, const StateManager& machine,
-                   FreeDevices& free);
+                   FreeDevices& free, WantedDevices& asked);
 
 }  // namespace vrx

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <tuple>
+#include <unordered_map>
 
 #include "libDiagnosis/TypeOrder.h"
 #include "libDiagnosis/faults/DeviceTrial.h"
@@ -27,11 +28,12 @@ bool isToBlame(const IDeviceImp& device, FreeDevices& free) {
 
 /// A free device of another type of the same kind; null when there is none.
 const IDeviceImp* otherTypeAt(const MissingElement& element, const StateManager& machine, const FreeDevices& free) {
-    if (element.asked.hwLocator.isEmpty() || element.type.isInvalid()) {
+    if (element.asked().hwLocator.isEmpty() || element.type().isInvalid()) {
         return nullptr;
     }
-    for (const auto& device : machine.devicesByHwLocator(element.asked.hwLocator)) {
-        if (free.isFree(*device) && isReplaceable(element.type) && typeRank(device->type()) == typeRank(element.type)) {
+    for (const auto& device : machine.devicesByHwLocator(element.asked().hwLocator)) {
+        if (free.isFree(*device) && isReplaceable(element.type()) &&
+            typeRank(device->type()) == typeRank(element.type())) {
             return device.get();
         }
     }
@@ -49,12 +51,12 @@ public:
     NearestSearch(FreeDevices& free, Outcomes& outcomes) : m_free(free), m_outcomes(outcomes) {}
 
     void add(MissingElement& element) {
-        const auto [at, isNew] = m_indexes.try_emplace(askedKey(*element.element), m_seeking.size());
+        const auto [at, isNew] = m_indexes.try_emplace(element.asks->sort, m_seeking.size());
         if (isNew) {
             m_seeking.emplace_back();
         }
         m_seeking[at->second].elements.push_back(&element);
-        ++m_elementsOfType[element.asked.type];
+        ++m_elementsOfType[element.asked().type];
     }
 
     void pair() {
@@ -89,11 +91,11 @@ private:
             }
         }
         if (outcome.refusal && outcome.refusal->kind == FindingKind::NoDeviceWithName) {
-            for (const IDeviceImp* const device : m_free.ofType(element.type)) {
+            for (const IDeviceImp* const device : m_free.ofType(element.type())) {
                 devices.emplace_back(Nearness{1, true, 0}, device);
             }
         }
-        if (devices.size() > m_elementsOfType[element.asked.type]) {
+        if (devices.size() > m_elementsOfType[element.asked().type]) {
             devices.clear();
         }
         return devices;
@@ -101,7 +103,7 @@ private:
 
     FreeDevices& m_free;
     Outcomes& m_outcomes;
-    std::map<String, std::size_t> m_indexes;
+    std::unordered_map<std::size_t, std::size_t> m_indexes;  ///< by sort
     std::map<String, std::size_t> m_elementsOfType;
     std::vector<Seeking> m_seeking;
 };
@@ -114,7 +116,7 @@ void pairAtPlace(std::vector<MissingElement>& missing, const StateManager& machi
         if (one.device != nullptr || !one.namesPlace()) {
             continue;
         }
-        const IDeviceImp* there = free.at(one.asked, one.type);
+        const IDeviceImp* there = free.at(one.asked(), one.type());
         if (there != nullptr && (isMetBy(outcomes.of(one), *there) || !isToBlame(*there, free))) {
             continue;
         }

@@ -3,9 +3,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "libDiagnosis/DeviceProblem.h"
 #include "libDiagnosis/faults/Nearness.h"
-#include "libInventory/script/ScriptElement.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/ScriptWalk.h"
 #include "libInventory/script/XmlChildren.h"
@@ -66,8 +64,8 @@ const XmlElement* orAround(const XmlElement& element) noexcept {
 
 class AlternativeChoice {
 public:
-    AlternativeChoice(const Inventory& inventory, FreeDevices& free, const XmlElement& orElement)
-        : m_inventory(inventory), m_free(free) {
+    AlternativeChoice(const Inventory& inventory, FreeDevices& free, WantedDevices& asked, const XmlElement& orElement)
+        : m_inventory(inventory), m_free(free), m_asked(asked) {
         for (ScriptWalk walk(orElement); walk; ++walk) {
             if (walk->kind == ElementKind::Device) {
                 m_within.insert(walk->element);
@@ -119,8 +117,8 @@ private:
     }
 
     /// What an alternative with a device missing asks for first.
-    static Inventory::DeviceSpec firstOf(const Plan& plan) {
-        return plan.missing.empty() ? Inventory::DeviceSpec() : askedBy(*plan.missing.front());
+    Inventory::DeviceSpec firstOf(const Plan& plan) const {
+        return plan.missing.empty() ? Inventory::DeviceSpec() : m_asked.of(*plan.missing.front()).spec;
     }
 
     Plan planForDevice(const XmlElement& device) {
@@ -167,26 +165,28 @@ private:
 
     /// A device of the right type stands at the place, under another name.
     bool isOtherwiseAtPlace(const XmlElement& device) const {
-        const CapabilityImp type(attributeOf(device, vocabulary::TYPE));
-        const IDeviceImp* const there = m_free.at(askedBy(device), type);
+        const WantedDevice& asked = m_asked.of(device);
+        const IDeviceImp* const there = m_free.at(asked.spec, asked.type);
         return there != nullptr && isAvailable(*there);
     }
 
     const Inventory& m_inventory;
     FreeDevices& m_free;
+    WantedDevices& m_asked;
     std::unordered_set<const XmlElement*> m_within;
     std::unordered_set<const IDeviceImp*> m_used;
 };
 
 class MissingSearch {
 public:
-    MissingSearch(const Inventory& inventory, FreeDevices& free) : m_inventory(inventory), m_free(free) {}
+    MissingSearch(const Inventory& inventory, FreeDevices& free, WantedDevices& asked)
+        : m_inventory(inventory), m_free(free), m_asked(asked) {}
 
     std::vector<MissingElement> find() {
         for (const XmlElement* const element : m_inventory.missingElements()) {
             const XmlElement* const orElement = orAround(*element);
             if (orElement == nullptr) {
-                m_missing.emplace_back(*element);
+                add(*element);
             } else if (!m_planned.contains(orElement)) {
                 addNearest(*element, *orElement);
             }
@@ -195,16 +195,18 @@ public:
     }
 
 private:
+    void add(const XmlElement& element) { m_missing.push_back({&element, &m_asked.of(element)}); }
+
     void addNearest(const XmlElement& asRun, const XmlElement& orElement) {
-        const Plan plan = AlternativeChoice(m_inventory, m_free, orElement).planFor(orElement);
+        const Plan plan = AlternativeChoice(m_inventory, m_free, m_asked, orElement).planFor(orElement);
         if (plan.missing.empty()) {  // each of its own could be met; together with the others of the script they cannot
-            m_missing.emplace_back(asRun);
+            add(asRun);
             return;
         }
         m_planned.insert(&orElement);
         takeOver(plan, orElement);
         for (const XmlElement* const element : plan.missing) {
-            m_missing.emplace_back(*element);
+            add(*element);
         }
         for (const Inventory::DeviceSpec& other : plan.others) {
             if (!other.type.isEmpty()) {
@@ -234,14 +236,15 @@ private:
 
     const Inventory& m_inventory;
     FreeDevices& m_free;
+    WantedDevices& m_asked;
     std::unordered_set<const XmlElement*> m_planned;
     std::vector<MissingElement> m_missing;
 };
 
 }  // namespace
 
-std::vector<MissingElement> elementsWithoutDevice(const Inventory& inventory, FreeDevices& free) {
-    return MissingSearch(inventory, free).find();
+std::vector<MissingElement> elementsWithoutDevice(const Inventory& inventory, FreeDevices& free, WantedDevices& asked) {
+    return MissingSearch(inventory, free, asked).find();
 }
 
 }  // namespace vrx

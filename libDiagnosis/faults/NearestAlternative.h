@@ -13,6 +13,6 @@ namespace vrx {
 /// alternatives have are free for it, and those that it has are taken.
 ///
 /// Requires: the inventory has run.
-std::vector<MissingElement> elementsWithoutDevice(const Inventory& inventory, FreeDevices& free);
+std::vector<MissingElement> elementsWithoutDevice(const Inventory& inventory, FreeDevices& free, WantedDevices& asked);
 
 }  // namespace vrx

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "libDiagnosis/DeviceProblem.h"
-#include "libDiagnosis/faults/MissingElement.h"
+#include "libDiagnosis/WantedDevices.h"
 #include "libInventory/Finding.h"
 
 namespace vrx {
@@ -13,12 +12,9 @@ namespace {
 constexpr std::size_t MOST_SEARCHES = 100;
 constexpr std::size_t MOST_LISTED = 100;
 
-String fullKeyOf(const XmlElement& element) {
-    const Inventory::DeviceSpec asked = askedBy(element);
-    return concat(askedKey(element), u"\x1F", asked.hwLocator, u"\x1F", asked.osLocator);
-}
+}  // namespace
 
-std::optional<Shortage> shortageOf(const Competition& competition, const String& key) {
+std::optional<Shortage> Shortages::shortageOf(const Competition& competition, std::size_t sort) {
     if (competition.elements.isEmpty()) {
         return std::nullopt;
     }
@@ -26,7 +22,7 @@ std::optional<Shortage> shortageOf(const Competition& competition, const String&
     shortage.elements = competition.elements.size();
     shortage.devices = competition.devices.size();
     for (const XmlElement* const element : competition.elements) {
-        shortage.isOfOneKind = shortage.isOfOneKind && fullKeyOf(*element) == key;
+        shortage.isOfOneKind = shortage.isOfOneKind && m_asked.of(*element).placedSort == sort;
         if (shortage.elementPlaces.size() < MOST_LISTED) {
             shortage.elementPlaces.push_back(placeIn(*element));
         }
@@ -37,18 +33,16 @@ std::optional<Shortage> shortageOf(const Competition& competition, const String&
     return shortage;
 }
 
-}  // namespace
-
 std::optional<Shortage> Shortages::of(const XmlElement& element) {
-    const String key = fullKeyOf(element);
-    const auto known = m_known.find(key);
+    const std::size_t sort = m_asked.of(element).placedSort;
+    const auto known = m_known.find(sort);
     if (known != m_known.end()) {
         return known->second;
     }
     if (m_known.size() == MOST_SEARCHES) {
         return std::nullopt;
     }
-    return m_known.emplace(key, shortageOf(m_inventory.competitionFor(element), key)).first->second;
+    return m_known.emplace(sort, shortageOf(m_inventory.competitionFor(element), sort)).first->second;
 }
 
 }  // namespace vrx

@@ -5,11 +5,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "libCommon/containers/HashFunctions.h"
 #include "libDiagnosis/Difference.h"
 #include "libInventory/Inventory.h"
 
 namespace vrx {
+
+class WantedDevices;
 
 /// Elements that compete for too few devices. However many they are, the lists hold the first hundred at most.
 struct Shortage {
@@ -24,14 +25,17 @@ struct Shortage {
 /// a hundred different ones no more are looked for.
 class Shortages {
 public:
-    explicit Shortages(const Inventory& inventory) : m_inventory(inventory) {}
+    Shortages(const Inventory& inventory, WantedDevices& asked) : m_inventory(inventory), m_asked(asked) {}
 
     /// None for an element that no device meets.
     std::optional<Shortage> of(const XmlElement& element);
 
 private:
+    std::optional<Shortage> shortageOf(const Competition& competition, std::size_t sort);
+
     const Inventory& m_inventory;
-    std::unordered_map<String, std::optional<Shortage>, HashFunc<String>> m_known;
+    WantedDevices& m_asked;
+    std::unordered_map<std::size_t, std::optional<Shortage>> m_known;  ///< by what is asked for, and where
 };
 
 }  // namespace vrx

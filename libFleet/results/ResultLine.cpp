@@ -28,6 +28,16 @@ void writeMachine(JsonWriter& out, const FleetResult& result, const CheckReport*
     out.endObject();
 }
 
+void writeFaults(JsonWriter& out, const FleetResult& result, const CheckReport* report) {
+    out.beginArray();
+    for (std::size_t i = 0; report != nullptr && i < report->faults.size(); ++i) {
+        out.beginObject();
+        writeFaultFields(out, report->faults[i], result.script, result.faults[i].text);
+        out.endObject();
+    }
+    out.endArray();
+}
+
 /// Empty for a member that is absent or no text.
 std::string textOf(const json::object& object, std::string_view key) {
     const json::value* const value = object.if_contains(key);
@@ -103,8 +113,7 @@ std::string resultLine(const FleetResult& result, const LineBasis& basis) {
     out.key("verdict").value(nameOf(result.verdict));
     out.key("headline").value(std::string_view(result.headline));
     out.key("faults");
-    static const std::vector<Fault> NONE;
-    writeFaults(out, basis.report == nullptr ? NONE : basis.report->faults, result.script);
+    writeFaults(out, result, basis.report);
     out.key("waived").value(static_cast<std::int64_t>(basis.report == nullptr ? 0 : basis.report->waived.size()));
     out.key("notes").beginArray();
     for (const std::string& note : basis.notes) {

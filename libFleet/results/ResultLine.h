@@ -11,7 +11,7 @@ namespace vrx {
 
 /// What goes into a line beside the result.
 struct LineBasis {
-    const CheckReport* report = nullptr;    ///< null where there is no machine
+    const CheckReport* report = nullptr;    ///< that the result was made of; null where there is no machine
     const std::vector<std::string>& notes;  ///< what was damaged in the recording and could be helped
 };
 

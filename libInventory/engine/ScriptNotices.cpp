@@ -5,6 +5,7 @@
 
 #include "libInventory/engine/ScriptNotices.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "libInventory/InventoryTestObserver.h"
@@ -59,7 +60,11 @@ void ScriptNotices::testFailed() {
     }
     TestRunEventImp event(eventSource::NAME, eventSource::TEST_FAILED);
     event.setEventOccurence(eventSource::TEST_ENDED, String::EMPTY, eventSource::SOURCE_FILE, __LINE__);
-    event.addTip(std::make_unique<InventoryXmlTip>(m_state.m_script.toString()).release());
+    const auto& observers = m_state.m_observers;
+    if (std::any_of(observers.begin(), observers.end(),
+                    [](const InventoryTestObserver* observer) { return observer->readsAnnotatedScript(); })) {
+        event.addTip(std::make_unique<InventoryXmlTip>(m_state.m_script.toString()).release());
+    }
     notify(event);
 }
 

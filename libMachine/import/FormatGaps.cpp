@@ -10,6 +10,8 @@
 #include "libMachine/import/FormatGaps.h"
 
 #include <algorithm>
+#include <set>
+#include <vector>
 
 #include "libMachine/record/Recording.h"
 #include "libSystemState/UnreadSource.h"
@@ -83,10 +85,14 @@ constexpr StringView SELDOM_IN_REDFISH[] = {u"Chassis",           u"BIOS",      
 constexpr FormatGap REDFISH[] = {{"Redfish does not tell of them", NOT_IN_REDFISH},
                                  {"a Redfish service tells only of what it has resources for", SELDOM_IN_REDFISH}};
 
-CapabilityImp recordedTypes(const Recording& recording) {
-    CapabilityImp types;
+/// Each once.
+std::vector<CapabilityImp> recordedTypes(const Recording& recording) {
+    std::vector<CapabilityImp> types;
+    std::set<StringView> names;
     for (std::size_t place = 0; place < recording.size(); ++place) {
-        types = types | CapabilityImp(recording.at(place).type);
+        if (names.insert(recording.at(place).type).second) {
+            types.emplace_back(recording.at(place).type);
+        }
     }
     return types;
 }
@@ -102,13 +108,13 @@ std::span<const FormatGap> hwlocGaps() noexcept { return HWLOC; }
 std::span<const FormatGap> redfishGaps() noexcept { return REDFISH; }
 
 void noteGaps(std::span<const FormatGap> gaps, Recording& recording) {
-    const Array<String> recorded = recordedTypes(recording).names();
+    const std::vector<CapabilityImp> recorded = recordedTypes(recording);
     for (const FormatGap& gap : gaps) {
         CapabilityImp unread;
         for (const StringView name : gap.types) {
             const CapabilityImp type(name);
-            const auto isOfType = [&type](const String& one) {
-                return type.isCapable(CapabilityImp(one));
+            const auto isOfType = [&type](const CapabilityImp& one) {
+                return type.isCapable(one);
             };
             if (gap.isAlways || std::none_of(recorded.begin(), recorded.end(), isOfType)) {
                 unread = unread | type;

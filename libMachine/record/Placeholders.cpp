@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "libMachine/record/CleanText.h"
@@ -44,18 +46,50 @@ constexpr StringView FIELD_OWNERS[] = {u"system",      u"base",  u"serial", u"bo
 constexpr StringView COUNTED_NAMES[] = {u"number",       u"num",          u"tag",        u"ser",
                                         u"manufacturer", u"serialnumber", u"partnumber", u"assettag"};
 
-template <std::size_t Size>
-bool isListed(StringView text, const StringView (&list)[Size]) noexcept {
-    return std::find(std::begin(list), std::end(list), text) != std::end(list);
-}
+/// The texts of a list, which nearly no text is in: by their lengths the first letters.
+class WordList {
+public:
+    template <std::size_t Size>
+    constexpr explicit WordList(const StringView (&words)[Size]) noexcept : m_words(words) {
+        for (const StringView word : words) {
+            m_initials[word.size() % LENGTHS] |= bitOf(word);
+        }
+    }
+
+    bool contains(StringView text) const noexcept {
+        return !text.empty() && (m_initials[text.size() % LENGTHS] & bitOf(text)) != 0 &&
+               std::find(m_words.begin(), m_words.end(), text) != m_words.end();
+    }
+
+private:
+    static constexpr std::size_t LENGTHS = 16;
+
+    static constexpr std::uint64_t bitOf(StringView word) noexcept { return std::uint64_t{1} << (word.front() % 64); }
+
+    std::span<const StringView> m_words;
+    std::array<std::uint64_t, LENGTHS> m_initials{};
+};
+
+constexpr WordList PLACEHOLDERS(WHOLE_TEXTS);
+constexpr WordList NAMES(FIELD_NAMES);
+constexpr WordList OWNERS(FIELD_OWNERS);
+constexpr WordList COUNTED(COUNTED_NAMES);
 
 constexpr char16_t smallLetter(char16_t unit) noexcept {
     return isCapitalLetter(unit) ? static_cast<char16_t>(unit - u'A' + u'a') : unit;
 }
+/// Of ASCII the letters and digits, small; 0 for punctuation.
+constexpr std::array<char16_t, 0x80> SMALL_LETTERS = [] {
+    std::array<char16_t, 0x80> letters{};
+    for (char16_t unit = 0; unit < 0x80; ++unit) {
+        const bool isLetter = isSmallLetter(unit) || isCapitalLetter(unit) || isDigit(unit);
+        letters[unit] = isLetter ? smallLetter(unit) : u'\0';
+    }
+    return letters;
+}();
+
 /// What is no ASCII counts as a letter.
-constexpr bool isPunctuation(char16_t unit) noexcept {
-    return unit < 0x80 && !isSmallLetter(unit) && !isCapitalLetter(unit) && !isDigit(unit);
-}
+constexpr bool isPunctuation(char16_t unit) noexcept { return unit < 0x80 && SMALL_LETTERS[unit] == 0; }
 
 /// Longer texts than that are no placeholders.
 constexpr std::size_t LONGEST_PLACEHOLDER = 64;
@@ -64,15 +98,16 @@ class Letters {
 public:
     explicit Letters(StringView text) noexcept {
         for (const char16_t unit : text.substr(0, LONGEST_PLACEHOLDER)) {
-            if (!isPunctuation(unit)) {
-                m_units[m_size++] = smallLetter(unit);
+            const char16_t letter = unit < 0x80 ? SMALL_LETTERS[unit] : unit;
+            if (letter != 0) {
+                m_units[m_size++] = letter;
             }
         }
     }
     StringView view() const noexcept { return {m_units.data(), m_size}; }
 
 private:
-    std::array<char16_t, LONGEST_PLACEHOLDER> m_units{};
+    std::array<char16_t, LONGEST_PLACEHOLDER> m_units;  // the first so many count
     std::size_t m_size = 0;
 };
 
@@ -111,10 +146,10 @@ bool isNameOfField(StringView text) noexcept {
             return endsWithName && (isCounted || !hasNumber);
         }
         const Letters letters(word);
-        if (isListed(letters.view(), FIELD_NAMES)) {
+        if (NAMES.contains(letters.view())) {
             endsWithName = true;
-            isCounted = isCounted || isListed(letters.view(), COUNTED_NAMES);
-        } else if (isListed(letters.view(), FIELD_OWNERS)) {
+            isCounted = isCounted || COUNTED.contains(letters.view());
+        } else if (OWNERS.contains(letters.view())) {
             endsWithName = false;
         } else if (word.size() == 1 || (isDigit(word.front()) && word.size() <= LONGEST_NUMBER)) {
             hasNumber = true;
@@ -173,7 +208,7 @@ bool isPlaceholder(StringView text) noexcept {
     }
     const Letters normalized(text);
     const StringView letters = normalized.view();
-    return letters.empty() || isListed(letters, WHOLE_TEXTS) || letters.find(u"byoem") != StringView::npos ||
+    return letters.empty() || PLACEHOLDERS.contains(letters) || letters.find(u"byoem") != StringView::npos ||
            isOneCharacter(letters) || isCounted(letters) || isNameOfField(text) || isEmptySku(text);
 }
 

@@ -31,11 +31,10 @@ void appendPiece(std::string& text, const std::string& piece, const char* separa
 }
 
 std::string askedValue(const Fault& fault, StringView key) {
-    const auto at =
-        std::ranges::find_if(fault.properties, [key](const AskedProperty& property) { return property.key == key; });
-    return at == fault.properties.end() || at->patterns.size() != 1 || at->patterns.front().isEmpty()
+    const AskedProperty* const asked = fault.askedProperty(key);
+    return asked == nullptr || asked->patterns.size() != 1 || asked->patterns.front().isEmpty()
                ? std::string()
-               : readablePattern(at->patterns.front());
+               : readablePattern(asked->patterns.front());
 }
 
 std::string partNameText(const PartName& part) {

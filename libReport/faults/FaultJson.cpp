@@ -11,9 +11,9 @@ class FaultWriter {
 public:
     FaultWriter(JsonWriter& json, std::string_view file) : m_json(json), m_file(file) {}
 
-    void write(const Fault& fault) {
+    void write(const Fault& fault, std::string_view text) {
         m_json.key("kind").value(nameOf(fault.kind));
-        m_json.key("text").value(std::string_view(faultText(fault)));
+        m_json.key("text").value(text);
         writePlace("element", fault.place);
         m_json.key("type").value(fault.device ? fault.device->spec.type : fault.asked.type);
         writePart(fault.part);
@@ -155,7 +155,11 @@ private:
 }  // namespace
 
 void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view file) {
-    FaultWriter(json, file).write(fault);
+    writeFaultFields(json, fault, file, faultText(fault));
+}
+
+void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view file, std::string_view text) {
+    FaultWriter(json, file).write(fault, text);
 }
 
 std::string_view nameOfWhat(const Difference& difference) noexcept {

@@ -13,6 +13,9 @@ namespace vrx {
 /// path.
 void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view file);
 
+/// The same, for who has the fault's text already (FaultText.h).
+void writeFaultFields(JsonWriter& json, const Fault& fault, std::string_view file, std::string_view text);
+
 /// An array with an object for each fault.
 void writeFaults(JsonWriter& json, const std::vector<Fault>& faults, std::string_view file);
 

@@ -282,10 +282,10 @@ std::string shortageText(const Fault& fault) {
 
 std::string askedPartNumber(const Fault& fault) {
     for (const StringView key : {property::PART_NUMBER, property::MODEL}) {
-        const auto at = std::ranges::find_if(fault.properties,
-                                             [key](const AskedProperty& property) { return property.key == key; });
-        if (at != fault.properties.end() && !at->literal().isEmpty()) {
-            return printable(at->literal());
+        const AskedProperty* const asked = fault.askedProperty(key);
+        const String number = asked != nullptr ? asked->literal() : String();
+        if (!number.isEmpty()) {
+            return printable(number);
         }
     }
     if (fault.alike.one) {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace vrx {
@@ -19,37 +21,82 @@ void appendEscaped(std::string& out, char character) {
     }
 }
 
-bool needsEscape(char character) noexcept {
-    return (static_cast<unsigned char>(character) < 0x20) || character == '"' || character == '\\' || character == 0x7F;
+constexpr std::array<bool, 256> ESCAPED = [] {
+    std::array<bool, 256> escaped{};
+    std::fill_n(escaped.begin(), 0x20, true);
+    for (const unsigned char character : {'"', '\\', '\x7F'}) {
+        escaped[character] = true;
+    }
+    return escaped;
+}();
+
+constexpr bool needsEscape(char character) noexcept { return ESCAPED[static_cast<unsigned char>(character)]; }
+
+/// Appends the text in quotes, and what stands behind it; false, changing nothing, when it has to be escaped.
+bool appendPlain(std::string& out, std::string_view text, std::string_view behind) {
+    const std::size_t before = out.size();
+    out.resize(before + 1 + text.size() + 1 + behind.size());
+    char* to = out.data() + before;
+    *to++ = '"';
+    bool isOdd = false;
+    for (const char character : text) {
+        isOdd = isOdd || needsEscape(character);
+        *to++ = character;
+    }
+    if (isOdd) {
+        out.resize(before);
+        return false;
+    }
+    *to++ = '"';
+    std::ranges::copy(behind, to);
+    return true;
 }
 
-void appendQuoted(std::string& out, std::string_view text) {
-    out += '"';
-    std::size_t plain = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (needsEscape(text[i])) {
-            out.append(text, plain, i - plain);
-            appendEscaped(out, text[i]);
-            plain = i + 1;
-        }
+void appendQuoted(std::string& out, std::string_view text, std::string_view behind = {}) {
+    if (appendPlain(out, text, behind)) {
+        return;
     }
-    out.append(text, plain);
     out += '"';
+    while (!text.empty()) {
+        const auto odd = std::find_if(text.begin(), text.end(), [](char character) { return needsEscape(character); });
+        const auto plain = static_cast<std::size_t>(odd - text.begin());
+        out.append(text.data(), plain);
+        if (odd == text.end()) {
+            break;
+        }
+        appendEscaped(out, *odd);
+        text.remove_prefix(plain + 1);
+    }
+    out += '"';
+    out += behind;
+}
+
+bool isAscii(std::string_view text) noexcept {
+    unsigned char all = 0;
+    for (const char character : text) {
+        all = static_cast<unsigned char>(all | static_cast<unsigned char>(character));
+    }
+    return all < 0x80;
 }
 
 }  // namespace
 
 JsonWriter& JsonWriter::key(std::string_view name) {
     startValue();
-    appendQuoted(m_text, name);
-    m_text += ": ";
+    appendQuoted(m_text, name, ": ");
     m_afterKey = true;
     return *this;
 }
 
 void JsonWriter::value(double number) { scalar(fmt::format("{}", number)); }
 
-void JsonWriter::value(std::string_view text) { value(String::UTF8Decode(text)); }
+void JsonWriter::value(std::string_view text) {
+    if (isAscii(text)) {
+        quoted(text);
+    } else {
+        value(String::UTF8Decode(text));
+    }
+}
 
 void JsonWriter::quoted(std::string_view utf8) {
     startValue();

@@ -13,7 +13,24 @@ namespace vrx {
 
 namespace {
 
-constexpr StringView METACHARACTERS = u"^$.*+?()[]{}|";
+constexpr bool isMetacharacter(char16_t unit) noexcept {
+    switch (unit) {
+        case u'^':
+        case u'$':
+        case u'.':
+        case u'*':
+        case u'+':
+        case u'?':
+        case u'(':
+        case u')':
+        case u'[':
+        case u']':
+        case u'{':
+        case u'}':
+        case u'|': return true;
+        default: return false;
+    }
+}
 
 bool isWordCharacter(char16_t unit) noexcept {
     return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
@@ -38,11 +55,12 @@ StringView withoutAnchors(StringView pattern) noexcept {
     return pattern;
 }
 
-/// Reads "VRXRRANGE[low-high]" at the start of `rest` and takes it away. A tolerance around a negative number is
-/// written with the high bound first; people read the low one first.
+/// Reads "VRXRRANGE[low-high]" at the start of `rest`, which is not empty, and takes it away. A tolerance around a
+/// negative number is written with the high bound first; people read the low one first.
 std::optional<String> takeRange(StringView& rest) {
-    const StringView marker = Regex::VRXRRANGE();
-    if (!rest.starts_with(marker) || rest.size() <= marker.size() || rest[marker.size()] != u'[') {
+    static const StringView marker = Regex::VRXRRANGE();
+    if (rest.front() != marker.front() || !rest.starts_with(marker) || rest.size() <= marker.size() ||
+        rest[marker.size()] != u'[') {
         return std::nullopt;
     }
     const StringView inside = rest.substr(marker.size() + 1);
@@ -74,7 +92,7 @@ std::optional<String> plainText(StringView rest) {
             continue;
         }
         const bool isEscape = rest.front() == u'\\' && rest.size() > 1;
-        if (isEscape ? isWordCharacter(rest[1]) : METACHARACTERS.find(rest.front()) != StringView::npos) {
+        if (isEscape ? isWordCharacter(rest[1]) : isMetacharacter(rest.front())) {
             return std::nullopt;
         }
         rest.remove_prefix(isEscape ? 1 : 0);

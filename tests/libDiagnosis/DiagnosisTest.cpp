@@ -182,28 +182,43 @@ TEST(DiagnosisTest, FoldsWhatStandsBelowAMissingOrExtraDevice) {
     EXPECT_THAT(extra(u"UsbHub", u"usb:1-2", u"FlashDrive", u"usb:1-2.1"), testing::SizeIs(2));
 }
 
-TEST(DiagnosisTest, TellsEachThingOnce) {
-    std::mt19937 random(7);
-    const auto oneOf = [&random](std::initializer_list<StringView> texts) {
-        return String(*(texts.begin() + random() % texts.size()));
-    };
-    for (unsigned trial = 0; trial < 400; ++trial) {
+/// Random machines and scripts of modules and fans.
+class RandomModules {
+public:
+    String machine() {
         String devices;
-        String content = NO_MORE;
-        for (std::size_t i = 1 + random() % 5; i-- > 0;) {
+        for (std::size_t i = 1 + m_random() % 5; i-- > 0;) {
             devices += device(oneOf({DIMM, u"Fan"}), oneOf({u"A", u"B", u"C", u"D"}), oneOf({u"8", u"16"}),
                               oneOf({u"", u"S1", u"S2", u"S3"}));
         }
-        for (std::size_t i = random() % 6; i-- > 0;) {
+        return concat(u"<SysInfo>", devices, u"</SysInfo>");
+    }
+
+    String script() {
+        String content = NO_MORE;
+        for (std::size_t i = m_random() % 6; i-- > 0;) {
             content += asks(oneOf({DIMM, u"Fan"}), oneOf({u"", u"A", u"B", u"C", u"E"}), oneOf({u"8", u"16"}),
                             oneOf({u"", u"S1", u"S2"})) +
                        u"\n";
         }
+        return concat(u"<inventory-check>\n", content, u"</inventory-check>");
+    }
+
+private:
+    String oneOf(std::initializer_list<StringView> texts) { return *(texts.begin() + m_random() % texts.size()); }
+
+    std::mt19937 m_random{7};
+};
+
+TEST(DiagnosisTest, TellsEachThingOnce) {
+    RandomModules random;
+    for (unsigned trial = 0; trial < 400; ++trial) {
+        const String devices = random.machine();
+        const String content = random.script();
         StateManager machine;
-        ASSERT_TRUE(Inventory::importStateFromXmlString(concat(u"<SysInfo>", devices, u"</SysInfo>"), machine));
+        ASSERT_TRUE(Inventory::importStateFromXmlString(devices, machine));
         CheckRun run(machine);
-        ASSERT_TRUE(
-            run.inventory().loadInventoryScript(concat(u"<inventory-check>\n", content, u"</inventory-check>")));
+        ASSERT_TRUE(run.inventory().loadInventoryScript(content));
         const CheckReport report = run.run();
         std::multiset<std::uint64_t> rows;
         std::size_t devicesTold = 0;
@@ -227,6 +242,31 @@ TEST(DiagnosisTest, TellsEachThingOnce) {
         EXPECT_LE(extrasTold, report.extra.size());
         EXPECT_GE(devicesTold, report.extra.size()) << devices.toUtf8() << content.toUtf8();
     }
+}
+
+TEST(DiagnosisTest, SaysTheSameOfOneOfManyMachines) {
+    RandomModules random;
+    std::size_t faults = 0;
+    for (unsigned trial = 0; trial < 40; ++trial) {
+        Inventory loaded;
+        ASSERT_TRUE(loaded.loadInventoryScript(random.script()));
+        WantedDevices asked;
+        for (unsigned i = 0; i < 8; ++i) {
+            StateManager machine;
+            ASSERT_TRUE(Inventory::importStateFromXmlString(random.machine(), machine));
+            const auto check = [&](WantedDevices* known) {
+                CheckRun run(machine);
+                run.inventory().loadInventoryScript(loaded);
+                CheckReport report = run.run({.asked = known});
+                report.started = DateTime();
+                report.annotatedScript = nullptr;
+                faults += report.faults.size();
+                return writerNamed(checkWriters(), "json")->write(report, TextFormat());
+            };
+            ASSERT_EQ(check(&asked), check(nullptr)) << loaded.script().toString().toUtf8();
+        }
+    }
+    EXPECT_GT(faults, 500U);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "libInventory/engine/findings/FindingWords.h"
 
+#include <utility>
+
 #include "libInventory/engine/matching/DeviceAttributes.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
@@ -15,8 +17,11 @@ namespace {
 
 constexpr StringView SEE_DOCUMENTATION = u" Please refer to Valid Device Types in Documentation";
 
-String tip(const String& message, StringView detail = StringView()) {
-    return InventoryTip(message, String::EMPTY, nullptr, detail, String::EMPTY).toString(0, false);
+/// A message without detail is its tip's text.
+String tip(String message, StringView detail = StringView()) {
+    return detail.empty()
+               ? std::move(message)
+               : InventoryTip(std::move(message), String::EMPTY, nullptr, detail, String::EMPTY).toString(0, false);
 }
 
 String noDeviceWith(const XmlElement& element, StringView word, const String& attribute) {

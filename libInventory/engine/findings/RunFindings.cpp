@@ -51,12 +51,7 @@ void readProperty(Finding& finding, const FiledFindings::Entry& entry, FindingWo
     const PropertyExpectation& asked = words.expectation(entry.expectedEntries);
     finding.key = asked.key();
     finding.found = words.foundBy(entry, asked.key());
-    for (const StringView pattern : asked.entries()) {
-        finding.expected.append(pattern);
-    }
-    if (asked.entries().isEmpty() && asked.hasValue()) {
-        finding.expected.append(asked.value());
-    }
+    finding.expected = asked.patterns();
 }
 
 bool comesBefore(const Finding& a, const Finding& b) {

@@ -7,10 +7,13 @@
 #include <algorithm>
 
 #include "libCommon/text/UuCode.h"
+#include "libInventory/engine/findings/RunFindings.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
 #include "libInventory/engine/matching/PropertyTest.h"
 #include "libInventory/script/XmlChildren.h"
 #include "libSystemState/devices/IDeviceImp.h"
+#include "libSystemState/properties/IPropertyImp.h"
+#include "libSystemState/values/ValueImp.h"
 
 namespace vrx {
 
@@ -30,7 +33,7 @@ ContentTest::~ContentTest() = default;
 std::vector<ContentTest::Node> ContentTest::childrenOf(const XmlElement& element) {
     std::vector<Node> nodes;
     for (const XmlElement* const child : childElements(element)) {
-        Node node{vocabulary::kindOf(*child), nullptr, {}};
+        Node node{child, vocabulary::kindOf(*child), nullptr, {}};
         if (node.kind == ElementKind::Property) {
             node.property = std::make_unique<const PropertyExpectation>(*child);
         } else {
@@ -64,6 +67,69 @@ bool ContentTest::holds(const Node& node, const IDeviceImp& device) {
         case ElementKind::Not: return !holdAll(node.children, device);
         default: return true;
     }
+}
+
+Array<Finding> ContentTest::failuresOf(const IDeviceImp& device) const {
+    Array<Finding> failures;
+    tellAll(m_nodes, device, failures);
+    return failures;
+}
+
+// Whether the device satisfies the node, as `holds` says it. What it fails of it is added, as DeviceOutcomes does.
+bool ContentTest::tell(const Node& node, const IDeviceImp& device, Array<Finding>& failures) {
+    switch (node.kind) {
+        case ElementKind::Property: return tellProperty(node, device, failures);
+        case ElementKind::And: return tellAll(node.children, device, failures);
+        case ElementKind::Or: return tellAny(node, device, failures);
+        case ElementKind::Not: return tellNot(node, device, failures);
+        default: return true;
+    }
+}
+
+bool ContentTest::tellAll(const std::vector<Node>& nodes, const IDeviceImp& device, Array<Finding>& failures) {
+    bool all = true;
+    for (const Node& node : nodes) {
+        all = tell(node, device, failures) && all;
+    }
+    return all;
+}
+
+bool ContentTest::tellAny(const Node& node, const IDeviceImp& device, Array<Finding>& failures) {
+    const std::size_t failuresBefore = failures.size();
+    for (const Node& child : node.children) {
+        if (tell(child, device, failures)) {
+            failures.truncate(failuresBefore);
+            return true;
+        }
+    }
+    if (node.children.empty()) {
+        failures.append(RunFindings::findingOn(*node.element, FindingKind::UnsatisfiedOr));
+    }
+    return false;
+}
+
+bool ContentTest::tellNot(const Node& node, const IDeviceImp& device, Array<Finding>& failures) {
+    const std::size_t failuresBefore = failures.size();
+    const bool holds = !tellAll(node.children, device, failures);
+    failures.truncate(failuresBefore);
+    if (!holds) {
+        failures.append(RunFindings::findingOn(*node.element, FindingKind::UnsatisfiedNot));
+    }
+    return holds;
+}
+
+bool ContentTest::tellProperty(const Node& node, const IDeviceImp& device, Array<Finding>& failures) {
+    const IPropertyImp* const property = device.findProperty(node.property->key());
+    if (property != nullptr && meets(*property, *node.property)) {
+        return true;
+    }
+    const bool isThere = property != nullptr;
+    const FindingKind kind = isThere ? FindingKind::PropertyMismatch : FindingKind::PropertyMissing;
+    Finding& failure = failures.append(RunFindings::findingOn(*node.element, kind));
+    failure.key = node.property->key();
+    failure.expected = node.property->patterns();
+    failure.found = isThere ? property->value().toString(true) : String();
+    return false;
 }
 
 }  // namespace vrx

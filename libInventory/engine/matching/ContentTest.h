@@ -3,8 +3,10 @@
 #include <memory>
 #include <vector>
 
+#include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
 #include "libCommon/xml/XmlDocument.h"
+#include "libInventory/Finding.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libSystemState/Forward.h"
 
@@ -26,8 +28,15 @@ public:
     /// Whether the device satisfies every child. Requires: it is ready.
     bool holdsFor(const IDeviceImp& device) const;
 
+    /// What the device fails, as a run has it (Candidate::failures), without words. Requires: it is ready.
+    Array<Finding> failuresOf(const IDeviceImp& device) const;
+
+    /// The element around the content as it was parsed; null when it does not parse.
+    const XmlElement* element() const noexcept { return m_document.RootElement(); }
+
 private:
     struct Node {
+        const XmlElement* element;
         vocabulary::ElementKind kind;
         std::unique_ptr<const PropertyExpectation> property;  ///< of a `property`
         std::vector<Node> children;                           ///< of everything else
@@ -36,6 +45,11 @@ private:
     static std::vector<Node> childrenOf(const XmlElement& element);
     static bool holds(const Node& node, const IDeviceImp& device);
     static bool holdAll(const std::vector<Node>& nodes, const IDeviceImp& device);
+    static bool tell(const Node& node, const IDeviceImp& device, Array<Finding>& failures);
+    static bool tellAll(const std::vector<Node>& nodes, const IDeviceImp& device, Array<Finding>& failures);
+    static bool tellAny(const Node& node, const IDeviceImp& device, Array<Finding>& failures);
+    static bool tellNot(const Node& node, const IDeviceImp& device, Array<Finding>& failures);
+    static bool tellProperty(const Node& node, const IDeviceImp& device, Array<Finding>& failures);
 
     XmlDocument m_document;  ///< the expectations borrow from it
     bool m_isReady;

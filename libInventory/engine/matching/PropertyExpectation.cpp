@@ -31,6 +31,17 @@ StringView PropertyExpectation::decoded(StringView text) {
     return needsUuDecode(text) ? m_decodedTexts.append(fromXmlSafe(text)).view() : text;
 }
 
+Array<String> PropertyExpectation::patterns() const {
+    Array<String> patterns;
+    for (const StringView entry : m_entries) {
+        patterns.append(entry);
+    }
+    if (m_entries.isEmpty() && m_hasValue) {
+        patterns.append(m_value);
+    }
+    return patterns;
+}
+
 String PropertyExpectation::quoted() const {
     String text(m_value);
     for (std::size_t i = 0; i < m_entries.size(); ++i) {

@@ -36,6 +36,9 @@ public:
     /// Nothing but the presence of the key is asked for.
     bool asksForPresenceOnly() const noexcept { return !m_hasValue && m_entries.isEmpty(); }
 
+    /// What a value has to match: the entries, or the value when there are none.
+    Array<String> patterns() const;
+
     /// The text that a failure quotes: the value, directly followed by the entries joined with ", ".
     String quoted() const;
 

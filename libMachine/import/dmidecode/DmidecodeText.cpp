@@ -36,19 +36,21 @@ struct Line {
     std::size_t number = 0;
 };
 
+constexpr bool isBlank(char character) noexcept { return character == ' ' || character == '\t' || character == '\r'; }
+
 Line lineOf(std::string_view raw, std::size_t number) {
     static constexpr std::size_t TAB = 8;
-    static constexpr std::string_view BLANKS = " \t\r";
     Line line;
     line.number = number;
-    const std::size_t first = raw.find_first_not_of(BLANKS);
-    if (first == std::string_view::npos) {
-        return line;
+    std::size_t first = 0;
+    for (; first < raw.size() && isBlank(raw[first]); ++first) {
+        line.indent = raw[first] == '\t' ? (line.indent / TAB + 1) * TAB : line.indent + 1;
     }
-    for (const char blank : raw.substr(0, first)) {
-        line.indent = blank == '\t' ? (line.indent / TAB + 1) * TAB : line.indent + 1;
+    std::size_t end = raw.size();
+    while (end > first && isBlank(raw[end - 1])) {
+        --end;
     }
-    line.text = raw.substr(first, raw.find_last_not_of(BLANKS) - first + 1);
+    line.text = raw.substr(first, end - first);
     return line;
 }
 

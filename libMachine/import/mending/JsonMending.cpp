@@ -81,10 +81,15 @@ private:
         while (m_at < m_text.size() && m_text[m_at] != '"') {
             m_at += m_text[m_at] == '\\' ? 2U : 1U;
         }
-        for (const char unit : m_text.substr(start, m_at - start + 1)) {
-            const bool isBlank = unit == '\n' || unit == '\t' || unit == '\r';
-            m_line += unit == '\n' ? 1U : 0U;
-            m_out += isBlank ? ' ' : unit;
+        const std::string_view whole = m_text.substr(start, m_at - start + 1);
+        const std::size_t before = m_out.size();
+        m_out.append(whole);
+        const auto isBlank = [](char unit) {
+            return unit == '\n' || unit == '\t' || unit == '\r';
+        };
+        if (std::ranges::any_of(whole, isBlank)) {
+            m_line += static_cast<std::size_t>(std::ranges::count(whole, '\n'));
+            std::replace_if(m_out.begin() + static_cast<std::ptrdiff_t>(before), m_out.end(), isBlank, ' ');
         }
     }
 

@@ -24,6 +24,17 @@ bool isPlain(char byte) noexcept {
     return (code >= 0x20 && code < 0x7F) || byte == '\n' || byte == '\t' || byte == '\r';
 }
 
+constexpr std::size_t BLOCK = 64;
+
+/// The compiler compares many bytes at once.
+bool isPlainBlock(const char* bytes) noexcept {
+    unsigned char odd = 0;
+    for (std::size_t i = 0; i < BLOCK; ++i) {
+        odd = static_cast<unsigned char>(odd | (isPlain(bytes[i]) ? 0U : 1U));
+    }
+    return odd == 0;
+}
+
 /// The length of the UTF-8 sequence that starts there; 0 when there is none.
 std::size_t sequenceLength(std::string_view bytes, std::size_t at) noexcept {
     const unsigned first = byteAt(bytes, at);
@@ -69,8 +80,13 @@ public:
 
 private:
     void copyPlain() {
-        const auto start = m_bytes.begin() + static_cast<std::ptrdiff_t>(m_at);
-        const auto end = std::find_if_not(start, m_bytes.end(), isPlain);
+        const char* const start = m_bytes.data() + m_at;
+        const char* const last = m_bytes.data() + m_bytes.size();
+        const char* end = start;
+        while (static_cast<std::size_t>(last - end) >= BLOCK && isPlainBlock(end)) {
+            end += BLOCK;
+        }
+        end = std::find_if_not(end, last, isPlain);
         m_text.append(start, end);
         m_at += static_cast<std::size_t>(end - start);
     }

@@ -60,6 +60,15 @@ public:
         return root;
     }
 
+    /// A `device` element with content only.
+    Element content() {
+        Element made{"device", {}, {}};
+        for (unsigned i = below(4); i > 0; --i) {
+            made.children.push_back(deviceTest(2));
+        }
+        return made;
+    }
+
     Element script() {
         Element root{"inventory-check", {}, {}};
         for (const char* const flag : {"check-names", "check-hwLocators", "check-osLocators"}) {
