@@ -1,11 +1,17 @@
 /// The tables have one entry a line: number, two blanks, name. A vendor (or "C" and a class) stands at the margin, its
 /// devices (subclasses) behind one tab, their subsystems (interfaces) behind two; a subsystem has two numbers. Lines at
 /// the margin that are neither, as usb.ids has many, end the last vendor. `#` starts a comment.
+///
+/// Where vendors and classes stand in a table is looked up once, and only those that are wanted are read.
 
 #include "libMachine/ids/HardwareIds.h"
 
 #include <cstring>
+#include <memory>
+#include <mutex>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "libMachine/linux/RootFolder.h"
 
@@ -25,13 +31,55 @@ std::optional<std::uint32_t> takeNumber(std::string_view& line) {
     return number;
 }
 
+template <typename Take>
+void forEachLine(std::string_view text, const Take& take) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        take(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+/// Empty when the folder has none.
+std::string tableIn(const RootFolder& root, std::string_view fileName) {
+    std::string text;
+    for (const std::string_view folder : FOLDERS) {
+        if (text.empty()) {
+            text = root.bytes(std::string(folder).append(fileName), LARGEST_TABLE);
+        }
+    }
+    return text;
+}
+
 }  // namespace
+
+/// What a line at the margin tells of.
+struct HardwareIds::Margin {
+    bool isClass = false;
+    std::uint32_t number = 0;
+};
+
+/// Takes the number off the line; none when it is of neither a vendor nor a class.
+std::optional<HardwareIds::Margin> HardwareIds::marginOf(std::string_view& line) {
+    const bool isClass = line.starts_with("C ");
+    if (isClass) {
+        line.remove_prefix(2);
+    }
+    const std::size_t digits = std::min(line.find("  "), line.size());
+    const std::optional<std::uint32_t> number = digits == (isClass ? 2 : 4) ? takeNumber(line) : std::nullopt;
+    return number ? std::optional(Margin{isClass, *number}) : std::nullopt;
+}
 
 /// Goes over the lines of a table and fills in the names that are wanted.
 class HardwareIds::Scanner {
 public:
     explicit Scanner(std::map<Key, std::string>& names) : m_names(names) {}
 
+    void lines(std::string_view lines) {
+        forEachLine(lines, [this](std::string_view one) { line(one); });
+    }
+
+private:
     void line(std::string_view line) {
         if (line.empty() || line.front() == '#') {
             return;
@@ -45,17 +93,12 @@ public:
         }
     }
 
-private:
     void margin(std::string_view line) {
-        m_isClass = line.starts_with("C ");
-        if (m_isClass) {
-            line.remove_prefix(2);
-        }
+        const std::optional<Margin> margin = marginOf(line);
         m_hasDevice = false;
-        const std::size_t digits = std::min(line.find("  "), line.size());
-        const std::optional<std::uint32_t> number = digits == (m_isClass ? 2 : 4) ? takeNumber(line) : std::nullopt;
-        m_isWanted = number && name(m_isClass ? classKey(*number) : vendorKey(*number), line);
-        m_vendor = number.value_or(0);
+        m_isClass = margin && margin->isClass;
+        m_isWanted = margin && name(keyOf(*margin), line);
+        m_vendor = margin ? margin->number : 0;
     }
 
     void device(std::string_view line) {
@@ -92,6 +135,44 @@ private:
     bool m_isWanted = false;
 };
 
+/// A table's text, and where its vendors and classes stand, each up to the next line at the margin.
+class HardwareIds::Table {
+public:
+    explicit Table(std::string text) : m_text(std::move(text)) {
+        const char* start = nullptr;
+        std::optional<Margin> margin;
+        const auto endSection = [&](const char* end) {
+            if (margin) {
+                m_sections[keyOf(*margin)].emplace_back(start, static_cast<std::size_t>(end - start));
+            }
+        };
+        forEachLine(m_text, [&](std::string_view line) {
+            if (!line.empty() && line.front() != '\t' && line.front() != '#') {
+                endSection(line.data());
+                start = line.data();
+                margin = marginOf(line);
+            }
+        });
+        endSection(m_text.data() + m_text.size());
+    }
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
+
+    const std::vector<std::string_view>& sectionsOf(const Key& key) const {
+        static const std::vector<std::string_view> NONE;
+        const auto at = m_sections.find(key);
+        return at == m_sections.end() ? NONE : at->second;
+    }
+
+private:
+    std::string m_text;
+    std::map<Key, std::vector<std::string_view>> m_sections;
+};
+
+HardwareIds::Key HardwareIds::keyOf(const Margin& margin) {
+    return margin.isClass ? classKey(margin.number) : vendorKey(margin.number);
+}
+
 HardwareIds::Key HardwareIds::vendorKey(std::uint32_t vendor) { return {{VENDOR, vendor}}; }
 
 HardwareIds::Key HardwareIds::deviceKey(std::uint32_t vendor, std::uint32_t device) {
@@ -126,24 +207,41 @@ void HardwareIds::wantClass(std::uint32_t classCode) {
 }
 
 bool HardwareIds::load(const RootFolder& root, std::string_view fileName) {
-    for (const RootFolder& source : {root, RootFolder("/")}) {
-        for (const std::string_view folder : FOLDERS) {
-            const std::string table = source.bytes(std::string(folder).append(fileName), LARGEST_TABLE);
-            if (!table.empty()) {
-                scan(table);
-                return true;
-            }
+    if (!root.isLive()) {
+        if (const std::string text = tableIn(root, fileName); !text.empty()) {
+            scan(text);
+            return true;
         }
     }
-    return false;
+    const Table* const table = installed(fileName);
+    if (table != nullptr) {
+        read(*table);
+    }
+    return table != nullptr;
 }
 
-void HardwareIds::scan(std::string_view table) {
+/// The table of this machine; null when it has none.
+const HardwareIds::Table* HardwareIds::installed(std::string_view fileName) {
+    static std::mutex mutex;
+    static std::map<std::string, std::unique_ptr<const Table>, std::less<>> tables;
+    const std::lock_guard lock(mutex);
+    auto known = tables.find(fileName);
+    if (known == tables.end()) {
+        std::string text = tableIn(RootFolder("/"), fileName);
+        auto table = text.empty() ? nullptr : std::make_unique<const Table>(std::move(text));
+        known = tables.emplace(fileName, std::move(table)).first;
+    }
+    return known->second.get();
+}
+
+void HardwareIds::scan(std::string_view table) { read(Table(std::string(table))); }
+
+void HardwareIds::read(const Table& table) {
     Scanner scanner(m_names);
-    while (!table.empty()) {
-        const std::size_t end = std::min(table.find('\n'), table.size());
-        scanner.line(table.substr(0, end));
-        table.remove_prefix(std::min(end + 1, table.size()));
+    for (const auto& [key, name] : m_names) {
+        for (const std::string_view section : table.sectionsOf(key)) {
+            scanner.lines(section);
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,7 +23,8 @@ public:
     void wantClass(std::uint32_t classCode);
 
     /// Reads the table of that name ("pci.ids") where distributions have it, in the root folder or else on the machine
-    /// that this program runs on. False when there is none.
+    /// that this program runs on, whose tables are kept as they were read first. False when there is none. Several
+    /// threads may do so at once.
     bool load(const RootFolder& root, std::string_view fileName);
 
     /// Reads a table.
@@ -42,8 +44,15 @@ private:
         std::uint64_t numbers[2] = {};
         auto operator<=>(const Key&) const = default;
     };
+    struct Margin;
     class Scanner;
+    class Table;
 
+    static const Table* installed(std::string_view fileName);
+    void read(const Table& table);
+
+    static std::optional<Margin> marginOf(std::string_view& line);
+    static Key keyOf(const Margin& margin);
     static Key vendorKey(std::uint32_t vendor);
     static Key deviceKey(std::uint32_t vendor, std::uint32_t device);
     static Key subsystemKey(std::uint32_t vendor, std::uint32_t device, std::uint32_t subVendor,

@@ -357,6 +357,23 @@ TEST_F(FindingsTest, AnObserverMayAddDevicesAndObserversWhileItIsTold) {
     EXPECT_EQ(meddler.heardByOthers(), 0U);
 }
 
+struct HastyObserver : RecordingObserver {
+    bool readsAnnotatedScript() const override { return false; }
+};
+
+TEST_F(FindingsTest, TheAnnotatedScriptIsWrittenForWhoReadsIt) {
+    HastyObserver hasty;
+    RecordingObserver reader;
+    inventory.registerInventoryObserver(hasty);
+    EXPECT_FALSE(run("<device type='Fan'/>"));
+    inventory.registerInventoryObserver(reader);
+    EXPECT_FALSE(run("<device type='Fan'/>"));
+    ASSERT_EQ(hasty.events.size(), 2U);
+    ASSERT_EQ(reader.events.size(), 1U);
+    EXPECT_EQ(hasty.events[0].tips().size(), 0U);
+    EXPECT_EQ(reader.events[0].tips().size(), 1U);
+}
+
 TEST_F(FindingsTest, OfOneDevice) {
     const auto fan = addDevice(store, "Fan", "a", "1", "", {{"x", {"1"}}, {"y", {"2"}}});
     Inventory engine;
