@@ -14,6 +14,7 @@
 #include "libInventory/engine/assignment/Matching.h"
 
 #include <limits>
+#include <optional>
 
 namespace vrx {
 
@@ -216,10 +217,10 @@ private:
 };
 
 void Matching::cover(const std::vector<bool>& isWanted, const std::vector<bool>& takesPart) {
-    Exchange exchange(*this, isWanted, takesPart);
+    std::optional<Exchange> exchange;  // mostly there is nothing to do
     for (Index device = 0; device < m_groupOf.size(); ++device) {
         if (isWanted[device] && m_groupOf[device] == NONE) {
-            exchange.cover(device);
+            (exchange ? *exchange : exchange.emplace(*this, isWanted, takesPart)).cover(device);
         }
     }
 }

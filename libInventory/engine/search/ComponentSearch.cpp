@@ -33,6 +33,8 @@ constexpr std::size_t FEW_COMBINATIONS = 64;
 /// Parts that are remembered at most; what does not fit in is found anew.
 constexpr std::size_t MOST_KNOWN = 250000;
 
+const std::optional<SearchCost> NO_LIMIT;
+
 SearchOutcome nothingToDecide() {
     SearchOutcome outcome;
     outcome.met.emplace();
@@ -43,6 +45,17 @@ SearchOutcome nothingToDecide() {
 /// Whether the outcome is as good as anything within the bound can be.
 bool reaches(const SearchOutcome& outcome, const std::optional<SearchCost>& bound) {
     return bound && outcome.best() && !bound->isBetterThan(outcome.best()->cost);
+}
+
+/// The better of what was found in the present part and elsewhere.
+std::optional<SearchCost> betterOf(const SearchOutcome& outcome, const std::optional<SearchCost>& limit) {
+    const SearchOutcome::Best& best = outcome.best();
+    return best && (!limit || best->cost.isBetterThan(*limit)) ? best->cost : limit;
+}
+
+/// Whether nothing within the bound is better than the limit.
+bool isBeyond(const std::optional<SearchCost>& bound, const std::optional<SearchCost>& limit) {
+    return bound && limit && !bound->isBetterThan(*limit);
 }
 
 bool isFaultless(const SearchOutcome& outcome) { return outcome.met && outcome.met->cost.errors == 0; }
@@ -85,7 +98,7 @@ SearchOutcome ComponentSearch::find(const DigitRanges& ranges, Aim aim) {
         whole.groups.push_back(group);
     }
     m_chosen = 0;
-    SearchOutcome outcome = solveAll(divide(whole), aim);
+    SearchOutcome outcome = solveAll(divide(whole), aim, std::nullopt);
     (aim == Aim::Passing ? m_wholes[key].passing : m_wholes[key].best) = outcome;
     return outcome;
 }
@@ -113,13 +126,14 @@ const SearchOutcome* ComponentSearch::recall(const Known& known, Aim aim) {
     return aim == Aim::Best && known.best ? &*known.best : nullptr;
 }
 
-SearchOutcome ComponentSearch::solve(const Part& part, Aim aim) {
+/// What is remembered is found without a limit, for it may be asked for with another one.
+SearchOutcome ComponentSearch::solve(const Part& part, Aim aim, const Limit& limit) {
     if (isFew(part)) {
-        return enumerate(part, aim);
+        return enumerate(part, aim, limit);
     }
     const bool mayComeAgain = part.chosen.size() < m_chosen;
     if (!mayComeAgain) {
-        return choose(part, aim);
+        return choose(part, aim, limit);
     }
     const std::string key = keyOf(part, m_trial.values());
     if (const auto at = m_parts.find(key); at != m_parts.end()) {
@@ -127,7 +141,7 @@ SearchOutcome ComponentSearch::solve(const Part& part, Aim aim) {
             return *known;
         }
     }
-    SearchOutcome outcome = choose(part, aim);
+    SearchOutcome outcome = choose(part, aim, std::nullopt);
     if (m_parts.size() < MOST_KNOWN || m_parts.contains(key)) {
         (aim == Aim::Passing ? m_parts[key].passing : m_parts[key].best) = outcome;
     }
@@ -160,7 +174,7 @@ bool ComponentSearch::isFew(const Part& part) const {
 }
 
 /// Chooses the digit that turns slowest.
-SearchOutcome ComponentSearch::choose(const Part& part, Aim aim) {
+SearchOutcome ComponentSearch::choose(const Part& part, Aim aim, const Limit& limit) {
     const std::uint32_t digit = part.open.front();
     Part rest{{part.open.begin() + 1, part.open.end()}, part.chosen, part.groups};
     rest.chosen.push_back(digit);
@@ -168,10 +182,11 @@ SearchOutcome ComponentSearch::choose(const Part& part, Aim aim) {
     ++m_chosen;
     for (std::uint32_t value = m_ranges[digit].first; value <= m_ranges[digit].second; ++value) {
         m_trial.values()[digit] = value;
-        if (outcome.best() && reaches(outcome, boundOf(rest))) {
+        const Limit present = betterOf(outcome, limit);
+        if (present && isBeyond(boundOf(rest), present)) {
             continue;
         }
-        SearchOutcome found = solveAll(divide(rest), aim);
+        SearchOutcome found = solveAll(divide(rest), aim, present);
         found.advance(weightOf(digit) * value);
         outcome.improve(std::move(found));
         if (aim == Aim::Passing && outcome.passing) {
@@ -187,7 +202,7 @@ SearchOutcome ComponentSearch::choose(const Part& part, Aim aim) {
 }
 
 /// Tries all combinations of the open digits.
-SearchOutcome ComponentSearch::enumerate(const Part& part, Aim aim) {
+SearchOutcome ComponentSearch::enumerate(const Part& part, Aim aim, const Limit& limit) {
     Numbers digits = part.chosen;
     digits.insert(digits.end(), part.open.begin(), part.open.end());
     for (const std::uint32_t digit : part.open) {
@@ -195,15 +210,36 @@ SearchOutcome ComponentSearch::enumerate(const Part& part, Aim aim) {
     }
     const std::optional<SearchCost> bound = boundOf(part);
     SearchOutcome outcome;
+    if (isBeyond(bound, limit)) {
+        return outcome;
+    }
+    m_bound.begin(part.open, part.chosen, part.groups, m_trial.values());
+    std::optional<std::size_t> changed = 0;
     do {
-        m_onTrial();
-        const ComponentTrial::Result result = m_trial.run(digits, part.groups);
-        noteTried(digits.size(), result.cost);
-        if (takeTried(result, part, outcome, aim) || reaches(outcome, bound)) {
+        m_bound.noteChange(*changed);
+        if (tryNext(part, digits, aim, limit, outcome) || reaches(outcome, bound)) {
             break;
         }
-    } while (stepThrough(part.open));
+        changed = stepThrough(part.open);
+    } while (changed);
     return outcome;
+}
+
+/// Tries the present combination unless it is too bad for sure; whether no later one can make a difference.
+bool ComponentSearch::tryNext(const Part& part, const Numbers& digits, Aim aim, const Limit& limit,
+                              SearchOutcome& outcome) {
+    const Limit present = betterOf(outcome, limit);
+    if (present && isBeyond(m_bound.ofPresent(m_trial.values()), present)) {
+        return false;
+    }
+    m_onTrial();
+    const BitRow& missing = m_trial.reduce(digits, part.groups);
+    if (m_model.isExact && present && isBeyond(m_bound.ofExact(missing), present)) {
+        return false;
+    }
+    const ComponentTrial::Result result = m_trial.decide(digits, part.groups);
+    noteTried(digits.size(), result.cost);
+    return takeTried(result, part, outcome, aim);
 }
 
 /// Takes the present combination into the outcome; whether no later one can make a difference.
@@ -223,18 +259,19 @@ bool ComponentSearch::takeTried(const ComponentTrial::Result& result, const Part
     return isFaultless(outcome);
 }
 
-/// The next combination of the open digits, of which the last turns fastest; false when there is none.
-bool ComponentSearch::stepThrough(const Numbers& open) {
+/// The next combination of the open digits, of which the last turns fastest: the position of the first that has
+/// changed; nothing when there is none.
+std::optional<std::size_t> ComponentSearch::stepThrough(const Numbers& open) {
     std::vector<std::uint32_t>& values = m_trial.values();
     for (std::size_t i = open.size(); i-- > 0;) {
         const auto& [first, last] = m_ranges[open[i]];
         if (values[open[i]] < last) {
             ++values[open[i]];
-            return true;
+            return i;
         }
         values[open[i]] = first;
     }
-    return false;
+    return std::nullopt;
 }
 
 SearchOutcome ComponentSearch::tryOne(const Numbers& digits, const Numbers& groups) {
@@ -272,18 +309,21 @@ void ComponentSearch::noteTried(std::size_t digits, const SearchCost& cost) {
 }
 
 /// Joins what comes of all parts. Once one of them does not pass, nothing does, and the best of the others is wanted.
-SearchOutcome ComponentSearch::solveAll(const Division& division, Aim aim) {
+/// A limit holds for a part that is all that there is.
+SearchOutcome ComponentSearch::solveAll(const Division& division, Aim aim, const Limit& limit) {
     const SearchOutcome settled = tryOne(division.settled.chosen, division.settled.groups);
+    const bool isOne = division.parts.size() == 1 && settled.best()->cost == SearchCost();
+    const Limit& own = isOne ? limit : NO_LIMIT;
     bool mayPass = aim == Aim::Passing && settled.passing;
     std::vector<SearchOutcome> outcomes;
     for (const Part& part : division.parts) {
-        outcomes.push_back(solve(part, mayPass ? Aim::Passing : Aim::Best));
+        outcomes.push_back(solve(part, mayPass ? Aim::Passing : Aim::Best, own));
         mayPass = mayPass && outcomes.back().passing;
     }
     SearchOutcome sum = settled;
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
         if (!mayPass && !outcomes[i].isComplete) {
-            outcomes[i] = solve(division.parts[i], Aim::Best);
+            outcomes[i] = solve(division.parts[i], Aim::Best, own);
         }
         sum.add(outcomes[i]);
     }

@@ -54,16 +54,20 @@ private:
     };
     using Memory = boost::unordered_flat_map<std::string, Known>;
 
-    SearchOutcome solve(const Part& part, Aim aim);
-    SearchOutcome choose(const Part& part, Aim aim);
-    SearchOutcome enumerate(const Part& part, Aim aim);
-    SearchOutcome solveAll(const Division& division, Aim aim);
+    /// A cost that was found elsewhere: what is no better need not be found. None where everything is wanted.
+    using Limit = std::optional<SearchCost>;
+
+    SearchOutcome solve(const Part& part, Aim aim, const Limit& limit);
+    SearchOutcome choose(const Part& part, Aim aim, const Limit& limit);
+    SearchOutcome enumerate(const Part& part, Aim aim, const Limit& limit);
+    SearchOutcome solveAll(const Division& division, Aim aim, const Limit& limit);
+    bool tryNext(const Part& part, const Numbers& digits, Aim aim, const Limit& limit, SearchOutcome& outcome);
     SearchOutcome tryOne(const Numbers& digits, const Numbers& groups);
     bool takeTried(const ComponentTrial::Result& result, const Part& part, SearchOutcome& outcome, Aim aim) const;
     std::optional<SearchCost> boundOf(const Part& part) {
         return m_bound.of(part.open, part.chosen, part.groups, m_trial.values());
     }
-    bool stepThrough(const Numbers& open);
+    std::optional<std::size_t> stepThrough(const Numbers& open);
     void noteTried(std::size_t digits, const SearchCost& cost);
     bool isFew(const Part& part) const;
     Division divide(const Part& whole) const;

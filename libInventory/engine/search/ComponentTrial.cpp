@@ -6,19 +6,33 @@ namespace vrx {
 
 using Kind = SearchNode::Kind;
 
+namespace {
+
+constexpr std::uint32_t NO_DIGIT = 0xFFFFFFFF;
+
+}  // namespace
+
 ComponentTrial::ComponentTrial(const SearchModel& model, SearchComponent& component)
     : m_model(model),
       m_component(component),
       m_values(component.digits.size()),
       m_numberOf(model.digits.all().size()),
+      m_digitOf(component.trial.elementCount(), NO_DIGIT),
+      m_canHaveExtras(component.extras.any()),
       m_elements(component.trial.elementCount()),
       m_missing(component.trial.elementCount()),
+      m_isDisturbed(component.digits.size()),
       m_extras(component.trial.deviceCount()),
       m_held(component.trial.deviceCount()) {
     for (std::size_t number = 0; number < component.digits.size(); ++number) {
         const SearchDigitPart& digit = component.digits[number];
         m_numberOf[digit.digit] = static_cast<std::uint32_t>(number);
         m_undisturbed.emplace_back(digit.elements.size());
+        m_isSimple.push_back(digit.tops.size() == 1 && model.nodes[digit.tops.front()].kind == Kind::Or);
+        for (const NumberList& elements : digit.elements) {
+            std::ranges::for_each(
+                elements, [&](std::uint32_t element) { m_digitOf[element] = static_cast<std::uint32_t>(number); });
+        }
     }
     for (const SearchDigitPart& digit : component.digits) {
         for (const std::uint32_t top : digit.tops) {
@@ -67,7 +81,9 @@ void ComponentTrial::gather(const Numbers& digits, const Numbers& groups) {
     m_extras.clear();
     for (const std::uint32_t group : groups) {
         m_elements |= m_component.groups[group].elements;
-        m_extras |= m_component.groups[group].devices;
+        if (m_canHaveExtras) {
+            m_extras |= m_component.groups[group].devices;
+        }
     }
     for (const std::uint32_t digit : digits) {
         if (isActive(digit)) {
@@ -77,44 +93,67 @@ void ComponentTrial::gather(const Numbers& digits, const Numbers& groups) {
     m_extras &= m_component.extras;
 }
 
-/// As LinkAssignment::settle. What a choice comes to here does not depend on anything beyond, so it is made whether or
-/// not it is asked for beyond; where nothing is missing it only makes fewer devices extra.
-void ComponentTrial::assign() {
-    LinkTrial& trial = m_component.trial;
-    trial.reduce(m_elements);
-    if (m_model.isExact && trial.couldDoBetter(m_elements, m_extras)) {
-        trial.assignExactly(m_elements, m_extras);
-    }
+const BitRow& ComponentTrial::reduce(const Numbers& digits, const Numbers& groups) {
+    gather(digits, groups);
+    m_component.trial.reduce(m_elements);
+    noteMissing();
+    return m_missing;
 }
 
-ComponentTrial::Result ComponentTrial::run(const Numbers& digits, const Numbers& groups) {
-    gather(digits, groups);
-    assign();
-    const LinkTrial& trial = m_component.trial;
-    m_missing.clear();
-    m_elements.forEach([&](std::size_t element) {
-        if (!trial.isSatisfied(element)) {
-            m_missing.set(element);
-        }
-    });
+/// As LinkAssignment::settle. What a choice comes to here does not depend on anything beyond, so it is made whether or
+/// not it is asked for beyond; where nothing is missing it only makes fewer devices extra. Whether it is another.
+bool ComponentTrial::assignExactly() {
+    LinkTrial& trial = m_component.trial;
+    const bool isBetter = m_model.isExact && trial.couldDoBetter(m_elements, m_extras);
+    if (isBetter) {
+        trial.assignExactly(m_elements, m_extras);
+    }
+    return isBetter;
+}
+
+ComponentTrial::Result ComponentTrial::decide(const Numbers& digits, const Numbers& groups) {
+    if (assignExactly()) {
+        noteMissing();
+    }
     Result result;
-    const auto decideTops = [&](const std::vector<std::uint32_t>& tops) {
-        for (const std::uint32_t top : tops) {
+    for (const std::uint32_t group : groups) {
+        for (const std::uint32_t top : m_component.groups[group].tops) {
             result.isMet = decide(top, result.cost) && result.isMet;
         }
-    };
-    for (const std::uint32_t group : groups) {
-        decideTops(m_component.groups[group].tops);
     }
     for (const std::uint32_t digit : digits) {
-        decideTops(m_component.digits[digit].tops);
+        decideDigit(digit, result);
     }
     if (m_extras.any()) {
         m_held.clear();
-        trial.getHeld(m_elements, m_held);
+        m_component.trial.getHeld(m_elements, m_held);
         result.hasExtras = !m_extras.isWithin(m_held);
     }
     return result;
+}
+
+void ComponentTrial::noteMissing() {
+    m_missing.clear();
+    m_isDisturbed.assign(m_isDisturbed.size(), false);
+    m_elements.forEach([&](std::size_t element) {
+        if (!m_component.trial.isSatisfied(element)) {
+            m_missing.set(element);
+            if (m_digitOf[element] != NO_DIGIT) {
+                m_isDisturbed[m_digitOf[element]] = true;
+            }
+        }
+    });
+}
+
+/// Decides what is decided with the digit; mostly nothing is missing of what it has chosen.
+void ComponentTrial::decideDigit(std::uint32_t digit, Result& result) const {
+    if (!m_isDisturbed[digit] && isSimple(digit) && knownOf(digit).isMet) {
+        result.cost += knownOf(digit).cost;
+        return;
+    }
+    for (const std::uint32_t top : m_component.digits[digit].tops) {
+        result.isMet = decide(top, result.cost) && result.isMet;
+    }
 }
 
 /// As SecondPass::run: whether the node is satisfied; what fails in it adds to the cost.
@@ -141,7 +180,7 @@ bool ComponentTrial::decideChoice(const SearchNode& node, SearchCost& cost) cons
     const std::size_t digit = m_numberOf[node.number];
     const std::uint32_t value = m_values[digit];
     const Undisturbed& known = m_undisturbed[digit][value];
-    if (known.isKnown && !m_missing.meets(m_component.digits[digit].elements[value])) {
+    if (known.isKnown && !m_isDisturbed[digit]) {
         cost += known.cost;
         return known.isMet;
     }

@@ -29,7 +29,16 @@ public:
     bool isActive(std::size_t digit) const;
 
     /// Tries the present values of those digits together with those groups.
-    Result run(const Numbers& digits, const Numbers& groups);
+    Result run(const Numbers& digits, const Numbers& groups) {
+        reduce(digits, groups);
+        return decide(digits, groups);
+    }
+
+    /// The first half of it: the reduction. Returns the elements that it leaves without a device.
+    const BitRow& reduce(const Numbers& digits, const Numbers& groups);
+
+    /// The second half. Requires: the first was done for the same.
+    Result decide(const Numbers& digits, const Numbers& groups);
 
 private:
     /// What a value of a digit comes to while all of its elements have a device.
@@ -40,7 +49,11 @@ private:
     };
 
     void gather(const Numbers& digits, const Numbers& groups);
-    void assign();
+    bool assignExactly();
+    void noteMissing();
+    bool isSimple(std::uint32_t digit) const { return m_isSimple[digit] && knownOf(digit).isKnown; }
+    const Undisturbed& knownOf(std::uint32_t digit) const { return m_undisturbed[digit][m_values[digit]]; }
+    void decideDigit(std::uint32_t digit, Result& result) const;
     bool decide(std::uint32_t at, SearchCost& cost) const;
     bool decideChoice(const SearchNode& node, SearchCost& cost) const;
     void prepare(std::uint32_t at);
@@ -51,11 +64,15 @@ private:
     std::vector<std::uint32_t> m_values;
     std::vector<std::uint32_t> m_numberOf;                ///< by digit of the model: its number in the component
     std::vector<std::vector<Undisturbed>> m_undisturbed;  ///< by number and value
+    std::vector<bool> m_isSimple;                         ///< by number: nothing but the choice is decided with it
+    Numbers m_digitOf;                                    ///< by element that lies in an alternative
+    bool m_canHaveExtras;
     bool m_isPreparing = true;
 
-    BitRow m_elements;  ///< of the present trial
-    BitRow m_missing;   ///< those without a device
-    BitRow m_extras;    ///< the devices that must not be left over
+    BitRow m_elements;                ///< of the present trial
+    BitRow m_missing;                 ///< those without a device
+    std::vector<bool> m_isDisturbed;  ///< by number of the digit: some of its elements are missing
+    BitRow m_extras;                  ///< the devices that must not be left over
     BitRow m_held;
 };
 

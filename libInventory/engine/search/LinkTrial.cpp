@@ -79,18 +79,23 @@ void LinkTrial::meetDevices(const BitRow& elements) {
     for (const std::uint32_t device : m_order) {
         m_deviceLinks[device] = 0;
     }
-    m_order.clear();
+    m_order.resize(m_deviceCount);
+    std::uint32_t* order = m_order.data();
+    std::uint32_t* const links = m_deviceLinks.data();
+    Word* const rows = m_deviceRows.data();
     elements.forEach([&](std::size_t element) {
         std::copy_n(rowOf(m_allRows, element), words, rowOf(m_elementRows, element));
-        m_elementLinks[element] = static_cast<std::uint32_t>(m_elements[element].devices.size());
-        for (const std::uint32_t device : m_elements[element].devices) {
-            if (m_deviceLinks[device]++ == 0) {
-                m_order.push_back(device);
-                std::fill_n(rowOf(m_deviceRows, device), words, 0);
+        const std::vector<std::uint32_t>& devices = m_elements[element].devices;
+        m_elementLinks[element] = static_cast<std::uint32_t>(devices.size());
+        for (const std::uint32_t device : devices) {
+            if (links[device]++ == 0) {
+                *order++ = device;
+                std::fill_n(rows + device * words, words, 0);
             }
-            setBit(rowOf(m_deviceRows, device), element);
+            setBit(rows + device * words, element);
         }
     });
+    m_order.resize(static_cast<std::size_t>(order - m_order.data()));
 }
 
 template <std::size_t WORDS>

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "libInventory/engine/search/BitRow.h"
@@ -30,6 +31,7 @@ public:
 
     const std::vector<std::uint32_t>& devicesOf(std::size_t element) const { return m_elements[element].devices; }
     bool needsDevice(std::size_t element) const { return m_elements[element].needsDevice; }
+    std::uint32_t shareOf(std::size_t element) const { return m_elements[element].share; }
 
     /// Reduces the links of those elements alone.
     void reduce(const BitRow& elements);
@@ -83,6 +85,7 @@ private:
     std::vector<std::uint32_t> m_deviceOf;  ///< by element: what it holds
     std::vector<std::uint32_t> m_queue;
     BitRow m_seen;
+    std::shared_ptr<OwnLinks> m_ownLinks;  ///< of exact assignments; made for the first
 };
 
 }  // namespace vrx

@@ -6,6 +6,8 @@
 /// would take it and the devices that these have, to an element without one or to a device that may be left over.
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "libInventory/engine/assignment/ExactAssignment.h"
 #include "libInventory/engine/search/LinkTrial.h"
@@ -83,34 +85,43 @@ bool LinkTrial::couldCover(std::uint32_t device, const BitRow& elements, const B
     return isFound;
 }
 
-/// The links of some elements by themselves, with numbers of their own.
+/// The links of some elements by themselves, with numbers of their own. Lists are used again for the next elements.
 class LinkTrial::OwnLinks {
 public:
-    OwnLinks(const LinkTrial& trial, const BitRow& wanted) : m_trial(trial), m_numberOf(trial.m_deviceCount) {
+    void begin(const LinkTrial& trial, const BitRow& wanted) {
+        m_links.elementCount = m_links.deviceCount = 0;
+        m_links.kept.clear();
+        std::ranges::move(m_links.groups, std::back_inserter(m_spare));
+        m_links.groups.clear();
+        m_numberOf.resize(trial.m_deviceCount);
+        m_isWanted.clear();
+        m_members.clear();
+        m_shares.clear();
+        m_needs.clear();
         for (const std::uint32_t device : trial.m_order) {
             m_numberOf[device] = static_cast<std::uint32_t>(m_links.deviceCount++);
             m_isWanted.push_back(wanted.test(device));
         }
     }
 
-    void add(std::size_t number) {
-        const Element& element = m_trial.m_elements[number];
+    void add(const LinkTrial& trial, std::uint32_t number) {
+        const Element& element = trial.m_elements[number];
         const auto member = static_cast<std::uint32_t>(m_members.size());
         groupOf(element).elements.push_back(member);
-        m_members.push_back(static_cast<std::uint32_t>(number));
+        m_members.push_back(number);
         m_needs.push_back(element.needsDevice ? ExactAssignment::Need::Device : ExactAssignment::Need::Cover);
-        if (const std::uint32_t device = m_trial.deviceOf(number); device != NOBODY) {
+        if (const std::uint32_t device = trial.deviceOf(number); device != NOBODY) {
             m_links.kept.push_back({member, m_numberOf[device]});
         }
         m_links.elementCount = m_members.size();
     }
 
-    /// Calls `visit` with each element and its device.
+    /// Calls `visit` with each element and the position of its device.
     template <typename Visit>
     void assign(const Visit& visit) {
         const ExactAssignment exact(m_links, m_needs, m_isWanted);
         for (const auto& [member, device] : exact.pairs()) {
-            visit(m_members[member], m_trial.m_order[device]);
+            visit(m_members[member], device);
         }
     }
 
@@ -121,15 +132,26 @@ private:
             return m_links.groups[static_cast<std::size_t>(at - m_shares.begin())];
         }
         m_shares.push_back(element.share);
-        AssociationLinks::Group& group = m_links.groups.emplace_back();
+        AssociationLinks::Group& group = newGroup();
         for (const std::uint32_t device : element.devices) {
             group.devices.push_back(m_numberOf[device]);
         }
         return group;
     }
 
-    const LinkTrial& m_trial;
+    AssociationLinks::Group& newGroup() {
+        if (m_spare.empty()) {
+            return m_links.groups.emplace_back();
+        }
+        AssociationLinks::Group& group = m_links.groups.emplace_back(std::move(m_spare.back()));
+        m_spare.pop_back();
+        group.elements.clear();
+        group.devices.clear();
+        return group;
+    }
+
     AssociationLinks m_links;
+    std::vector<AssociationLinks::Group> m_spare;
     std::vector<std::uint32_t> m_numberOf;  ///< by device
     std::vector<std::uint32_t> m_members;   ///< the elements
     std::vector<std::uint32_t> m_shares;    ///< by group
@@ -138,13 +160,17 @@ private:
 };
 
 void LinkTrial::assignExactly(const BitRow& elements, const BitRow& wanted) {
-    OwnLinks links(*this, wanted);
+    if (m_ownLinks == nullptr) {
+        m_ownLinks = std::make_shared<OwnLinks>();
+    }
+    m_ownLinks->begin(*this, wanted);
     elements.forEach([&](std::size_t element) {
-        links.add(element);
+        m_ownLinks->add(*this, static_cast<std::uint32_t>(element));
         std::fill_n(rowOf(m_elementRows, element), m_words, 0);
         m_elementLinks[element] = 0;
     });
-    links.assign([this](std::uint32_t element, std::uint32_t device) {
+    m_ownLinks->assign([this](std::uint32_t element, std::uint32_t position) {
+        const std::uint32_t device = m_order[position];
         rowOf(m_elementRows, element)[device / BitRow::BITS] |= BitRow::Word{1} << (device % BitRow::BITS);
         m_elementLinks[element] = 1;
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -23,31 +24,79 @@ public:
     void setRanges(const std::vector<std::pair<std::uint32_t, std::uint32_t>>& ranges);
 
     /// A cost that no combination of the open digits is better than, while others have those values; none where all
-    /// elements may be served.
+    /// elements may be served. With a bound no combination satisfies everything.
     std::optional<SearchCost> of(const Numbers& open, const Numbers& chosen, const Numbers& groups,
                                  const std::vector<std::uint32_t>& values);
 
+    // ---- combinations one after the other: ShortageBoundSteps.cpp ----
+
+    /// From here on it is asked about combinations of these open digits. The lists live until the last question.
+    void begin(const Numbers& open, const Numbers& chosen, const Numbers& groups,
+               const std::vector<std::uint32_t>& values);
+
+    /// Open digits from that position on may have other values than at the last question.
+    void noteChange(std::size_t position) noexcept { m_upToDate = std::min(m_upToDate, position); }
+
+    /// The same for the present values of all digits.
+    std::optional<SearchCost> ofPresent(const std::vector<std::uint32_t>& values);
+
+    /// The same when devices are assigned exactly and the reduction leaves those elements without. Requires: ofPresent
+    /// was asked.
+    std::optional<SearchCost> ofExact(const BitRow& missing);
+
 private:
-    using Row = const NumberList*;
+    /// The devices that an element would take, and what it costs when it has none.
+    struct Row {
+        const NumberList* devices;
+        SearchCost cost;
+    };
+    /// What an alternative asks for in any case.
+    struct AnyRow {
+        NumberList devices;
+        SearchCost cost;
+    };
+
+    /// Some rows, and which of them have a device.
+    struct Serving {
+        std::vector<Row> rows;
+        Numbers holders;  ///< by device: the row that has it
+        std::size_t missing = 0;
+        SearchCost cost;  ///< of those without
+    };
 
     void noteCosts(std::uint32_t at, SearchCost around);
+    void noteLeastCosts();
     std::size_t leavesIn(std::uint32_t at) const;
-    void gather(const Numbers& open, const Numbers& chosen, const Numbers& groups,
-                const std::vector<std::uint32_t>& values);
     bool countsForSure(std::uint32_t digit, const Numbers& chosen, const std::vector<std::uint32_t>& values) const;
-    void addRows(const NumberList& elements);
-    std::size_t shortage();
-    bool serve(std::uint32_t row, std::uint32_t first);
+    void addChosen(Serving& serving, const Numbers& chosen, const Numbers& groups,
+                   const std::vector<std::uint32_t>& values);
+    void addElements(Serving& serving, const NumberList& elements);
+    void clear(Serving& serving) const;
+    static std::optional<SearchCost> costOf(const Serving& serving);
+
+    void add(Serving& serving, const Row& row);
+    bool takesFree(Serving& serving, std::uint32_t row);
+    void giveAlong(Serving& serving, std::uint32_t device, std::uint32_t row);
 
     const SearchModel& m_model;
     const SearchComponent& m_component;
-    std::vector<std::vector<NumberList>> m_anyValue;  ///< by digit: devices of its elements, whichever value it has
-    SearchCost m_least;                               ///< of an element that is missing
-    std::size_t m_leaves = 0;
+    std::vector<std::optional<SearchCost>> m_costs;  ///< by element: when it is missing; none for those that do no harm
+    std::vector<std::optional<SearchCost>> m_leastCosts;  ///< the same of the cheapest that shares its links
+    std::vector<std::vector<AnyRow>> m_anyValue;          ///< by digit
+    Serving m_serving;                                    ///< of the present question
 
-    std::vector<Row> m_rows;  ///< of the present question: the devices of each element
-    std::vector<std::uint32_t> m_holders;
-    std::vector<std::uint32_t> m_seenBy;  ///< by device: the last row for which it was looked at, counted from 1
+    const Numbers* m_open = nullptr;
+    const Numbers* m_chosen = nullptr;
+    std::vector<Serving> m_steps;  ///< what is chosen, then one open digit more each
+    std::size_t m_upToDate = 0;    ///< so many of the open digits are in the steps with their present values
+
+    std::vector<SearchCost> m_missingCosts;
+
+    // Scratch of a search for a free device.
+    Numbers m_queue;
+    Numbers m_takerOf;  ///< by device that was reached: the row that would take it
+    Numbers m_seenBy;   ///< by device: the last search that reached it
+    std::uint32_t m_searches = 0;
 };
 
 }  // namespace vrx
