@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
 #include <optional>
 
 #include "libInventory/Inventory.h"
@@ -33,6 +34,19 @@ std::optional<StringView> patternFor(const PropertyExpectation& expectation) {
         return std::nullopt;
     }
     return entries.isEmpty() ? expectation.value() : entries[0];
+}
+
+/// What every text begins with that the pattern matches; empty where that is not plain to see.
+StringView prefixOf(StringView pattern) {
+    const bool isPlain = pattern.starts_with(u'^') && pattern.find(u'|') == StringView::npos &&
+                         pattern.find(u"(?") == StringView::npos &&
+                         pattern.find(Regex::VRXRRANGE().view()) == StringView::npos;
+    if (!isPlain) {
+        return {};
+    }
+    const std::size_t end = std::min(pattern.find_first_of(u"\\^$.[](){}*+?#", 1), pattern.size());
+    const bool mayRepeat = end < pattern.size() && StringView(u"*+?{").find(pattern[end]) != StringView::npos;
+    return pattern.substr(1, end - 1 - (mayRepeat && end > 1 ? 1 : 0));
 }
 
 }  // namespace
@@ -106,6 +120,9 @@ void CandidateColumn::markMatches(StringView pattern) {
             mark(at->second);
         }
         markIgnoringCase(withoutAnchors(pattern));
+    } else if (const StringView prefix = prefixOf(pattern); !prefix.empty()) {
+        testFrom(prefix, pattern);
+        markIgnoringCase(withoutAnchors(pattern));
     } else {
         testAll(pattern);
     }
@@ -113,14 +130,34 @@ void CandidateColumn::markMatches(StringView pattern) {
 
 void CandidateColumn::testAll(StringView pattern) {
     for (std::uint32_t text = 0; text < m_texts.size(); ++text) {
-        const std::size_t givenUpBefore = Regex::exceededCount();
-        if (Inventory::matchString(pattern, m_texts[text])) {
-            mark(text);
-        }
-        const std::size_t others = Regex::exceededCount() == givenUpBefore ? 0 : m_holders[text].size() - 1;
-        for (std::size_t i = 0; i < others; ++i) {
-            Inventory::matchString(pattern, m_texts[text]);
-        }
+        test(text, pattern);
+    }
+}
+
+/// Tests the texts that begin so.
+void CandidateColumn::testFrom(StringView prefix, StringView pattern) {
+    const auto textOf = [this](std::uint32_t text) {
+        return m_texts[text].view();
+    };
+    if (m_sortedTexts.empty()) {
+        m_sortedTexts.resize(m_texts.size());
+        std::iota(m_sortedTexts.begin(), m_sortedTexts.end(), 0U);
+        std::ranges::sort(m_sortedTexts, {}, textOf);
+    }
+    for (auto at = std::ranges::lower_bound(m_sortedTexts, prefix, {}, textOf);
+         at != m_sortedTexts.end() && textOf(*at).starts_with(prefix); ++at) {
+        test(*at, pattern);
+    }
+}
+
+void CandidateColumn::test(std::uint32_t text, StringView pattern) {
+    const std::size_t givenUpBefore = Regex::exceededCount();
+    if (Inventory::matchString(pattern, m_texts[text])) {
+        mark(text);
+    }
+    const std::size_t others = Regex::exceededCount() == givenUpBefore ? 0 : m_holders[text].size() - 1;
+    for (std::size_t i = 0; i < others; ++i) {
+        Inventory::matchString(pattern, m_texts[text]);
     }
 }
 

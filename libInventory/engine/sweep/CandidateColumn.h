@@ -38,6 +38,8 @@ private:
     void markMatches(StringView pattern);
     void markRange(const WholeRange& range);
     void testAll(StringView pattern);
+    void testFrom(StringView prefix, StringView pattern);
+    void test(std::uint32_t text, StringView pattern);
     void markIgnoringCase(StringView text);
     void mark(std::uint32_t text);
     CandidateRanges takeMarked();
@@ -50,6 +52,7 @@ private:
     CandidateRanges m_present;
     boost::unordered_flat_map<StringView, std::uint32_t, TextHash> m_textOf;
 
+    std::vector<std::uint32_t> m_sortedTexts;                                               ///< when they are needed
     boost::unordered_flat_map<String, std::vector<std::uint32_t>, TextHash> m_foldedTexts;  ///< when it is needed
     boost::unordered_flat_map<String, std::vector<Number>, TextHash> m_numbers;  ///< in order, by the unit of patterns
 

@@ -65,7 +65,9 @@ private:
         }
         Element property{"property", {{"key", oneOf({"A", "B", "A", "B", "C"})}}, {}};
         const std::string range = "^VRXRRANGE[" + number() + "-" + number() + "]" + oneOf({"$", "$", " GB$", "x$", ""});
-        const std::string other = oneOf({"^SN7$", "^s\\.7$", "^(e+)+$", "[", "^.[0-9]$", "^10$", "VRXRRANGE[1-5]"});
+        const std::string other =
+            oneOf({"^SN7$", "^s\\.7$", "^(e+)+$", "[", "^.[0-9]$", "^10$", "VRXRRANGE[1-5]", "^1[0-9]$", "^2{2}",
+                   "^SN?[0-9]", "^1[0-9]|2$", "^e+(e+)+$", "^S", "^4\\d", "^(?i)sn"});
         const std::pair<std::string, std::string> asked{"value", below(2) == 0 ? range : other};
         if (below(6) == 0) {
             property.children.assign(1 + below(2), Element{"value", {asked}, {}});
