@@ -48,7 +48,7 @@ bool reaches(const SearchOutcome& outcome, const std::optional<SearchCost>& boun
 }
 
 /// The better of what was found in the present part and elsewhere.
-std::optional<SearchCost> betterOf(const SearchOutcome& outcome, const std::optional<SearchCost>& limit) {
+std::optional<SearchCost> limitOf(const SearchOutcome& outcome, const std::optional<SearchCost>& limit) {
     const SearchOutcome::Best& best = outcome.best();
     return best && (!limit || best->cost.isBetterThan(*limit)) ? best->cost : limit;
 }
@@ -182,7 +182,7 @@ SearchOutcome ComponentSearch::choose(const Part& part, Aim aim, const Limit& li
     ++m_chosen;
     for (std::uint32_t value = m_ranges[digit].first; value <= m_ranges[digit].second; ++value) {
         m_trial.values()[digit] = value;
-        const Limit present = betterOf(outcome, limit);
+        const Limit present = limitOf(outcome, limit);
         if (present && isBeyond(boundOf(rest), present)) {
             continue;
         }
@@ -228,7 +228,7 @@ SearchOutcome ComponentSearch::enumerate(const Part& part, Aim aim, const Limit&
 /// Tries the present combination unless it is too bad for sure; whether no later one can make a difference.
 bool ComponentSearch::tryNext(const Part& part, const Numbers& digits, Aim aim, const Limit& limit,
                               SearchOutcome& outcome) {
-    const Limit present = betterOf(outcome, limit);
+    const Limit present = limitOf(outcome, limit);
     if (present && isBeyond(m_bound.ofPresent(m_trial.values()), present)) {
         return false;
     }

@@ -24,8 +24,8 @@ namespace vrx {
 
 namespace {
 
-constexpr std::size_t FEW_TEXTS = 8;           // are all tested
-constexpr std::size_t MOST_KNOWN = 1U << 16U;  // answers and ranges of them
+constexpr std::size_t FEW_TEXTS = 8;             // are all tested
+constexpr std::size_t MOST_ANSWERS = 1U << 16U;  // answers and ranges of them
 
 /// The pattern for a value that is a text; nothing when more than one is asked for.
 std::optional<StringView> patternFor(const PropertyExpectation& expectation) {
@@ -101,7 +101,7 @@ const CandidateRanges& CandidateColumn::meetingText(StringView pattern) {
     markMatches(pattern);
     m_unkept = takeMarked();
     const std::size_t size = m_unkept.ranges().size() + 1;
-    if (Regex::exceededCount() != givenUpBefore || m_knownSize + size > MOST_KNOWN) {
+    if (Regex::exceededCount() != givenUpBefore || m_knownSize + size > MOST_ANSWERS) {
         return m_unkept;
     }
     m_knownSize += size;

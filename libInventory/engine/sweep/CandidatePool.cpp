@@ -7,7 +7,7 @@ namespace vrx {
 namespace {
 
 /// No text of XML holds the separator.
-String attributesOf(const XmlElement& element) {
+String textOfAttributes(const XmlElement& element) {
     constexpr StringView SEPARATOR(u"\0", 1);
     String text;
     for (const XmlAttribute& attribute : element.Attributes()) {
@@ -35,13 +35,13 @@ CandidatePool* CandidatePools::find(const XmlElement& element, std::size_t telli
     if (m_pools.empty()) {
         return nullptr;
     }
-    const auto at = m_pools.find(attributesOf(element));
+    const auto at = m_pools.find(textOfAttributes(element));
     return at != m_pools.end() ? at->second.get() : nullptr;
 }
 
 CandidatePool* CandidatePools::add(const XmlElement& element, const SharedLists::DeviceArray& candidates,
                                    SharedLists& lists) {
-    const auto [at, isNew] = m_pools.try_emplace(attributesOf(element));
+    const auto [at, isNew] = m_pools.try_emplace(textOfAttributes(element));
     if (!isNew && at->second == nullptr) {
         at->second = std::make_unique<CandidatePool>(lists.share(candidates), m_cellsLeft);
     }
