@@ -113,11 +113,14 @@ constexpr Command COMMANDS[] = {
     {"help", addHelpCommand, true}, {"manual", addManualCommand, true},
 };
 
+std::string versionLine() {
+    return fmt::format("{} {}", PROGRAM_NAME, programVersion());
+}
+
 std::unique_ptr<CLI::App> commandLine(const Command* begin, const Command* end, Session& session) {
     auto app = std::make_unique<CLI::App>(
         "Decides whether a machine holds exactly the hardware that an inventory script describes.", "vrx-inventory");
-    app->set_version_flag("--version", fmt::format("{} {}", PROGRAM_NAME, programVersion()),
-                          "Print the version and end");
+    app->set_version_flag("--version", versionLine(), "Print the version and end");
     app->require_subcommand(1);
     app->set_help_flag("-h,--help", "Print this help and end");
     app->footer(FOOTER);
@@ -157,6 +160,9 @@ void sayHolesInLog(const Session& session) {
 ExitStatus runProgram(int argc, const char* const* argv, Session& session) {
     std::unique_ptr<CLI::App> app;
     try {
+        if (argc == 2 && argv[1] == std::string_view("--version")) {
+            return print(session, versionLine());  // needs no command line of all commands
+        }
         app = parsedAlone(argc, argv, session);
         if (app == nullptr) {
             app = commandLine(std::begin(COMMANDS), std::end(COMMANDS), session);
