@@ -1,12 +1,12 @@
 #include "libCommon/xml/XmlElement.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <type_traits>
 
 #include "libCommon/Assertion.h"
+#include "libCommon/text/ShortText.h"
 #include "libCommon/xml/XmlContent.h"
 #include "libCommon/xml/XmlWriter.h"
 
@@ -16,12 +16,12 @@ static_assert(std::is_trivially_destructible_v<XmlName> && std::is_trivially_des
 static_assert(std::is_trivially_copyable_v<XmlAttribute>);
 
 const XmlAttribute* XmlElement::FindAttribute(StringView name) const noexcept {
-    const auto attributes = Attributes();
-    const auto found = std::find_if(attributes.begin(), attributes.end(), [name](const XmlAttribute& attribute) {
-        const StringView own = attribute.Name();
-        return own.size() == name.size() && std::memcmp(own.data(), name.data(), name.size() * sizeof(char16_t)) == 0;
-    });
-    return found == attributes.end() ? nullptr : std::to_address(found);
+    for (const XmlAttribute& attribute : Attributes()) {
+        if (isSameText(attribute.Name(), name)) {
+            return &attribute;
+        }
+    }
+    return nullptr;
 }
 
 StringView XmlElement::Attribute(StringView name) const noexcept {

@@ -15,6 +15,7 @@ class XmlArena;
 /// A name that a document has met; each distinct name is stored once per document.
 struct XmlName {
     StringView text;
+    const char* utf8 = "";  ///< the same, zero-terminated; empty for a name that no parser has met
 };
 
 /// One attribute. Name and value are borrowed from the document and valid as long as it is.
@@ -78,12 +79,25 @@ public:
     void GetFormattedStr(String& out, int depth) const;
 
 private:
+    friend class XmlNode;
+    friend class XmlContainer;
     friend class XmlContent;
     friend class XmlTreeBuilder;
     friend class XmlPieceParser;
     XmlElement(XmlContent* content, const XmlName* name) noexcept
         : XmlContainer(Kind::Element, content), m_name(name) {}
     void reserveAttributes(std::size_t count, XmlArena& arena);
+
+    /// The first element from `node` on, among it and its later siblings.
+    static const XmlElement* from(const XmlNode* node) noexcept {
+        while (node != nullptr && node->NodeKind() != Kind::Element) {
+            node = node->NextSibling();
+        }
+        return static_cast<const XmlElement*>(node);
+    }
+    static XmlElement* from(XmlNode* node) noexcept {
+        return const_cast<XmlElement*>(from(const_cast<const XmlNode*>(node)));
+    }
 
     /// Forgets the attributes and children.
     void clear() noexcept {
@@ -130,5 +144,21 @@ private:
     std::uint32_t m_size;  // first, where it fills the padding behind the base class
     const char16_t* m_text;
 };
+
+inline XmlElement* XmlNode::ToElement() noexcept {
+    return m_kind == Kind::Element ? static_cast<XmlElement*>(this) : nullptr;
+}
+
+inline const XmlElement* XmlNode::ToElement() const noexcept {
+    return m_kind == Kind::Element ? static_cast<const XmlElement*>(this) : nullptr;
+}
+
+inline XmlElement* XmlNode::NextSiblingElement() noexcept { return XmlElement::from(m_next); }
+
+inline const XmlElement* XmlNode::NextSiblingElement() const noexcept { return XmlElement::from(m_next); }
+
+inline XmlElement* XmlContainer::FirstChildElement() noexcept { return XmlElement::from(m_firstChild); }
+
+inline const XmlElement* XmlContainer::FirstChildElement() const noexcept { return XmlElement::from(m_firstChild); }
 
 }  // namespace vrx

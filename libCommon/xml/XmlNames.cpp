@@ -1,5 +1,6 @@
 #include "libCommon/xml/XmlNames.h"
 
+#include <algorithm>
 #include <new>
 
 #include "libCommon/xml/XmlUtf8.h"
@@ -9,7 +10,7 @@ namespace vrx {
 const XmlName* XmlNames::intern(StringView text) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_names.find(text);
-    return found != m_names.end() ? found->second : add(m_arena.copy(text));
+    return found != m_names.end() ? found->second : add(m_arena.copy(text), "");
 }
 
 // The text is decoded into the arena's free room, and kept only when the name is new.
@@ -18,11 +19,17 @@ const XmlName* XmlNames::internUtf8(std::string_view text) {
     char16_t* const room = m_arena.roomForText(text.size());
     char16_t* const end = decodeValidUtf8(text, room);
     const auto found = m_names.find(StringView(room, static_cast<std::size_t>(end - room)));
-    return found != m_names.end() ? found->second : add(m_arena.keepText(room, end));
+    if (found != m_names.end()) {
+        return found->second;
+    }
+    const StringView keptText = m_arena.keepText(room, end);
+    auto* const utf8 = static_cast<char*>(m_arena.allocate(text.size() + 1, alignof(char)));
+    *std::copy(text.begin(), text.end(), utf8) = '\0';
+    return add(keptText, utf8);
 }
 
-const XmlName* XmlNames::add(StringView keptText) {
-    auto* const name = new (m_arena.allocate(sizeof(XmlName), alignof(XmlName))) XmlName{keptText};
+const XmlName* XmlNames::add(StringView keptText, const char* utf8) {
+    auto* const name = new (m_arena.allocate(sizeof(XmlName), alignof(XmlName))) XmlName{keptText, utf8};
     m_names.emplace(keptText, name);
     return name;
 }

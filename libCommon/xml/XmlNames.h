@@ -4,6 +4,7 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <mutex>
 #include <utility>
 
@@ -28,7 +29,7 @@ public:
     const XmlName* internUtf8(std::string_view text);
 
 private:
-    const XmlName* add(StringView keptText);
+    const XmlName* add(StringView keptText, const char* utf8);
 
     std::mutex m_mutex;
     XmlArena& m_arena;
@@ -81,17 +82,18 @@ public:
 
 private:
     static constexpr std::size_t SIZE = 64;
+    static constexpr XmlName NONE{};  ///< no parser hands out an empty name
 
     /// Two, because two names that alternate in one slot would drive each other out every time.
     struct Guesses {
-        const XmlName* latest = nullptr;
-        const XmlName* earlier = nullptr;
+        const XmlName* latest = &NONE;
+        const XmlName* earlier = &NONE;
     };
 
     /// The names of a document are few, and elements at many depths have the same.
     const XmlName* findByText(std::string_view name) {
         const XmlName*& known = m_known[(name.size() * 7 + static_cast<unsigned char>(name.front())) % SIZE];
-        if (!isSame(known, name.data())) {
+        if (known == nullptr || !isSame(known, name.data())) {
             known = m_names.internUtf8(name);
         }
         return known;
@@ -102,19 +104,7 @@ private:
         return (address ^ (address >> 6)) % SIZE;
     }
 
-    /// Compares ASCII; a name with anything else is never the same and takes the long way.
-    static bool isSame(const XmlName* known, const char* name) noexcept {
-        if (known == nullptr) {
-            return false;
-        }
-        for (const char16_t unit : known->text) {
-            if (unit != static_cast<unsigned char>(*name) || unit >= 0x80) {
-                return false;
-            }
-            ++name;
-        }
-        return *name == '\0';
-    }
+    static bool isSame(const XmlName* known, const char* name) noexcept { return std::strcmp(known->utf8, name) == 0; }
 
     XmlNames& m_names;
     std::array<Guesses, SIZE> m_guesses{};

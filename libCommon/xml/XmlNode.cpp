@@ -1,6 +1,7 @@
 #include "libCommon/xml/XmlNode.h"
 
 #include "libCommon/Assertion.h"
+#include "libCommon/text/ShortText.h"
 #include "libCommon/xml/XmlContent.h"
 #include "libCommon/xml/XmlElement.h"
 
@@ -8,19 +9,10 @@ namespace vrx {
 
 namespace {
 
-/// The first element from `node` on, among it and its later siblings.
-const XmlElement* elementFrom(const XmlNode* node) noexcept {
-    while (node != nullptr && node->NodeKind() != XmlNode::Kind::Element) {
-        node = node->NextSibling();
-    }
-    return static_cast<const XmlElement*>(node);
-}
-
-/// The same for elements of that name.
-const XmlElement* elementFrom(const XmlNode* node, StringView name) noexcept {
-    const XmlElement* element = elementFrom(node);
-    while (element != nullptr && element->Name() != name) {
-        element = elementFrom(element->NextSibling());
+/// The first element of that name from `element` on, among it and its later siblings.
+const XmlElement* elementFrom(const XmlElement* element, StringView name) noexcept {
+    while (element != nullptr && !isSameText(element->Name(), name)) {
+        element = element->NextSiblingElement();
     }
     return element;
 }
@@ -30,19 +22,13 @@ XmlElement* mutableElement(const XmlElement* element) noexcept { return const_ca
 
 }  // namespace
 
-XmlElement* XmlNode::ToElement() noexcept { return m_kind == Kind::Element ? static_cast<XmlElement*>(this) : nullptr; }
-
-const XmlElement* XmlNode::ToElement() const noexcept {
-    return m_kind == Kind::Element ? static_cast<const XmlElement*>(this) : nullptr;
+XmlElement* XmlNode::NextSiblingElement(StringView name) noexcept {
+    return mutableElement(elementFrom(NextSiblingElement(), name));
 }
 
-XmlElement* XmlNode::NextSiblingElement() noexcept { return mutableElement(elementFrom(m_next)); }
-
-const XmlElement* XmlNode::NextSiblingElement() const noexcept { return elementFrom(m_next); }
-
-XmlElement* XmlNode::NextSiblingElement(StringView name) noexcept { return mutableElement(elementFrom(m_next, name)); }
-
-const XmlElement* XmlNode::NextSiblingElement(StringView name) const noexcept { return elementFrom(m_next, name); }
+const XmlElement* XmlNode::NextSiblingElement(StringView name) const noexcept {
+    return elementFrom(NextSiblingElement(), name);
+}
 
 StringView XmlNode::Value() const noexcept {
     switch (m_kind) {
@@ -59,16 +45,12 @@ XmlDocument& XmlNode::Document() const {
     return *m_content->owner();
 }
 
-XmlElement* XmlContainer::FirstChildElement() noexcept { return mutableElement(elementFrom(m_firstChild)); }
-
-const XmlElement* XmlContainer::FirstChildElement() const noexcept { return elementFrom(m_firstChild); }
-
 XmlElement* XmlContainer::FirstChildElement(StringView name) noexcept {
-    return mutableElement(elementFrom(m_firstChild, name));
+    return mutableElement(elementFrom(FirstChildElement(), name));
 }
 
 const XmlElement* XmlContainer::FirstChildElement(StringView name) const noexcept {
-    return elementFrom(m_firstChild, name);
+    return elementFrom(FirstChildElement(), name);
 }
 
 void XmlContainer::LinkEndChild(XmlNode* node) {

@@ -12,6 +12,9 @@ class XmlElement;
 class XmlDocument;
 class XmlContent;
 
+// What asks for elements is defined with them, inline: walks over a document do hardly anything else. To call it,
+// include xml/XmlElement.h.
+
 /// One node of a document. Nodes live in the memory of their document: they are made by it (`XmlDocument::NewElement`,
 /// `NewText`, `NewComment`), linked under nodes of the same document, never deleted one by one, and all gone when the
 /// document is cleared or destroyed. That makes a document of a million elements cheap to build and to drop.
@@ -31,8 +34,8 @@ public:
     Kind NodeKind() const noexcept { return m_kind; }
 
     /// The node as an element; null when it is none.
-    XmlElement* ToElement() noexcept;
-    const XmlElement* ToElement() const noexcept;
+    inline XmlElement* ToElement() noexcept;
+    inline const XmlElement* ToElement() const noexcept;
 
     XmlContainer* Parent() noexcept { return m_parent; }
     const XmlContainer* Parent() const noexcept { return m_parent; }
@@ -41,8 +44,8 @@ public:
     const XmlNode* NextSibling() const noexcept { return m_next; }
 
     /// The next sibling that is an element (of exactly that name, when one is given); null when there is none.
-    XmlElement* NextSiblingElement() noexcept;
-    const XmlElement* NextSiblingElement() const noexcept;
+    inline XmlElement* NextSiblingElement() noexcept;
+    inline const XmlElement* NextSiblingElement() const noexcept;
     XmlElement* NextSiblingElement(StringView name) noexcept;
     const XmlElement* NextSiblingElement(StringView name) const noexcept;
 
@@ -77,8 +80,8 @@ public:
     const XmlNode* FirstChild() const noexcept { return m_firstChild; }
 
     /// The first child that is an element (of exactly that name, when one is given); null when there is none.
-    XmlElement* FirstChildElement() noexcept;
-    const XmlElement* FirstChildElement() const noexcept;
+    inline XmlElement* FirstChildElement() noexcept;
+    inline const XmlElement* FirstChildElement() const noexcept;
     XmlElement* FirstChildElement(StringView name) noexcept;
     const XmlElement* FirstChildElement(StringView name) const noexcept;
 

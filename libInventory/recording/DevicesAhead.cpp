@@ -11,6 +11,9 @@
 namespace vrx {
 
 bool DevicesAhead::readElement(XmlElement& element) {
+    if (sysInfo::isProperty(element.Name())) {
+        return false;  // nearly always
+    }
     if (!sysInfo::isDevice(element.Name())) {
         m_hasMetOddities = m_hasMetOddities || sysInfo::looksLikeDevice(element);
         return false;

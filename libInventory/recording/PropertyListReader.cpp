@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "libCommon/text/ShortText.h"
 #include "libCommon/text/UuCode.h"
 #include "libCommon/values/Measurement.h"
 #include "libCommon/values/Unit.h"
@@ -27,11 +28,11 @@ PropertyAttributes attributesOf(const XmlElement& property) {
     PropertyAttributes attributes;
     for (const XmlAttribute& attribute : property.Attributes()) {
         const StringView name = attribute.Name();
-        if (name == sysInfo::KEY) {
+        if (isSameText(name, sysInfo::KEY)) {
             attributes.key = attribute.Value();
-        } else if (name == sysInfo::VALUE) {
+        } else if (isSameText(name, sysInfo::VALUE)) {
             attributes.value = attribute.Value();
-        } else if (name == sysInfo::UNITS) {
+        } else if (isSameText(name, sysInfo::UNITS)) {
             attributes.units = attribute.Value();
         }
     }
@@ -134,7 +135,7 @@ void PropertyListReader::addValue(std::uint32_t spec, ValueImp value) {
 
 // Devices of one kind list the same keys in the same order, so the key that followed last time is tried first.
 std::uint32_t PropertyListReader::specOf(StringView key) {
-    if (m_expected == m_specs->size() || (*m_specs)[m_expected]->key() != key) {
+    if (m_expected == m_specs->size() || !isSameText((*m_specs)[m_expected]->key(), key)) {
         const auto known = m_positions.find(key);
         if (known != m_positions.end()) {
             m_expected = known->second;

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "libCommon/text/EditDistance.h"
+#include "libCommon/text/ShortText.h"
 #include "libCommon/xml/XmlElement.h"
 #include "libInventory/recording/SysInfoVocabulary.h"
 
@@ -27,9 +28,13 @@ bool hasLocator(const XmlElement& element) {
 
 }  // namespace
 
-bool isDevice(StringView elementName) noexcept { return elementName == DEVICE || elementName == DEVICE_LOWER; }
+bool isDevice(StringView elementName) noexcept {
+    return isSameText(elementName, DEVICE) || isSameText(elementName, DEVICE_LOWER);
+}
 
-bool isProperty(StringView elementName) noexcept { return elementName == PROPERTY || elementName == PROPERTY_UPPER; }
+bool isProperty(StringView elementName) noexcept {
+    return isSameText(elementName, PROPERTY) || isSameText(elementName, PROPERTY_UPPER);
+}
 
 XmlElement* firstDeviceOf(XmlElement& parent) {
     for (XmlElement* list = parent.FirstChildElement(SYS_INFO); list; list = list->NextSiblingElement(SYS_INFO)) {

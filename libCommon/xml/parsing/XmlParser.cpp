@@ -97,6 +97,9 @@ std::optional<XmlError> XmlParser::run() {
             return XmlError{u"the text is not UTF-8", XmlPlace(), false};
         }
         bytesRead += size;
+        if (!XmlPosition::isSimple({buffer, size})) {
+            m_simpleFrom = static_cast<XML_Index>(bytesRead);
+        }
         atEnd = m_source.isAtEnd();
         if (XML_ParseBuffer(parser, static_cast<int>(size), atEnd) != XML_STATUS_OK) {
             return m_error ? std::move(m_error) : libraryError();
@@ -171,7 +174,8 @@ XmlPlace XmlParser::placeOfEvent() {
         const char* const buffer = XML_GetInputContext(m_parser.get(), &offset, &size);
         VRX_ASSERT(buffer != nullptr && index - m_positionIndex <= offset);
         const auto passed = static_cast<std::size_t>(index - m_positionIndex);
-        m_position.advance({buffer + offset - passed, passed});
+        const std::string_view text(buffer + offset - passed, passed);
+        m_positionIndex < m_simpleFrom ? m_position.advance(text) : m_position.advanceSimple(text);
         m_positionIndex = index;
         giveBack(const_cast<char*>(buffer), static_cast<std::size_t>(offset));
     }

@@ -53,6 +53,7 @@ private:
     std::unique_ptr<XML_ParserStruct, Release> m_parser;
     XmlPosition m_position;
     XML_Index m_positionIndex = 0;  // of the byte that m_position is at
+    XML_Index m_simpleFrom = 0;     // all that has been read behind this is simple (XmlPosition)
     std::size_t m_givenBack = 0;    // up to where the text in the buffer is gone
     std::optional<XmlError> m_error;
 };

@@ -26,6 +26,12 @@ public:
     /// Moves past the next piece. Requires: a byte-order mark is not cut in two.
     void advance(std::string_view bytes) noexcept;
 
+    /// The same, a few times as fast. Requires: the piece is simple.
+    void advanceSimple(std::string_view bytes) noexcept;
+
+    /// Whether the bytes are ASCII without a carriage return, as nearly all texts are.
+    static bool isSimple(std::string_view bytes) noexcept;
+
 private:
     void passLongText(std::string_view& bytes) noexcept;
 

@@ -68,7 +68,14 @@ void XmlTreeBuilder::comment(std::string_view text) {
     append(m_content.newComment(m_content.keepUtf8(text)));
 }
 
-void XmlTreeBuilder::finishText() {
+void XmlTreeBuilder::addText(std::string_view piece) {
+    if (m_text.empty()) {
+        m_text.append(m_indent.lineEnds, '\n').append(m_indent.blanks, ' ');
+    }
+    m_text.append(piece);
+}
+
+void XmlTreeBuilder::keepText() {
     if (!isWhiteSpace(m_text)) {
         append(m_content.newText(m_content.keepUtf8(m_text)));
     }

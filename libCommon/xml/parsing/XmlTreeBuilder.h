@@ -47,10 +47,8 @@ public:
     void startElement(const char* name, const char* const* attributes, std::size_t count, XmlPlace place);
     void endElement();
     void text(std::string_view piece) {
-        if (piece.size() == 1) {  // a line end, mostly
-            m_text.push_back(piece.front());
-        } else {
-            m_text.append(piece);
+        if (!m_text.empty() || !m_indent.takes(piece)) {
+            addText(piece);
         }
     }
     void comment(std::string_view text);
@@ -62,8 +60,36 @@ public:
     const XmlElement* openElement() const noexcept { return m_parent->ToElement(); }
 
 private:
+    /// Line ends and the blanks behind the last one. That is all the text that most documents have between tags, so it
+    /// is only counted until anything else follows.
+    struct Indent {
+        std::size_t lineEnds = 0;
+        std::size_t blanks = 0;
+
+        bool takes(std::string_view piece) noexcept {
+            if (piece.size() == 1 && piece.front() == '\n' && blanks == 0) {
+                ++lineEnds;
+                return true;
+            }
+            for (const char character : piece) {
+                if (character != ' ') {
+                    return false;
+                }
+            }
+            blanks += piece.size();
+            return true;
+        }
+    };
+
     StringView keepValue(std::string_view value);
-    void finishText();
+    void addText(std::string_view piece);
+    void finishText() {
+        if (!m_text.empty()) {
+            keepText();
+        }
+        m_indent = Indent();
+    }
+    void keepText();
     void offerToReader(XmlElement& element);
     void append(XmlNode* node) noexcept { m_parent->append(node); }
 
@@ -76,7 +102,8 @@ private:
     unsigned m_level = 0;
     bool m_withholdsRoot = false;
     XmlTextCache m_values;  // while nothing is wound back
-    std::string m_text;
+    Indent m_indent;
+    std::string m_text;  // with the indent in front, once there is more
 };
 
 }  // namespace vrx
