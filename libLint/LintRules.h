@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libLint/LintFindings.h"
@@ -29,16 +32,26 @@ enum class LintStage : std::uint8_t {
     End,        ///< the script or listed part, once everything in it has been looked at
 };
 
-/// Kinds of elements, as a set.
-using LintKinds = std::uint16_t;
+/// What an element is there for.
+enum class LintRole : std::uint8_t {
+    Root,         ///< the `inventory-check` of a script
+    ListedPart,   ///< a part of a parts list, whatever its name
+    BeforeParts,  ///< what a parts list holds before its first part
+    InScript,     ///< it stands between devices
+    InDevice,     ///< it describes a device, or what a `fail-on-extra` covers
+    Entry,        ///< it stands in a `property`
+};
 
-/// The set of these kinds.
-template <class... Kinds>
-constexpr LintKinds kindsOf(Kinds... kinds) noexcept {
-    return static_cast<LintKinds>((0U | ... | (1U << static_cast<unsigned>(kinds))));
+/// Kinds or roles of elements, as a set.
+using LintSet = std::uint16_t;
+
+/// The set of these kinds, or of these roles.
+template <class... Members>
+constexpr LintSet setOf(Members... members) noexcept {
+    return static_cast<LintSet>((0U | ... | (1U << static_cast<unsigned>(members))));
 }
 
-inline constexpr LintKinds ANY_KIND = 0xFFFF;
+inline constexpr LintSet ANY = 0xFFFF;
 
 /// One rule. Several may share an id and severity: forms of one mistake that are told in different words.
 ///
@@ -51,13 +64,41 @@ struct LintRule {
     LintStage stage;
     const char* text;  ///< a format string for what the rule reports
     LintCheck* check;
-    LintKinds kinds = ANY_KIND;  ///< it is asked about these alone
+    LintSet kinds = ANY;  ///< it is asked about elements of these kinds alone,
+    LintSet roles = ANY;  ///< and of them about those in these roles
 };
 
 /// All rules, by stage; those of one stage are asked in this order.
 std::span<const LintRule> lintRules() noexcept;
 
-/// Those that are asked in a stage about elements of that kind: all, or only those for mistakes.
-std::span<const LintRule* const> lintRules(LintStage stage, vocabulary::ElementKind kind, bool findsAll);
+/// Rules by what they are asked about, so that the others cost nothing: a script of many elements has millions of
+/// questions.
+class LintRuleIndex {
+public:
+    /// All rules, or only those for mistakes.
+    static const LintRuleIndex& get(bool findsAll);
+
+    /// Those that are asked in a stage about elements of that kind in that role.
+    std::span<const LintRule* const> rules(LintStage stage, vocabulary::ElementKind kind,
+                                           LintRole role) const noexcept {
+        const std::size_t at =
+            cell(static_cast<unsigned>(stage), static_cast<unsigned>(kind), static_cast<unsigned>(role));
+        return {m_rules.data() + m_starts[at], m_rules.data() + m_starts[at + 1]};
+    }
+
+private:
+    static constexpr unsigned STAGES = static_cast<unsigned>(LintStage::End) + 1;
+    static constexpr unsigned KINDS = static_cast<unsigned>(vocabulary::ElementKind::Unknown) + 1;
+    static constexpr unsigned ROLES = static_cast<unsigned>(LintRole::Entry) + 1;
+
+    explicit LintRuleIndex(bool findsAll);
+
+    static constexpr std::size_t cell(unsigned stage, unsigned kind, unsigned role) noexcept {
+        return (std::size_t{stage} * KINDS + kind) * ROLES + role;
+    }
+
+    std::vector<const LintRule*> m_rules;  // those of one cell after those of another
+    std::array<std::uint16_t, std::size_t{STAGES} * KINDS * ROLES + 1> m_starts{};
+};
 
 }  // namespace vrx

@@ -16,19 +16,9 @@ namespace vrx {
 struct LintMemory;
 class LintMachine;
 
-/// What an element is there for.
-enum class LintRole : std::uint8_t {
-    Root,         ///< the `inventory-check` of a script
-    ListedPart,   ///< a part of a parts list, whatever its name
-    BeforeParts,  ///< what a parts list holds before its first part
-    InScript,     ///< it stands between devices
-    InDevice,     ///< it describes a device, or what a `fail-on-extra` covers
-    Entry,        ///< it stands in a `property`
-};
-
 /// A pattern as it is compared: decoded.
 struct LintPattern {
-    String text;
+    StringView text;
     String problem;                 ///< why it does not compile; empty when it does
     std::size_t problemOffset = 0;  ///< the character of the problem, 0-based
 };
@@ -37,7 +27,7 @@ struct LintPattern {
 struct LintSubject {
     const XmlElement& element() const noexcept { return *place.element; }
 
-    ScriptPlace place;
+    const ScriptPlace& place;
     LintRole role;
     vocabulary::ElementKind kind;  ///< what it is taken for there: a listed part for a `part`, an entry for a `value`
     LintMemory& memory;

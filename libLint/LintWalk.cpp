@@ -19,6 +19,7 @@
 #include "libLint/LintMemory.h"
 #include "libLint/LintRules.h"
 #include "libLint/LintSubject.h"
+#include "libLint/rules/patterns/RangeText.h"
 #include "libRegex/Regex.h"
 
 namespace vrx {
@@ -63,11 +64,12 @@ std::uint64_t childCount(const XmlElement& element) noexcept {
 
 class LintWalk {
 public:
-    LintWalk(LintMemory& memory, const LintTask& task, bool isInPartsList) noexcept
+    LintWalk(LintMemory& memory, const LintTask& task, bool isInPartsList)
         : m_memory(memory),
           m_task(task),
           m_isInPartsList(isInPartsList),
-          m_findsAll(task.extent == Lint::Extent::Everything) {}
+          m_findsAll(task.extent == Lint::Extent::Everything),
+          m_rules(LintRuleIndex::get(m_findsAll)) {}
 
     /// Everything below and including the top: a script, or a part of a list.
     void walk(const XmlElement& top, LintRole role) {
@@ -94,7 +96,8 @@ public:
     }
 
     void lookAtFile(const XmlElement& root, const Utf8Damage* damage) {
-        LintSubject subject{topPlace(root), LintRole::Root, vocabulary::kindOf(root), m_memory};
+        const ScriptPlace place = topPlace(root);
+        LintSubject subject{place, LintRole::Root, place.kind, m_memory};
         subject.damage = damage;
         ask(LintStage::File, subject);
     }
@@ -161,23 +164,28 @@ private:
     }
 
     void lookAtPattern(LintSubject& subject) {
-        LintPattern pattern{fromXmlSafe(subject.attribute->Value()), {}, 0};
-        if (m_findsAll && !pattern.text.isEmpty()) {
+        const StringView written = subject.attribute->Value();
+        const String decoded = needsUuDecode(written) ? fromXmlSafe(written) : String();
+        LintPattern pattern{decoded.isEmpty() ? written : decoded.view(), {}, 0};
+        if (m_findsAll && !pattern.text.empty()) {
             pattern.problem = Regex::compileError(pattern.text, &pattern.problemOffset);
         }
         subject.pattern = &pattern;
         ask(LintStage::Pattern, subject);
-        const StringView marker = Regex::VRXRRANGE();
-        const StringView text = pattern.text;
-        for (std::size_t at = text.find(marker); at != StringView::npos; at = text.find(marker, at + 1)) {
-            subject.marker = at;
-            ask(LintStage::Range, subject);
-        }
+        lookAtRanges(subject);
         subject.pattern = nullptr;
     }
 
+    void lookAtRanges(LintSubject& subject) {
+        const StringView text = subject.pattern->text;
+        for (std::size_t at = findRangeMarker(text); at != StringView::npos; at = findRangeMarker(text, at + 1)) {
+            subject.marker = at;
+            ask(LintStage::Range, subject);
+        }
+    }
+
     void ask(LintStage stage, const LintSubject& subject) {
-        for (const LintRule* const rule : lintRules(stage, subject.kind, m_findsAll)) {
+        for (const LintRule* const rule : m_rules.rules(stage, subject.kind, subject.role)) {
             rule->check(subject, LintReporter(*rule, m_task.findings));
         }
     }
@@ -186,6 +194,7 @@ private:
     const LintTask& m_task;
     bool m_isInPartsList;
     bool m_findsAll;
+    const LintRuleIndex& m_rules;
 };
 
 /// The content of a script's root, looked through by several threads. No rule for mistakes compares an element with

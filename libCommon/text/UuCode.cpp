@@ -6,6 +6,8 @@
 
 #include "libCommon/text/UuCode.h"
 
+#include "libCommon/text/ShortText.h"
+
 namespace vrx {
 
 namespace {
@@ -138,7 +140,8 @@ String uuEncode(StringView text, bool escapeUnrepresentable, bool protectLiteral
 
 String uuDecode(StringView text, bool escapeUnrepresentable, bool protectLiterals) {
     const bool onlyPercent = !escapeUnrepresentable;
-    std::size_t found = onlyPercent && !protectLiterals ? text.size() : findEscape(text, 0, onlyPercent);
+    const bool isPlain = (onlyPercent && !protectLiterals) || !hasUnit(text, u'%');
+    std::size_t found = isPlain ? text.size() : findEscape(text, 0, onlyPercent);
     if (found == text.size()) {
         return text;
     }
@@ -157,6 +160,8 @@ String uuDecode(StringView text, bool escapeUnrepresentable, bool protectLiteral
 
 bool needsUuEncode(StringView text) noexcept { return findToEscape(text, 0, true, true) != text.size(); }
 
-bool needsUuDecode(StringView text) noexcept { return findEscape(text, 0, false) != text.size(); }
+bool needsUuDecode(StringView text) noexcept {
+    return hasUnit(text, u'%') && findEscape(text, 0, false) != text.size();
+}
 
 }  // namespace vrx

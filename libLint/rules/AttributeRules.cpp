@@ -4,6 +4,7 @@
 
 #include "libCommon/text/NearestName.h"
 #include "libCommon/text/PrintableText.h"
+#include "libCommon/text/ShortText.h"
 #include "libLint/LintSubject.h"
 #include "libLint/LintVocabulary.h"
 
@@ -16,6 +17,10 @@ namespace {
 /// Attributes that belong to XML itself: names of namespaces and of schemas.
 bool isXmlsOwn(StringView name) noexcept {
     return name == u"xmlns" || name.starts_with(u"xmlns:") || name.starts_with(u"xml:") || name.starts_with(u"xsi:");
+}
+
+bool isAmong(std::span<const StringView> names, StringView name) noexcept {
+    return std::ranges::any_of(names, [name](StringView each) { return isSameText(each, name); });
 }
 
 bool isFlag(StringView text) noexcept {
@@ -42,7 +47,7 @@ bool hasText(const XmlElement& element) {
 /// Whether a text stands where a value was meant.
 bool isGivenAsText(const LintSubject& subject) {
     return (subject.kind == ElementKind::Property || subject.kind == ElementKind::Value) &&
-           subject.element().FindAttribute(vocabulary::VALUE) == nullptr && hasText(subject.element());
+           hasText(subject.element()) && subject.element().FindAttribute(vocabulary::VALUE) == nullptr;
 }
 
 }  // namespace
@@ -51,7 +56,7 @@ void unknownAttribute(const LintSubject& subject, const LintReporter& report) {
     const StringView name = subject.attribute->Name();
     const bool isNestedRoot = subject.kind == ElementKind::InventoryCheck && subject.role != LintRole::Root;
     const auto known = isNestedRoot ? std::span<const StringView>() : attributesOf(subject.kind);
-    if (subject.kind != ElementKind::Device && std::ranges::find(known, name) == known.end() && !isXmlsOwn(name)) {
+    if (!isAmong(known, name) && !isXmlsOwn(name)) {
         report.at(subject.element(), printable(name), tagOf(subject.element())).suggestion =
             printable(nearestName(name, known));
     }
@@ -94,9 +99,6 @@ void ignoredText(const LintSubject& subject, const LintReporter& report) {
 }
 
 void flagValue(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role != LintRole::Root) {
-        return;
-    }
     for (const StringView name : attributesOf(ElementKind::InventoryCheck)) {
         const XmlAttribute* const flag = subject.element().FindAttribute(name);
         if (flag != nullptr && !isFlag(flag->Value())) {

@@ -71,16 +71,9 @@ std::optional<String> onlyPattern(const XmlElement& property) {
     return isWhole ? std::optional(askedValues(property).front()) : std::nullopt;
 }
 
-bool isDevice(const LintSubject& subject) noexcept {
-    return subject.kind == ElementKind::Device || subject.kind == ElementKind::FailOnExtra;
-}
-
 }  // namespace
 
 void excludingProperties(const LintSubject& subject, const LintReporter& report) {
-    if (!isDevice(subject)) {
-        return;
-    }
     std::unordered_map<String, const XmlElement*, HashFunc<String>> firsts;
     for (const XmlElement* const property : jointTests(subject.element(), ElementKind::Property)) {
         const std::optional<String> pattern = onlyPattern(*property);
@@ -96,8 +89,7 @@ void excludingProperties(const LintSubject& subject, const LintReporter& report)
 }
 
 void requiredAndForbiddenProperty(const LintSubject& subject, const LintReporter& report) {
-    const std::vector<const XmlElement*> nots =
-        isDevice(subject) ? jointTests(subject.element(), ElementKind::Not) : std::vector<const XmlElement*>();
+    const std::vector<const XmlElement*> nots = jointTests(subject.element(), ElementKind::Not);
     if (nots.empty()) {
         return;
     }
@@ -129,9 +121,6 @@ void wideBeforeNarrow(const LintSubject& subject, const LintReporter& report) {
 }
 
 void notAroundSeveral(const LintSubject& subject, const LintReporter& report) {
-    if (subject.kind != ElementKind::Not) {
-        return;
-    }
     std::size_t count = 0;
     for (const XmlElement* const child : childElements(subject.element())) {
         const ElementKind kind = vocabulary::kindOf(*child);

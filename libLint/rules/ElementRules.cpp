@@ -10,30 +10,20 @@ using vocabulary::ElementKind;
 
 namespace {
 
-bool standsWhereElementsDo(const LintSubject& subject) noexcept {
-    return subject.role == LintRole::InScript || subject.role == LintRole::InDevice;
-}
-
 /// What a check knows, but does not look at between devices or inside one.
 bool isMisplaced(const LintSubject& subject) noexcept {
-    return subject.kind == ElementKind::Value ? standsWhereElementsDo(subject) : subject.role == LintRole::InDevice;
+    return subject.kind == ElementKind::Value || subject.role == LintRole::InDevice;
 }
 
 }  // namespace
 
 void unknownElement(const LintSubject& subject, const LintReporter& report) {
-    if (standsWhereElementsDo(subject)) {
-        const StringView name = subject.element().Name();
-        report.at(subject.element(), tagOf(subject.element())).suggestion =
-            printable(nearestName(name, vocabulary::elementNames()));
-    }
+    const StringView name = subject.element().Name();
+    report.at(subject.element(), tagOf(subject.element())).suggestion =
+        printable(nearestName(name, vocabulary::elementNames()));
 }
 
-void nestedRoot(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::InScript) {
-        report.at(subject.element());
-    }
-}
+void nestedRoot(const LintSubject& subject, const LintReporter& report) { report.at(subject.element()); }
 
 void misplacedElement(const LintSubject& subject, const LintReporter& report) {
     if (isMisplaced(subject)) {
@@ -42,22 +32,10 @@ void misplacedElement(const LintSubject& subject, const LintReporter& report) {
     }
 }
 
-void errorElement(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role != LintRole::BeforeParts) {
-        report.at(subject.element());
-    }
-}
+void errorElement(const LintSubject& subject, const LintReporter& report) { report.at(subject.element()); }
 
-void propertyOutsideDevice(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::InScript) {
-        report.at(subject.element());
-    }
-}
+void propertyOutsideDevice(const LintSubject& subject, const LintReporter& report) { report.at(subject.element()); }
 
-void ignoredTestset(const LintSubject& subject, const LintReporter& report) {
-    if (standsWhereElementsDo(subject)) {
-        report.at(subject.element());
-    }
-}
+void ignoredTestset(const LintSubject& subject, const LintReporter& report) { report.at(subject.element()); }
 
 }  // namespace vrx::rules

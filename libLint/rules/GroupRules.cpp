@@ -20,9 +20,7 @@ namespace {
 /// More than this take a while, and are seldom meant.
 constexpr std::uint64_t MANY_COMBINATIONS = 10'000;
 
-bool isEmpty(const LintSubject& subject, LintRole role) noexcept {
-    return subject.role == role && subject.element().FirstChildElement() == nullptr;
-}
+bool isEmpty(const LintSubject& subject) noexcept { return subject.element().FirstChildElement() == nullptr; }
 
 /// A rule of extra devices is tested by itself, so a `not` around it does not count in it.
 bool isUnderNot(const ScriptPlace& place) noexcept {
@@ -30,48 +28,44 @@ bool isUnderNot(const ScriptPlace& place) noexcept {
     return (isInRule ? place.notsInHolder : place.nots) > 0;
 }
 
-void reportNotUnderNot(const LintSubject& subject, LintRole role, const LintReporter& report) {
-    if (subject.role == role && isUnderNot(subject.place)) {
+void reportNotUnderNot(const LintSubject& subject, const LintReporter& report) {
+    if (isUnderNot(subject.place)) {
         report.at(subject.element());
     }
 }
 
 }  // namespace
 
-void notUnderNot(const LintSubject& subject, const LintReporter& report) {
-    reportNotUnderNot(subject, LintRole::InScript, report);
-}
+void notUnderNot(const LintSubject& subject, const LintReporter& report) { reportNotUnderNot(subject, report); }
 
-void notUnderNotInDevice(const LintSubject& subject, const LintReporter& report) {
-    reportNotUnderNot(subject, LintRole::InDevice, report);
-}
+void notUnderNotInDevice(const LintSubject& subject, const LintReporter& report) { reportNotUnderNot(subject, report); }
 
 void emptyOr(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InScript)) {
+    if (isEmpty(subject)) {
         report.at(subject.element());
     }
 }
 
 void emptyOrInDevice(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InDevice)) {
+    if (isEmpty(subject)) {
         report.at(subject.element());
     }
 }
 
 void emptyGroup(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InScript)) {
+    if (isEmpty(subject)) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }
 
 void emptyAndInDevice(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InDevice)) {
+    if (isEmpty(subject)) {
         report.at(subject.element());
     }
 }
 
 void emptyNotInDevice(const LintSubject& subject, const LintReporter& report) {
-    if (isEmpty(subject, LintRole::InDevice)) {
+    if (isEmpty(subject)) {
         report.at(subject.element());
     }
 }
@@ -103,21 +97,21 @@ void nestedPart(const LintSubject& subject, const LintReporter& report) {
 }
 
 void nothingToCheck(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::Root && subject.memory.askedFor == 0) {
+    if (subject.memory.askedFor == 0) {
         report.at(subject.element());
     }
 }
 
 void combinations(const LintSubject& subject, const LintReporter& report) {
     const std::uint64_t count = subject.memory.combinations;
-    if (subject.role == LintRole::Root && count > 1 && count <= MANY_COMBINATIONS) {
+    if (count > 1 && count <= MANY_COMBINATIONS) {
         report.at(subject.element(), count);
     }
 }
 
 void manyCombinations(const LintSubject& subject, const LintReporter& report) {
     const std::uint64_t count = subject.memory.combinations;
-    if (subject.role == LintRole::Root && count > MANY_COMBINATIONS) {
+    if (count > MANY_COMBINATIONS) {
         const bool isMost = count == std::numeric_limits<std::uint64_t>::max();
         report.at(subject.element(), isMost ? "more than" : "up to", count);
     }

@@ -60,7 +60,7 @@ std::optional<UnitKind> kindAskedFor(StringView pattern) {
 }  // namespace
 
 void typeNobodyHas(const LintSubject& subject, const LintReporter& report) {
-    if (subject.machine == nullptr || subject.kind != ElementKind::Device || !isNeeded(subject)) {
+    if (subject.machine == nullptr || !isNeeded(subject)) {
         return;
     }
     const StringView type = attributeOf(subject.element(), vocabulary::TYPE);
@@ -89,8 +89,7 @@ void locatorNobodyHas(const LintSubject& subject, const LintReporter& report) {
 
 void keyNobodyHas(const LintSubject& subject, const LintReporter& report) {
     const StringView key = subject.element().Attribute(vocabulary::KEY);
-    if (subject.machine == nullptr || subject.kind != ElementKind::Property || subject.role != LintRole::InDevice ||
-        key.empty()) {
+    if (subject.machine == nullptr || key.empty()) {
         return;
     }
     const CapabilityImp type = typeAround(subject);
@@ -111,7 +110,7 @@ void keyNobodyHas(const LintSubject& subject, const LintReporter& report) {
 }
 
 void unitsOfAnotherKind(const LintSubject& subject, const LintReporter& report) {
-    if (subject.machine == nullptr || subject.kind != ElementKind::Property || subject.place.alternative != nullptr) {
+    if (subject.machine == nullptr || subject.place.alternative != nullptr) {
         return;
     }
     const std::optional<UnitKind> asked = kindAskedFor(subject.pattern->text);
@@ -123,7 +122,7 @@ void unitsOfAnotherKind(const LintSubject& subject, const LintReporter& report) 
     const LintMachine::KeyFacts& facts = subject.machine->factsOf(type, key);
     if (facts.isKnown && !facts.kinds.has(*asked)) {
         report.at(subject.element(), printable(type.toString().view()), printable(key),
-                  printable(subject.pattern->text.view()));
+                  printable(subject.pattern->text));
     }
 }
 

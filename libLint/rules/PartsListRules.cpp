@@ -26,32 +26,32 @@ bool holdsNeededDevice(const XmlElement& part) {
 }  // namespace
 
 void elementBeforeParts(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::BeforeParts && !describesDevices(subject.element())) {
+    if (!describesDevices(subject.element())) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }
 
 void partBeforeParts(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::BeforeParts && describesDevices(subject.element())) {
+    if (describesDevices(subject.element())) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }
 
 void misnamedPart(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::ListedPart && vocabulary::kindOf(subject.element()) != ElementKind::Part) {
+    if (vocabulary::kindOf(subject.element()) != ElementKind::Part) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }
 
 void missingName(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::ListedPart && subject.element().Attribute(vocabulary::NAME).empty()) {
+    if (subject.element().Attribute(vocabulary::NAME).empty()) {
         report.at(subject.element());
     }
 }
 
 void duplicateName(const LintSubject& subject, const LintReporter& report) {
     const StringView name = subject.element().Attribute(vocabulary::NAME);
-    if (subject.role != LintRole::ListedPart || name.empty()) {
+    if (name.empty()) {
         return;
     }
     const auto [entry, isNew] = subject.memory.parts.try_emplace(String(name), &subject.element());
@@ -61,14 +61,13 @@ void duplicateName(const LintSubject& subject, const LintReporter& report) {
 }
 
 void blankPart(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::ListedPart && !describesDevices(subject.element())) {
+    if (!describesDevices(subject.element())) {
         report.at(subject.element());
     }
 }
 
 void partNeedsNoDevice(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::ListedPart && describesDevices(subject.element()) &&
-        !holdsNeededDevice(subject.element())) {
+    if (describesDevices(subject.element()) && !holdsNeededDevice(subject.element())) {
         report.at(subject.element());
     }
 }

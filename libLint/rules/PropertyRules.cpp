@@ -55,20 +55,20 @@ void valueBesideChildren(const LintSubject& subject, const LintReporter& report)
 
 void elementAsValue(const LintSubject& subject, const LintReporter& report) {
     const bool isMeant = subject.kind == ElementKind::Value || subject.kind == ElementKind::Error;
-    if (subject.role == LintRole::Entry && !isMeant) {
+    if (!isMeant) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }
 
 void elementInEntry(const LintSubject& subject, const LintReporter& report) {
     const XmlElement* const inner = subject.element().FirstChildElement();
-    if (subject.role == LintRole::Entry && inner != nullptr) {
+    if (inner != nullptr) {
         report.at(*inner, tagOf(*inner), tagOf(subject.element()));
     }
 }
 
 void valueMissing(const LintSubject& subject, const LintReporter& report) {
-    if (subject.role == LintRole::Entry && subject.element().FindAttribute(vocabulary::VALUE) == nullptr) {
+    if (subject.element().FindAttribute(vocabulary::VALUE) == nullptr) {
         report.at(subject.element(), tagOf(subject.element()));
     }
 }

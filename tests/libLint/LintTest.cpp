@@ -232,6 +232,12 @@ TEST(LintTest, TakesForAMistakeWhatACheckWouldPassOverOrNeverMeet) {
           "<not name='n'><device type='Fan'/></not>"}) {
         EXPECT_TRUE(isMistaken(script(content + std::string("<device type='Fan'/>")))) << content;
     }
+    for (const std::string before : {"", "a", "ab cd", "1234", "12345 ", "abcde fghijk ", "Rate of "}) {
+        for (const char* word : {"range[10-20]", "orange[10-20]", "VRXRANGE[1-20]", "vrxrrange", "VRXXRRANGE x"}) {
+            EXPECT_TRUE(isMistaken(device("<property key='k' value='" + before + ' ' + word + "'/>")))
+                << before << word;
+        }
+    }
     EXPECT_TRUE(isMistaken("<inventory-check check-names='ture'><device type='Fan'/></inventory-check>"));
     EXPECT_TRUE(
         isMistaken("<parts><part name='a'><device type='Fan'/></part><prat><device type='Fan'/></prat></parts>"));

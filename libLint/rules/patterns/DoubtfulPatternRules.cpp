@@ -31,7 +31,7 @@ void unescapedSignInText(const LintSubject& subject, const LintReporter& report)
     const AnchoredText text(pattern.text);
     if (const std::optional<std::size_t> sign = unescapedSign(text.body); sign && pattern.problem.isEmpty()) {
         report.at(subject.element(), printable(text.body.substr(*sign, 1)), *sign + (text.isFromStart ? 2 : 1),
-                  printable(pattern.text.view()));
+                  printable(pattern.text));
     }
 }
 
@@ -43,7 +43,7 @@ void missingAnchor(const LintSubject& subject, const LintReporter& report) {
     const bool mayGoOn = !text.isToEnd && isDigit(text.body.back());
     if (!text.isFromStart || mayGoOn) {
         const std::string body = printable(text.body);
-        report.at(subject.element(), printable(subject.pattern->text.view()),
+        report.at(subject.element(), printable(subject.pattern->text),
                   (text.isFromStart ? "" : "1") + body + (mayGoOn && text.isFromStart ? "0" : ""), body);
     }
 }
@@ -75,13 +75,13 @@ void boundsWithoutMarker(const LintSubject& subject, const LintReporter& report)
 /// Generated scripts leave a bar as it is, in names and entries.
 void looseAlternatives(const LintSubject& subject, const LintReporter& report) {
     const AnchoredText whole(subject.pattern->text);
-    if (subject.kind != vocabulary::ElementKind::Property || !whole.isFromStart || !whole.isToEnd) {
+    if (!whole.isFromStart || !whole.isToEnd) {
         return;
     }
     const std::vector<StringView> alternatives = alternativesOf(subject.pattern->text);
     if (alternatives.size() > 1 && !AnchoredText(alternatives.front()).isToEnd &&
         !AnchoredText(alternatives.back()).isFromStart) {
-        report.at(subject.element(), printable(subject.pattern->text.view()), printable(whole.body));
+        report.at(subject.element(), printable(subject.pattern->text), printable(whole.body));
     }
 }
 

@@ -7,7 +7,7 @@
 namespace vrx::rules {
 
 void emptyPattern(const LintSubject& subject, const LintReporter& report) {
-    if (subject.pattern->text.isEmpty()) {
+    if (subject.pattern->text.empty()) {
         report.at(subject.element());
     }
 }
@@ -15,7 +15,7 @@ void emptyPattern(const LintSubject& subject, const LintReporter& report) {
 void patternSyntax(const LintSubject& subject, const LintReporter& report) {
     const LintPattern& pattern = *subject.pattern;
     if (!pattern.problem.isEmpty()) {
-        report.at(subject.element(), printable(pattern.text.view()), printable(pattern.problem.view()),
+        report.at(subject.element(), printable(pattern.text), printable(pattern.problem.view()),
                   pattern.problemOffset + 1);
     }
 }
@@ -23,7 +23,7 @@ void patternSyntax(const LintSubject& subject, const LintReporter& report) {
 void patternExplodes(const LintSubject& subject, const LintReporter& report) {
     const LintPattern& pattern = *subject.pattern;
     if (pattern.problem.isEmpty() && canExplode(pattern.text)) {
-        report.at(subject.element(), printable(pattern.text.view()));
+        report.at(subject.element(), printable(pattern.text));
     }
 }
 

@@ -20,13 +20,14 @@ namespace vrx::rules {
 
 namespace {
 
-bool isLetter(char16_t unit) noexcept { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
+bool isLetter(char16_t unit) noexcept { return static_cast<unsigned>(unit | 0x20) - u'a' < 26; }
+
+constexpr std::size_t SHORTEST_MARKER = 5;
 
 /// Whether the word was meant to be the marker. `rest` is what follows it.
 bool isMeantAsMarker(StringView word, StringView rest) {
-    constexpr std::size_t SHORTEST = 5;
     constexpr std::size_t LONGEST = 12;
-    if (word.size() < SHORTEST || word.size() > LONGEST) {
+    if (word.size() < SHORTEST_MARKER || word.size() > LONGEST) {
         return false;
     }
     const StringView marker = Regex::VRXRRANGE();
@@ -107,21 +108,40 @@ bool isWord(StringView text) noexcept {
     return text.find(u' ') == StringView::npos && std::ranges::none_of(text, isDigit);
 }
 
+std::size_t endOfWord(StringView text, std::size_t at) noexcept {
+    while (at < text.size() && isLetter(text[at])) {
+        ++at;
+    }
+    return at;
+}
+
+StringView wordBefore(StringView text, std::size_t end) noexcept {
+    std::size_t begin = end;
+    while (begin > 0 && isLetter(text[begin - 1])) {
+        --begin;
+    }
+    return text.substr(begin, end - begin);
+}
+
+void lookAtWord(const LintSubject& subject, StringView word, std::size_t end, const LintReporter& report) {
+    const StringView pattern = subject.pattern->text;
+    if (isMeantAsMarker(word, pattern.substr(end)) && !isEscapedText(pattern, end)) {
+        report.at(subject.element(), printable(word), printable(pattern)).suggestion =
+            printable(StringView(Regex::VRXRRANGE()));
+    }
+}
+
 }  // namespace
 
+// Words that are too short need not be come across.
 void rangeWord(const LintSubject& subject, const LintReporter& report) {
     const StringView pattern = subject.pattern->text;
-    for (std::size_t begin = 0; begin < pattern.size();) {
-        std::size_t end = begin;
-        while (end < pattern.size() && isLetter(pattern[end])) {
-            ++end;
+    for (std::size_t at = SHORTEST_MARKER - 1; at < pattern.size(); at += SHORTEST_MARKER) {
+        if (isLetter(pattern[at])) {
+            const std::size_t end = endOfWord(pattern, at);
+            lookAtWord(subject, wordBefore(pattern, end), end, report);
+            at = end;
         }
-        const StringView word = pattern.substr(begin, end - begin);
-        if (isMeantAsMarker(word, pattern.substr(end)) && !isEscapedText(pattern, end)) {
-            report.at(subject.element(), printable(word), printable(pattern)).suggestion =
-                printable(StringView(Regex::VRXRRANGE()));
-        }
-        begin = end + 1;
     }
 }
 
@@ -130,7 +150,7 @@ void rangeSyntax(const LintSubject& subject, const LintReporter& report) {
     const bool isText = isEscapedText(pattern, subject.marker + Regex::VRXRRANGE().size());
     if (!isText && !rangeAt(pattern, subject.marker)) {
         report.at(subject.element(), printable(StringView(Regex::VRXRRANGE())), subject.marker + 1,
-                  printable(subject.pattern->text.view()));
+                  printable(subject.pattern->text));
     }
 }
 
@@ -138,7 +158,7 @@ void rangeUnitBlank(const LintSubject& subject, const LintReporter& report) {
     const std::optional<UnitText> unit = unitTextAt(subject);
     const bool isOneBlank = unit && unit->text.size() == unit->word.size() + 1 && unit->text.starts_with(u' ');
     if (unit && unit->isEndOfPattern && !isOneBlank && Unit::lookupByString(unit->word)) {
-        report.at(subject.element(), printable(subject.pattern->text.view()),
+        report.at(subject.element(), printable(subject.pattern->text),
                   unit->text == unit->word ? "none between them" : "more");
     }
 }
@@ -159,7 +179,7 @@ void rangeUnit(const LintSubject& subject, const LintReporter& report) {
 void rangeSingleValue(const LintSubject& subject, const LintReporter& report) {
     const std::optional<RangeText> range = rangeAt(subject.pattern->text, subject.marker);
     if (range && range->low == range->high && range->low != 0) {
-        report.at(subject.element(), printable(subject.pattern->text.view()), printable(range->lowText));
+        report.at(subject.element(), printable(subject.pattern->text), printable(range->lowText));
     }
 }
 

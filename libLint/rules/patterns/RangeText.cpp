@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "libCommon/text/ShortText.h"
 #include "libRegex/Regex.h"
 
 namespace vrx {
@@ -45,14 +46,14 @@ std::optional<RangeText> rangeAt(StringView pattern, std::size_t marker) {
 }
 
 std::size_t findRangeMarker(StringView pattern, std::size_t from) noexcept {
-    return pattern.find(Regex::VRXRRANGE(), from);
+    constexpr char16_t SELDOM = u'X';  // of the marker's letters the one that hardly any other text has
+    return hasUnit(pattern, SELDOM) ? pattern.find(Regex::VRXRRANGE(), from) : StringView::npos;
 }
 
 bool opensWithBounds(StringView text) {
     constexpr std::size_t ONE_DIGIT_EACH = 4;  // where the bracket of "[1-6]" closes
-    const std::size_t end = text.find(u']');
-    return text.starts_with(u'[') && end != StringView::npos && end > ONE_DIGIT_EACH &&
-           boundsOf(text.substr(1, end - 1));
+    const std::size_t end = text.starts_with(u'[') ? text.find(u']') : StringView::npos;
+    return end != StringView::npos && end > ONE_DIGIT_EACH && boundsOf(text.substr(1, end - 1));
 }
 
 bool areDisjoint(const RangeText& a, const RangeText& b) noexcept {
