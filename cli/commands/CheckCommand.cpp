@@ -15,6 +15,7 @@
 #include "cli/input/ScriptFile.h"
 #include "cli/input/WaiverFile.h"
 #include "cli/program/CommonOptions.h"
+#include "cli/program/FreedMemory.h"
 #include "cli/program/Processors.h"
 #include "cli/terminal/CombinationProgress.h"
 #include "cli/terminal/Interrupt.h"
@@ -232,6 +233,7 @@ CommandResult refusal(const CheckOptions& options, const Session& session, Check
 }
 
 CommandResult check(const CheckOptions& options, Session& session) {
+    takeMemoryInLargeSteps();
     CheckWorld& world = session.make<CheckWorld>();
     world.started = session.console.time();
     try {

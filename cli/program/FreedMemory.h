@@ -6,4 +6,8 @@ namespace vrx::cli {
 /// other, would have to ask for again.
 void keepFreedMemory() noexcept;
 
+/// Has the process ask the system for memory in large steps, of which only what is used counts. In other threads than
+/// the first one the C library's own steps are of a page, so that reading a large recording takes a thousand.
+void takeMemoryInLargeSteps() noexcept;
+
 }  // namespace vrx::cli
