@@ -152,6 +152,8 @@ XmlContainer& XmlDocument::Top() noexcept { return content().top(); }
 
 const XmlContainer& XmlDocument::Top() const noexcept { return m_content ? m_content->top() : emptyContent().top(); }
 
+bool XmlDocument::MayHaveName(StringView name) const { return m_content && m_content->names().holdsNoCase(name); }
+
 XmlElement* XmlDocument::NewElement(StringView name) { return content().newElement(content().names().intern(name)); }
 
 XmlText* XmlDocument::NewText(StringView text) { return content().newText(content().arena().copy(text)); }

@@ -83,6 +83,10 @@ public:
     XmlElement* RootElement() noexcept { return Top().FirstChildElement(); }
     const XmlElement* RootElement() const noexcept { return Top().FirstChildElement(); }
 
+    /// Whether an element or attribute may have that name, in any letter case; false is certain, without a walk over
+    /// the document.
+    bool MayHaveName(StringView name) const;
+
     /// New nodes without a parent, owned by the document. Their texts are copied.
     XmlElement* NewElement(StringView name);
     XmlText* NewText(StringView text);

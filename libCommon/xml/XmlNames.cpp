@@ -28,6 +28,11 @@ const XmlName* XmlNames::internUtf8(std::string_view text) {
     return add(keptText, utf8);
 }
 
+bool XmlNames::holdsNoCase(StringView text) {
+    const std::lock_guard lock(m_mutex);
+    return std::ranges::any_of(m_names, [text](const auto& entry) { return equalNoCase(entry.first, text); });
+}
+
 const XmlName* XmlNames::add(StringView keptText, const char* utf8) {
     auto* const name = new (m_arena.allocate(sizeof(XmlName), alignof(XmlName))) XmlName{keptText, utf8};
     m_names.emplace(keptText, name);

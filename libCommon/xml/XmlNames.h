@@ -28,6 +28,9 @@ public:
     /// The same for valid UTF-8.
     const XmlName* internUtf8(std::string_view text);
 
+    /// Whether there is one that equals the text without letter case.
+    bool holdsNoCase(StringView text);
+
 private:
     const XmlName* add(StringView keptText, const char* utf8);
 

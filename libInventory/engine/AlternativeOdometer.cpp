@@ -85,6 +85,13 @@ void AlternativeOdometer::mergeAlternative(XmlElement* element) {
     }
 }
 
+void AlternativeOdometer::assignIndices(XmlElement* root) {
+    if (m_state.m_script.MayHaveName(vocabulary::AND)) {
+        assignIndices(root, StringView(), 0);
+    }
+}
+
+/// The element is the `index`th child of one named `parentName`.
 void AlternativeOdometer::assignIndices(XmlElement* element, StringView parentName, unsigned index) {
     if (element == nullptr) {
         return;

@@ -16,11 +16,11 @@ public:
     /// `step`, else of the one that the digits show.
     void merge(XmlElement* root, bool step);
 
-    /// Numbers the children of every `and` for the error measure. The element is the `index`th child of one named
-    /// `parentName`.
-    void assignIndices(XmlElement* element, StringView parentName, unsigned index);
+    /// Numbers the children of every `and` for the error measure.
+    void assignIndices(XmlElement* root);
 
 private:
+    void assignIndices(XmlElement* element, StringView parentName, unsigned index);
     void mergeTree(XmlElement* element);
     void mergeAlternative(XmlElement* element);
 

@@ -84,7 +84,7 @@ void RunDriver::begin() {
 }
 
 bool RunDriver::tryCombinations(XmlElement* root) {
-    AlternativeOdometer(m_state).assignIndices(root, StringView(), 0);
+    AlternativeOdometer(m_state).assignIndices(root);
     {
         FirstPass firstPass(m_state);
         firstPass.lookAhead(*root);

@@ -34,6 +34,20 @@ TEST(XmlDocumentTest, walks) {
     EXPECT_EQ(root->FirstChildElement(u"b")->GetUserData(), root);
 }
 
+TEST(XmlDocumentTest, knowsItsNamesInAnyLetterCase) {
+    XmlDocument document;
+    EXPECT_FALSE(document.MayHaveName(u"a"));
+    ASSERT_TRUE(document.Parse(u"<a><And not='1'/></a>"));
+    EXPECT_TRUE(document.MayHaveName(u"and"));
+    EXPECT_TRUE(document.MayHaveName(u"NOT"));
+    EXPECT_FALSE(document.MayHaveName(u"or"));
+    XmlDocument copy;
+    copy.CopyAll(document);
+    EXPECT_TRUE(copy.MayHaveName(u"AND"));
+    copy.NewElement(u"Or");
+    EXPECT_TRUE(copy.MayHaveName(u"or"));
+}
+
 /// Takes every `a`, and keeps what it read.
 struct TakeA : XmlElementReader {
     bool readElement(XmlElement& element) override {
