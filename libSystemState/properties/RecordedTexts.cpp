@@ -22,6 +22,7 @@ std::optional<StringView> RecordedTexts::find(StringView key) {
     const std::size_t size = m_properties->entries().size();
     if (m_next == size || keyAt(m_next) != key || !isFirstOfKey(m_next)) {
         m_next = m_textStart = 0;
+        m_above = 0;
         while (m_next < size && keyAt(m_next) != key) {
             goOn();
         }
@@ -43,14 +44,18 @@ const String& RecordedTexts::keyAt(std::size_t position) const noexcept {
 }
 
 bool RecordedTexts::isFirstOfKey(std::size_t position) const noexcept {
-    const auto before = m_properties->entries().first(position);
     const std::uint32_t spec = m_properties->entries()[position].spec;
+    if (position == m_next && spec >= m_above) {
+        return true;
+    }
+    const auto before = m_properties->entries().first(position);
     return std::ranges::find(before, spec, &RecordedProperties::Entry::spec) == before.end();
 }
 
 void RecordedTexts::goOn() noexcept {
-    const std::uint32_t size = m_properties->entries()[m_next++].size;
-    m_textStart += size == RecordedProperties::Entry::OTHER_VALUE ? 0 : size;
+    const RecordedProperties::Entry& entry = m_properties->entries()[m_next++];
+    m_textStart += entry.size == RecordedProperties::Entry::OTHER_VALUE ? 0 : entry.size;
+    m_above = std::max(m_above, entry.spec + 1);
 }
 
 }  // namespace vrx

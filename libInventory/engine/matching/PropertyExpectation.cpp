@@ -5,16 +5,22 @@
 
 namespace vrx {
 
-PropertyExpectation::PropertyExpectation(const XmlElement& element, std::size_t children)
-    : m_key(element.Attribute(vocabulary::KEY)), m_units(element.Attribute(vocabulary::UNITS)) {
-    std::size_t encodedTexts = 0;
-    const XmlAttribute* const value = element.FindAttribute(vocabulary::VALUE);
-    m_hasValue = value != nullptr;
-    m_value = m_hasValue ? value->Value() : StringView();
-    encodedTexts += needsUuDecode(m_value) ? 1U : 0U;
+PropertyExpectation::PropertyExpectation(const XmlElement& element, std::size_t children) {
+    for (const XmlAttribute& attribute : element.Attributes()) {
+        const StringView name = attribute.Name();
+        if (name == vocabulary::KEY) {
+            m_key = attribute.Value();
+        } else if (name == vocabulary::VALUE) {
+            m_value = attribute.Value();
+            m_hasValue = true;
+        } else if (name == vocabulary::UNITS) {
+            m_units = attribute.Value();
+        }
+    }
+    std::size_t encodedTexts = needsUuDecode(m_value) ? 1 : 0;
     for (const XmlElement* child = element.FirstChildElement(); child != nullptr && m_entries.size() < children;
          child = child->NextSiblingElement()) {
-        m_entries.append(child->Attribute(vocabulary::VALUE));
+        m_entries.push_back(child->Attribute(vocabulary::VALUE));
         encodedTexts += needsUuDecode(m_entries.back()) ? 1U : 0U;
     }
     if (encodedTexts == 0) {
@@ -36,7 +42,7 @@ Array<String> PropertyExpectation::patterns() const {
     for (const StringView entry : m_entries) {
         patterns.append(entry);
     }
-    if (m_entries.isEmpty() && m_hasValue) {
+    if (m_entries.empty() && m_hasValue) {
         patterns.append(m_value);
     }
     return patterns;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <boost/container/small_vector.hpp>
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "libCommon/containers/Array.h"
@@ -31,10 +33,10 @@ public:
     StringView value() const noexcept { return m_value; }
 
     /// One entry for each child element, whatever its name.
-    const Array<StringView>& entries() const noexcept { return m_entries; }
+    std::span<const StringView> entries() const noexcept { return m_entries; }
 
     /// Nothing but the presence of the key is asked for.
-    bool asksForPresenceOnly() const noexcept { return !m_hasValue && m_entries.isEmpty(); }
+    bool asksForPresenceOnly() const noexcept { return !m_hasValue && m_entries.empty(); }
 
     /// What a value has to match: the entries, or the value when there are none.
     Array<String> patterns() const;
@@ -50,7 +52,7 @@ private:
     StringView m_units;
     StringView m_value;
     bool m_hasValue = false;
-    Array<StringView> m_entries;
+    boost::container::small_vector<StringView, 1> m_entries;
 };
 
 /// What the `property` elements of one element's content ask for, read once for all candidates.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <boost/unordered/unordered_flat_map.hpp>
+#include <span>
 #include <vector>
 
 #include "libCommon/text/TextHash.h"
@@ -111,7 +112,7 @@ private:
 };
 
 /// Whether each expected entry finds a value of its own. Requires: there are as many of one as of the other.
-bool takesAll(const ValueImp& value, const Array<StringView>& expected) {
+bool takesAll(const ValueImp& value, std::span<const StringView> expected) {
     if (const String* const onlyText = value.text()) {
         return Inventory::matchString(expected[0], *onlyText);
     }
@@ -121,7 +122,7 @@ bool takesAll(const ValueImp& value, const Array<StringView>& expected) {
                        [&remaining](StringView entry) { return remaining.takeFirstMatch(entry); });
 }
 
-bool matchesEntries(const ValueImp& value, const Array<StringView>& expected) {
+bool matchesEntries(const ValueImp& value, std::span<const StringView> expected) {
     return value.arraySize() == expected.size() && takesAll(value, expected);
 }
 
@@ -153,20 +154,20 @@ bool meets(const IPropertyImp& property, const PropertyExpectation& expectation)
     if (expectation.asksForPresenceOnly()) {
         return true;
     }
-    return expectation.entries().isEmpty() ? matchesPattern(property.value(), expectation.value())
-                                           : matchesEntries(property.value(), expectation.entries());
+    return expectation.entries().empty() ? matchesPattern(property.value(), expectation.value())
+                                         : matchesEntries(property.value(), expectation.entries());
 }
 
 bool meets(StringView text, const PropertyExpectation& expectation) {
     if (expectation.asksForPresenceOnly()) {
         return true;
     }
-    const Array<StringView>& entries = expectation.entries();
-    return entries.size() <= 1 && Inventory::matchString(entries.isEmpty() ? expectation.value() : entries[0], text);
+    const std::span<const StringView> entries = expectation.entries();
+    return entries.size() <= 1 && Inventory::matchString(entries.empty() ? expectation.value() : entries[0], text);
 }
 
 bool meetsAloud(const IPropertyImp& property, const PropertyExpectation& expectation) {
-    if (expectation.entries().isEmpty()) {
+    if (expectation.entries().empty()) {
         const bool matched = meets(property, expectation);
         if (!matched) {
             logMismatch(property, expectation);

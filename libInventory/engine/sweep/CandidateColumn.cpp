@@ -29,11 +29,11 @@ constexpr std::size_t MOST_ANSWERS = 1U << 16U;  // answers and ranges of them
 
 /// The pattern for a value that is a text; nothing when more than one is asked for.
 std::optional<StringView> patternFor(const PropertyExpectation& expectation) {
-    const Array<StringView>& entries = expectation.entries();
+    const std::span<const StringView> entries = expectation.entries();
     if (entries.size() > 1) {
         return std::nullopt;
     }
-    return entries.isEmpty() ? expectation.value() : entries[0];
+    return entries.empty() ? expectation.value() : entries[0];
 }
 
 /// What every text begins with that the pattern matches; empty where that is not plain to see.
