@@ -196,8 +196,8 @@ public:
     /// too, combinations are counted in 64 bits. However devices are assigned makes no difference to it.
     void setSearch(Search search);
 
-    /// How many threads may compare properties at once. One unless this says otherwise. The outcome is the same with
-    /// any number; patterns that take too much work may take it twice.
+    /// How many threads may read devices and compare them at once. One unless this says otherwise. The outcome is the
+    /// same with any number; patterns that take too much work may take it twice.
     void setThreads(unsigned threads);
 
     // ---- Running (engine/RunDriver.cpp) ----

@@ -52,6 +52,11 @@ String linkText(const XmlElement* element, const IDeviceImp& device) {
 
 }  // namespace
 
+void Associations::reserve(std::size_t elements) {
+    m_inventoryNodes.reserve(elements);
+    m_deviceNodes.reserve(elements);
+}
+
 void Associations::associate(const XmlElement* element, const boost::shared_ptr<IDeviceImp>& device) {
     VRX_ASSERT_TEXT(element, "invElement");
     link(nodeOf(element), device);

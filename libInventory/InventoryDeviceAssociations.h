@@ -48,6 +48,9 @@ public:
     InventoryDeviceAssociations(InventoryDeviceAssociations&& other) noexcept;
     ~InventoryDeviceAssociations();
 
+    /// Makes room for so many elements with a device each.
+    void reserve(std::size_t elements);
+
     /// Links the two, making their nodes when needed; the same pair associated twice has two links. An empty device
     /// only makes the element known. Requires: element is not null.
     void associate(const XmlElement* element, const boost::shared_ptr<IDeviceImp>& device);

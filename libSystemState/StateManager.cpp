@@ -1,6 +1,7 @@
 #include "libSystemState/StateManager.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -25,14 +26,21 @@ struct StateManager::Content {
     DeviceArray devices;
     Array<UnreadSource> unread;
     std::unique_ptr<StateIndexes> indexesWhenMade;
+    std::atomic<StateIndexes*> madeIndexes = nullptr;
+    std::mutex indexesMutex;
     std::mutex specsMutex;
     HashTable<String, boost::shared_ptr<PropertySpecImp>> specs;
 
     bool isAtMostOneDevice() const { return devices.size() <= 1; }
 
     StateIndexes& indexes() {
+        if (StateIndexes* const made = madeIndexes.load(std::memory_order_acquire)) {
+            return *made;
+        }
+        const std::lock_guard lock(indexesMutex);
         if (!indexesWhenMade) {
             indexesWhenMade = std::make_unique<StateIndexes>(devices);
+            madeIndexes.store(indexesWhenMade.get(), std::memory_order_release);
         }
         return *indexesWhenMade;
     }
@@ -108,6 +116,22 @@ const StateManager::DeviceArray& StateManager::devicesByName(StringView name) co
     return m_content->indexes().byName(name);
 }
 
+DeviceRange StateManager::devices() const noexcept { return m_content->devices; }
+
+DeviceRange StateManager::withHwLocator(StringView hwLocator) const {
+    return m_content->isAtMostOneDevice() ? devicesByHwLocator(hwLocator)
+                                          : m_content->indexes().withHwLocator(hwLocator);
+}
+
+DeviceRange StateManager::withOsLocator(StringView osLocator) const {
+    return m_content->isAtMostOneDevice() ? devicesByOsLocator(osLocator)
+                                          : m_content->indexes().withOsLocator(osLocator);
+}
+
+DeviceRange StateManager::named(StringView name) const {
+    return m_content->isAtMostOneDevice() ? devicesByName(name) : m_content->indexes().named(name);
+}
+
 StateManager::DevicePointer StateManager::addDevice(const DevicePointer& device, MergeChanges*,
                                                     const DevicePointer& parent) {
     VRX_ASSERT(device != nullptr);
@@ -150,6 +174,7 @@ void StateManager::addUnread(UnreadSource unread) {
 
 // The content stays, because other threads may be about to lock it.
 void StateManager::clear() {
+    m_content->madeIndexes.store(nullptr);
     m_content->indexesWhenMade.reset();
     m_content->devices = DeviceArray();
     m_content->unread.clear();

@@ -7,6 +7,7 @@
 #include "libCommon/Export.h"
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libSystemState/DeviceRange.h"
 #include "libSystemState/Forward.h"
 
 namespace vrx {
@@ -17,8 +18,8 @@ struct UnreadSource;
 /// The store: every device once, as a tree under one root, and the registered property specifications.
 ///
 /// Look-ups by type, guid, locator and name are answered from indexes, which are made on the first question that needs
-/// them. Used from one thread at a time, save for the specifications: every import registers those of its properties in
-/// the process-wide store, so they are locked.
+/// them. Used from one thread at a time, save for groups of devices and for the specifications: every import registers
+/// those of its properties in the process-wide store, so they are locked.
 ///
 ///     StateManager store;
 ///     const CapabilityImp type(u"Fan");
@@ -59,6 +60,13 @@ public:
     const DeviceArray& devicesByHwLocator(StringView hwLocator) const;
     const DeviceArray& devicesByOsLocator(StringView osLocator) const;
     const DeviceArray& devicesByName(StringView name) const;
+
+    /// All devices, and those with that locator or name, without an array of them: for questions that are asked for
+    /// every element of a script. Several threads may ask these at once, as long as nobody adds a device.
+    DeviceRange devices() const noexcept;
+    DeviceRange withHwLocator(StringView hwLocator) const;
+    DeviceRange withOsLocator(StringView osLocator) const;
+    DeviceRange named(StringView name) const;
 
     /// Adds a device and returns the stored one. The first becomes the root; every later one becomes a child of
     /// `parent`, or of the root when none is given. Adding the same object again changes nothing; another object with

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
 #include <random>
 
 #include "libCommon/error/StructuredException.h"
@@ -13,6 +14,15 @@ namespace {
 
 using test::makeDevice;
 using test::namesOf;
+
+Array<boost::shared_ptr<IDeviceImp>> listOf(const DeviceRange& range) {
+    Array<boost::shared_ptr<IDeviceImp>> list;
+    for (const auto& device : range) {
+        list.append(device);
+    }
+    EXPECT_EQ(list.size(), range.size());
+    return list;
+}
 
 TEST(StateManagerTest, startsEmpty) {
     const StateManager store;
@@ -104,10 +114,35 @@ TEST(StateManagerTest, answersAsAScanWould) {
                   scan([&](const auto& device) { return device->osLocator() == name; }));
         ASSERT_EQ(store.devicesByName(concat(u"DISK ", locator)), scan(isThere));
         ASSERT_TRUE(store.devicesByHwLocator(u"none").isEmpty());
+        ASSERT_EQ(listOf(store.devices()), added);
+        ASSERT_EQ(listOf(store.withHwLocator(locator)), store.devicesByHwLocator(locator));
+        ASSERT_EQ(listOf(store.withOsLocator(name)), store.devicesByOsLocator(name));
+        ASSERT_EQ(listOf(store.named(concat(u"DISK ", locator))), store.devicesByName(concat(u"DISK ", locator)));
+        ASSERT_TRUE(store.withHwLocator(u"none").isEmpty());
         const auto& again = added[random() % added.size()];
         ASSERT_EQ(store.addDevice(again, nullptr), again);
         ASSERT_EQ(store.deviceCount(), added.size());
     }
+}
+
+TEST(StateManagerTest, severalThreadsMayAskForRangesAtOnce) {
+    StateManager store;
+    constexpr std::uint32_t DEVICES = 1000;
+    for (std::uint32_t number = 0; number < DEVICES; ++number) {
+        const String text = toText(number / 2);
+        store.addDevice(makeDevice(u"Fan", text, text, text), nullptr);
+    }
+    const auto countFound = [&store] {
+        std::size_t found = 0;
+        for (std::uint32_t number = 0; number < DEVICES / 2; ++number) {
+            const String text = toText(number);
+            found += store.withHwLocator(text).size() + store.withOsLocator(text).size() + store.named(text).size();
+        }
+        return found;
+    };
+    std::future<std::size_t> other = std::async(std::launch::async, countFound);
+    EXPECT_EQ(countFound(), 3 * DEVICES);
+    EXPECT_EQ(other.get(), 3 * DEVICES);
 }
 
 TEST(StateManagerTest, keepsAnswersValidWhileNothingIsAdded) {

@@ -1,7 +1,6 @@
 #include "libInventory/engine/matching/CandidateSearch.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/matching/Anchors.h"
@@ -18,41 +17,36 @@ constexpr std::size_t SHORT_ENOUGH = 4;  // for a list to be tested device by de
 
 }  // namespace
 
-CandidateSearch::CandidateSearch(const StateManager& store, const CapabilityImp& capability)
-    : m_store(store), m_capability(capability), m_ofType(store.devicesCapableOf(capability)) {}
-
-void CandidateSearch::addFilter(FilterKind kind, String value) { m_filters.push_back({kind, std::move(value)}); }
-
-/// A list of the store that holds every device that the filter lets pass; null when there is none.
-const CandidateSearch::DeviceArray* CandidateSearch::indexed(const Filter& filter) const {
+/// Devices of the store among which are all that the filter lets pass; `most` when no index has them.
+DeviceRange CandidateSearch::indexed(const ElementFilter& filter, const DeviceRange& most) const {
     switch (filter.kind) {
-        case FilterKind::Name: return indexedByName(filter.value);
-        case FilterKind::OsLocator: return &m_store.devicesByOsLocator(filter.value);
-        case FilterKind::HwLocator: return &m_store.devicesByHwLocator(filter.value);
+        case ElementFilter::Kind::Name: return indexedByName(filter.value, most);
+        case ElementFilter::Kind::OsLocator: return m_store.withOsLocator(filter.value);
+        case ElementFilter::Kind::HwLocator: return m_store.withHwLocator(filter.value);
     }
-    return nullptr;
+    return most;
 }
 
 /// A pattern that stands for one text is met by that very text, or, through the comparison without anchors and letter
 /// case, by the pattern's own text; with escapes in it the two differ, and then the second must be a name of nobody for
 /// one list to hold all that pass.
-const CandidateSearch::DeviceArray* CandidateSearch::indexedByName(const String& pattern) const {
+DeviceRange CandidateSearch::indexedByName(StringView pattern, const DeviceRange& most) const {
     String literal;
     if (!Regex::isAnchoredLiteral(pattern, literal)) {
-        return nullptr;
+        return most;
     }
     const StringView ownText = withoutAnchors(pattern);
-    const bool oneListHoldsAll = equalNoCase(ownText, literal) || m_store.devicesByName(ownText).isEmpty();
-    return oneListHoldsAll ? &m_store.devicesByName(literal) : nullptr;
+    const bool oneListHoldsAll = equalNoCase(ownText, literal) || m_store.named(ownText).isEmpty();
+    return oneListHoldsAll ? m_store.named(literal) : most;
 }
 
 const CandidateSearch::DeviceArray& CandidateSearch::find() {
+    const DeviceArray& ofType = m_store.devicesCapableOf(m_capability);
     if (m_filters.empty()) {
-        return m_ofType;
+        return ofType;
     }
     logRemovals();
-    const DeviceArray& list = smallList(m_filters.size());
-    for (const auto& device : list) {
+    for (const auto& device : smallList(ofType, m_filters.size())) {
         if (passesFirst(*device, m_filters.size())) {
             m_found.append(device);
         }
@@ -61,7 +55,7 @@ const CandidateSearch::DeviceArray& CandidateSearch::find() {
 }
 
 const boost::shared_ptr<IDeviceImp>* CandidateSearch::findOnly() const {
-    const DeviceArray& list = smallList(m_filters.size());
+    const DeviceRange list = smallList(m_store.devices(), m_filters.size());
     if (list.size() > SHORT_ENOUGH) {
         return nullptr;
     }
@@ -78,8 +72,9 @@ const boost::shared_ptr<IDeviceImp>* CandidateSearch::findOnly() const {
 }
 
 std::size_t CandidateSearch::firstExhaustedFilter() const {
+    const DeviceArray& ofType = m_store.devicesCapableOf(m_capability);
     for (std::size_t count = 1; count <= m_filters.size(); ++count) {
-        const DeviceArray& list = smallList(count);
+        const DeviceRange list = smallList(ofType, count);
         const bool somePasses =
             std::any_of(list.begin(), list.end(), [&](const auto& device) { return passesFirst(*device, count); });
         if (!somePasses) {
@@ -92,31 +87,31 @@ std::size_t CandidateSearch::firstExhaustedFilter() const {
 bool CandidateSearch::passesFirst(const IDeviceImp& device, std::size_t filterCount) const {
     return m_capability.isCapable(device.type()) &&
            std::all_of(m_filters.begin(), m_filters.begin() + static_cast<std::ptrdiff_t>(filterCount),
-                       [&](const Filter& filter) { return passes(device, filter); });
+                       [&](const ElementFilter& filter) { return passes(device, filter); });
 }
 
-bool CandidateSearch::passes(const IDeviceImp& device, const Filter& filter) const {
+bool CandidateSearch::passes(const IDeviceImp& device, const ElementFilter& filter) const {
     switch (filter.kind) {
-        case FilterKind::Name: return Inventory::matchString(filter.value, device.name());
-        case FilterKind::OsLocator: return device.osLocator() == filter.value;
-        case FilterKind::HwLocator: return device.hwLocator() == filter.value;
+        case ElementFilter::Kind::Name: return Inventory::matchString(filter.value, device.name());
+        case ElementFilter::Kind::OsLocator: return device.osLocator() == filter.value;
+        case ElementFilter::Kind::HwLocator: return device.hwLocator() == filter.value;
     }
     return false;
 }
 
 /// The shortest list found before one is short enough. An index is only asked, and so only made, when the ones before
 /// it did not help; hardware locators come first, because they tell devices apart best.
-const CandidateSearch::DeviceArray& CandidateSearch::smallList(std::size_t filterCount) const {
-    const DeviceArray* smallest = &m_ofType;
-    for (const FilterKind kind : {FilterKind::HwLocator, FilterKind::OsLocator, FilterKind::Name}) {
-        for (std::size_t i = 0; i < filterCount && smallest->size() > SHORT_ENOUGH; ++i) {
-            const DeviceArray* const list = m_filters[i].kind == kind ? indexed(m_filters[i]) : nullptr;
-            if (list != nullptr && list->size() < smallest->size()) {
-                smallest = list;
+DeviceRange CandidateSearch::smallList(DeviceRange most, std::size_t filterCount) const {
+    for (const ElementFilter::Kind kind :
+         {ElementFilter::Kind::HwLocator, ElementFilter::Kind::OsLocator, ElementFilter::Kind::Name}) {
+        for (std::size_t i = 0; i < filterCount && most.size() > SHORT_ENOUGH; ++i) {
+            if (m_filters[i].kind == kind) {
+                const DeviceRange list = indexed(m_filters[i], most);
+                most = list.size() < most.size() ? list : most;
             }
         }
     }
-    return *smallest;
+    return most;
 }
 
 /// The lines of the filters running one after the other over all devices of the type, each from the last device to the
@@ -126,8 +121,8 @@ void CandidateSearch::logRemovals() {
         return;
     }
     const std::size_t givenUpBefore = Regex::exceededCount();
-    DeviceArray left = m_ofType;
-    for (const Filter& filter : m_filters) {
+    DeviceArray left = m_store.devicesCapableOf(m_capability);
+    for (const ElementFilter& filter : m_filters) {
         for (std::size_t i = left.size(); i-- > 0;) {
             if (!passes(*left[i], filter)) {
                 logRemoval(*left[i], filter);
@@ -139,19 +134,19 @@ void CandidateSearch::logRemovals() {
 }
 
 // Contract: the osLocator line prints the device's own locator twice, and the hwLocator line says "because of osloc".
-void CandidateSearch::logRemoval(const IDeviceImp& device, const Filter& filter) const {
-    if (filter.kind == FilterKind::Name) {
+void CandidateSearch::logRemoval(const IDeviceImp& device, const ElementFilter& filter) const {
+    if (filter.kind == ElementFilter::Kind::Name) {
         VRX_LOG(inventoryLog(), LogPriority::Debug,
                 u"matchDevice: removing device because of name. name = " << device.name() << u" inventory name = "
                                                                          << filter.value);
         return;
     }
-    const bool byOs = filter.kind == FilterKind::OsLocator;
+    const bool byOs = filter.kind == ElementFilter::Kind::OsLocator;
     VRX_LOG(inventoryLog(), LogPriority::Debug,
             u"matchDevice: removing device because of osloc. osloc = "
                 << device.osLocator() << u" hwloc=" << device.hwLocator()
                 << (byOs ? u" inventory osLocator = " : u" inventory hwLocator = ")
-                << (byOs ? device.osLocator() : filter.value));
+                << (byOs ? device.osLocator().view() : filter.value));
 }
 
 }  // namespace vrx

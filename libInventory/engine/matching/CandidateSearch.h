@@ -2,10 +2,12 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstddef>
-#include <vector>
+#include <span>
 
 #include "libCommon/containers/Array.h"
 #include "libCommon/text/String.h"
+#include "libInventory/engine/matching/ElementFilters.h"
+#include "libSystemState/DeviceRange.h"
 #include "libSystemState/Forward.h"
 #include "libSystemState/capabilities/CapabilityImp.h"
 
@@ -19,20 +21,18 @@ class CandidateSearch {
 public:
     using DeviceArray = Array<boost::shared_ptr<IDeviceImp>>;
 
-    enum class FilterKind { Name, OsLocator, HwLocator };
     static constexpr std::size_t NO_FILTER = static_cast<std::size_t>(-1);
 
-    CandidateSearch(const StateManager& store, const CapabilityImp& capability);
-
-    /// Adds a filter; filters count in the order in which they were added.
-    void addFilter(FilterKind kind, String value);
+    /// Everything is borrowed.
+    CandidateSearch(const StateManager& store, const CapabilityImp& capability, std::span<const ElementFilter> filters)
+        : m_store(store), m_capability(capability), m_filters(filters) {}
 
     /// Finds the devices that pass all filters, in the store's order. The result is valid until the search or the store
     /// changes.
     const DeviceArray& find();
 
-    /// The only device that passes all filters, where indexes alone show quickly that it is the only one; null
-    /// otherwise.
+    /// The only device that passes all filters, where an index of the store shows quickly that it is the only one; null
+    /// otherwise. Several threads may search one store so.
     const boost::shared_ptr<IDeviceImp>* findOnly() const;
 
     /// After a `find` without result: the first filter that left no device.
@@ -42,23 +42,17 @@ public:
     std::size_t givenUpInTrace() const noexcept { return m_givenUpInTrace; }
 
 private:
-    struct Filter {
-        FilterKind kind;
-        String value;
-    };
-
-    bool passes(const IDeviceImp& device, const Filter& filter) const;
+    bool passes(const IDeviceImp& device, const ElementFilter& filter) const;
     bool passesFirst(const IDeviceImp& device, std::size_t filterCount) const;
-    const DeviceArray& smallList(std::size_t filterCount) const;
-    const DeviceArray* indexed(const Filter& filter) const;
-    const DeviceArray* indexedByName(const String& pattern) const;
+    DeviceRange smallList(DeviceRange most, std::size_t filterCount) const;
+    DeviceRange indexed(const ElementFilter& filter, const DeviceRange& most) const;
+    DeviceRange indexedByName(StringView pattern, const DeviceRange& most) const;
     void logRemovals();
-    void logRemoval(const IDeviceImp& device, const Filter& filter) const;
+    void logRemoval(const IDeviceImp& device, const ElementFilter& filter) const;
 
     const StateManager& m_store;
     const CapabilityImp& m_capability;
-    const DeviceArray& m_ofType;
-    std::vector<Filter> m_filters;
+    std::span<const ElementFilter> m_filters;
     DeviceArray m_found;
     std::size_t m_givenUpInTrace = 0;
 };

@@ -8,13 +8,14 @@
 
 #include "libInventory/engine/matching/DeviceMatcher.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "libCommon/text/UuCode.h"
 #include "libInventory/engine/InventoryState.h"
 #include "libInventory/engine/matching/CandidateList.h"
 #include "libInventory/engine/matching/CandidateTrial.h"
 #include "libInventory/engine/matching/DeviceAttributes.h"
+#include "libInventory/engine/matching/ElementFilters.h"
 #include "libInventory/engine/matching/PropertyMatcher.h"
 #include "libInventory/engine/sweep/ContentSweep.h"
 #include "libInventory/script/ScriptElement.h"
@@ -29,56 +30,21 @@ namespace vrx {
 
 namespace {
 
-/// The filters of an element's attributes, in order, with what a failure says of each.
-struct ElementFilters {
-    struct Filter {
-        CandidateSearch::FilterKind kind;
-        const XmlAttribute* attribute;
-    };
-
-    ElementFilters(const XmlElement& element, const InventoryState& state) {
-        for (const XmlAttribute& attribute : element.Attributes()) {
-            switch (deviceAttributeOf(attribute.Name())) {
-                case DeviceAttribute::Type: break;
-                case DeviceAttribute::Name:
-                    add(state.m_checkNames, CandidateSearch::FilterKind::Name, attribute);
-                    break;
-                case DeviceAttribute::OsLocator:
-                    add(state.m_checkOsLocators, CandidateSearch::FilterKind::OsLocator, attribute);
-                    break;
-                case DeviceAttribute::HwLocator:
-                    add(state.m_checkHwLocators, CandidateSearch::FilterKind::HwLocator, attribute);
-                    break;
-                case DeviceAttribute::Invalid: invalid = &attribute; return;
-            }
-        }
-    }
-
-    void add(bool enabled, CandidateSearch::FilterKind kind, const XmlAttribute& attribute) {
-        if (enabled) {
-            filters.append({kind, &attribute});
-        }
-    }
-
-    Array<Filter> filters;
-    const XmlAttribute* invalid = nullptr;  ///< the first attribute that devices do not have; later ones do not count
-};
-
-FindingKind kindOfLoss(CandidateSearch::FilterKind kind) noexcept {
+FindingKind kindOfLoss(ElementFilter::Kind kind) noexcept {
     switch (kind) {
-        case CandidateSearch::FilterKind::Name: return FindingKind::NoDeviceWithName;
-        case CandidateSearch::FilterKind::OsLocator: return FindingKind::NoDeviceWithOsLocator;
-        case CandidateSearch::FilterKind::HwLocator: return FindingKind::NoDeviceWithHwLocator;
+        case ElementFilter::Kind::Name: return FindingKind::NoDeviceWithName;
+        case ElementFilter::Kind::OsLocator: return FindingKind::NoDeviceWithOsLocator;
+        case ElementFilter::Kind::HwLocator: return FindingKind::NoDeviceWithHwLocator;
     }
     return FindingKind::NoAvailableDevice;
 }
 
 /// The attribute as the log writes it.
-StringView logWordOf(CandidateSearch::FilterKind kind) noexcept {
+StringView logWordOf(ElementFilter::Kind kind) noexcept {
     switch (kind) {
-        case CandidateSearch::FilterKind::Name: return u"name";
-        case CandidateSearch::FilterKind::OsLocator: return u"osLocator";
-        case CandidateSearch::FilterKind::HwLocator: return u"hwlocator";
+        case ElementFilter::Kind::Name: return u"name";
+        case ElementFilter::Kind::OsLocator: return u"osLocator";
+        case ElementFilter::Kind::HwLocator: return u"hwlocator";
     }
     return StringView();
 }
@@ -97,27 +63,15 @@ void DeviceMatcher::lookAhead(const XmlElement& root) {
         if (isDevice || walk->kind == vocabulary::ElementKind::FailOnExtra) {
             walk.skipContent();
         }
-        const auto* const device = isDevice ? onlyCandidate(*walk->element) : nullptr;
-        if (device != nullptr) {
-            m_ahead.add(*walk->element, *device);
+        if (isDevice) {
+            m_ahead.add(*walk->element);
         }
     }
-    m_ahead.compare(m_state.m_threads);
+    m_ahead.find(m_state);
+    const std::size_t devices = m_state.m_stateManager->deviceCount();
+    m_state.m_associationSets[0].reserve(std::min(m_ahead.size(), devices));
     m_tellingsAhead = m_state.m_tellings;
     m_state.m_record.givenUpInTraces += Regex::exceededCount() - givenUpBefore;
-}
-
-const boost::shared_ptr<IDeviceImp>* DeviceMatcher::onlyCandidate(const XmlElement& element) const {
-    const CapabilityImp type(typeTextOf(element));
-    const ElementFilters asked(element, m_state);
-    if (type == CapabilityImp::INVALID() || asked.invalid != nullptr) {
-        return nullptr;
-    }
-    CandidateSearch search(*m_state.m_stateManager, type);
-    for (const ElementFilters::Filter& filter : asked.filters) {
-        search.addFilter(filter.kind, fromXmlSafe(filter.attribute->Value()));
-    }
-    return search.findOnly();
 }
 
 bool DeviceMatcher::match(XmlElement* element, bool underNot, unsigned associationIndex) {
@@ -209,23 +163,20 @@ bool DeviceMatcher::matchFiltered(XmlElement* element, bool underNot, unsigned a
         m_filing.file(element, FindingKind::NoDeviceOfType, slot::MATCHING);
         return false;
     }
-    CandidateSearch search(store, type);
     const ElementFilters asked(*element, m_state);
-    for (const ElementFilters::Filter& filter : asked.filters) {
-        search.addFilter(filter.kind, fromXmlSafe(filter.attribute->Value()));
-    }
+    CandidateSearch search(store, type, asked.all());
     const DeviceArray& candidates = search.find();
     m_state.m_record.givenUpInTraces += search.givenUpInTrace();
-    if (candidates.isEmpty() && !asked.filters.isEmpty()) {
-        const ElementFilters::Filter& filter = asked.filters[search.firstExhaustedFilter()];
+    if (candidates.isEmpty() && !asked.all().empty()) {
+        const ElementFilter& filter = asked.all()[search.firstExhaustedFilter()];
         VRX_LOG(inventoryLog(), LogPriority::Debug,
                 u"matchDevice: No device of type: " << typeTextOf(*element) << u" with " << logWordOf(filter.kind)
                                                     << u": " << filter.attribute->Value());
         m_filing.file(element, kindOfLoss(filter.kind), slot::MATCHING, filter.attribute->Name());
         return false;
     }
-    if (asked.invalid != nullptr) {
-        m_filing.file(element, FindingKind::InvalidAttribute, slot::MATCHING, asked.invalid->Name());
+    if (asked.invalid() != nullptr) {
+        m_filing.file(element, FindingKind::InvalidAttribute, slot::MATCHING, asked.invalid()->Name());
         return false;
     }
     if (candidates.isEmpty()) {

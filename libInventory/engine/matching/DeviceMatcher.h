@@ -29,7 +29,6 @@ public:
 private:
     using DeviceArray = CandidateSearch::DeviceArray;
 
-    const boost::shared_ptr<IDeviceImp>* onlyCandidate(const XmlElement& element) const;
     bool matchThroughCache(XmlElement* element, bool underNot);
     void logMatch(XmlElement* element, bool underNot, unsigned associationIndex);
     bool matchAlike(XmlElement* element, bool underNot, unsigned associationIndex);

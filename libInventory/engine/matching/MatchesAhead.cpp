@@ -6,14 +6,20 @@
 #include "libInventory/engine/matching/MatchesAhead.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <future>
 #include <system_error>
 
+#include "libInventory/engine/InventoryState.h"
+#include "libInventory/engine/matching/CandidateSearch.h"
+#include "libInventory/engine/matching/DeviceAttributes.h"
+#include "libInventory/engine/matching/ElementFilters.h"
 #include "libInventory/engine/matching/PropertyExpectation.h"
 #include "libInventory/engine/matching/PropertyTest.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
+#include "libSystemState/capabilities/CapabilityImp.h"
 #include "libSystemState/devices/IDeviceImp.h"
 #include "libSystemState/properties/RecordedTexts.h"
 
@@ -38,18 +44,58 @@ bool holdsAll(const IDeviceImp& device, const XmlElement& element) {
     return true;
 }
 
+/// A script asks for few types, in many elements. The texts are borrowed.
+class KnownTypes {
+public:
+    /// Valid until the next question.
+    const CapabilityImp& of(StringView text) {
+        Entry& entry = m_entries[slotOf(text)];
+        if (!entry.isKnown || entry.text != text) {
+            entry = {text, CapabilityImp(text), true};
+        }
+        return entry.type;
+    }
+
+private:
+    static constexpr std::size_t SIZE = 64;
+
+    struct Entry {
+        StringView text;
+        CapabilityImp type;
+        bool isKnown = false;
+    };
+
+    static std::size_t slotOf(StringView text) noexcept {
+        return text.empty() ? 0 : (text.size() * 7 + text.front() * 3U + text.back()) % SIZE;
+    }
+
+    std::array<Entry, SIZE> m_entries;
+};
+
+const boost::shared_ptr<IDeviceImp>* satisfying(const XmlElement& element, const InventoryState& state,
+                                                KnownTypes& types) {
+    const CapabilityImp& type = types.of(typeTextOf(element));
+    const ElementFilters filters(element, state);
+    if (type.isInvalid() || filters.invalid() != nullptr) {
+        return nullptr;
+    }
+    const auto* const device = CandidateSearch(*state.m_stateManager, type, filters.all()).findOnly();
+    return device != nullptr && holdsAll(**device, element) ? device : nullptr;
+}
+
 }  // namespace
 
-void MatchesAhead::compare(unsigned threads) {
+void MatchesAhead::find(const InventoryState& state) {
     std::atomic<std::size_t> next = 0;
     const auto takeUntilNoneIsLeft = [&] {
+        KnownTypes types;
         for (std::size_t begin = next.fetch_add(AT_ONCE); begin < m_pairs.size(); begin = next.fetch_add(AT_ONCE)) {
             for (std::size_t i = begin; i < std::min(begin + AT_ONCE, m_pairs.size()); ++i) {
-                m_pairs[i].isKnown = holdsAll(**m_pairs[i].device, *m_pairs[i].element);
+                m_pairs[i].device = satisfying(*m_pairs[i].element, state, types);
             }
         }
     };
-    const std::size_t workers = std::min<std::size_t>(threads, m_pairs.size() / AT_ONCE + 1);
+    const std::size_t workers = std::min<std::size_t>(state.m_threads, m_pairs.size() / AT_ONCE + 1);
     std::vector<std::future<void>> others;
     try {
         while (others.size() + 1 < workers) {
@@ -62,11 +108,7 @@ void MatchesAhead::compare(unsigned threads) {
 }
 
 const boost::shared_ptr<IDeviceImp>* MatchesAhead::deviceOf(const XmlElement& element) noexcept {
-    if (m_next == m_pairs.size() || m_pairs[m_next].element != &element) {
-        return nullptr;
-    }
-    const Pair& pair = m_pairs[m_next++];
-    return pair.isKnown ? pair.device : nullptr;
+    return m_next < m_pairs.size() && m_pairs[m_next].element == &element ? m_pairs[m_next++].device : nullptr;
 }
 
 }  // namespace vrx

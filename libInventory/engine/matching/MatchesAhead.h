@@ -9,26 +9,27 @@
 
 namespace vrx {
 
-/// Devices that are known to satisfy an element before the first pass comes to it: the properties of the only device
-/// that an element may take are compared by several threads at once.
+struct InventoryState;
+
+/// Devices that are known to satisfy an element before the first pass comes to it: several threads look for the only
+/// device that an element may take, and compare its properties.
 class MatchesAhead {
 public:
-    /// An element and the only device that comes into question for it.
-    void add(const XmlElement& element, const boost::shared_ptr<IDeviceImp>& device) {
-        m_pairs.push_back({&element, &device});
-    }
+    /// Adds a `device` element.
+    void add(const XmlElement& element) { m_pairs.push_back({&element, nullptr}); }
 
-    /// Compares the pairs that were added, with so many threads.
-    void compare(unsigned threads);
+    std::size_t size() const noexcept { return m_pairs.size(); }
 
-    /// The device that satisfies the element; null where that is not known. Asked in the order of adding.
+    /// Finds the devices of the elements that were added, with so many threads as the run may use.
+    void find(const InventoryState& state);
+
+    /// The device that satisfies the element, in the store; null where that is not known. Asked in the order of adding.
     const boost::shared_ptr<IDeviceImp>* deviceOf(const XmlElement& element) noexcept;
 
 private:
     struct Pair {
         const XmlElement* element;
-        const boost::shared_ptr<IDeviceImp>* device;  // of the store
-        bool isKnown = false;
+        const boost::shared_ptr<IDeviceImp>* device;
     };
 
     std::vector<Pair> m_pairs;
