@@ -113,9 +113,7 @@ constexpr Command COMMANDS[] = {
     {"help", addHelpCommand, true}, {"manual", addManualCommand, true},
 };
 
-std::string versionLine() {
-    return fmt::format("{} {}", PROGRAM_NAME, programVersion());
-}
+std::string versionLine() { return fmt::format("{} {}", PROGRAM_NAME, programVersion()); }
 
 std::unique_ptr<CLI::App> commandLine(const Command* begin, const Command* end, Session& session) {
     auto app = std::make_unique<CLI::App>(
