@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <utility>
 
 #include "libCommon/containers/HashTable.h"
@@ -10,12 +11,14 @@
 
 namespace vrx {
 
+class CandidatePools;
+
 /// What runs over scripts made of the same parts, on the same store and with the same flags, share: which devices
-/// satisfy a `device` element, by the element's XML text (the answer depends on nothing else), and which parts are
-/// listed in a table that they all fill.
+/// satisfy a `device` element, by the element's XML text (the answer depends on nothing else), what the devices hold
+/// that elements choose among, and which parts are listed in a table that they all fill.
 ///
 /// Only elements outside of alternatives are looked up, and only in runs whose findings nobody reads: tips are not
-/// repeated from the cache.
+/// repeated from the cache. Nobody is told anything during these runs, so the store stays what it is.
 class MatchCache {
 public:
     /// The devices known to satisfy the element; null when nobody has asked yet.
@@ -27,6 +30,9 @@ public:
     void keep(const String& elementText, SharedLists::DeviceArray devices) {
         m_answers.set(elementText, m_lists.share(std::move(devices)));
     }
+
+    /// The pools that the elements of all runs choose in; null until a run makes them.
+    std::shared_ptr<CandidatePools>& pools() noexcept { return m_pools; }
 
     /// From now on the lists of a table are looked up in an index. Requires: the table is empty, and lives and is
     /// filled, by runs with this cache alone, for as long as the cache is used.
@@ -40,6 +46,7 @@ public:
 private:
     SharedLists m_lists;
     HashTable<String, SharedLists::Pointer> m_answers;
+    std::shared_ptr<CandidatePools> m_pools;
     const Inventory::DeviceToPartsTable* m_indexedTable = nullptr;
     ListedParts m_listedParts;
 };

@@ -49,7 +49,20 @@ StringView logWordOf(ElementFilter::Kind kind) noexcept {
     return StringView();
 }
 
+/// Those that runs with one cache share, or new ones.
+std::shared_ptr<CandidatePools> poolsOf(MatchCache* cache) {
+    std::shared_ptr<CandidatePools> own;
+    std::shared_ptr<CandidatePools>& pools = cache != nullptr ? cache->pools() : own;
+    if (pools == nullptr) {
+        pools = std::make_shared<CandidatePools>();
+    }
+    return pools;
+}
+
 }  // namespace
+
+DeviceMatcher::DeviceMatcher(InventoryState& state)
+    : m_state(state), m_filing(state), m_pools(poolsOf(state.m_matchCache)) {}
 
 // What the log is told of, and what is told of every property, is made by the pass itself.
 void DeviceMatcher::lookAhead(const XmlElement& root) {
@@ -141,7 +154,7 @@ void DeviceMatcher::logMatch(XmlElement* element, bool underNot, unsigned associ
 }
 
 bool DeviceMatcher::matchInStore(XmlElement* element, bool underNot, unsigned associationIndex) {
-    CandidatePool* const pool = mayPool() ? m_pools.find(*element, m_state.m_tellings) : nullptr;
+    CandidatePool* const pool = mayPool() ? m_pools->find(*element, m_state.m_tellings) : nullptr;
     return pool != nullptr ? matchPool(element, *pool, underNot, associationIndex)
                            : matchFiltered(element, underNot, associationIndex);
 }
@@ -185,7 +198,7 @@ bool DeviceMatcher::matchFiltered(XmlElement* element, bool underNot, unsigned a
     }
     const bool isPlain = mayPool() && Regex::exceededCount() == givenUpBefore;
     CandidatePool* const pool =
-        isPlain && candidates.size() >= WideMatches::MANY ? m_pools.add(*element, candidates, m_sharedLists) : nullptr;
+        isPlain && candidates.size() >= WideMatches::MANY ? m_pools->add(*element, candidates, m_sharedLists) : nullptr;
     return pool != nullptr ? matchPool(element, *pool, underNot, associationIndex)
                            : matchCandidates(element, candidates, underNot, associationIndex);
 }

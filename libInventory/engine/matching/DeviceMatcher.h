@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "libCommon/Forward.h"
 #include "libCommon/containers/Array.h"
 #include "libInventory/engine/findings/ErrorFiling.h"
@@ -16,7 +18,7 @@ struct InventoryState;
 /// Matches `device` elements against the store.
 class DeviceMatcher {
 public:
-    explicit DeviceMatcher(InventoryState& state) : m_state(state), m_filing(state) {}
+    explicit DeviceMatcher(InventoryState& state);
 
     /// Looks ahead at all elements below the root on as many threads as the run may use, so that `match` has less to
     /// do.
@@ -46,7 +48,7 @@ private:
     ErrorFiling m_filing;
     SharedLists m_sharedLists;
     WideMatches m_wideMatches;
-    CandidatePools m_pools;
+    std::shared_ptr<CandidatePools> m_pools;
     MatchesAhead m_ahead;
     std::size_t m_tellingsAhead = 0;   ///< when it was looked ahead
     SharedLists::Pointer m_wideMatch;  ///< of the element that was matched last, when it had many candidates
