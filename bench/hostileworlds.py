@@ -69,6 +69,15 @@ def write_parts(m, s, size):
     s.write("</parts>\n")
 
 
+def write_absent_parts(m, s, size):
+    """A catalogue of parts, none of which the machine holds."""
+    machine(m, (device(d, recorded("Model", f"Model {d}")) for d in range(5 * size)))
+    s.write("<parts>\n")
+    for part in range(size):
+        s.write(f'<part name="part {part}" id="{part}">{element(recorded("Model", f"^Other {part}$"))}</part>\n')
+    s.write("</parts>\n")
+
+
 def write_alternatives(m, s, size):
     """Every alternative can be met, and another element cannot, so that all are tried."""
     machine(m, (device(d) for d in range(size)))
@@ -96,6 +105,7 @@ CASES = [
     Case("rules with content and ten times the devices", 100, 100, 0, False, write_rules),
     Case("equal elements and equal devices", 1_000, 100, 0, False, write_equal),
     Case("parts that are ambiguous and five times the devices", 20, 100, 1, True, write_parts),
+    Case("parts that no device is of", 400, 10, 3, True, write_absent_parts),
     Case("alternatives of an or", 2_000, 10, 1, False, write_alternatives),
     Case("entries of a list in reverse", 2_000, 10, 0, False, write_reversed),
     Case("devices without name and locators", 85, 100, 0, False, write_nameless),

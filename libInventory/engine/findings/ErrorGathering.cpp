@@ -75,6 +75,9 @@ unsigned ErrorGathering::writeFindings(XmlElement* element, unsigned slot) {
     if (filed == nullptr) {
         return 0;
     }
+    if (!m_state.keepsFindings() && !inventoryLog().isEnabled(LogPriority::Debug)) {
+        return static_cast<unsigned>(filed->count());  // nobody reads the texts
+    }
     // All texts come first: an `error` child would count as one more entry that the element asks for.
     Array<String> texts(filed->count());
     FindingWords words(*element, m_state.m_valuesOfRun.get());
