@@ -22,6 +22,7 @@ public:
     explicit BitRow(std::size_t bits = 0) : m_words(wordsFor(bits)) {}
 
     void set(std::size_t bit) { m_words[bit / BITS] |= Word{1} << (bit % BITS); }
+    void reset(std::size_t bit) { m_words[bit / BITS] &= ~(Word{1} << (bit % BITS)); }
     bool test(std::size_t bit) const { return (m_words[bit / BITS] >> (bit % BITS) & 1) != 0; }
     void clear() noexcept { m_words.assign(m_words.size(), 0); }
     bool any() const noexcept {
@@ -54,6 +55,12 @@ public:
         }
         return *this;
     }
+    /// Takes the numbers of another set of the same size out.
+    void remove(const Word* other) noexcept {
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            m_words[i] &= ~other[i];
+        }
+    }
     bool meets(const NumberList& numbers) const {
         return std::any_of(numbers.begin(), numbers.end(), [this](std::uint32_t number) { return test(number); });
     }
@@ -63,6 +70,9 @@ public:
         }
         return *this;
     }
+
+    /// The bits, the lowest first.
+    const Word* words() const noexcept { return m_words.data(); }
 
     /// Calls `visit` with each number, in order. The set may change for numbers that were visited.
     template <typename Visit>

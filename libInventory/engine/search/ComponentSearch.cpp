@@ -214,6 +214,7 @@ SearchOutcome ComponentSearch::enumerate(const Part& part, Aim aim, const Limit&
         return outcome;
     }
     m_bound.begin(part.open, part.chosen, part.groups, m_trial.values());
+    m_trial.setGroups(part.groups);
     std::optional<std::size_t> changed = 0;
     do {
         m_bound.noteChange(*changed);
@@ -233,11 +234,11 @@ bool ComponentSearch::tryNext(const Part& part, const Numbers& digits, Aim aim, 
         return false;
     }
     m_onTrial();
-    const BitRow& missing = m_trial.reduce(digits, part.groups);
+    const BitRow& missing = m_trial.reduce(digits);
     if (m_model.isExact && present && isBeyond(m_bound.ofExact(missing), present)) {
         return false;
     }
-    const ComponentTrial::Result result = m_trial.decide(digits, part.groups);
+    const ComponentTrial::Result result = m_trial.decide(digits);
     noteTried(digits.size(), result.cost);
     return takeTried(result, part, outcome, aim);
 }
@@ -279,7 +280,8 @@ SearchOutcome ComponentSearch::tryOne(const Numbers& digits, const Numbers& grou
         return nothingToDecide();
     }
     m_onTrial();
-    const ComponentTrial::Result result = m_trial.run(digits, groups);
+    m_trial.setGroups(groups);
+    const ComponentTrial::Result result = m_trial.run(digits);
     noteTried(digits.size(), result.cost);
     SearchOutcome outcome;
     (result.isMet ? outcome.met : outcome.failed) = SearchChoice{result.cost, 0};

@@ -28,49 +28,59 @@ public:
     /// Whether the digit counts: the alternative that it lies in is chosen.
     bool isActive(std::size_t digit) const;
 
-    /// Tries the present values of those digits together with those groups.
-    Result run(const Numbers& digits, const Numbers& groups) {
-        reduce(digits, groups);
-        return decide(digits, groups);
+    /// From here on combinations are tried together with those groups, which are borrowed.
+    void setGroups(const Numbers& groups);
+
+    /// Tries the present values of those digits.
+    Result run(const Numbers& digits) {
+        reduce(digits);
+        return decide(digits);
     }
 
     /// The first half of it: the reduction. Returns the elements that it leaves without a device.
-    const BitRow& reduce(const Numbers& digits, const Numbers& groups);
+    const BitRow& reduce(const Numbers& digits);
 
     /// The second half. Requires: the first was done for the same.
-    Result decide(const Numbers& digits, const Numbers& groups);
+    Result decide(const Numbers& digits);
 
 private:
-    /// What a value of a digit comes to while all of its elements have a device.
-    struct Undisturbed {
-        bool isKnown = false;
+    /// What an alternative comes to.
+    struct Answer {
         bool isMet = true;
         SearchCost cost;
     };
 
-    void gather(const Numbers& digits, const Numbers& groups);
+    /// The same by which of the first elements in it are missing, a bit for each. Empty where other digits have a say
+    /// in it.
+    struct Alternative {
+        const NumberList* elements;
+        std::vector<Answer> answers;
+    };
+
     bool assignExactly();
     void noteMissing();
-    bool isSimple(std::uint32_t digit) const { return m_isSimple[digit] && knownOf(digit).isKnown; }
-    const Undisturbed& knownOf(std::uint32_t digit) const { return m_undisturbed[digit][m_values[digit]]; }
+    const Answer* answerOf(std::uint32_t digit) const;
     void decideDigit(std::uint32_t digit, Result& result) const;
     bool decide(std::uint32_t at, SearchCost& cost) const;
     bool decideChoice(const SearchNode& node, SearchCost& cost) const;
     void prepare(std::uint32_t at);
+    void prepare(Alternative& alternative, std::uint32_t at);
     bool holdsDigit(std::uint32_t at) const;
 
     const SearchModel& m_model;
     SearchComponent& m_component;
     std::vector<std::uint32_t> m_values;
-    std::vector<std::uint32_t> m_numberOf;                ///< by digit of the model: its number in the component
-    std::vector<std::vector<Undisturbed>> m_undisturbed;  ///< by number and value
-    std::vector<bool> m_isSimple;                         ///< by number: nothing but the choice is decided with it
-    Numbers m_digitOf;                                    ///< by element that lies in an alternative
+    std::vector<std::uint32_t> m_numberOf;                 ///< by digit of the model: its number in the component
+    std::vector<std::vector<Alternative>> m_alternatives;  ///< by number and value
+    std::vector<const SearchNode*> m_onlyNode;  ///< by number: the choice, if it is all that is decided there
+    Numbers m_digitOf;                          ///< by element that lies in an alternative
     bool m_canHaveExtras;
-    bool m_isPreparing = true;
+
+    const Numbers* m_groups = nullptr;
+    BitRow m_fixed;  ///< the elements of the groups
 
     BitRow m_elements;                ///< of the present trial
-    BitRow m_missing;                 ///< those without a device
+    const BitRow* m_missing;          ///< those without a device
     std::vector<bool> m_isDisturbed;  ///< by number of the digit: some of its elements are missing
     BitRow m_extras;                  ///< the devices that must not be left over
     BitRow m_held;

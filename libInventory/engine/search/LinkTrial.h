@@ -36,8 +36,8 @@ public:
     /// Reduces the links of those elements alone.
     void reduce(const BitRow& elements);
 
-    /// Whether a device is left for an element of the last reduction.
-    bool isSatisfied(std::size_t element) const { return m_elementLinks[element] > 0; }
+    /// The elements of the last reduction for which no device is left.
+    const BitRow& missing() const noexcept { return m_missing; }
 
     /// The devices that elements of the last reduction hold.
     void getHeld(const BitRow& elements, BitRow& devices) const;
@@ -55,16 +55,28 @@ private:
     using Word = BitRow::Word;
     class OwnLinks;
 
+    static constexpr std::size_t FEW_DEVICES = BitRow::BITS;
+
+    // ---- LinkTrialFew.cpp: up to FEW_DEVICES, and elements in one or two words ----
+
+    void prepareFew();
     template <std::size_t WORDS>
-    void reduceIn(const BitRow& elements);
-    template <std::size_t WORDS>
-    void meetDevices(const BitRow& elements);
-    template <std::size_t WORDS>
+    void reduceFew(const BitRow& elements);
+    void meetFew(const BitRow& elements);
+
+    // ---- LinkTrialMany.cpp ----
+
+    void reduceMany(const BitRow& elements);
+    void meetMany(const BitRow& elements);
     void reduceDevice(std::uint32_t device);
 
-    Word* rowOf(std::vector<Word>& rows, std::size_t index) { return rows.data() + index * m_words; }
-
-    const Word* rowOf(const std::vector<Word>& rows, std::size_t index) const { return rows.data() + index * m_words; }
+    Word* rowOf(std::size_t device) { return m_rows.data() + device * m_words; }
+    static bool holds(const std::vector<Word>& rows, std::size_t row, std::size_t words, std::size_t bit) {
+        return (rows[row * words + bit / BitRow::BITS] >> (bit % BitRow::BITS) & 1) != 0;
+    }
+    bool isFew() const noexcept { return m_deviceCount <= FEW_DEVICES && (m_words == 1 || m_words == 2); }
+    bool takes(std::size_t element, std::size_t device) const { return holds(m_takers, device, m_words, element); }
+    bool isLinked(std::size_t element, std::size_t device) const { return holds(m_rows, device, m_words, element); }
     std::uint32_t deviceOf(std::size_t element) const;
     void noteHolders(const BitRow& elements);
     bool couldServeMore(const BitRow& elements);
@@ -73,13 +85,20 @@ private:
 
     std::vector<Element> m_elements;
     std::size_t m_deviceCount;
-    std::size_t m_words;                        ///< of every row: enough for elements and for devices
-    std::vector<Word> m_allRows;                ///< the devices of each element
-    std::vector<Word> m_elementRows;            ///< those that are left
-    std::vector<Word> m_deviceRows;             ///< the elements that are left of each device
+    std::size_t m_words;         ///< of a set of elements
+    std::vector<Word> m_takers;  ///< by device: the elements that would take it
+    std::vector<Word> m_rows;    ///< those that are left of it
+
+    std::vector<std::uint32_t> m_order;  ///< devices, in the order in which the graph would get to know them
+    BitRow m_missing;
+
+    // Of few devices. How many links elements have: the binary digits of all numbers, a set of elements for each digit.
+    std::vector<Word> m_devicesOf;  ///< by element
+    std::vector<Word> m_counts;
+
+    // Of many devices.
     std::vector<std::uint32_t> m_elementLinks;  ///< how many are left
     std::vector<std::uint32_t> m_deviceLinks;
-    std::vector<std::uint32_t> m_order;  ///< devices, in the order in which the graph would get to know them
 
     std::vector<std::uint32_t> m_holders;   ///< by device
     std::vector<std::uint32_t> m_deviceOf;  ///< by element: what it holds

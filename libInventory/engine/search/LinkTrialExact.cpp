@@ -72,8 +72,7 @@ bool LinkTrial::couldCover(std::uint32_t device, const BitRow& elements, const B
     for (std::size_t at = 0; at < m_queue.size() && !isFound; ++at) {
         const std::uint32_t taken = m_queue[at];
         elements.forEach([&](std::size_t element) {
-            const bool takes = (rowOf(m_allRows, element)[taken / BitRow::BITS] >> (taken % BitRow::BITS) & 1) != 0;
-            if (!takes || m_seen.test(element)) {
+            if (!takes(element, taken) || m_seen.test(element)) {
                 return;
             }
             m_seen.set(element);
@@ -164,15 +163,14 @@ void LinkTrial::assignExactly(const BitRow& elements, const BitRow& wanted) {
         m_ownLinks = std::make_shared<OwnLinks>();
     }
     m_ownLinks->begin(*this, wanted);
-    elements.forEach([&](std::size_t element) {
-        m_ownLinks->add(*this, static_cast<std::uint32_t>(element));
-        std::fill_n(rowOf(m_elementRows, element), m_words, 0);
-        m_elementLinks[element] = 0;
-    });
+    elements.forEach([&](std::size_t element) { m_ownLinks->add(*this, static_cast<std::uint32_t>(element)); });
+    m_missing = elements;
+    for (const std::uint32_t device : m_order) {
+        std::fill_n(rowOf(device), m_words, 0);
+    }
     m_ownLinks->assign([this](std::uint32_t element, std::uint32_t position) {
-        const std::uint32_t device = m_order[position];
-        rowOf(m_elementRows, element)[device / BitRow::BITS] |= BitRow::Word{1} << (device % BitRow::BITS);
-        m_elementLinks[element] = 1;
+        rowOf(m_order[position])[element / BitRow::BITS] |= BitRow::Word{1} << (element % BitRow::BITS);
+        m_missing.reset(element);
     });
 }
 

@@ -30,6 +30,7 @@ ShortageBound::ShortageBound(const SearchModel& model, const SearchComponent& co
     : m_model(model),
       m_component(component),
       m_costs(component.trial.elementCount()),
+      m_isFew(component.trial.deviceCount() <= BitRow::BITS),
       m_takerOf(component.trial.deviceCount()),
       m_seenBy(component.trial.deviceCount()) {
     for (const SearchDigitPart& digit : component.digits) {
@@ -39,6 +40,17 @@ ShortageBound::ShortageBound(const SearchModel& model, const SearchComponent& co
         std::for_each(group.tops.begin(), group.tops.end(), [this](std::uint32_t top) { noteCosts(top, {}); });
     }
     noteLeastCosts();
+    for (std::size_t element = 0; element < m_costs.size(); ++element) {
+        m_fewDevices.push_back(fewOf(component.trial.devicesOf(element)));
+    }
+}
+
+BitRow::Word ShortageBound::fewOf(const NumberList& devices) const {
+    BitRow::Word few = 0;
+    for (std::size_t i = 0; m_isFew && i < devices.size(); ++i) {
+        few |= BitRow::Word{1} << devices[i];
+    }
+    return few;
 }
 
 /// How many elements in it can be missing at the same time.
@@ -105,6 +117,7 @@ void ShortageBound::setRanges(const std::vector<std::pair<std::uint32_t, std::ui
         for (AnyRow& row : any) {
             std::ranges::sort(row.devices);
             row.devices.erase(std::unique(row.devices.begin(), row.devices.end()), row.devices.end());
+            row.few = fewOf(row.devices);
         }
     }
 }
@@ -112,6 +125,7 @@ void ShortageBound::setRanges(const std::vector<std::pair<std::uint32_t, std::ui
 void ShortageBound::clear(Serving& serving) const {
     serving.rows.clear();
     serving.holders.assign(m_component.trial.deviceCount(), NOBODY);
+    serving.fewHeld = 0;
     serving.missing = 0;
     serving.cost = {};
 }
@@ -119,7 +133,7 @@ void ShortageBound::clear(Serving& serving) const {
 void ShortageBound::addElements(Serving& serving, const NumberList& elements) {
     for (const std::uint32_t element : elements) {
         if (m_costs[element]) {
-            add(serving, {&m_component.trial.devicesOf(element), *m_costs[element]});
+            add(serving, {&m_component.trial.devicesOf(element), *m_costs[element], m_fewDevices[element]});
         }
     }
 }
@@ -155,7 +169,7 @@ std::optional<SearchCost> ShortageBound::of(const Numbers& open, const Numbers& 
     for (const std::uint32_t digit : open) {
         if (m_component.digits[digit].holder == SearchDigitPart::NONE) {
             for (const AnyRow& row : m_anyValue[digit]) {
-                add(m_serving, {&row.devices, row.cost});
+                add(m_serving, {&row.devices, row.cost, row.few});
             }
         }
     }
@@ -174,7 +188,7 @@ void ShortageBound::add(Serving& serving, const Row& added) {
     }
     const auto row = static_cast<std::uint32_t>(serving.rows.size());
     serving.rows.push_back(added);
-    if (takesFree(serving, row)) {
+    if (m_isFew ? takesFreeOfFew(serving, row) : takesFree(serving, row)) {
         return;
     }
     std::uint32_t cheapest = row;
@@ -202,6 +216,28 @@ bool ShortageBound::takesFree(Serving& serving, std::uint32_t row) {
             m_seenBy[device] = m_searches;
             m_takerOf[device] = m_queue[at];
             if (serving.holders[device] == NOBODY) {
+                giveAlong(serving, device, row);
+                return true;
+            }
+            m_queue.push_back(serving.holders[device]);
+        }
+    }
+    return false;
+}
+
+/// The same with sets of devices.
+bool ShortageBound::takesFreeOfFew(Serving& serving, std::uint32_t row) {
+    m_queue.assign(1, row);
+    BitRow::Word reached = 0;
+    for (std::size_t at = 0; at < m_queue.size(); ++at) {
+        BitRow::Word added = serving.rows[m_queue[at]].few & ~reached;
+        const BitRow::Word free = added & ~serving.fewHeld;
+        reached |= added;
+        for (added = free != 0 ? free : added; added != 0; added &= added - 1) {
+            const auto device = static_cast<std::uint32_t>(std::countr_zero(added));
+            m_takerOf[device] = m_queue[at];
+            if (free != 0) {
+                serving.fewHeld |= BitRow::Word{1} << device;
                 giveAlong(serving, device, row);
                 return true;
             }

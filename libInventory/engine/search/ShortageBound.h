@@ -49,17 +49,20 @@ private:
     struct Row {
         const NumberList* devices;
         SearchCost cost;
+        BitRow::Word few;  ///< the same devices, where there are few
     };
     /// What an alternative asks for in any case.
     struct AnyRow {
         NumberList devices;
         SearchCost cost;
+        BitRow::Word few = 0;
     };
 
     /// Some rows, and which of them have a device.
     struct Serving {
         std::vector<Row> rows;
         Numbers holders;  ///< by device: the row that has it
+        BitRow::Word fewHeld = 0;
         std::size_t missing = 0;
         SearchCost cost;  ///< of those without
     };
@@ -76,13 +79,17 @@ private:
 
     void add(Serving& serving, const Row& row);
     bool takesFree(Serving& serving, std::uint32_t row);
+    bool takesFreeOfFew(Serving& serving, std::uint32_t row);
+    BitRow::Word fewOf(const NumberList& devices) const;
     void giveAlong(Serving& serving, std::uint32_t device, std::uint32_t row);
 
     const SearchModel& m_model;
     const SearchComponent& m_component;
     std::vector<std::optional<SearchCost>> m_costs;  ///< by element: when it is missing; none for those that do no harm
     std::vector<std::optional<SearchCost>> m_leastCosts;  ///< the same of the cheapest that shares its links
+    std::vector<BitRow::Word> m_fewDevices;               ///< by element
     std::vector<std::vector<AnyRow>> m_anyValue;          ///< by digit
+    bool m_isFew;                                         ///< a word holds the devices
     Serving m_serving;                                    ///< of the present question
 
     const Numbers* m_open = nullptr;
