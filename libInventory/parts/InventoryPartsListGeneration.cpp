@@ -84,10 +84,8 @@ const XmlElement* onlyDevice(const XmlElement& element) {
     }
 }
 
-/// Whether each copy of the part takes a device of its own.
-bool takesDevices(const PartSpec& part) {
-    XmlDocument document;
-    return !document.Parse(part.xml) || needsDevice(*document.RootElement());
+void logIterations(const PartSpec& part, std::uint32_t count) {
+    VRX_LOG(inventoryLog(), LogPriority::Debug, u"checkPart : " << part.name << u" iterations: " << count);
 }
 
 void logMatchedParts(const Inventory::DeviceToPartsTable& table, const StateManager& state) {
@@ -118,27 +116,24 @@ public:
 
     /// How many instances of the part the machine holds; what its devices could be goes into the table.
     std::uint32_t countInstances(const PartSpec& part) {
-        String copies = part.xml;
-        std::uint32_t count = 1;
-        while (holds(copies, m_singlePartTable)) {
-            if (count > m_store.deviceCount() || (count == 1 && !takesDevices(part))) {
-                VRX_LOG(inventoryLog(), LogPriority::Warning,
-                        u"checkPart : " << part.name << u" needs no device of the machine, so it has no instance");
-                return 0;
-            }
-            const std::uint32_t most = count == 1 ? copiesOfOneDevice(part) : 0;
-            logChecks(part, 2, most);
-            if (most == 1 || (most > 1 && holds(repeated(part.xml, most), m_singlePartTable))) {
-                logChecks(part, most + 1, most + 2);
-                VRX_LOG(inventoryLog(), LogPriority::Debug,
-                        u"checkPart : " << part.name << u" iterations: " << most + 1);
-                return most;
-            }
-            copies.append(part.xml);
-            ++count;
+        if (!holds(part.xml, m_singlePartTable)) {
+            logIterations(part, 1);
+            return 0;
         }
-        VRX_LOG(inventoryLog(), LogPriority::Debug, u"checkPart : " << part.name << u" iterations: " << count);
-        return count - 1;
+        XmlDocument copy;
+        const String script = wrapped(part.xml);
+        copy.Parse(needsUuEncode(script) ? toXmlSafe(script) : script);
+        if (m_store.deviceCount() == 0 || !needsDevice(*copy.RootElement())) {
+            return noInstanceOf(part);
+        }
+        const std::uint32_t most = copiesOfOneDevice(*copy.RootElement());
+        logChecks(part, 2, most);
+        if (most == 1 || (most > 1 && holds(repeated(part.xml, most), m_singlePartTable))) {
+            logChecks(part, most + 1, most + 2);
+            logIterations(part, most + 1);
+            return most;
+        }
+        return countOneByOne(part);
     }
 
     bool fullPartsCheck(const PartInstances& fullParts, DeviceToPartsTable& table, Array<DeviceSpec>& extraDevices) {
@@ -171,6 +166,26 @@ private:
         return matchParts(wrapped(content), table, nullptr, m_state, &m_matchCache);
     }
 
+    /// The same for a part of which one copy is there.
+    std::uint32_t countOneByOne(const PartSpec& part) {
+        String copies = repeated(part.xml, 2);
+        std::uint32_t count = 2;
+        for (; holds(copies, m_singlePartTable); ++count) {
+            if (count > m_store.deviceCount()) {
+                return noInstanceOf(part);
+            }
+            copies.append(part.xml);
+        }
+        logIterations(part, count);
+        return count - 1;
+    }
+
+    static std::uint32_t noInstanceOf(const PartSpec& part) {
+        VRX_LOG(inventoryLog(), LogPriority::Warning,
+                u"checkPart : " << part.name << u" needs no device of the machine, so it has no instance");
+        return 0;
+    }
+
     /// The log is told of a check of every number of copies: those from `first` on, before `end`, are made for their
     /// lines.
     void logChecks(const PartSpec& part, std::uint32_t first, std::uint32_t end) {
@@ -183,13 +198,8 @@ private:
     }
 
     /// How many devices a part of a single one may have, once it was checked; 0 for other parts.
-    std::uint32_t copiesOfOneDevice(const PartSpec& part) const {
-        const String script = wrapped(part.xml);
-        XmlDocument document;
-        if (!document.Parse(needsUuEncode(script) ? toXmlSafe(script) : script)) {
-            return 0;
-        }
-        const XmlElement* const device = onlyDevice(*document.RootElement());
+    std::uint32_t copiesOfOneDevice(const XmlElement& copy) const {
+        const XmlElement* const device = onlyDevice(copy);
         const SharedLists::Pointer devices = device != nullptr ? m_matchCache.find(device->toString()) : nullptr;
         return devices != nullptr ? static_cast<std::uint32_t>(devices->size()) : 0;
     }
