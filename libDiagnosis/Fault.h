@@ -89,7 +89,7 @@ struct Fault {
         properties;                     ///< that the element asks for, whatever else is the case
     std::optional<NearDevice> nearest;  ///< of a missing device the one that comes nearest and may be meant
     std::optional<Refusal> refusal;     ///< of a missing device why none could be tried
-    std::optional<Shortage> shortage;   ///< of a missing device that others would do for, but that all are needed
+    std::optional<Shortage> shortage;   ///< of an element that other devices would do for, but that all are needed
     LikeDevices alike;                  ///< of a missing device
     Replacement replacement = Replacement::Unknown;
     Array<String> words;  ///< the engine's, where nobody has better ones: then all the rest is empty

@@ -113,6 +113,7 @@ private:
                 addMoved(element, fault);
             } else {
                 addDifferences(element, fault);
+                addRivals(element, fault);
             }
         }
         return fault;
@@ -155,6 +156,14 @@ private:
                                                         : Replacement::Unknown;
         } else {
             fault.kind = FaultKind::Wrong;
+        }
+    }
+
+    /// A device that is wrong for the element may be what is left of a choice that others had a say in.
+    void addRivals(const MissingElement& element, Fault& fault) {
+        fault.shortage = fault.taken ? m_shortages.of(*element.element) : std::nullopt;
+        if (fault.shortage && fault.shortage->isOfOneKind) {
+            fault.shortage.reset();
         }
     }
 
