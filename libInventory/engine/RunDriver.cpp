@@ -32,7 +32,7 @@
 #include "libInventory/engine/findings/ErrorFiling.h"
 #include "libInventory/engine/findings/ErrorGathering.h"
 #include "libInventory/engine/findings/KeptLinks.h"
-#include "libInventory/engine/search/SearchModelBuilder.h"
+#include "libInventory/engine/search/model/SearchModelBuilder.h"
 #include "libInventory/support/InventoryLog.h"
 #include "libRegex/Regex.h"
 

@@ -6,7 +6,7 @@
 #include "libCommon/Forward.h"
 #include "libInventory/Inventory.h"
 #include "libInventory/engine/search/CombinationSearch.h"
-#include "libInventory/engine/search/SearchModel.h"
+#include "libInventory/engine/search/model/SearchModel.h"
 
 namespace vrx {
 

@@ -70,13 +70,16 @@ private:
     std::optional<std::size_t> stepThrough(const Numbers& open);
     void noteTried(std::size_t digits, const SearchCost& cost);
     bool isFew(const Part& part) const;
-    Division divide(const Part& whole) const;
-    bool isRuledOut(std::uint32_t digit, const std::vector<bool>& isOpen) const;
     Rank rankOf(const Numbers& digits) const;
     Rank weightOf(std::uint32_t digit) const { return m_model.digits.all()[m_component.digits[digit].digit].weight; }
     void setRanges(const Ranges& ranges);
     static std::string keyOf(const Part& part, const std::vector<std::uint32_t>& values);
     static const SearchOutcome* recall(const Known& known, Aim aim);
+
+    // ---- ComponentDivision.cpp ----
+
+    Division divide(const Part& whole) const;
+    bool isRuledOut(std::uint32_t digit, const std::vector<bool>& isOpen) const;
 
     const SearchModel& m_model;
     SearchComponent& m_component;

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "libInventory/engine/search/SearchModel.h"
+#include "libInventory/engine/search/model/SearchModel.h"
 
 namespace vrx {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "libInventory/engine/search/SearchModel.h"
+#include "libInventory/engine/search/model/SearchModel.h"
 
 namespace vrx {
 

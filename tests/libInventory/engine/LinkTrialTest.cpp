@@ -1,4 +1,4 @@
-#include "libInventory/engine/search/LinkTrial.h"
+#include "libInventory/engine/search/links/LinkTrial.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "libInventory/engine/search/SearchModelBuilder.h"
+#include "libInventory/engine/search/model/SearchModelBuilder.h"
 
 namespace vrx {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "libInventory/engine/search/LinkTrial.h"
+#include "libInventory/engine/search/links/LinkTrial.h"
 
 namespace vrx {
 

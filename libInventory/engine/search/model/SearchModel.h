@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "libInventory/engine/search/BitRow.h"
-#include "libInventory/engine/search/LinkTrial.h"
 #include "libInventory/engine/search/SearchDigits.h"
 #include "libInventory/engine/search/SearchOutcome.h"
+#include "libInventory/engine/search/links/BitRow.h"
+#include "libInventory/engine/search/links/LinkTrial.h"
 
 namespace vrx {
 

@@ -4,7 +4,7 @@
 /// the fewest links, the first of equals, and that element drops its other devices. After that every device has at most
 /// one link, so the elements, which come next, only drop all but the first of their links; no other element notices.
 
-#include "libInventory/engine/search/LinkTrial.h"
+#include "libInventory/engine/search/links/LinkTrial.h"
 
 #include <algorithm>
 #include <utility>

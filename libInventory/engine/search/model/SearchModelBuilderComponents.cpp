@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "libInventory/engine/InventoryState.h"
-#include "libInventory/engine/search/SearchModelBuilder.h"
+#include "libInventory/engine/search/model/SearchModelBuilder.h"
 #include "libInventory/script/ScriptElement.h"
 
 namespace vrx {

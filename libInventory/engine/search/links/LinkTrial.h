@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "libInventory/engine/search/BitRow.h"
+#include "libInventory/engine/search/links/BitRow.h"
 
 namespace vrx {
 

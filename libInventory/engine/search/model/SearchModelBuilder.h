@@ -12,7 +12,7 @@
 #include "libInventory/InventoryDeviceAssociations.h"
 #include "libInventory/engine/findings/RunRecord.h"
 #include "libInventory/engine/search/DisjointSets.h"
-#include "libInventory/engine/search/SearchModel.h"
+#include "libInventory/engine/search/model/SearchModel.h"
 #include "libSystemState/Forward.h"
 
 namespace vrx {

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "libInventory/engine/assignment/ExactAssignment.h"
-#include "libInventory/engine/search/LinkTrial.h"
+#include "libInventory/engine/search/links/LinkTrial.h"
 
 namespace vrx {
 

@@ -1,7 +1,7 @@
 /// The nodes of the model: what each element of the script costs when it fails, and what it takes for it to hold.
 
 #include "libInventory/engine/InventoryState.h"
-#include "libInventory/engine/search/SearchModelBuilder.h"
+#include "libInventory/engine/search/model/SearchModelBuilder.h"
 #include "libInventory/script/ScriptVocabulary.h"
 #include "libInventory/script/XmlChildren.h"
 

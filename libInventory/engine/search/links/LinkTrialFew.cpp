@@ -8,7 +8,7 @@
 #include <array>
 #include <bit>
 
-#include "libInventory/engine/search/LinkTrial.h"
+#include "libInventory/engine/search/links/LinkTrial.h"
 
 namespace vrx {
 

@@ -25,7 +25,7 @@
 /// lies in a `part`, and where an `or` that cannot be met lies in an alternative, which is looked into when that is
 /// chosen for the first time. There the loop goes on one by one.
 
-#include "libInventory/engine/search/SearchModelBuilder.h"
+#include "libInventory/engine/search/model/SearchModelBuilder.h"
 
 #include <algorithm>
 #include <limits>
