@@ -58,6 +58,7 @@ void ErrorFiling::fileFailures(XmlElement* property, const CandidateRanges& fail
             findings.append(kind, entriesOf(expectation), first, end - first, candidates);
         }
     };
+    findings.expectRanges(failed.ranges().size());
     auto without = missing.ranges().begin();
     for (const auto& [first, end] : failed.ranges()) {
         std::uint32_t at = first;

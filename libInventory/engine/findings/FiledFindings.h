@@ -66,6 +66,13 @@ public:
         }
     }
 
+    /// Makes room for so many ranges, of which there may be millions in all.
+    void expectRanges(std::size_t count) {
+        if (m_ranges.empty()) {
+            m_ranges.reserve(count);
+        }
+    }
+
     void clear() noexcept {
         m_entries.clear();
         m_ranges.clear();
