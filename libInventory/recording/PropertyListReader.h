@@ -60,7 +60,7 @@ private:
 
     boost::shared_ptr<RecordedProperties::Specs> m_specs = boost::make_shared<RecordedProperties::Specs>();
     boost::unordered_flat_map<StringView, std::uint32_t, TextHash> m_positions;  // the keys are borrowed from m_specs
-    std::uint32_t m_expected = 0;  // position of the specification that the next property probably has
+    std::uint32_t m_expected = 0;  // position in m_specs of what the next property probably is
     bool m_hasMetOddities = false;
 
     // The properties of the device being read.

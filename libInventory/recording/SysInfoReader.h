@@ -58,7 +58,7 @@ private:
     ImportReport& m_report;
     PropertyListReader m_reader;
     std::deque<DevicesAhead> m_ahead = std::deque<DevicesAhead>(1);  // of each thread
-    std::vector<bool> m_isRegistered;                                // by position of the specification
+    std::vector<bool> m_isRegistered;                                // by position in the list of specs
     std::size_t m_registered = 0;
     bool m_hasMetOddities = false;
 };

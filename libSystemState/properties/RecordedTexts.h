@@ -31,7 +31,7 @@ private:
     const RecordedProperties* m_properties;
     std::size_t m_next = 0;       // position that is probably asked for next
     std::size_t m_textStart = 0;  // of its text
-    std::uint32_t m_above = 0;    // more than the specification of every one before it
+    std::uint32_t m_above = 0;    // more than Entry::spec of every one before it
     std::u16string m_text;
 };
 
